@@ -1,0 +1,8 @@
+#ifndef QOC_OCR_DICTIONARY_H
+#define QOC_OCR_DICTIONARY_H
+
+/** @file The whole interface. */
+
+#include <qoc/dictionary.h>
+
+#endif
