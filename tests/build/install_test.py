@@ -2,6 +2,7 @@
 
 import os
 import pathlib
+import shlex
 import shutil
 import subprocess
 import unittest
@@ -66,7 +67,8 @@ class Installation(unittest.TestCase):
     def pkg_config(self, *options):
         directories = [path.parent for path in PREFIX.rglob("qoc.pc")]
         self.assertEqual(len(directories), 1, "an installation holds one qoc.pc")
-        return run("pkg-config", *options, "qoc", PKG_CONFIG_PATH=str(directories[0])).split()
+        # As a shell reads it: blanks of the path are escaped.
+        return shlex.split(run("pkg-config", *options, "qoc", PKG_CONFIG_PATH=str(directories[0])))
 
     def test_pkg_config(self):
         self.assertEqual(self.pkg_config("--modversion"), [os.environ["QOC_VERSION"]])
