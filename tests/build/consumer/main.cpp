@@ -1,0 +1,15 @@
+// Asks the library for one character and prints it.
+
+#include <iostream>
+
+#include <qoc/ocr_dictionary.h>
+
+int main() {
+  qoc_ocrDictionaryChar character;
+  CharT text = '?';
+  if (qoc_ocrDictionaryChar_construct(&character) < 0) return 1;
+  character.code = 'A';
+  if (qoc_ocrDictionaryChar_getCharT(&character, &text) < 0) return 1;
+  std::cout << text << '\n';
+  return 0;
+}

@@ -1,0 +1,97 @@
+"""The shared library against the public headers: names, macros, soname and needed libraries."""
+
+import os
+import pathlib
+import re
+import subprocess
+import unittest
+
+SOURCE_DIR = pathlib.Path(os.environ["QOC_SOURCE_DIR"])
+INCLUDE_DIR = SOURCE_DIR / "include"
+LIBRARY = os.environ["QOC_LIBRARY"]
+
+# Stands in for QOC_API, so that the marked declarations can be told from all others after preprocessing.
+MARK = "qoc_public_declaration"
+
+
+def run(*command, text=None):
+    done = subprocess.run(command, input=text, capture_output=True, encoding="utf-8", check=False)
+    if done.returncode != 0:
+        raise AssertionError(f"{' '.join(command)} ended with {done.returncode}:\n{done.stderr}")
+    return done.stdout
+
+
+def preprocess(headers, *options):
+    text = "".join(f'#include "{header}"\n' for header in headers)
+    return run(
+        os.environ["QOC_C_COMPILER"], "-E", "-P", "-std=c11", "-x", "c", f"-I{INCLUDE_DIR}", *options, "-", text=text
+    )
+
+
+def c_headers():
+    return sorted(path.relative_to(INCLUDE_DIR).as_posix() for path in INCLUDE_DIR.rglob("*.h"))
+
+
+def declared_names(headers):
+    # The declared name is the identifier before the first parenthesis that follows the mark.
+    text = preprocess(headers, f"-DQOC_API={MARK}")
+    return set(re.findall(rf"\b{MARK}\b[^;(){{}}]*?\b(\w+)\s*\(", text))
+
+
+def exported_names():
+    lines = run(os.environ["QOC_NM"], "-D", "--defined-only", LIBRARY).splitlines()
+    return {line.split()[-1].split("@")[0] for line in lines}
+
+
+def dynamic_entries(kind):
+    text = run(os.environ["QOC_READELF"], "-d", "-W", LIBRARY)
+    return re.findall(rf"\({kind}\).*\[(.*)\]", text)
+
+
+class NameTest(unittest.TestCase):
+    def expect_none(self, names, what):
+        if names:
+            self.fail(f"{len(names)} {what}:" + "".join(f"\n  {name}" for name in sorted(names)))
+
+
+class ExportedNames(NameTest):
+    def test_every_declared_function_is_exported(self):
+        declared = declared_names(c_headers())
+        self.assertTrue(declared, "no function marked QOC_API was found in the public headers")
+        missing = declared - exported_names()
+        self.expect_none(missing, "declared but not exported")
+
+    def test_nothing_else_is_exported(self):
+        surplus = exported_names() - declared_names(c_headers())
+        self.expect_none(surplus, "exported but not declared")
+
+
+class Headers(NameTest):
+    def test_the_main_header_declares_everything(self):
+        missing = declared_names(c_headers()) - declared_names(["qoc/ocr_dictionary.h"])
+        self.expect_none(missing, "not reached from qoc/ocr_dictionary.h")
+
+    def test_macros_carry_a_prefix_of_the_library(self):
+        def macros(headers):
+            return set(re.findall(r"^#define (\w+)", preprocess(headers, "-dM"), re.MULTILINE))
+
+        standard = ["limits.h", "stdbool.h", "stddef.h", "stdint.h"]
+        own = macros(standard + c_headers()) - macros(standard)
+        stray = {name for name in own if not re.match(r"(QOC|QSTD|QSYS|qoc|qstd|qsys)_", name)}
+        self.expect_none(stray, "macros without a prefix leave the headers")
+
+
+class SharedLibrary(NameTest):
+    def test_soname_carries_the_interface_version(self):
+        self.assertEqual(dynamic_entries("SONAME"), [f"libqoc.so.{os.environ['QOC_SOVERSION']}"])
+
+    @unittest.skipIf(os.environ["QOC_INSTRUMENTED"] == "1", "instrumentation brings libraries of its own")
+    def test_needs_only_the_standard_libraries(self):
+        standard = re.compile(r"(libstdc\+\+|libc\+\+|libc\+\+abi|libgcc_s|libm|libc|ld-linux[-\w]*)\.so\b")
+        needed = dynamic_entries("NEEDED")
+        self.assertTrue(needed, "the library's needed libraries could not be read")
+        self.expect_none([name for name in needed if not standard.match(name)], "other libraries needed")
+
+
+if __name__ == "__main__":
+    unittest.main()
