@@ -6,7 +6,7 @@
 #include <span>
 
 #include "frame/frame.hpp"
-#include "kinds/elements.hpp"
+#include "text/views.hpp"
 
 using namespace qoc;
 
@@ -16,7 +16,7 @@ constexpr std::uint32_t allBits =
     QOC_FIELDING_UPPER | QOC_FIELDING_LOWER | QOC_FIELDING_DIGIT | QOC_FIELDING_SPACE | QOC_FIELDING_NONSPACE;
 
 std::span<const Char32> listed(const qoc_ocrDictionaryPositionFielding &positionFielding) noexcept {
-  return elements<Char32>(positionFielding.fieldingCharacters);
+  return viewAs<Char32>(positionFielding.fieldingCharacters);
 }
 
 bool lists(const qoc_ocrDictionaryPositionFielding &positionFielding, Char32 code) noexcept {
@@ -33,13 +33,13 @@ bool isListedAlone(const qoc_ocrDictionaryPositionFielding &positionFielding) no
 
 qsys_status codesOf(const qstd_vector_qoc_ocrDictionaryChar &characters, qstd_vectorChar32 &codes) {
   QOC_TRY(qstd_vectorChar32_reserve(&codes, characters.core.size));
-  for (const qoc_ocrDictionaryChar &character : elements<qoc_ocrDictionaryChar>(characters)) {
+  for (const qoc_ocrDictionaryChar &character : view(characters)) {
     Char32 code = QOC_CHAR_EMPTY;
     // The empty character is no text character, and is taken over as it stands.
     if (character.code != QOC_CHAR_EMPTY) {
       CharT text = 0;
       QOC_TRY(qoc_ocrDictionaryChar_getCharT(&character, &text));
-      code = static_cast<Char32>(static_cast<std::int8_t>(text));
+      code = codeOf(text);
     }
     QOC_TRY(qstd_vectorChar32_pushBack(&codes, &code));
   }
@@ -143,7 +143,7 @@ qsys_status qoc_ocrDictionaryPositionFielding_setFieldingCharacters(qoc_ocrDicti
     if (sorted.core.size != characters->core.size) {
       return QOC_STATUS_CHARACTER_DUPLICATE;
     }
-    if (std::ranges::binary_search(elements<Char32>(sorted), QOC_CHAR_EMPTY)) {
+    if (std::ranges::binary_search(viewAs<Char32>(sorted), QOC_CHAR_EMPTY)) {
       return QOC_STATUS_CHARACTER_EMPTY;
     }
     return qstd_vectorChar32_assign(&positionFielding->fieldingCharacters, characters);

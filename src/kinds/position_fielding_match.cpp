@@ -6,7 +6,7 @@
 #include <span>
 
 #include "frame/frame.hpp"
-#include "kinds/elements.hpp"
+#include "text/views.hpp"
 
 using namespace qoc;
 
@@ -36,7 +36,7 @@ bool isInClass(Char32 code, std::uint32_t bits) noexcept {
 qsys_status textCode(const qoc_ocrDictionaryChar &character, Char32 &code) noexcept {
   CharT text = 0;
   QOC_TRY(qoc_ocrDictionaryChar_getCharT(&character, &text));
-  code = static_cast<Char32>(static_cast<std::int8_t>(text));
+  code = codeOf(text);
   return QSYS_STATUS_OK;
 }
 
@@ -48,7 +48,7 @@ qsys_status isEquivalentInClass(const qoc_ocrDictionaryPositionFielding &positio
     QOC_TRY(qstd_vector_qoc_ocrDictionaryChar_constructEmpty(&equivalents));
     frame.local<qstd_vector_qoc_ocrDictionaryChar_destruct>(&equivalents);
     QOC_TRY(qoc_swapCharSet_getEquivalentCharacters(set, &character, &equivalents));
-    for (const qoc_ocrDictionaryChar &equivalent : elements<qoc_ocrDictionaryChar>(equivalents)) {
+    for (const qoc_ocrDictionaryChar &equivalent : view(equivalents)) {
       Char32 code = 0;
       QOC_TRY(textCode(equivalent, code));
       if (isInClass(code, positionFielding.fieldingBits)) {
@@ -81,7 +81,7 @@ qsys_status isCharacterMatch(const qoc_ocrDictionaryPositionFielding &positionFi
   }
   Char32 code = 0;
   QOC_TRY(textCode(character, code));
-  const std::span<const Char32> listed = elements<Char32>(positionFielding.fieldingCharacters);
+  const std::span<const Char32> listed = viewAs<Char32>(positionFielding.fieldingCharacters);
   isMatch = isInClass(code, positionFielding.fieldingBits) || std::ranges::find(listed, code) != listed.end();
   if (!isMatch && set != nullptr) {
     QOC_TRY(isEquivalentInClass(positionFielding, character, set, isMatch));
@@ -112,7 +112,7 @@ qsys_status appendMatches(const qoc_ocrDictionaryPositionFielding &positionField
     QOC_TRY(qstd_vector_qoc_ocrDictionaryChar_constructEmpty(&equivalents));
     frame.local<qstd_vector_qoc_ocrDictionaryChar_destruct>(&equivalents);
     QOC_TRY(qoc_swapCharSet_getEquivalentCharacters(set, &character, &equivalents));
-    for (const qoc_ocrDictionaryChar &equivalent : elements<qoc_ocrDictionaryChar>(equivalents)) {
+    for (const qoc_ocrDictionaryChar &equivalent : view(equivalents)) {
       QOC_TRY(appendIfAdmitted(positionFielding, equivalent, matches));
     }
     return QSYS_STATUS_OK;
@@ -140,7 +140,7 @@ qsys_status qoc_ocrDictionaryPositionFielding_isMatchMulti(const qoc_ocrDictiona
     return QSYS_STATUS_OK;
   }
   bool answer = false;
-  for (const qoc_ocrDictionaryChar &candidate : elements<qoc_ocrDictionaryChar>(multi->candidates)) {
+  for (const qoc_ocrDictionaryChar &candidate : view(*multi)) {
     QOC_TRY(isCharacterMatch(*positionFielding, candidate, set, answer));
     if (answer) {
       break;
@@ -157,7 +157,7 @@ qsys_status qoc_ocrDictionaryPositionFielding_isMatchMultiStatus(
     return QSYS_STATUS_OK;
   }
   *isMatch = 0;
-  const std::span<const qoc_ocrDictionaryChar> candidates = elements<qoc_ocrDictionaryChar>(multi->candidates);
+  const std::span<const qoc_ocrDictionaryChar> candidates = view(*multi);
   if (candidates.empty()) {
     return QSYS_STATUS_OK;
   }
@@ -197,7 +197,7 @@ qsys_status qoc_ocrDictionaryPositionFielding_matchMulti(const qoc_ocrDictionary
     return QSYS_STATUS_OK;
   }
   QOC_TRY(qstd_vector_qoc_ocrDictionaryChar_clear(matches));
-  for (const qoc_ocrDictionaryChar &candidate : elements<qoc_ocrDictionaryChar>(multi->candidates)) {
+  for (const qoc_ocrDictionaryChar &candidate : view(*multi)) {
     QOC_TRY(appendMatches(*positionFielding, candidate, set, *matches));
   }
   return qstd_vector_qoc_ocrDictionaryChar_removeDup(matches);
@@ -209,7 +209,7 @@ qsys_status qoc_ocrDictionaryPositionFielding_getAllFieldingCharacters(
     return QSYS_STATUS_OK;
   }
   QOC_TRY(qstd_vectorChar32_clear(characters));
-  const std::span<const Char32> listed = elements<Char32>(positionFielding->fieldingCharacters);
+  const std::span<const Char32> listed = viewAs<Char32>(positionFielding->fieldingCharacters);
   qsys_bool isAny = 0;
   QOC_TRY(qoc_ocrDictionaryPositionFielding_isAnyCharacter(positionFielding, &isAny));
   if (isAny != 0) {
