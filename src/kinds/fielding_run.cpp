@@ -18,7 +18,7 @@
 
 #include "frame/frame.hpp"
 #include "kinds/line_alignment.hpp"
-#include "run/result_set_ops.hpp"
+#include "run/result_ranking.hpp"
 
 using namespace qoc;
 
@@ -190,9 +190,7 @@ class PlacementSearch {
     for (std::int32_t offset = 1 - numLinePositions_; offset < numReadingPositions_; ++offset) {
       QOC_TRY(qsys_attention_check());
       QOC_TRY(evaluate({0, numLinePositions_, offset}));
-      bool isBefore = false;
-      QOC_TRY(ranksBeforeKept(isBefore));
-      if (isBefore) {
+      if (ranksBeforeKept()) {
         std::swap(kept_, candidate_);
       }
     }
@@ -243,10 +241,8 @@ class PlacementSearch {
         continue;
       }
       QOC_TRY(evaluate({first, length, offset}));
-      bool isBetter = candidate_.overlapInputString > kept_.overlapInputString;
-      if (candidate_.overlapInputString == kept_.overlapInputString) {
-        QOC_TRY(ranksBeforeKept(isBetter));
-      }
+      const bool isBetter = candidate_.overlapInputString > kept_.overlapInputString ||
+                            (candidate_.overlapInputString == kept_.overlapInputString && ranksBeforeKept());
       if (isBetter) {
         std::swap(kept_, candidate_);
         QOC_TRY(raiseBound());
@@ -301,11 +297,10 @@ class PlacementSearch {
     return qstd_vector_qoc_ocrDictionaryPositionStatus_pushBack(&candidate_.resultStringStatus, &best.status);
   }
 
-  qsys_status ranksBeforeKept(bool &isBefore) {
-    const int order = params_.rankingVariant == 3 ? comparePrimaryRank(candidate_, kept_)
-                                                  : comparePrimaryAndSecondaryRank(candidate_, kept_);
-    isBefore = order < 0;
-    return QSYS_STATUS_OK;
+  /// A kept result that is not computed yet comes last.
+  bool ranksBeforeKept() {
+    return (params_.rankingVariant == 3 ? comparePrimary(candidate_, kept_)
+                                        : comparePrimaryAndSecondary(candidate_, kept_)) < 0;
   }
 
   qsys_status finishKept() {
