@@ -31,11 +31,12 @@ QOC_API qsys_status qoc_swapChar_constructVectors(qoc_swapChar *swap, const qstd
 /**
  * Sets the two sequences from strings; only the codes are kept, the scores are dropped.
  *
- * The strings must not be empty, and the shorter must not occur in the longer. Its occurrence at the very end of the longer one is
- * not looked for: ("AB", "A") is refused, ("AB", "B") is accepted.
+ * The strings must not be empty, and the shorter must not occur in the longer. Its occurrence at the very end of the
+ * longer one is not looked for: ("AB", "A") is refused, ("AB", "B") is accepted.
  *
  * @param[in] first, second copied
- * @return 0; QOC_STATUS_STRING_EMPTY when a string is empty, QOC_STATUS_SWAP_CONTAINED when they are equal or the shorter occurs in
+ * @return 0; QOC_STATUS_STRING_EMPTY when a string is empty, QOC_STATUS_SWAP_CONTAINED when they are equal or the
+ *         shorter occurs in
  *         the longer (the swap is unchanged); or a container's failure (the first sequence may be replaced already)
  */
 QOC_API qsys_status qoc_swapChar_setStrings(qoc_swapChar *swap, const qoc_ocrDictionaryString *first,

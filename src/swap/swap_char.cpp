@@ -5,21 +5,23 @@
 #include <algorithm>
 
 #include "frame/frame.hpp"
-#include "swap/view.hpp"
+#include "text/views.hpp"
 
+using qoc::Characters;
+using qoc::editAs;
 using qoc::Frame;
 using qoc::inFrame;
 using qoc::present;
-using qoc::viewOf;
+using qoc::view;
+using qoc::viewAs;
 
 namespace {
 
-using Characters = std::span<const qoc_ocrDictionaryChar>;
 
 bool areEqualCodes(const qoc_ocrDictionaryChar &a, const qoc_ocrDictionaryChar &b) { return a.code == b.code; }
 
-/// Whether `part` occurs in `whole` at an examined place.
-/// Deliberate: the place that ends with the last character of `whole` is not examined, so "AB" contains "A" but not "B".
+/// Whether `part` occurs in `whole` at an examined place. Deliberate: the place that ends with the last character of
+/// `whole` is not examined, so "AB" contains "A" but not "B".
 bool occursBeforeTheEnd(Characters part, Characters whole) {
   const Characters examined = whole.first(whole.size() - 1);
   return std::search(examined.begin(), examined.end(), part.begin(), part.end(), areEqualCodes) != examined.end();
@@ -38,7 +40,7 @@ qsys_status validate(Characters first, Characters second) {
 
 qsys_status setCodes(qstd_vectorChar32 *sequence, Characters characters) {
   QOC_TRY(qstd_vectorChar32_resize(sequence, static_cast<std::int32_t>(characters.size())));
-  std::transform(characters.begin(), characters.end(), viewOf<Char32>(*sequence).begin(),
+  std::transform(characters.begin(), characters.end(), editAs<Char32>(*sequence).begin(),
                  [](const qoc_ocrDictionaryChar &character) { return character.code; });
   return QSYS_STATUS_OK;
 }
@@ -50,16 +52,17 @@ qsys_status setValidated(qoc_swapChar *swap, Characters first, Characters second
 }
 
 qsys_status getString(const qstd_vectorChar32 &sequence, qoc_ocrDictionaryString *string) {
-  const std::span<const Char32> codes = viewOf<Char32>(sequence);
+  const std::span<const Char32> codes = viewAs<Char32>(sequence);
   QOC_TRY(qstd_vector_qoc_ocrDictionaryChar_resize(&string->characters, static_cast<std::int32_t>(codes.size())));
-  std::transform(codes.begin(), codes.end(), viewOf<qoc_ocrDictionaryChar>(string->characters).begin(),
+  std::transform(codes.begin(), codes.end(), editAs<qoc_ocrDictionaryChar>(string->characters).begin(),
                  [](Char32 code) { return qoc_ocrDictionaryChar{code, 0}; });
   return QSYS_STATUS_OK;
 }
 
 /// Constructs the swap and sets it; a swap that could not be set is destroyed again.
 template <auto Set, class Source>
-qsys_status constructThenSet(qoc_swapChar *swap, const Source *first, const Source *second, int line = __builtin_LINE()) {
+qsys_status constructThenSet(qoc_swapChar *swap, const Source *first, const Source *second,
+                             int line = __builtin_LINE()) {
   if (!present({swap, first, second}, line)) {
     return QSYS_STATUS_OK;
   }
@@ -118,7 +121,7 @@ qsys_status qstd_vector_qoc_swapChar_find(const qstd_vector_qoc_swapChar *vector
     return QSYS_STATUS_OK;
   }
   *element = nullptr;
-  for (const qoc_swapChar &candidate : viewOf<qoc_swapChar>(*vector)) {
+  for (const qoc_swapChar &candidate : viewAs<qoc_swapChar>(*vector)) {
     qsys_bool isEqual = 0;
     QOC_TRY(qoc_swapChar_compareEqual(&candidate, swap, &isEqual));
     if (isEqual != 0) {
@@ -149,8 +152,7 @@ qsys_status qoc_swapChar_setStrings(qoc_swapChar *swap, const qoc_ocrDictionaryS
   if (!present({swap, first, second})) {
     return QSYS_STATUS_OK;
   }
-  return setValidated(swap, viewOf<qoc_ocrDictionaryChar>(first->characters),
-                      viewOf<qoc_ocrDictionaryChar>(second->characters));
+  return setValidated(swap, view(*first), view(*second));
 }
 
 qsys_status qoc_swapChar_setVectors(qoc_swapChar *swap, const qstd_vector_qoc_ocrDictionaryChar *first,
@@ -158,8 +160,8 @@ qsys_status qoc_swapChar_setVectors(qoc_swapChar *swap, const qstd_vector_qoc_oc
   if (!present({swap, first, second})) {
     return QSYS_STATUS_OK;
   }
-  const Characters firstCharacters = viewOf<qoc_ocrDictionaryChar>(*first);
-  const Characters secondCharacters = viewOf<qoc_ocrDictionaryChar>(*second);
+  const Characters firstCharacters = view(*first);
+  const Characters secondCharacters = view(*second);
   if (firstCharacters.empty() || secondCharacters.empty()) {
     // Deliberate: not the status that an empty string gives.
     return QOC_STATUS_SWAP_CONTAINED;

@@ -1,7 +1,7 @@
 // Swap character sets: their life.
 //
-// A set is either reset (all tables empty) or built by one of its setters. All that queries read is there from then on, the cache of
-// equivalents included, so that queries write nothing and any number of threads may ask one set at once.
+// A set is either reset (all tables empty) or built by one of its setters. All that queries read is there from then on,
+// the cache of equivalents included, so that queries write nothing and any number of threads may ask one set at once.
 
 #include <qoc/swap_char_set.h>
 
