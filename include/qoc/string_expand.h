@@ -52,11 +52,10 @@ QOC_API qsys_status qoc_stringExpand__isEmpty(const qoc_stringExpand_ *expansion
  * @param[in]  set       decides what matches; may be null: no swaps
  * @param[out] variants  the variants; for an empty reading one empty variant
  * @param[out] positions for each variant, and each of its characters, the input position from which it comes; both
- * characters of a
- *                       pair come from the first position when they stand for one character. Nothing for an empty reading
+ *                       characters of a pair come from the same position when they stand for one character. Nothing
+ *                       for an empty reading
  * @return 0; the attention status when interrupted (asked at every position and every variant), or a container's
- *         failure: the outputs
- *         are then empty
+ *         failure: the outputs are then empty
  */
 QOC_API qsys_status qoc_stringExpand__mapStringMulti(const qoc_stringExpand_ *expansion,
                                                      const qoc_ocrDictionaryStringMulti *input,

@@ -46,8 +46,9 @@ QOC_API qsys_status qoc_swapCharSet_reset(qoc_swapCharSet *set);
  *
  * @param[in] groups copied; may be the set's own
  * @return 0. With the set unchanged, for the first group at fault: QOC_STATUS_GROUP_EMPTY, QOC_STATUS_GROUP_SINGLE,
- *         QOC_STATUS_GROUP_RESERVED (a code in 0xF800 to 0xF8FF or 0xFF000 to 0xFFFFD), QOC_STATUS_GROUP_DUPLICATE (a character twice in
- *         one group). With the set reset: QSTD_STATUS_SIZE_INVALID (a code of 0x7FFFFFFF or more), or QSYS_STATUS_OUT_OF_MEMORY
+ *         QOC_STATUS_GROUP_RESERVED (a code in 0xF800 to 0xF8FF or 0xFF000 to 0xFFFFD), QOC_STATUS_GROUP_DUPLICATE (a
+ *         character twice in one group), QSYS_STATUS_OUT_OF_MEMORY. With the set reset: QSTD_STATUS_SIZE_INVALID (a
+ *         code of 0x7FFFFFFF or more), QSYS_STATUS_OUT_OF_MEMORY
  */
 QOC_API qsys_status qoc_swapCharSet_setEquiv(qoc_swapCharSet *set, const qstd_vector_vectorChar32 *groups);
 /** Constructs, then qoc_swapCharSet_setEquiv; unconstructed on failure. */
@@ -80,8 +81,7 @@ QOC_API qsys_status qoc_swapCharSet_constructEquivDictChar(qoc_swapCharSet *set,
  *
  * @param[in] swaps copied; may be the set's own
  * @return 0; a status of qoc_swapCharSet_setEquiv for the merged groups, or the attention status when interrupted: the
- *         set, its swaps
- *         included, is unchanged where qoc_swapCharSet_setEquiv leaves it so, and else reset
+ *         set, its swaps included, is unchanged where qoc_swapCharSet_setEquiv leaves it so, and else reset
  */
 QOC_API qsys_status qoc_swapCharSet_setSwapCharacters(qoc_swapCharSet *set, const qstd_vector_qoc_swapChar *swaps);
 /**
@@ -103,9 +103,13 @@ QOC_API qsys_status qoc_swapCharSet_compareEqual(const qoc_swapCharSet *a, const
 QOC_API qsys_status qoc_swapCharSet_contains(const qoc_swapCharSet *set, Char32 code, qsys_bool *isContained);
 /** Copies the groups out, as they were set. @return 0, or a container's failure */
 QOC_API qsys_status qoc_swapCharSet_getEquiv(const qoc_swapCharSet *set, qstd_vector_vectorChar32 *groups);
-/** Gives the code's equivalents, ascending, and behind them the code itself; nothing for a code in no group. @return 0, or a container's failure */
+/**
+ * Gives the code's equivalents, ascending, and behind them the code itself; nothing for a code in no group.
+ *
+ * @return 0, or a container's failure
+ */
 QOC_API qsys_status qoc_swapCharSet_getGroup(const qoc_swapCharSet *set, Char32 code, qstd_vectorChar32 *group);
-/** Gives the character's equivalents, ascending, without itself, each with score 0. @return 0, or a container's failure */
+/** The character's equivalents, ascending, without itself, each with score 0. @return 0, or a container's failure */
 QOC_API qsys_status qoc_swapCharSet_getEquivalentCharacters(const qoc_swapCharSet *set,
                                                             const qoc_ocrDictionaryChar *character,
                                                             qstd_vector_qoc_ocrDictionaryChar *equivalents);
@@ -144,11 +148,11 @@ QOC_API qsys_status qoc_swapCharSet_isMatch(const qoc_swapCharSet *set, Char32 a
  */
 QOC_API qsys_status qoc_swapCharSet_isMatchChar(const qoc_swapCharSet *set, const qoc_ocrDictionaryChar *a,
                                                 const qoc_ocrDictionaryChar *b, qsys_bool *isMatch);
-/** *isMatch becomes 1 when a candidate of a and one of b satisfy isMatchChar, else 0. @param[in] set may be null @return 0 */
+/** *isMatch becomes 1 when a candidate of a and one of b satisfy isMatchChar, else 0. @param[in] set may be null */
 QOC_API qsys_status qoc_swapCharSet_isMatchCharMulti(const qoc_swapCharSet *set,
                                                      const qstd_vector_qoc_ocrDictionaryChar *a,
                                                      const qstd_vector_qoc_ocrDictionaryChar *b, qsys_bool *isMatch);
-/** *isMatch becomes 1 when one of the candidates and b satisfy isMatchChar, else 0. @param[in] set may be null @return 0 */
+/** *isMatch becomes 1 when one of the candidates and b satisfy isMatchChar, else 0. @param[in] set may be null */
 QOC_API qsys_status qoc_swapCharSet_isMatchCharMultiChar(const qoc_swapCharSet *set,
                                                          const qstd_vector_qoc_ocrDictionaryChar *candidates,
                                                          const qoc_ocrDictionaryChar *b, qsys_bool *isMatch);

@@ -1,6 +1,6 @@
 #pragma once
-// The pair filter: a hash set of ordered pairs of codes, which answers most questions of qoc_swapCharSet_isMatch with
-// no.
+// The pair filter: a hash set of ordered pairs of codes, which answers most questions of
+// qoc_swapCharSet_isMatch with no.
 
 #include <qoc/base.h>
 

@@ -9,8 +9,8 @@
 // The pair filter looks at the groups alone: {0 O} and {O D} put the pairs of 0 with O and of O with D in it, and not 0
 // with D.
 //
-// Cost: O(K^2 + L + C), with L the largest code and C the number of codes in all groups; see fillPairFilter for its
-// part.
+// Cost: O(K^2 + L + C), with L the largest code and C the number of codes in all groups; see enterPairs for the
+// filter's part.
 
 #include <qoc/swap_char_set.h>
 
