@@ -37,8 +37,8 @@ QOC_API qsys_status qoc_ocrDictionaryPositionFielding_constructFieldingBits(
     qoc_ocrDictionaryPositionFielding *positionFielding, uint32_t bits);
 
 /** Sets the bits, 0 to 31. @return 0, or QOC_STATUS_FIELDING_BITS_INVALID (the bits stay) */
-QOC_API qsys_status qoc_ocrDictionaryPositionFielding_setFieldingBits(
-    qoc_ocrDictionaryPositionFielding *positionFielding, uint32_t bits);
+QOC_API qsys_status
+qoc_ocrDictionaryPositionFielding_setFieldingBits(qoc_ocrDictionaryPositionFielding *positionFielding, uint32_t bits);
 /** The bits. @return 0 */
 QOC_API qsys_status qoc_ocrDictionaryPositionFielding_getFielding(
     const qoc_ocrDictionaryPositionFielding *positionFielding, uint32_t *bits);
@@ -48,16 +48,18 @@ QOC_API qsys_status qoc_ocrDictionaryPositionFielding_getFieldingBits(
 /**
  * Replaces the listed characters by copies, in the order given.
  *
- * @return 0; QOC_STATUS_CHARACTER_DUPLICATE when a code stands twice in the list; else QOC_STATUS_CHARACTER_EMPTY when 0xF800 does.
- *         The stored list stays when the call fails on either.
+ * @return 0; QOC_STATUS_CHARACTER_DUPLICATE when a code stands twice in the list; else QOC_STATUS_CHARACTER_EMPTY when
+ * 0xF800 does. The stored list stays when the call fails on either.
  */
 QOC_API qsys_status qoc_ocrDictionaryPositionFielding_setFieldingCharacters(
     qoc_ocrDictionaryPositionFielding *positionFielding, const qstd_vectorChar32 *characters);
-/** setFieldingBits, then setFieldingCharacters: a refused list leaves the new bits stored. @return the first failure, or 0 */
+/** setFieldingBits, then setFieldingCharacters: a refused list leaves the new bits stored. @return the first failure,
+ * or 0 */
 QOC_API qsys_status qoc_ocrDictionaryPositionFielding_setFieldingCharactersAndFieldingBits(
     qoc_ocrDictionaryPositionFielding *positionFielding, const qstd_vectorChar32 *characters, uint32_t bits);
 /**
- * Replaces the listed characters by the codes of dictionary characters, without looking for duplicates or the empty character.
+ * Replaces the listed characters by the codes of dictionary characters, without looking for duplicates or the empty
+ * character.
  *
  * @return 0, or QOC_STATUS_NO_SUCH_VALUE when a code other than 0xF800 is no text character (the list stays)
  */
@@ -66,8 +68,8 @@ QOC_API qsys_status qoc_ocrDictionaryPositionFielding_setDictCharacters(
 /**
  * setFieldingCharactersAndFieldingBits with the codes of dictionary characters.
  *
- * @return 0; QOC_STATUS_NO_SUCH_VALUE when a code other than 0xF800 is no text character (nothing changes); or a failure of
- *         setFieldingCharactersAndFieldingBits
+ * @return 0; QOC_STATUS_NO_SUCH_VALUE when a code other than 0xF800 is no text character (nothing changes); or a
+ * failure of setFieldingCharactersAndFieldingBits
  */
 QOC_API qsys_status qoc_ocrDictionaryPositionFielding_setDictCharactersAndFieldingBits(
     qoc_ocrDictionaryPositionFielding *positionFielding, const qstd_vector_qoc_ocrDictionaryChar *characters,
@@ -88,7 +90,8 @@ QOC_API qsys_status qoc_ocrDictionaryPositionFielding_isEmpty(const qoc_ocrDicti
 /**
  * *isAny becomes 1 when the position admits every character, else 0.
  *
- * That is: space and non-space are both set; or 0xF801 is listed; or the space is listed, and non-space set or 0xF802 listed.
+ * That is: space and non-space are both set; or 0xF801 is listed; or the space is listed, and non-space set or 0xF802
+ * listed.
  *
  * @return 0
  */
@@ -109,15 +112,16 @@ QOC_API qsys_status qoc_ocrDictionaryPositionFielding_getIsSingleCharacter(
 /** The one admitted code where qoc_ocrDictionaryPositionFielding_getIsSingleCharacter says 1, else 0xF800. @return 0 */
 QOC_API qsys_status qoc_ocrDictionaryPositionFielding_getSingleCharacter(
     const qoc_ocrDictionaryPositionFielding *positionFielding, Char32 *code);
-/** *allows becomes 1 when the space is set as a bit or listed, else 0; non-space and wildcards do not count. @return 0 */
+/** *allows becomes 1 when the space is set as a bit or listed, else 0; non-space and wildcards do not count. @return 0
+ */
 QOC_API qsys_status qoc_ocrDictionaryPositionFielding_getAllowsSpace(
     const qoc_ocrDictionaryPositionFielding *positionFielding, qsys_bool *allows);
 
 /**
  * Tells whether the position admits a character of a reading, itself or by a swap.
  *
- * The empty character 0xF800 is never admitted. Any other character, and every swap equivalent that has to be asked, must be a text
- * character: position fieldings know 7-bit characters only.
+ * The empty character 0xF800 is never admitted. Any other character, and every swap equivalent that has to be asked,
+ * must be a text character: position fieldings know 7-bit characters only.
  *
  * @param[in]  set     may be null: no swaps
  * @param[out] isMatch 1 or 0
@@ -138,12 +142,13 @@ QOC_API qsys_status qoc_ocrDictionaryPositionFielding_isMatchMulti(
 /**
  * Tells whether a candidate is admitted, and which.
  *
- * A position that admits every character takes any candidates without asking them. Swaps have no status of their own here.
+ * A position that admits every character takes any candidates without asking them. Swaps have no status of their own
+ * here.
  *
  * @param[in]  set     may be null: no swaps
  * @param[out] isMatch 1 or 0
- * @param[out] status  primary when the first candidate is admitted, else secondary, also where none is; not written where there are
- *                     no candidates
+ * @param[out] status  primary when the first candidate is admitted, else secondary, also where none is; not written
+ * where there are no candidates
  * @return 0, or the failure of qoc_ocrDictionaryPositionFielding_isMatch
  */
 QOC_API qsys_status qoc_ocrDictionaryPositionFielding_isMatchMultiStatus(
@@ -153,20 +158,22 @@ QOC_API qsys_status qoc_ocrDictionaryPositionFielding_isMatchMultiStatus(
  * Lists what the position admits of a character: itself, then its swap equivalents, each without a further swap.
  *
  * @param[in]  set     may be null: no swaps
- * @param[out] matches cleared first; the character with its score, the equivalents with score 0. Partly filled after a failure.
+ * @param[out] matches cleared first; the character with its score, the equivalents with score 0. Partly filled after a
+ * failure.
  * @return 0, or the failure of qoc_ocrDictionaryPositionFielding_isMatch
  */
 QOC_API qsys_status qoc_ocrDictionaryPositionFielding_match(const qoc_ocrDictionaryPositionFielding *positionFielding,
                                                             const qoc_ocrDictionaryChar *character,
                                                             const qoc_swapCharSet *set,
                                                             qstd_vector_qoc_ocrDictionaryChar *matches);
-/** The same for every candidate in order; of equal codes the first is kept. See qoc_ocrDictionaryPositionFielding_match. */
+/** The same for every candidate in order; of equal codes the first is kept. See
+ * qoc_ocrDictionaryPositionFielding_match. */
 QOC_API qsys_status qoc_ocrDictionaryPositionFielding_matchMulti(
     const qoc_ocrDictionaryPositionFielding *positionFielding, const qoc_ocrDictionaryCharMulti *multi,
     const qoc_swapCharSet *set, qstd_vector_qoc_ocrDictionaryChar *matches);
 /**
- * Lists all that the position admits, ascending and each once; 0xF801 alone for every character, 0xF802 alone for every character
- * but the space.
+ * Lists all that the position admits, ascending and each once; 0xF801 alone for every character, 0xF802 alone for every
+ * character but the space.
  *
  * So the bits upper and digit with the list "-" give '-', '0' to '9', 'A' to 'Z'.
  *

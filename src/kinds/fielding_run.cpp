@@ -1,14 +1,15 @@
 // The fielding run: a reading forced into the shape of a line.
 //
-// A placement lays the line positions [first, first + length) along the reading, its first one at the reading position `offset`, which
-// may lie before the reading or so near its end that only a part overlaps:
+// A placement lays the line positions [first, first + length) along the reading, its first one at the reading position
+// `offset`, which may lie before the reading or so near its end that only a part overlaps:
 //
 //     offset -1      line  A 9 9      offset 1   line    A 9 9
 //                 reading    1 2              reading  x B 1 2
 //
-// Every position of a placement takes the best character that it admits at its place. The placements are tried one after the other,
-// and the best in rank is kept, the earlier one where they tie. Each is worked out in a result of its own that changes places with the
-// kept one when it wins; what only depends on the reading is filled in at the end, in the kept one.
+// Every position of a placement takes the best character that it admits at its place. The placements are tried one
+// after the other, and the best in rank is kept, the earlier one where they tie. Each is worked out in a result of its
+// own that changes places with the kept one when it wins; what only depends on the reading is filled in at the end, in
+// the kept one.
 
 #include <qoc/fielding_run.h>
 
@@ -28,8 +29,8 @@ struct Placement {
   std::int32_t first, length, offset;
 };
 
-qsys_status isAdmitted(const qoc_ocrDictionaryPositionFielding &positionFielding, const qoc_ocrDictionaryChar &character,
-                       bool &answer) {
+qsys_status isAdmitted(const qoc_ocrDictionaryPositionFielding &positionFielding,
+                       const qoc_ocrDictionaryChar &character, bool &answer) {
   qsys_bool isMatch = 0;
   QOC_TRY(qoc_ocrDictionaryPositionFielding_isMatch(&positionFielding, &character, nullptr, &isMatch));
   answer = isMatch != 0;
@@ -41,7 +42,8 @@ struct BestCharacter {
   qoc_ocrDictionaryPositionStatus status = qoc_ocrDictionaryPositionStatus_noMatch;
 };
 
-/// What stands at a position where the reading offers nothing that it admits: its only character, else the space where it is allowed.
+/// What stands at a position where the reading offers nothing that it admits: its only character, else the space where
+/// it is allowed.
 qsys_status fillIn(const qoc_ocrDictionaryPositionFielding &positionFielding, BestCharacter &best) {
   qsys_bool answer = 0;
   QOC_TRY(qoc_ocrDictionaryPositionFielding_getIsSingleCharacter(&positionFielding, &answer));
@@ -56,8 +58,8 @@ qsys_status fillIn(const qoc_ocrDictionaryPositionFielding &positionFielding, Be
   return QSYS_STATUS_OK;
 }
 
-/// Of the candidate's swap equivalents the first that the position admits, with the candidate's score. The primary candidate's
-/// equivalents are tried by score, each with that of the later candidate of the same code.
+/// Of the candidate's swap equivalents the first that the position admits, with the candidate's score. The primary
+/// candidate's equivalents are tried by score, each with that of the later candidate of the same code.
 qsys_status findEquivalent(const qoc_ocrDictionaryPositionFielding &positionFielding, Characters candidates,
                            std::size_t index, const qoc_swapCharSet *set, bool &isFound,
                            qoc_ocrDictionaryChar &character) {
@@ -235,8 +237,8 @@ class PlacementSearch {
   qsys_status searchOffsets(std::int32_t first, std::int32_t length) {
     for (std::int32_t offset = 1 - length; offset < numReadingPositions_; ++offset) {
       QOC_TRY(qsys_attention_check());
-      const std::int32_t overlap = offset >= 0 ? qxfIMin(length, numReadingPositions_ - offset)
-                                               : qxfIMin(length + offset, numReadingPositions_);
+      const std::int32_t overlap =
+          offset >= 0 ? qxfIMin(length, numReadingPositions_ - offset) : qxfIMin(length + offset, numReadingPositions_);
       if (overlap < bound_) {
         continue;
       }
@@ -440,7 +442,7 @@ qsys_status qoc_ocrDictionaryFieldingRunParams_validate(const qoc_ocrDictionaryF
     return QOC_STATUS_LIMIT_B_NEGATIVE;
   }
   return params->rankingVariant == 3 || params->rankingVariant == 15 ? QSYS_STATUS_OK
-                                                                      : QOC_STATUS_RANKING_VARIANT_INVALID;
+                                                                     : QOC_STATUS_RANKING_VARIANT_INVALID;
 }
 
 qsys_status qoc_ocrDictionaryLineFielding_runFieldingParams(const qoc_ocrDictionaryLineFielding *lineFielding,

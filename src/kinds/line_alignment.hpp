@@ -1,21 +1,25 @@
 #pragma once
-// How a range of a reading is laid over the positions of a line: with no edit, or with one. Both forms of the line fielding's match,
-// yes or no and with results, go through the alignments here, in this order and with the same early ends.
+// How a range of a reading is laid over the positions of a line: with no edit, or with one. Both forms of the line
+// fielding's match, yes or no and with results, go through the alignments here, in this order and with the same early
+// ends.
 //
-// The idea. Position p of a line of P positions is compared with reading position d + p, where d, the diagonal, is the range's start,
-// and with an edit behind the edited place one less (a character is missing) or one more (a character is too many):
+// The idea. Position p of a line of P positions is compared with reading position d + p, where d, the diagonal, is the
+// range's start, and with an edit behind the edited place one less (a character is missing) or one more (a character is
+// too many):
 //
 //     exact         d = start everywhere                         reading  B 1 2    line  A 9 9
 //     missing k     d = start before k, start - 1 behind it      reading  B . 2    line  A 9 9     (k = 1)
 //     extra k       d = start before k, start + 1 from k on      reading  B x 1 2  line  A . 9 9   (k = 1)
 //     substituted k d = start everywhere but at k                reading  B x 2    line  A * 9     (k = 1)
 //
-// So whether a range's characters are admitted does not depend on its end: the length only says which alignments are tried. Every pair
-// of line position and reading position is asked at most once, when it is first needed, and leaves a bit behind; an alignment is then
-// a test of two runs of bits. Three diagonals are needed for one start, and the starts rise, so the bits of three are kept.
+// So whether a range's characters are admitted does not depend on its end: the length only says which alignments are
+// tried. Every pair of line position and reading position is asked at most once, when it is first needed, and leaves a
+// bit behind; an alignment is then a test of two runs of bits. Three diagonals are needed for one start, and the starts
+// rise, so the bits of three are kept.
 //
-// The invariant: pairs are asked in the order in which plain enumeration would ask them first, so that the first failure is the same.
-// Cost: P questions and P / 64 words for every start, and P^2 / 64 words at worst where one-edit alignments hold.
+// The invariant: pairs are asked in the order in which plain enumeration would ask them first, so that the first
+// failure is the same. Cost: P questions and P / 64 words for every start, and P^2 / 64 words at worst where one-edit
+// alignments hold.
 
 #include <qoc/line_fielding.h>
 
@@ -61,7 +65,8 @@ class Admission {
     return line_[static_cast<std::size_t>(position)];
   }
 
-  /// True when positions begin to end - 1 of the line admit what the reading holds on the diagonal; asks up to the first refusal.
+  /// True when positions begin to end - 1 of the line admit what the reading holds on the diagonal; asks up to the
+  /// first refusal.
   qsys_status allAdmitted(std::int32_t diagonal, std::int32_t begin, std::int32_t end, bool &answer) {
     Diagonal bits = bitsOf(diagonal);
     answer = true;
@@ -120,8 +125,8 @@ class Admission {
 
 enum class LineEdit { none, missing, extra, substituted };
 
-/// One way in which a range fits the line. `place` is the line position that is left out or not compared, or the index in the range
-/// of the character that is too many.
+/// One way in which a range fits the line. `place` is the line position that is left out or not compared, or the index
+/// in the range of the character that is too many.
 struct LineAlignment {
   LineEdit edit;
   std::int32_t place;
@@ -215,8 +220,9 @@ qsys_status forEachAlignment(Admission &admission, std::int32_t start, std::int3
   return QSYS_STATUS_OK;
 }
 
-/// The ends that a window search tries for one start: from a first end upward while an end lies within the reading and, both taken
-/// as unsigned, is not above a bound. A negative first end is therefore nearly always above it, and ends the search of this start.
+/// The ends that a window search tries for one start: from a first end upward while an end lies within the reading and,
+/// both taken as unsigned, is not above a bound. A negative first end is therefore nearly always above it, and ends the
+/// search of this start.
 class WindowEnds {
  public:
   WindowEnds(std::int32_t start, std::int32_t readingLength, const qoc_ocrDictionaryRunParams &params) noexcept
@@ -241,9 +247,9 @@ class WindowEnds {
   std::int32_t readingLength_;
 };
 
-/// Runs run(start, length, goOn) for every window of the reading that the line can fit with one edit at most, in order, until that
-/// clears goOn. Before the first window of a start, fitting or not, and before each fitting one, beforeWindow() may change the
-/// parameters.
+/// Runs run(start, length, goOn) for every window of the reading that the line can fit with one edit at most, in order,
+/// until that clears goOn. Before the first window of a start, fitting or not, and before each fitting one,
+/// beforeWindow() may change the parameters.
 template <class BeforeWindow, class Run>
 qsys_status forEachWindow(const Admission &admission, const qoc_ocrDictionaryRunParams &params,
                           BeforeWindow &&beforeWindow, Run &&run) {

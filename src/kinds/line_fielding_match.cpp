@@ -18,7 +18,8 @@ qsys_status ask(const qoc_ocrDictionaryPositionFielding &positionFielding, const
   return QSYS_STATUS_OK;
 }
 
-/// What stands at a position that no character of the reading was compared with. The classes are deliberately not expanded.
+/// What stands at a position that no character of the reading was compared with. The classes are deliberately not
+/// expanded.
 qsys_status listUncompared(const qoc_ocrDictionaryPositionFielding &positionFielding,
                            qstd_vector_qoc_ocrDictionaryChar &candidates) {
   qsys_bool isAny = 0;
@@ -108,8 +109,8 @@ class ReadingMatcher {
       const qoc_ocrDictionaryPositionFielding &positionFielding = admission_.linePosition(position);
       qstd_vector_qoc_ocrDictionaryChar &candidates = valid[static_cast<std::size_t>(position)].candidates;
       qoc_ocrDictionaryPositionStatus &status = statuses[static_cast<std::size_t>(position)];
-      const bool isUncompared = position == alignment.place && (alignment.edit == LineEdit::missing ||
-                                                                alignment.edit == LineEdit::substituted);
+      const bool isUncompared = position == alignment.place &&
+                                (alignment.edit == LineEdit::missing || alignment.edit == LineEdit::substituted);
       if (isUncompared) {
         status = alignment.edit == LineEdit::missing ? qoc_ocrDictionaryPositionStatus_inserted
                                                      : qoc_ocrDictionaryPositionStatus_substituted;
@@ -136,9 +137,9 @@ class ReadingMatcher {
 };
 
 /// Ranks everything that one reading gives in `results`, computed also when that is nothing.
-qsys_status matchReading(const qoc_ocrDictionaryLineFielding &lineFielding,
-                         const qoc_ocrDictionaryStringMulti &reading, const qoc_ocrDictionaryRunParams *params,
-                         const qoc_swapCharSet *set, qoc_ocrDictionaryResultSet &results) {
+qsys_status matchReading(const qoc_ocrDictionaryLineFielding &lineFielding, const qoc_ocrDictionaryStringMulti &reading,
+                         const qoc_ocrDictionaryRunParams *params, const qoc_swapCharSet *set,
+                         qoc_ocrDictionaryResultSet &results) {
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
     QOC_TRY(qoc_ocrDictionaryResultSet_reset(&results));
     results.isComputed = 1;
@@ -151,11 +152,10 @@ qsys_status matchReading(const qoc_ocrDictionaryLineFielding &lineFielding,
 }
 
 /// Matches one variant of the reading, and brings its results, told of the reading itself, into `results`.
-qsys_status matchVariant(const qoc_ocrDictionaryLineFielding &lineFielding,
-                         const qoc_ocrDictionaryStringMulti &reading, const qoc_ocrDictionaryStringMulti &variant,
-                         const qstd_vector32s &indices, bool isFirst, const qoc_ocrDictionaryRunParams *params,
-                         const qoc_ocrDictionaryRunParams *callersParams, const qoc_swapCharSet *set,
-                         qoc_ocrDictionaryResultSet &results) {
+qsys_status matchVariant(const qoc_ocrDictionaryLineFielding &lineFielding, const qoc_ocrDictionaryStringMulti &reading,
+                         const qoc_ocrDictionaryStringMulti &variant, const qstd_vector32s &indices, bool isFirst,
+                         const qoc_ocrDictionaryRunParams *params, const qoc_ocrDictionaryRunParams *callersParams,
+                         const qoc_swapCharSet *set, qoc_ocrDictionaryResultSet &results) {
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
     qoc_ocrDictionaryResultSet found;
     QOC_TRY(qoc_ocrDictionaryResultSet_construct(&found));

@@ -1,4 +1,5 @@
-// The characters that one position of a line admits: lifecycle, setters and queries. Matching is in position_fielding_match.cpp.
+// The characters that one position of a line admits: lifecycle, setters and queries. Matching is in
+// position_fielding_match.cpp.
 
 #include <qoc/position_fielding.h>
 
@@ -246,8 +247,7 @@ qsys_status qoc_ocrDictionaryPositionFielding_isAnyNonspaceCharacter(
   }
   const qoc_ocrDictionaryPositionFielding &asked = *positionFielding;
   const bool allowsSpace = (asked.fieldingBits & QOC_FIELDING_SPACE) != 0 || lists(asked, U' ');
-  *isAny = !allowsSpace &&
-           ((asked.fieldingBits & QOC_FIELDING_NONSPACE) != 0 || lists(asked, QOC_CHAR_ANY_NONSPACE));
+  *isAny = !allowsSpace && ((asked.fieldingBits & QOC_FIELDING_NONSPACE) != 0 || lists(asked, QOC_CHAR_ANY_NONSPACE));
   return QSYS_STATUS_OK;
 }
 

@@ -27,8 +27,7 @@ constexpr CharacterClass classes[] = {
 
 bool isInClass(Char32 code, std::uint32_t bits) noexcept {
   return std::ranges::any_of(classes, [&](const CharacterClass &candidate) {
-    return (bits & candidate.bit) != 0 &&
-           (candidate.first <= code && code <= candidate.last) != candidate.inverted;
+    return (bits & candidate.bit) != 0 && (candidate.first <= code && code <= candidate.last) != candidate.inverted;
   });
 }
 
