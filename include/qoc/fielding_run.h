@@ -9,7 +9,7 @@ QOC_BEGIN_DECLS
 
 /** The options of a fielding run: a plain record that owns nothing. Defaults in brackets. */
 typedef struct qoc_ocrDictionaryFieldingRunParams {
-  int32_t fieldingMode;    /**< [1] 1: the whole line at every offset; else parts of it; 0: the line must be long enough. */
+  int32_t fieldingMode;    /**< [1] 1: the whole line at every offset; else parts; 0: of a line long enough. */
   int32_t minStringLength; /**< [1] Smallest part of the line that is placed; at least 1. */
   int32_t maxStringLength; /**< [0x7FFFFFFF] Largest part of the line that is placed. */
   int32_t limitA;          /**< [0x7FFFFFFF] Most positions skipped at the start of the line; not negative. */
