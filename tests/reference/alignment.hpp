@@ -16,17 +16,16 @@ int32_t matchStatus(const Character &a, const Position &candidates, const Swaps 
 bool satisfiesStringLength(const RunParams *params, int32_t length);
 
 /** The window of `length` elements from `start` on, padded behind the end with its own first element. */
-template <typename T> std::vector<T> substrExtend(const std::vector<T> &string, int32_t start, int32_t length) {
+template <typename T>
+std::vector<T> substrExtend(const std::vector<T> &string, int32_t start, int32_t length) {
   std::vector<T> out;
   int32_t size = static_cast<int32_t>(string.size());
-  if (length <= 0)
-    return out;
+  if (length <= 0) return out;
   if (start >= size) {
     out.resize(static_cast<size_t>(length));
     return out;
   }
-  for (int32_t i = start; i < start + length; ++i)
-    out.push_back(string[static_cast<size_t>(i < size ? i : start)]);
+  for (int32_t i = start; i < start + length; ++i) out.push_back(string[static_cast<size_t>(i < size ? i : start)]);
   return out;
 }
 
@@ -35,7 +34,8 @@ Reading toReading(const Word &string);
 
 int32_t editDistance(const Word &first, const Word &second, const Swaps *swaps);
 
-/** Whether some window of the reading is the word within the allowed edits. @param[in] params may be null, here and below */
+/** Whether some window of the reading is the word within the allowed edits. @param[in] params may be null, here and
+ * below */
 bool isMatchMulti(const Word &word, const Reading &reading, const RunParams *params, const Swaps *swaps, Polls &polls);
 bool isMatch(const Word &word, const Word &input, const RunParams *params, const Swaps *swaps, Polls &polls);
 
@@ -45,6 +45,6 @@ ResultSet match(const Word &word, const Word &input, const RunParams *params, co
 ResultSet matchMulti(const Word &word, const Reading &reading, const RunParams *params, const Swaps *swaps,
                      Polls &polls);
 
-} // namespace reference
+}  // namespace reference
 
 #endif

@@ -10,8 +10,7 @@ ResultSet Dictionary::runMulti(const Reading &reading, const RunParams &params, 
   RunParams working = params;
   for (const Lexicon &lexicon : lexicons) {
     polls.poll();
-    if (params.returnBestOnly != 0 && params.maxEdits == 1 && isExactBest(out))
-      working.maxEdits = 0;
+    if (params.returnBestOnly != 0 && params.maxEdits == 1 && isExactBest(out)) working.maxEdits = 0;
     ResultSet scratch = lexicon.matchMulti(reading, &working, swaps, polls);
     merge(out, scratch, &params);
   }
@@ -24,4 +23,4 @@ ResultSet Dictionary::runMulti(const Reading &reading, const RunParams &params, 
   return out;
 }
 
-} // namespace reference
+}  // namespace reference

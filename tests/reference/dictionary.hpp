@@ -14,6 +14,6 @@ struct Dictionary {
   ResultSet runMulti(const Reading &reading, const RunParams &params, const Swaps *swaps, Polls &polls) const;
 };
 
-} // namespace reference
+}  // namespace reference
 
 #endif

@@ -22,6 +22,6 @@ struct Lexicon {
                          Polls &polls) const;
 };
 
-} // namespace reference
+}  // namespace reference
 
 #endif

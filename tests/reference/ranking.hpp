@@ -32,6 +32,6 @@ void finalize(ResultSet &set, const RunParams *params);
 /** One status for each position of `given`. */
 std::vector<int32_t> inputStatuses(const Result &result);
 
-} // namespace reference
+}  // namespace reference
 
 #endif

@@ -4,7 +4,8 @@
 /** @file
  * The values of the reference model: the slow, literal writing of the matching, with which the library is compared.
  *
- * The model shares nothing with the library but the record of run parameters. Every value is a plain C++ value that copies.
+ * The model shares nothing with the library but the record of run parameters. Every value is a plain C++ value that
+ * copies.
  */
 
 #include <cstdint>
@@ -39,27 +40,23 @@ struct Character {
   int32_t score = 0;
 };
 
-using Word = std::vector<Character>;     ///< A dictionary string.
-using Position = std::vector<Character>; ///< The candidates of one position, the primary one first.
+using Word = std::vector<Character>;      ///< A dictionary string.
+using Position = std::vector<Character>;  ///< The candidates of one position, the primary one first.
 using Reading = std::vector<Position>;
 using RunParams = qoc_ocrDictionaryRunParams;
 
 /** Equality of characters is that of their codes. */
 inline bool sameCodes(const std::vector<Character> &a, const std::vector<Character> &b) {
-  if (a.size() != b.size())
-    return false;
+  if (a.size() != b.size()) return false;
   for (size_t i = 0; i < a.size(); ++i)
-    if (a[i].code != b[i].code)
-      return false;
+    if (a[i].code != b[i].code) return false;
   return true;
 }
 
 inline bool sameCodes(const Reading &a, const Reading &b) {
-  if (a.size() != b.size())
-    return false;
+  if (a.size() != b.size()) return false;
   for (size_t i = 0; i < a.size(); ++i)
-    if (!sameCodes(a[i], b[i]))
-      return false;
+    if (!sameCodes(a[i], b[i])) return false;
   return true;
 }
 
@@ -93,7 +90,7 @@ struct Result {
 };
 
 using Results = std::vector<Result>;
-using Buckets = std::vector<Results>; ///< By number of edits.
+using Buckets = std::vector<Results>;  ///< By number of edits.
 
 struct ResultSet {
   bool isComputed = false;
@@ -115,8 +112,7 @@ struct Polls {
 
   void poll() {
     ++count;
-    if (limit > 0 && count >= limit)
-      throw Interrupted();
+    if (limit > 0 && count >= limit) throw Interrupted();
   }
 };
 
@@ -126,6 +122,6 @@ constexpr int32_t wrap(int64_t value) { return static_cast<int32_t>(static_cast<
 /** Whether a > b where both are read as unsigned 32-bit numbers. */
 inline bool aboveUnsigned(int32_t a, int32_t b) { return static_cast<uint32_t>(a) > static_cast<uint32_t>(b); }
 
-} // namespace reference
+}  // namespace reference
 
 #endif
