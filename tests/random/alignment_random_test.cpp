@@ -27,11 +27,11 @@ struct Case {
   }
 
   std::string described(const std::string &difference) const {
-    return difference.empty() ? ""
-                              : difference + "\n  word " + toText(word) + "\n  reading " + toText(reading) +
-                                    "\n  input " + toText(input) + "\n  params " + toText(pointer(params)) +
-                                    "\n  swaps " + toText(pointer(swaps)) + "\n  interrupted at " +
-                                    std::to_string(pollLimit);
+    return difference.empty()
+               ? ""
+               : difference + "\n  word " + toText(word) + "\n  reading " + toText(reading) + "\n  input " +
+                     toText(input) + "\n  params " + toText(pointer(params)) + "\n  swaps " + toText(pointer(swaps)) +
+                     "\n  interrupted at " + std::to_string(pollLimit);
   }
 
   Alphabet alphabet;
@@ -51,7 +51,8 @@ TEST(AlignmentRandom, editDistance) {
   compareCases(cases, [](Random &random) -> std::string {
     Case c(random);
     int32_t actual = -1;
-    qsys_status status = qoc_ocrDictionaryString_editDistance(&c.wordRecord, &c.inputRecord, c.swapRecord.get(), &actual);
+    qsys_status status =
+        qoc_ocrDictionaryString_editDistance(&c.wordRecord, &c.inputRecord, c.swapRecord.get(), &actual);
     int32_t expected = reference::editDistance(c.word, c.input, pointer(c.swaps));
     if (status == 0 && actual == expected) {
       return "";
@@ -69,8 +70,8 @@ TEST(AlignmentRandom, isMatch) {
     });
     auto actual = ofLibrary<bool>(c.pollLimit, [&](bool &value) {
       qsys_bool flag = 2;
-      qsys_status status = qoc_ocrDictionaryString_isMatch(&c.wordRecord, &c.inputRecord, pointer(c.params),
-                                                           c.swapRecord.get(), &flag);
+      qsys_status status =
+          qoc_ocrDictionaryString_isMatch(&c.wordRecord, &c.inputRecord, pointer(c.params), c.swapRecord.get(), &flag);
       value = flag != 0;
       return status;
     });
@@ -103,8 +104,8 @@ TEST(AlignmentRandom, match) {
     });
     auto actual = ofLibrary<ResultSet>(c.pollLimit, [&](ResultSet &value) {
       reference::HeldResultSet set;
-      qsys_status status = qoc_ocrDictionaryString_match(&c.wordRecord, &c.inputRecord, pointer(c.params),
-                                                         c.swapRecord.get(), &set);
+      qsys_status status =
+          qoc_ocrDictionaryString_match(&c.wordRecord, &c.inputRecord, pointer(c.params), c.swapRecord.get(), &set);
       value = fromRecord(*set);
       return status;
     });
