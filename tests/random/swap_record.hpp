@@ -12,7 +12,7 @@ namespace random_cases {
 
 using HeldSwapCharSet = reference::Held<qoc_swapCharSet, qoc_swapCharSet_construct, qoc_swapCharSet_destruct>;
 
-/** The library's swap set for the model's; null where the model has none. */
+/** The library's empty swap set for the model's empty one; null where the model has none. */
 class SwapRecord {
  public:
   explicit SwapRecord(const std::optional<reference::Swaps> &swaps) {

@@ -119,7 +119,8 @@ void removeInserted(Result &result) {
   for (size_t p = 0; p < statuses.size(); ++p) {
     if (statuses[p] != inserted) continue;
     for (size_t q = p; q + 1 < statuses.size(); ++q) statuses[q] = statuses[q + 1];
-    for (size_t q = p; q + 1 < result.valid.size(); ++q) result.valid[q] = result.valid[q + 1];
+    // A shorter `valid` has nothing for the last positions, and so nothing that could be left behind there.
+    if (p < result.valid.size()) result.valid.erase(result.valid.begin() + static_cast<std::ptrdiff_t>(p));
     statuses.resize(statuses.size() - 1);
     result.valid.resize(statuses.size());
   }
