@@ -1,0 +1,96 @@
+#pragma once
+// The frame of an operation: what it has constructed, and what becomes of that on the way out.
+
+#include <qoc/system.h>
+
+#include <new>
+
+#include "platform/system/present.hpp"
+
+namespace qoc {
+
+/// The cleanup stack of one operation. Objects are registered as they are constructed; on the way out of its scope the frame
+/// destroys what is due for the status that the operation ends with: locals always, the caller's output only after a failure.
+template <std::int32_t Capacity>
+class Frame {
+ public:
+  explicit Frame(qsys_status &status) noexcept : status_(status), tag_(qsys_cleanup_getNextTag()) {}
+  ~Frame() {
+    if (count_ < 0 || count_ > Capacity) {
+      qstd_assert_(__LINE__);
+      return;
+    }
+    qsys_cleanupExecute_(entries_, &count_, &status_, tag_);
+  }
+  Frame(const Frame &) = delete;
+  Frame &operator=(const Frame &) = delete;
+
+  template <auto Destruct, class T>
+  void output(T *object, int line = __builtin_LINE()) noexcept {
+    add<Destruct>(QSYS_CLEANUP_OUTPUT, object, line);
+  }
+  template <auto Destruct, class T>
+  void local(T *object, int line = __builtin_LINE()) noexcept {
+    add<Destruct>(QSYS_CLEANUP_LOCAL, object, line);
+  }
+
+ private:
+  // The lambda keeps the call well defined: no destructor is called through a pointer of another function type.
+  template <auto Destruct, class T>
+  void add(std::uint32_t kind, T *object, int line) noexcept {
+    if (count_ < 0 || count_ >= Capacity) {
+      qstd_assert_(line);
+      return;
+    }
+    if (sequence_ > 0xFFFFFFFEu) {
+      sequence_ = 0;
+    }
+    entries_[count_++] = {sequence_++, kind, object, [](void *address) { return Destruct(static_cast<T *>(address)); }};
+  }
+
+  qsys_status &status_;
+  std::uint32_t tag_, sequence_ = 0;
+  std::int32_t count_ = 0;
+  qsys_cleanupEntry entries_[Capacity] = {};
+};
+
+/// The status of the exception that is being handled: the only ones that can arise come from running out of memory.
+inline qsys_status statusOfException() noexcept {
+  try {
+    throw;
+  } catch (const std::bad_alloc &) {
+    return QSYS_STATUS_OUT_OF_MEMORY;
+  } catch (...) {
+    return QSYS_STATUS_INTERNAL;
+  }
+}
+
+/// Runs body(frame) in a fresh frame. In the body a plain `return status` is right on every path; no exception gets out.
+template <std::int32_t Capacity, class Body>
+qsys_status inFrame(Body &&body) noexcept {
+  qsys_status status = QSYS_STATUS_OK;
+  {
+    Frame<Capacity> frame(status);
+    try {
+      status = body(frame);
+    } catch (...) {
+      status = statusOfException();  // Before the frame is left: it decides by the status.
+    }
+  }
+  return status;
+}
+
+/// The usual copy constructor: the default object, then assigned from the source; nothing is left of it on failure.
+template <auto Construct, auto Assign, auto Destruct, class T>
+qsys_status constructThenAssign(T *object, const T *source, int line = __builtin_LINE()) noexcept {
+  if (!present({object, source}, line)) {
+    return QSYS_STATUS_OK;
+  }
+  return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
+    QOC_TRY(Construct(object));
+    frame.template output<Destruct>(object);
+    return Assign(object, source);
+  });
+}
+
+}  // namespace qoc

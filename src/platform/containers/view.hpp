@@ -1,0 +1,20 @@
+#pragma once
+// Typed vectors as spans, for code inside the library. A view holds until the vector's size or capacity changes.
+
+#include <qoc/containers.h>
+
+#include <span>
+
+namespace qoc {
+
+/// The elements of a typed vector; T is its element type.
+template <class T, class V>
+std::span<const T> viewAs(const V &vector) noexcept {
+  return {static_cast<const T *>(vector.core.elements), static_cast<std::size_t>(vector.core.size)};
+}
+template <class T, class V>
+std::span<T> editAs(V &vector) noexcept {
+  return {static_cast<T *>(vector.core.elements), static_cast<std::size_t>(vector.core.size)};
+}
+
+}  // namespace qoc

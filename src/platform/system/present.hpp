@@ -1,0 +1,31 @@
+#pragma once
+// Checks that required arguments are there, at the door of every operation.
+
+#include <qoc/system.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <initializer_list>
+
+namespace qoc {
+
+/// True when no pointer is null. Otherwise reports the caller's line, once, and the caller is to end with status 0.
+inline bool present(std::initializer_list<const void *> arguments, int line = __builtin_LINE()) noexcept {
+  for (const void *argument : arguments) {
+    if (argument == nullptr) {
+      qstd_assert_(line);
+      return false;
+    }
+  }
+  return true;
+}
+
+}  // namespace qoc
+
+/// Ends the enclosing function with the call's status when that is a failure.
+#define QOC_TRY(call)                                              \
+  do {                                                             \
+    if (const qsys_status qocTried = (call); qocTried < 0) {       \
+      return qocTried;                                             \
+    }                                                              \
+  } while (false)

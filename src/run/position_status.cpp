@@ -1,0 +1,59 @@
+// The enumerations that results carry.
+
+#include "qoc/position_status.h"
+
+#include <algorithm>
+
+#include "platform/containers/view.hpp"
+#include "platform/system/present.hpp"
+
+using qoc::present;
+
+namespace {
+
+struct EnumerationEntry {
+  std::int32_t value;
+  const char *text;
+};
+
+#define QOC_STATUS_ENTRY(name, value) {value, "qoc_ocrDictionaryPositionStatus_" #name},
+constexpr EnumerationEntry statuses[] = {QOC_POSITION_STATUS_LIST(QOC_STATUS_ENTRY)};
+#undef QOC_STATUS_ENTRY
+#define QOC_MODE_ENTRY(name, value) {value, "qoc_ocrDictionaryMode_" #name},
+constexpr EnumerationEntry modes[] = {QOC_MODE_LIST(QOC_MODE_ENTRY)};
+#undef QOC_MODE_ENTRY
+
+qsys_status printName(std::span<const EnumerationEntry> entries, std::int32_t value) {
+  const auto found = std::ranges::find(entries, value, &EnumerationEntry::value);
+  return found != entries.end() ? qsys_printfA("%s", found->text) : QSYS_STATUS_OK;
+}
+
+}  // namespace
+
+qsys_status qoc_ocrDictionaryMode_print(qoc_ocrDictionaryMode mode) { return printName(modes, mode); }
+
+qsys_status qoc_ocrDictionaryPositionStatus_print(qoc_ocrDictionaryPositionStatus status) {
+  return printName(statuses, status);
+}
+
+qsys_status qstd_vector_qoc_ocrDictionaryPositionStatus_reverse(qstd_vector_qoc_ocrDictionaryPositionStatus *vector) {
+  if (present({vector})) {
+    std::ranges::reverse(qoc::editAs<qoc_ocrDictionaryPositionStatus>(*vector));
+  }
+  return QSYS_STATUS_OK;
+}
+
+qsys_status qstd_vector_qoc_ocrDictionaryPositionStatus_print(
+    const qstd_vector_qoc_ocrDictionaryPositionStatus *vector) {
+  if (!present({vector})) {
+    return QSYS_STATUS_OK;
+  }
+  QOC_TRY(qsys_printfA(" { "));
+  const char *separator = "";
+  for (const qoc_ocrDictionaryPositionStatus status : qoc::viewAs<qoc_ocrDictionaryPositionStatus>(*vector)) {
+    QOC_TRY(qsys_printfA("%s", separator));
+    QOC_TRY(qoc_ocrDictionaryPositionStatus_print(status));
+    separator = " , ";
+  }
+  return qsys_printfA(" } ");
+}

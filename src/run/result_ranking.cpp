@@ -1,0 +1,232 @@
+// Ranking: the three orders of results, and the sort by them.
+//
+// The orders count edits first; the default order then prefers results that the reader's own first choices support, the two scoring
+// orders the worst position and the reader's scores. A comparison caches what it counts in the results.
+//
+// Two results that are not computed compare inconsistently (each is said to come after the other), so the sort must not be one that
+// trusts its comparison: this is a merge sort of its own, which reads and writes within bounds whatever it is told.
+
+#include "run/result_ranking.hpp"
+
+#include <algorithm>
+#include <cstring>
+#include <memory>
+#include <numeric>
+#include <vector>
+
+#include "frame/frame.hpp"
+#include "run/result_set_ops.hpp"
+
+using qoc::Frame;
+using qoc::inFrame;
+using qoc::present;
+using qoc::statusesOf;
+
+namespace {
+
+using Result = qoc_ocrDictionaryResult;
+using Status = qoc_ocrDictionaryPositionStatus;
+
+constexpr std::int32_t maskPrimary = 3;
+constexpr std::int32_t maskPrimaryAndSecondary = 15;
+
+std::int32_t countOf(const Result &result, Status status) {
+  return static_cast<std::int32_t>(std::ranges::count(statusesOf(result), status));
+}
+
+int fewerFirst(std::int32_t a, std::int32_t b) { return a < b ? -1 : a > b ? 1 : 0; }
+int moreFirst(std::int32_t a, std::int32_t b) { return fewerFirst(b, a); }
+
+std::int32_t numDeleted(const Result &result) { return result.deleted.core.size; }
+
+std::int32_t numMatchedPositionsOf(Result &result) {
+  if (result.numMatchedPositionsIsCached == 0) {
+    result.numMatchedPositions = static_cast<std::int32_t>(
+        std::ranges::count_if(statusesOf(result), [](Status status) { return status >= 1 && status <= 7; }));
+    result.numMatchedPositionsIsCached = 1;
+  }
+  return result.numMatchedPositions;
+}
+
+std::int32_t numInsertedOf(Result &result) {
+  if (result.numInsertedIsCached == 0) {
+    result.numInserted = countOf(result, qoc_ocrDictionaryPositionStatus_inserted);
+    result.numInsertedIsCached = 1;
+  }
+  return result.numInserted;
+}
+
+/// The sum of the dictionary characters' scores over the positions that the mask counts. Sums wrap around as 32-bit numbers do.
+std::int32_t scoreOf(Result &result) {
+  if (result.scoreIsCached == 0) {
+    const std::int32_t mask = result.scoreStatusMask;
+    const Status lastCounted = mask == maskPrimary               ? qoc_ocrDictionaryPositionStatus_primarySwap
+                               : mask == maskPrimaryAndSecondary ? qoc_ocrDictionaryPositionStatus_secondarySwap
+                                                                 : 0;
+    const auto characters = qoc::view(result.dictionaryString);
+    const auto statuses = statusesOf(result);
+    std::uint32_t sum = 0;
+    for (std::size_t i = 0; i < std::min(characters.size(), statuses.size()); ++i) {
+      if (statuses[i] >= qoc_ocrDictionaryPositionStatus_primary && statuses[i] <= lastCounted) {
+        sum += static_cast<std::uint32_t>(characters[i].score);
+      }
+    }
+    result.score = static_cast<std::int32_t>(sum);
+    result.scoreIsCached = 1;
+  }
+  return result.score;
+}
+
+/// What all orders begin with: 0 when both are computed.
+int computedFirst(const Result &a, const Result &b) {
+  if (a.isComputed != 0 && b.isComputed != 0) {
+    return 0;
+  }
+  // Deliberate: of two that are not computed the second always comes first.
+  return a.isComputed != 0 ? -1 : 1;
+}
+
+/// The scoring orders; they differ in whether a secondary position is as good as a primary one.
+int compareByScore(Result &a, Result &b, bool withSecondary) {
+  if (const int order = computedFirst(a, b); order != 0) {
+    return order;
+  }
+  if (const int order = fewerFirst(a.numEdits, b.numEdits); order != 0) {
+    return order;
+  }
+  const auto numGood = [withSecondary](const Result &result) {
+    return countOf(result, qoc_ocrDictionaryPositionStatus_primary) +
+           (withSecondary ? countOf(result, qoc_ocrDictionaryPositionStatus_secondary) : 0);
+  };
+  if (const int order = moreFirst(numGood(a), numGood(b)); order != 0) {
+    return order;
+  }
+  a.scoreStatusMask = b.scoreStatusMask = withSecondary ? maskPrimaryAndSecondary : maskPrimary;
+  const auto lineStatus = [withSecondary](const Result &result) {
+    const Status status = result.resultStringLineStatus;
+    const bool isSecondary = status == qoc_ocrDictionaryPositionStatus_secondary ||
+                             status == qoc_ocrDictionaryPositionStatus_secondarySwap;
+    return withSecondary && isSecondary ? status - 2 : status;
+  };
+  if (const int order = fewerFirst(lineStatus(a), lineStatus(b)); order != 0) {
+    return order;
+  }
+  // Deliberate: the matched positions are counted and kept, and decide nothing.
+  numMatchedPositionsOf(a);
+  numMatchedPositionsOf(b);
+  if (const int order = moreFirst(scoreOf(a), scoreOf(b)); order != 0) {
+    return order;
+  }
+  if (const int order = fewerFirst(numDeleted(a), numDeleted(b)); order != 0) {
+    return order;
+  }
+  if (const int order = fewerFirst(numInsertedOf(a), numInsertedOf(b)); order != 0) {
+    return order;
+  }
+  return fewerFirst(a.orderIndex, b.orderIndex);
+}
+
+int comparePrimaryAndSecondary(Result &a, Result &b) { return compareByScore(a, b, true); }
+
+using Order = int (*)(Result &, Result &);
+
+Order orderFor(const qoc_ocrDictionaryRunParams *params) {
+  if (params == nullptr || params->rankingMode != 1) {
+    return qoc::compareDefault;
+  }
+  return params->rankingVariant == 3 ? qoc::comparePrimary : comparePrimaryAndSecondary;
+}
+
+/// Merges two sorted runs that lie one behind the other in `indices`.
+template <class Before>
+void mergeRuns(std::span<std::int32_t> indices, std::size_t middle, std::span<std::int32_t> scratch, Before isBefore) {
+  std::ranges::copy(indices, scratch.begin());
+  std::size_t left = 0;
+  std::size_t right = middle;
+  for (std::int32_t &out : indices) {
+    const bool takeRight = left >= middle || (right < indices.size() && isBefore(scratch[right], scratch[left]));
+    out = scratch[takeRight ? right++ : left++];
+  }
+}
+
+template <class Before>
+void mergeSort(std::span<std::int32_t> indices, std::span<std::int32_t> scratch, Before isBefore) {
+  if (indices.size() < 2) {
+    return;
+  }
+  const std::size_t middle = indices.size() / 2;  // The depth is the logarithm of the size.
+  mergeSort(indices.first(middle), scratch, isBefore);
+  mergeSort(indices.subspan(middle), scratch, isBefore);
+  mergeRuns(indices, middle, scratch, isBefore);
+}
+
+/// Moves results[indices[k]] to place k.
+void permute(std::span<Result> results, std::span<const std::int32_t> indices) {
+  // Results may be moved byte by byte, as every element of a vector may.
+  const auto bytes = std::make_unique_for_overwrite<std::byte[]>(results.size_bytes());
+  for (std::size_t k = 0; k < indices.size(); ++k) {
+    std::memcpy(bytes.get() + k * sizeof(Result), &results[static_cast<std::size_t>(indices[k])], sizeof(Result));
+  }
+  std::memcpy(static_cast<void *>(results.data()), bytes.get(), results.size_bytes());
+}
+
+}  // namespace
+
+int qoc::compareDefault(Result &a, Result &b) {
+  if (const int order = computedFirst(a, b); order != 0) {
+    return order;
+  }
+  if (const int order = fewerFirst(a.numEdits, b.numEdits); order != 0) {
+    return order;
+  }
+  if (const int order = fewerFirst(numDeleted(a), numDeleted(b)); order != 0) {
+    return order;
+  }
+  for (const Status status : {qoc_ocrDictionaryPositionStatus_primary, qoc_ocrDictionaryPositionStatus_secondary}) {
+    if (const int order = moreFirst(countOf(a, status), countOf(b, status)); order != 0) {
+      return order;
+    }
+  }
+  return fewerFirst(a.orderIndex, b.orderIndex);
+}
+
+int qoc::comparePrimary(Result &a, Result &b) { return compareByScore(a, b, false); }
+
+qsys_status qoc_ocrDictionaryResultVector_sort(qstd_vector_qoc_ocrDictionaryResult *results,
+                                               const qoc_ocrDictionaryRunParams *params, qsys_bool isDescending) {
+  if (!present({results}) || qoc::sizeOf(*results) < 2) {
+    return QSYS_STATUS_OK;
+  }
+  return inFrame<1>([&](Frame<1> &) -> qsys_status {
+    const auto edited = qoc::edit(*results);
+    for (std::size_t i = 0; i < edited.size(); ++i) {
+      edited[i].orderIndex = static_cast<std::int32_t>(i);
+    }
+    const Order order = orderFor(params);
+    const auto isBefore = [&](std::int32_t a, std::int32_t b) {
+      const int sign = order(edited[static_cast<std::size_t>(a)], edited[static_cast<std::size_t>(b)]);
+      return isDescending != 0 ? sign < 0 : sign > 0;
+    };
+    // Most vectors are a ranked list with a few results behind it: only what breaks the order is sorted.
+    std::size_t numRanked = 1;
+    while (numRanked < edited.size() &&
+           !isBefore(static_cast<std::int32_t>(numRanked), static_cast<std::int32_t>(numRanked - 1))) {
+      ++numRanked;
+    }
+    if (numRanked == edited.size()) {
+      return QSYS_STATUS_OK;
+    }
+    std::vector<std::int32_t> indices(edited.size());
+    std::vector<std::int32_t> scratch(edited.size());
+    std::iota(indices.begin(), indices.end(), 0);
+    mergeSort(std::span(indices).subspan(numRanked), scratch, isBefore);
+    mergeRuns(std::span(indices), numRanked, scratch, isBefore);
+    permute(edited, indices);
+    return QSYS_STATUS_OK;
+  });
+}
+
+qsys_status qoc_ocrDictionaryResultSet_sort(qoc_ocrDictionaryResultSet *set, const qoc_ocrDictionaryRunParams *params,
+                                            qsys_bool isDescending) {
+  return present({set}) ? qoc_ocrDictionaryResultVector_sort(&set->results, params, isDescending) : QSYS_STATUS_OK;
+}

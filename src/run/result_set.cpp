@@ -1,0 +1,120 @@
+// The life of a result set, and what is done to all of its results.
+
+#include <algorithm>
+
+#include "frame/frame.hpp"
+#include "run/result_set_ops.hpp"
+
+using qoc::present;
+
+namespace {
+
+/// Takes inserted positions out of a result.
+qsys_status removeInserted(qoc_ocrDictionaryResult &result) {
+  auto &statuses = result.resultStringStatus;
+  for (std::int32_t p = 0; p < qoc::sizeOf(statuses); ++p) {
+    // Deliberate: the position that moves into p is not looked at, so of two neighbours only the first goes.
+    if (qoc::statusesOf(result)[static_cast<std::size_t>(p)] != qoc_ocrDictionaryPositionStatus_inserted) {
+      continue;
+    }
+    QOC_TRY(qstd_vector_qoc_ocrDictionaryPositionStatus_eraseElement(&statuses, p));
+    if (p < qoc::sizeOf(result.valid)) {
+      QOC_TRY(qstd_vector_qoc_ocrDictionaryCharMulti_eraseElement(&result.valid.positions, p));
+    }
+    QOC_TRY(qstd_vector_qoc_ocrDictionaryCharMulti_resize(&result.valid.positions, qoc::sizeOf(statuses)));
+  }
+  return QSYS_STATUS_OK;
+}
+
+}  // namespace
+
+qsys_status qoc_ocrDictionaryResultSet_construct(qoc_ocrDictionaryResultSet *object) {
+  if (!present({object})) {
+    return QSYS_STATUS_OK;
+  }
+  QOC_TRY(qstd_vector_qoc_ocrDictionaryResult_constructEmpty(&object->results));
+  object->isComputed = 0;
+  return QSYS_STATUS_OK;
+}
+
+qsys_status qoc_ocrDictionaryResultSet_constructCopy(qoc_ocrDictionaryResultSet *object,
+                                                     const qoc_ocrDictionaryResultSet *source) {
+  return qoc::constructThenAssign<qoc_ocrDictionaryResultSet_construct, qoc_ocrDictionaryResultSet_assign,
+                                  qoc_ocrDictionaryResultSet_destruct>(object, source);
+}
+
+qsys_status qoc_ocrDictionaryResultSet_assign(qoc_ocrDictionaryResultSet *object,
+                                              const qoc_ocrDictionaryResultSet *source) {
+  if (!present({object, source})) {
+    return QSYS_STATUS_OK;
+  }
+  object->isComputed = source->isComputed;
+  return qstd_vector_qoc_ocrDictionaryResult_assign(&object->results, &source->results);
+}
+
+qsys_status qoc_ocrDictionaryResultSet_destruct(qoc_ocrDictionaryResultSet *object) {
+  return present({object}) ? qstd_vector_qoc_ocrDictionaryResult_destruct(&object->results) : QSYS_STATUS_OK;
+}
+
+qsys_status qoc_ocrDictionaryResultSet_reset(qoc_ocrDictionaryResultSet *set) {
+  if (!present({set})) {
+    return QSYS_STATUS_OK;
+  }
+  set->isComputed = 0;
+  return qstd_vector_qoc_ocrDictionaryResult_resize(&set->results, 0);
+}
+
+qsys_status qoc_ocrDictionaryResultSet_print(const qoc_ocrDictionaryResultSet *set) {
+  if (!present({set})) {
+    return QSYS_STATUS_OK;
+  }
+  QOC_TRY(qsys_printfA("qoc_ocrDictionaryResultSet "));
+  QOC_TRY(qsys_printfA("isComputed: %s", qoc::nameOfFlag(set->isComputed)));
+  return set->isComputed == 1 ? qstd_vector_qoc_ocrDictionaryResult_print(&set->results) : QSYS_STATUS_OK;
+}
+
+qsys_status qoc_ocrDictionaryResultSet_setGiven(qoc_ocrDictionaryResultSet *set,
+                                                const qoc_ocrDictionaryStringMulti *given,
+                                                const qstd_vector32s *inputIndices) {
+  if (!present({set, given, inputIndices})) {
+    return QSYS_STATUS_OK;
+  }
+  for (qoc_ocrDictionaryResult &result : qoc::edit(set->results)) {
+    QOC_TRY(qoc_ocrDictionaryStringMulti_assign(&result.given, given));
+    QOC_TRY(qstd_vector32s_assign(&result.inputIndices, inputIndices));
+  }
+  return QSYS_STATUS_OK;
+}
+
+qsys_status qoc_ocrDictionaryResultSet_getIsExactBest(const qoc_ocrDictionaryResultSet *set, qsys_bool *isExactBest) {
+  if (present({set, isExactBest})) {
+    const auto results = qoc::view(set->results);
+    *isExactBest = !results.empty() && results.front().numEdits == 0 ? 1 : 0;
+  }
+  return QSYS_STATUS_OK;
+}
+
+qsys_status qoc_ocrDictionaryResultSet_finalize(qoc_ocrDictionaryResultSet *set,
+                                                const qoc_ocrDictionaryRunParams *params) {
+  if (!present({set})) {
+    return QSYS_STATUS_OK;
+  }
+  QOC_TRY(qoc_ocrDictionaryResultSet_sort(set, params, 1));
+  if (params == nullptr) {
+    return QSYS_STATUS_OK;
+  }
+  if (params->returnBestOnly != 0 && qoc::sizeOf(set->results) > 1) {
+    QOC_TRY(qstd_vector_qoc_ocrDictionaryResult_resize(&set->results, 1));
+  }
+  for (qoc_ocrDictionaryResult &result : qoc::edit(set->results)) {
+    if (params->finalizeEachResult != 0) {
+      QOC_TRY(removeInserted(result));
+    }
+    const auto statuses = qoc::statusesOf(result);
+    result.resultStringLineStatus = statuses.empty() ? 0 : std::ranges::max(statuses);
+    if (result.isComputed != 0) {
+      QOC_TRY(qoc_ocrDictionaryResult_getStatusWRTInputStringSwapChar(&result, &result.statusWRTInputStringSwapChar));
+    }
+  }
+  return QSYS_STATUS_OK;
+}

@@ -1,0 +1,157 @@
+// Merging results: buckets by edit count, and the merge of one ranked set into another.
+
+#include <utility>
+
+#include "frame/frame.hpp"
+#include "run/result_ranking.hpp"
+#include "run/result_set_ops.hpp"
+
+using qoc::present;
+
+namespace {
+
+using Result = qoc_ocrDictionaryResult;
+
+/// The merge's own order of a against b: 1 files b behind, -1 passes over a, 0 drops b.
+int mergeOrder(Result &a, Result &b, const qoc_ocrDictionaryRunParams *params) {
+  // Deliberate: negated, and with the orders the other way round than the sort pairs them with rankingMode.
+  const bool isScored = params != nullptr && params->rankingMode == 1;
+  return -(isScored ? qoc::compareDefault(a, b) : qoc::comparePrimary(a, b));
+}
+
+/// Drops every result that is the same as the one kept before it.
+qsys_status dropAdjacentDuplicates(qstd_vector_qoc_ocrDictionaryResult &results) {
+  const auto edited = qoc::edit(results);
+  std::size_t numKept = edited.empty() ? 0 : 1;
+  for (std::size_t k = 1; k < edited.size(); ++k) {
+    qsys_bool isSame = 0;
+    QOC_TRY(qoc_ocrDictionaryResult_isSameResult(&edited[numKept - 1], &edited[k], &isSame));
+    if (isSame == 0) {
+      if (numKept != k) {
+        std::swap(edited[numKept], edited[k]);  // What is dropped gathers behind what is kept.
+      }
+      ++numKept;
+    }
+  }
+  return qstd_vector_qoc_ocrDictionaryResult_resize(&results, static_cast<std::int32_t>(numKept));
+}
+
+}  // namespace
+
+qsys_status qoc_ocrDictionaryResult_isSameResult(const Result *a, const Result *b, qsys_bool *isSame) {
+  if (!present({a, b, isSame})) {
+    return QSYS_STATUS_OK;
+  }
+  *isSame = 0;
+  if ((a->isComputed != 0) != (b->isComputed != 0)) {
+    return QSYS_STATUS_OK;
+  }
+  if (a->isComputed == 0) {
+    *isSame = 1;
+    return QSYS_STATUS_OK;
+  }
+  if (a->resultStringLineStatus != b->resultStringLineStatus || a->numEdits != b->numEdits ||
+      a->numIgnoredSuffixCharacters != b->numIgnoredSuffixCharacters ||
+      a->numIgnoredPrefixCharacters != b->numIgnoredPrefixCharacters) {
+    return QSYS_STATUS_OK;
+  }
+  // Deliberate: mode, dictionaryString, startFieldIndex and overlapInputString do not count.
+  const qoc_ocrDictionaryStringMulti *const readings[][2] = {
+      {&a->given, &b->given}, {&a->givenSwap, &b->givenSwap}, {&a->valid, &b->valid}};
+  for (const auto &[readingA, readingB] : readings) {
+    qsys_bool isEqual = 0;
+    QOC_TRY(qoc_ocrDictionaryStringMulti_compareEqual(readingA, readingB, &isEqual));
+    if (isEqual == 0) {
+      return QSYS_STATUS_OK;
+    }
+  }
+  qsys_bool isEqual = 0;
+  QOC_TRY(qstd_vector_qoc_ocrDictionaryPositionStatus_compareEqual(&a->resultStringStatus, &b->resultStringStatus,
+                                                                   &isEqual));
+  return isEqual != 0 ? qstd_vector32s_compareEqual(&a->deleted, &b->deleted, isSame) : QSYS_STATUS_OK;
+}
+
+qsys_status qoc_ocrDictionaryResultSet_merge(qoc_ocrDictionaryResultSet *target, qoc_ocrDictionaryResultSet *partial,
+                                             const qoc_ocrDictionaryRunParams *params) {
+  if (!present({target, partial}) || partial->isComputed == 0 || qoc::sizeOf(partial->results) == 0) {
+    return QSYS_STATUS_OK;
+  }
+  if (target->isComputed == 0) {
+    QOC_TRY(qoc_ocrDictionaryResultSet_reset(target));
+    target->isComputed = 1;
+  }
+  // The walk goes over the results that the target held when it began; new ones are filed behind them.
+  const auto added = qoc::edit(partial->results);
+  const std::int32_t numOld = qoc::sizeOf(target->results);
+  std::int32_t i = 0;
+  for (std::size_t j = 0; j < added.size();) {
+    int decision = 1;
+    if (i < numOld) {
+      Result &old = qoc::edit(target->results)[static_cast<std::size_t>(i)];
+      qsys_bool isSame = 0;
+      QOC_TRY(qoc_ocrDictionaryResult_isSameResult(&old, &added[j], &isSame));
+      decision = isSame != 0 ? 0 : mergeOrder(old, added[j], params);
+    }
+    if (decision > 0) {
+      QOC_TRY(qstd_vector_qoc_ocrDictionaryResult_pushBack(&target->results, &added[j]));
+    }
+    i += decision <= 0 ? 1 : 0;
+    j += decision >= 0 ? 1 : 0;
+  }
+  QOC_TRY(qoc_ocrDictionaryResultVector_sort(&target->results, params, 1));
+  return dropAdjacentDuplicates(target->results);
+}
+
+qsys_status qoc_ocrDictionaryResultSet_mergeBuckets(qoc_ocrDictionaryResultSet *target,
+                                                    qstd_vector_vector_qoc_ocrDictionaryResult *buckets,
+                                                    const qoc_ocrDictionaryRunParams *params) {
+  if (!present({target, buckets})) {
+    return QSYS_STATUS_OK;
+  }
+  for (qstd_vector_qoc_ocrDictionaryResult &bucket : qoc::editAs<qstd_vector_qoc_ocrDictionaryResult>(*buckets)) {
+    // The temporary set borrows the bucket: sorting moves elements and changes neither its size nor its storage.
+    qoc_ocrDictionaryResultSet temporary = {1, bucket};
+    QOC_TRY(qoc_ocrDictionaryResultSet_sort(&temporary, params, 1));
+    QOC_TRY(qoc_ocrDictionaryResultSet_merge(target, &temporary, params));
+  }
+  return QSYS_STATUS_OK;
+}
+
+qsys_status qoc_ocrDictionaryResultBuckets_add(qstd_vector_vector_qoc_ocrDictionaryResult *buckets,
+                                               const Result *result) {
+  if (!present({buckets, result})) {
+    return QSYS_STATUS_OK;
+  }
+  const std::int32_t k = result->numEdits;
+  if (k == INT32_MAX) {
+    return QSTD_STATUS_SIZE_INVALID;
+  }
+  if (k >= qoc::sizeOf(*buckets)) {
+    QOC_TRY(qstd_vector_vector_qoc_ocrDictionaryResult_resize(buckets, k + 1));
+  }
+  qstd_vector_qoc_ocrDictionaryResult *bucket = nullptr;
+  QOC_TRY(qstd_vector_vector_qoc_ocrDictionaryResult_getElement(buckets, k, &bucket));
+  QOC_TRY(qstd_vector_qoc_ocrDictionaryResult_pushBack(bucket, result));
+  Result &filed = qoc::edit(*bucket).back();
+  return qoc_ocrDictionaryStringMulti_assign(&filed.givenSwap, &filed.given);
+}
+
+qsys_status qoc_ocrDictionaryResultBuckets_addVector(qstd_vector_vector_qoc_ocrDictionaryResult *buckets,
+                                                     const qstd_vector_qoc_ocrDictionaryResult *results) {
+  if (!present({buckets, results})) {
+    return QSYS_STATUS_OK;
+  }
+  for (const Result &result : qoc::view(*results)) {
+    QOC_TRY(qoc_ocrDictionaryResultBuckets_add(buckets, &result));
+  }
+  return QSYS_STATUS_OK;
+}
+
+qsys_status qoc_ocrDictionaryResultBuckets_hasResults(const qstd_vector_vector_qoc_ocrDictionaryResult *buckets,
+                                                      qsys_bool *hasResults) {
+  if (present({buckets, hasResults})) {
+    const auto view = qoc::viewAs<qstd_vector_qoc_ocrDictionaryResult>(*buckets);
+    *hasResults = !view.empty() && qoc::sizeOf(view.front()) > 0 ? 1 : 0;
+  }
+  return QSYS_STATUS_OK;
+}

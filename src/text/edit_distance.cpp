@@ -1,0 +1,38 @@
+// The edit distance of two strings.
+
+#include <numeric>
+#include <vector>
+
+#include "frame/frame.hpp"
+#include "text/views.hpp"
+
+using qoc::Frame;
+using qoc::inFrame;
+using qoc::present;
+
+qsys_status qoc_ocrDictionaryString_editDistance(const qoc_ocrDictionaryString *a, const qoc_ocrDictionaryString *b,
+                                                 const qoc_swapCharSet *set, int32_t *distance) {
+  if (!present({a, b, distance})) {
+    return QSYS_STATUS_OK;
+  }
+  return inFrame<1>([&](Frame<1> &) -> qsys_status {
+    // Row j of the table holds the distances of every prefix of a to the first j characters of b; one row at a time is enough.
+    const auto first = qoc::view(*a);
+    const auto second = qoc::view(*b);
+    std::vector<std::int32_t> row(first.size() + 1);
+    std::iota(row.begin(), row.end(), 0);
+    for (std::size_t j = 1; j <= second.size(); ++j) {
+      std::int32_t diagonal = row[0];  // Cell (i - 1, j - 1).
+      row[0] = static_cast<std::int32_t>(j);
+      for (std::size_t i = 1; i <= first.size(); ++i) {
+        qsys_bool isMatch = 0;
+        QOC_TRY(qoc_ocrDictionaryChar_isMatch(&first[i - 1], &second[j - 1], set, &isMatch));
+        const std::int32_t above = row[i];
+        row[i] = isMatch != 0 ? diagonal : qxfIMin(row[i - 1] + 1, qxfIMin(above + 1, diagonal + 1));
+        diagonal = above;
+      }
+    }
+    *distance = row.back();
+    return QSYS_STATUS_OK;
+  });
+}

@@ -1,0 +1,69 @@
+#include "text/edit_table.hpp"
+
+#include <algorithm>
+#include <cstdlib>
+
+namespace qoc {
+
+bool EditTable::fill(const WordRows &word, Window window, const qoc_ocrDictionaryRunParams &params) {
+  m_ = word.size();
+  k_ = window.size();
+  const std::int32_t maxEdits = params.maxEdits;
+  if (maxEdits < 0 || std::abs(std::int64_t{m_} - k_) > maxEdits) {
+    return false;  // As many steps off the diagonal as the lengths differ, each at a cost of 1.
+  }
+  band_ = std::min<std::int32_t>(maxEdits, std::max(m_, k_));
+  isBanded_ = 2 * std::int64_t{band_} + 1 < std::int64_t{m_} + 1;
+  stride_ = isBanded_ ? 2 * std::int64_t{band_} + 1 : std::int64_t{m_} + 1;
+  const std::size_t numCells = static_cast<std::size_t>(stride_) * (static_cast<std::size_t>(k_) + 1);
+  costs_.assign(numCells, unreachable);
+  steps_.assign(numCells, Step::match);
+
+  for (std::int32_t i = 0; i <= std::min(m_, band_); ++i) {
+    costs_[at(i, 0)] = i;
+  }
+  for (std::int32_t j = 1; j <= k_; ++j) {
+    const std::int32_t first = std::max(j - band_, 0);
+    const std::int32_t last = static_cast<std::int32_t>(std::min<std::int64_t>(m_, std::int64_t{j} + band_));
+    std::int32_t least = unreachable;
+    for (std::int32_t i = first; i <= last; ++i) {
+      std::int32_t &cost = costs_[at(i, j)];
+      if (i == 0) {
+        cost = j;
+      } else if (word.isMatch(i - 1, window.start + j - 1)) {
+        cost = costs_[at(i - 1, j - 1)];
+      } else {
+        const std::int32_t left = i > first ? costs_[at(i - 1, j)] : unreachable;
+        const std::int32_t up = i < j + band_ ? costs_[at(i, j - 1)] : unreachable;
+        const std::int32_t deletion = params.matchOption2 != 0 ? left + 1 : unreachable;
+        const std::int32_t insertion = params.matchOption4 != 0 ? up + 1 : unreachable;
+        const std::int32_t substitution = params.matchOption1 != 0 ? costs_[at(i - 1, j - 1)] + 1 : unreachable;
+        cost = std::min({deletion, insertion, substitution});
+        steps_[at(i, j)] = substitution == cost ? Step::substitution
+                           : insertion == cost  ? Step::insertion
+                                                : Step::deletion;
+      }
+      least = std::min(least, cost);
+    }
+    if (least > maxEdits) {
+      return false;  // Costs never fall along a path, and every path crosses this row.
+    }
+  }
+  return costs_[at(m_, k_)] <= maxEdits;
+}
+
+void EditTable::trace(std::vector<Step> &steps, std::int32_t &firstI, std::int32_t &firstJ) const {
+  steps.clear();
+  std::int32_t i = m_;
+  std::int32_t j = k_;
+  while (i > 0 && j > 0) {
+    const Step step = steps_[at(i, j)];
+    steps.push_back(step);
+    i -= step != Step::insertion ? 1 : 0;
+    j -= step != Step::deletion ? 1 : 0;
+  }
+  firstI = i;
+  firstJ = j;
+}
+
+}  // namespace qoc

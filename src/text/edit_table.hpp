@@ -1,0 +1,49 @@
+#pragma once
+// The table of edit costs between a dictionary string and a window of a reading, and the one path that is kept through it.
+//
+// Cell (i, j) is the least cost of turning the first j positions of the window into the first i characters of the string: a match is
+// free, every other step costs 1 and is open only where the run parameters allow it. Among steps that tie, substitution is kept
+// before insertion before deletion.
+//
+// Every step off the diagonal costs 1, so a cell further than maxEdits from the diagonal costs more than maxEdits and cannot lie on
+// an accepted path (the bound of Ukkonen, 1985). Only the band of cells within it is worked out; the others count as unreachable,
+// which leaves every cost of at most maxEdits, and the choice of steps into such a cell, as they are in the full table.
+//
+//     "abc" in the window "axc", one edit:   diagonal 0, 0, 1, 1: match, substitution, match
+
+#include <qoc/run_params.h>
+
+#include <cstdint>
+#include <vector>
+
+#include "text/reading_matches.hpp"
+
+namespace qoc {
+
+class EditTable {
+ public:
+  enum class Step : std::uint8_t { match, deletion, insertion, substitution };
+
+  /// The cost of a step that is not open, and of a cell that cannot be reached.
+  static constexpr std::int32_t unreachable = 0x3FFFFFFF;
+
+  /// Works out the costs. @return whether the whole word is the whole window within params.maxEdits
+  bool fill(const WordRows &word, Window window, const qoc_ocrDictionaryRunParams &params);
+
+  /// The path into the last cell, from its end to its beginning: `steps` from the cell (row, column) on the first row or column.
+  /// Call only after fill said yes.
+  void trace(std::vector<Step> &steps, std::int32_t &firstI, std::int32_t &firstJ) const;
+
+ private:
+  std::size_t at(std::int32_t i, std::int32_t j) const noexcept {
+    return static_cast<std::size_t>(std::int64_t{j} * stride_ + i - (isBanded_ ? std::int64_t{j} - band_ : 0));
+  }
+
+  std::vector<std::int32_t> costs_;
+  std::vector<Step> steps_;
+  std::int64_t stride_ = 0;
+  std::int32_t m_ = 0, k_ = 0, band_ = 0;
+  bool isBanded_ = false;
+};
+
+}  // namespace qoc

@@ -1,0 +1,83 @@
+// The match test: whether a dictionary string can be read in a reading.
+
+#include "text/match_test.hpp"
+
+#include "frame/frame.hpp"
+#include "text/window_search.hpp"
+
+namespace qoc {
+
+bool MatchTest::testWindow(Window window, const qoc_ocrDictionaryRunParams *params) {
+  if (!admitsLength(params, window)) {
+    return false;
+  }
+  const std::int32_t m = rows_.size();
+  const std::int32_t k = window.size();
+  const EndMatches ends = matchEnds(rows_, window);
+  if (m == k && ends.numFront == m) {
+    return true;
+  }
+  if (params == nullptr || params->maxEdits == 0) {
+    return false;
+  }
+  if (params->maxEdits != 1) {
+    return table_.fill(rows_, window, *params);
+  }
+  // One edit: what matches from either end must cover all but the place of the edit. The two may overlap, which covers it too.
+  const std::int64_t numEnds = std::int64_t{ends.numFront} + ends.numBack;
+  return (m == k && params->matchOption1 != 0 && numEnds + 1 >= m) ||
+         (m == k + 1 && params->matchOption2 != 0 && numEnds + 1 >= m) ||
+         (m == k - 1 && params->matchOption4 != 0 && numEnds >= m);
+}
+
+qsys_status MatchTest::isMatchInWindow(Characters word, Window window, const qoc_ocrDictionaryRunParams *params,
+                                       bool &isMatch) {
+  QOC_TRY(rows_.set(word, matches_));
+  isMatch = testWindow(window, params);
+  return QSYS_STATUS_OK;
+}
+
+qsys_status MatchTest::isMatch(Characters word, const qoc_ocrDictionaryRunParams *params, bool &isMatch) {
+  const std::int32_t n = matches_.size();
+  QOC_TRY(isMatchInWindow(word, {0, n}, params, isMatch));
+  if (isMatch || params == nullptr || params->matchOption9 == 0) {
+    return QSYS_STATUS_OK;
+  }
+  return searchWindows(n, rows_.size(), *params, [&](Window window, bool &isDone) -> qsys_status {
+    isMatch = isDone = testWindow(window, params);
+    return QSYS_STATUS_OK;
+  });
+}
+
+}  // namespace qoc
+
+qsys_status qoc_ocrDictionaryString_isMatchMulti(const qoc_ocrDictionaryString *string,
+                                                 const qoc_ocrDictionaryStringMulti *reading,
+                                                 const qoc_ocrDictionaryRunParams *params, const qoc_swapCharSet *set,
+                                                 qsys_bool *isMatch) {
+  if (!qoc::present({string, reading, isMatch})) {
+    return QSYS_STATUS_OK;
+  }
+  *isMatch = 0;
+  return qoc::inFrame<1>([&](qoc::Frame<1> &) -> qsys_status {
+    qoc::ReadingMatches matches(*reading, set);
+    bool answer = false;
+    QOC_TRY(qoc::MatchTest(matches).isMatch(qoc::view(*string), params, answer));
+    *isMatch = answer ? 1 : 0;
+    return QSYS_STATUS_OK;
+  });
+}
+
+qsys_status qoc_ocrDictionaryString_isMatch(const qoc_ocrDictionaryString *string, const qoc_ocrDictionaryString *input,
+                                            const qoc_ocrDictionaryRunParams *params, const qoc_swapCharSet *set,
+                                            qsys_bool *isMatch) {
+  if (!qoc::present({string, input, isMatch})) {
+    return QSYS_STATUS_OK;
+  }
+  return qoc::inFrame<1>([&](qoc::Frame<1> &frame) -> qsys_status {
+    qoc_ocrDictionaryStringMulti reading;
+    QOC_TRY(qoc_ocrDictionaryStringMulti_constructString(&reading, input));
+    frame.local<qoc_ocrDictionaryStringMulti_destruct>(&reading);
+    return qoc_ocrDictionaryString_isMatchMulti(string, &reading, params, set, isMatch);
+  });
+}

@@ -1,0 +1,72 @@
+#pragma once
+// The windows of a reading that are tried beside the whole of it.
+
+#include <qoc/run_params.h>
+
+#include "platform/system/present.hpp"
+#include "text/reading_matches.hpp"
+
+namespace qoc {
+
+/// 32-bit sums that wrap around, as run parameters may be any numbers.
+inline std::int32_t wrappingSum(std::int32_t a, std::int32_t b) noexcept {
+  return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) + static_cast<std::uint32_t>(b));
+}
+inline std::int32_t wrappingDifference(std::int32_t a, std::int32_t b) noexcept {
+  return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) - static_cast<std::uint32_t>(b));
+}
+
+/// Calls visit(window), which may end the search by setting its second argument, for every window that a string of m characters is
+/// tried on; asks for attention once for every start.
+///
+/// The ends run from start + minStringLength - maxEdits to the reading's; the largest lengths are compared as unsigned numbers, so
+/// that the default maxStringLength stops nothing, and a negative end stops its start.
+template <class Visit>
+qsys_status searchWindows(std::int32_t n, std::int32_t m, const qoc_ocrDictionaryRunParams &params, Visit visit) {
+  const std::int32_t e = params.maxEdits;
+  bool isDone = false;
+  for (std::int32_t start = 0; start < n && !isDone; ++start) {
+    QOC_TRY(qsys_attention_check());
+    const auto lastByWord = static_cast<std::uint32_t>(wrappingSum(wrappingSum(start, m + 1), e));
+    const auto lastByLength =
+        static_cast<std::uint32_t>(wrappingSum(wrappingSum(wrappingSum(start, params.maxStringLength), 1), e));
+    const std::int32_t leastEnd = wrappingDifference(wrappingSum(start, m), e);
+    for (std::int32_t end = wrappingDifference(wrappingSum(start, params.minStringLength), e); end <= n && !isDone;
+         ++end) {
+      if (static_cast<std::uint32_t>(end) > lastByWord || static_cast<std::uint32_t>(end) > lastByLength) {
+        break;
+      }
+      if (end > start && end >= leastEnd) {
+        QOC_TRY(visit(Window{start, end}, isDone));
+      }
+    }
+  }
+  return QSYS_STATUS_OK;
+}
+
+/// Whether a window may be aligned at all: a wrong length is refused when no edit could mend it.
+inline bool admitsLength(const qoc_ocrDictionaryRunParams *params, Window window) noexcept {
+  qsys_bool isSatisfied = 0;
+  qoc_ocrDictionaryRunParams_satisfiesStringLength(params, window.size(), &isSatisfied);
+  return isSatisfied != 0 || (params != nullptr && params->maxEdits != 0);
+}
+
+/// The characters at either end of a word that match the window's, counted inwards; the two counts may overlap.
+struct EndMatches {
+  std::int32_t numFront = 0, numBack = 0;
+};
+
+inline EndMatches matchEnds(const WordRows &word, Window window) noexcept {
+  const std::int32_t m = word.size();
+  const std::int32_t shorter = m < window.size() ? m : window.size();
+  EndMatches ends;
+  while (ends.numFront < shorter && word.isMatch(ends.numFront, window.start + ends.numFront)) {
+    ++ends.numFront;
+  }
+  while (ends.numBack < shorter && word.isMatch(m - 1 - ends.numBack, window.end - 1 - ends.numBack)) {
+    ++ends.numBack;
+  }
+  return ends;
+}
+
+}  // namespace qoc
