@@ -38,7 +38,7 @@ class DictionaryFileTest(ProgramTest):
         self.assert_refused('{"lexicons":' + "[" * 100000 + "]" * 100000 + "}", "/lexicons/0", "expected")
 
     def test_invalid_utf8(self):
-        self.assert_refused(b'{"lexicons":\n [{"words": ["a\xff"]}]}', ":2: byte 15 (0xFF) is not UTF-8")
+        self.assert_refused(b'{"lexicons":\n [{"words": ["a\xff"]}]}', ":2: byte 16 (0xFF) is not UTF-8")
 
     def test_numbers_beyond_a_double(self):
         self.assert_refused('{"parameters": {"maxEdits": 1e999}}', "expected numbers that a double can hold")
