@@ -7,7 +7,9 @@
 
 #include <algorithm>
 #include <map>
+#include <memory>
 #include <set>
+#include <sstream>
 
 namespace qoc::program {
 namespace {
@@ -16,8 +18,27 @@ constexpr int exitCodeOfBadUsage = 2;
 constexpr const char *exitCodes =
     "Exit codes: 0 every reading had a result, 1 some had none, 2 bad usage, bad input or interrupted.\n";
 
+/// Wraps the help texts, and leaves out what they say themselves.
+class HelpFormatter : public CLI::Formatter {
+public:
+  std::string make_option_opts(const CLI::Option *option) const override {
+    return option->get_type_name().empty() ? "" : " " + option->get_type_name();
+  }
+  std::string make_option_desc(const CLI::Option *option) const override {
+    constexpr std::size_t width = 86;
+    std::istringstream words(option->get_description());
+    std::string text, line;
+    for (std::string word; words >> word; line += (line.empty() ? "" : " ") + word) {
+      if (line.size() + 1 + word.size() <= width) continue;
+      text += line + "\n";
+      line.clear();
+    }
+    return text + line;
+  }
+};
+
 void addParameters(CLI::App &run, Options &options) {
-  const std::string group = "Run parameters (they override those of the dictionary file)";
+  const std::string group = "Run parameters, which override those of the dictionary file";
   for (const NumberParameter &parameter : numberParameters) {
     const std::function<void(const std::int32_t &)> take = [&options, field = parameter.field](std::int32_t value) {
       options.overrides.emplace_back([=](qoc_ocrDictionaryRunParams &params) { params.*field = value; });
@@ -68,6 +89,7 @@ void addChoice(CLI::App &run, const std::string &name, Choice &target, const std
 std::optional<Options> readOptions(int argc, char **argv, int &exitCode) {
   Options options;
   CLI::App app("Matches what an OCR engine read with what it can be.", "qoc");
+  app.formatter(std::make_shared<HelpFormatter>());
   app.set_version_flag("--version", "qoc " QOC_PROGRAM_VERSION, "Print the version and exit");
   app.set_help_flag("-h,--help", "Print this help and exit");
   app.require_subcommand(1);
@@ -76,7 +98,7 @@ std::optional<Options> readOptions(int argc, char **argv, int &exitCode) {
   CLI::App &run = *app.add_subcommand("run", "Match readings with a dictionary");
   run.footer("Marks of the table, for each position of the reading and of the result:\n" + tableLegend() + exitCodes);
   run.add_option("-d,--dictionary", options.dictionary,
-                 "The dictionary: a JSON file with word lists; - is standard input")
+                 "The dictionary: a JSON file with word lists; - is standard input; required")
       ->type_name("FILE")
       ->required();
   run.add_option("readings", options.readings,

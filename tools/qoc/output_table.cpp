@@ -8,7 +8,7 @@
 namespace qoc::program {
 namespace {
 
-constexpr std::size_t idWidth = 8, textWidth = 25, editsWidth = 5;
+constexpr std::size_t idWidth = 8, textWidth = 27, editsWidth = 5;
 constexpr std::size_t maxShown = 60; ///< Longer texts are cut, so that a line stays a line.
 
 struct Mark {
