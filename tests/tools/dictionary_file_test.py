@@ -69,7 +69,8 @@ class DictionaryFileTest(ProgramTest):
         self.assert_refused({"parameters": {"max/edits": 1}}, " /parameters/max~1edits: unknown key", '"maxEdits"')
 
     def test_keys_that_stand_twice(self):
-        self.assert_refused('{"lexicons": [], "lexicons": []}', 'the key "lexicons" stands twice')
+        self.assert_refused('{"lexicons": [],\n "lexicons": []}', ':2:11: the key "lexicons" stands twice')
+        self.assert_refused('{"lexicons": [{"words": [], "words": []}]}', 'the key "words" stands twice')
 
     def test_words_and_file(self):
         self.assert_refused({"lexicons": [{}]}, ' /lexicons/0: expected either "words" or "file"')

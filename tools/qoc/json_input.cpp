@@ -4,6 +4,8 @@
 #include "trouble.hpp"
 
 #include <algorithm>
+#include <cstddef>
+#include <iterator>
 #include <set>
 #include <vector>
 
@@ -21,15 +23,34 @@ std::string plainReason(const Json::exception &error) {
   return reason;
 }
 
-/// Throws with the line and the column of a byte, counted from 1.
-[[noreturn]] void failAt(std::string_view text, std::size_t byte, const std::string &name, std::uint64_t firstLine,
-                         const std::string &reason) {
-  const std::string_view before = text.substr(0, std::min(byte > 0 ? byte - 1 : 0, text.size()));
+/// "NAME:LINE:COLUMN" of a byte, counted from 1.
+std::string placeOf(std::string_view text, std::size_t byte, const std::string &name, std::uint64_t firstLine) {
+  const std::string_view before = text.substr(0, byte > 0 ? byte - 1 : 0);
   const auto line = firstLine + static_cast<std::uint64_t>(std::count(before.begin(), before.end(), '\n'));
   const std::size_t lineStart = before.rfind('\n') == std::string_view::npos ? 0 : before.rfind('\n') + 1;
   const std::size_t column = decodeUtf8(before.substr(lineStart)).size() + 1;
-  throw Trouble(name + ":" + std::to_string(line) + ":" + std::to_string(column) + ": not JSON: " + reason);
+  return name + ":" + std::to_string(line) + ":" + std::to_string(column);
 }
+
+/// Walks over a text and counts how far the parser has come.
+struct CountingIterator {
+  using iterator_category = std::input_iterator_tag;
+  using value_type = char;
+  using difference_type = std::ptrdiff_t;
+  using pointer = const char *;
+  using reference = const char &;
+
+  const char *at;
+  std::size_t *count;
+
+  reference operator*() const { return *at; }
+  CountingIterator &operator++() {
+    ++at;
+    ++*count;
+    return *this;
+  }
+  bool operator==(const CountingIterator &other) const { return at == other.at; }
+};
 
 } // namespace
 
@@ -39,22 +60,24 @@ Json parseJson(std::string_view text, const std::string &name, std::uint64_t fir
     checkUtf8(text.substr(start, feed - start), name + ":" + std::to_string(line));
     start = feed + 1;
   }
+  std::size_t numRead = 0;
   std::vector<std::set<std::string>> openObjects;
   const auto refuseRepeatedKeys = [&](int, Json::parse_event_t event, Json &parsed) {
     if (event == Json::parse_event_t::object_start) openObjects.emplace_back();
     if (event == Json::parse_event_t::object_end) openObjects.pop_back();
     if (event == Json::parse_event_t::key && !openObjects.back().insert(parsed.get<std::string>()).second) {
-      throw Trouble(name + ":" + std::to_string(firstLine) + ": the key \"" + parsed.get<std::string>() +
-                    "\" stands twice in one object; expected it once");
+      throw Trouble(placeOf(text, numRead, name, firstLine) + ": the key " + parsed.dump() +
+                    " stands twice in one object; expected it once");
     }
     return true;
   };
   try {
-    return Json::parse(text, refuseRepeatedKeys);
+    const char *end = text.data() + text.size();
+    return Json::parse(CountingIterator{text.data(), &numRead}, CountingIterator{end, &numRead}, refuseRepeatedKeys);
   } catch (const Json::parse_error &error) {
-    failAt(text, error.byte, name, firstLine, plainReason(error));
+    throw Trouble(placeOf(text, error.byte, name, firstLine) + ": not JSON: " + plainReason(error));
   } catch (const Json::out_of_range &error) {
-    throw Trouble(name + ":" + std::to_string(firstLine) + ": not usable JSON: " + plainReason(error) +
+    throw Trouble(placeOf(text, numRead, name, firstLine) + ": not usable JSON: " + plainReason(error) +
                   "; expected numbers that a double can hold");
   }
 }
