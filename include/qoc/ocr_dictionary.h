@@ -4,5 +4,6 @@
 /** @file The whole interface. */
 
 #include <qoc/dictionary.h>
+#include <qoc/fielding_run.h>
 
 #endif

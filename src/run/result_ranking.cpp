@@ -126,15 +126,13 @@ int compareByScore(Result &a, Result &b, bool withSecondary) {
   return fewerFirst(a.orderIndex, b.orderIndex);
 }
 
-int comparePrimaryAndSecondary(Result &a, Result &b) { return compareByScore(a, b, true); }
-
 using Order = int (*)(Result &, Result &);
 
 Order orderFor(const qoc_ocrDictionaryRunParams *params) {
   if (params == nullptr || params->rankingMode != 1) {
     return qoc::compareDefault;
   }
-  return params->rankingVariant == 3 ? qoc::comparePrimary : comparePrimaryAndSecondary;
+  return params->rankingVariant == 3 ? qoc::comparePrimary : qoc::comparePrimaryAndSecondary;
 }
 
 /// Merges two sorted runs that lie one behind the other in `indices`.
@@ -191,6 +189,7 @@ int qoc::compareDefault(Result &a, Result &b) {
 }
 
 int qoc::comparePrimary(Result &a, Result &b) { return compareByScore(a, b, false); }
+int qoc::comparePrimaryAndSecondary(Result &a, Result &b) { return compareByScore(a, b, true); }
 
 qsys_status qoc_ocrDictionaryResultVector_sort(qstd_vector_qoc_ocrDictionaryResult *results,
                                                const qoc_ocrDictionaryRunParams *params, qsys_bool isDescending) {

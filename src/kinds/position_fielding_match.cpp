@@ -1,0 +1,235 @@
+// What one position of a line admits of a reading: yes or no, with a status, and as a list of characters.
+
+#include <qoc/position_fielding.h>
+
+#include <algorithm>
+#include <span>
+
+#include "frame/frame.hpp"
+#include "text/views.hpp"
+
+using namespace qoc;
+
+namespace {
+
+/// One class of characters: all from first to last, or, inverted, all others.
+struct CharacterClass {
+  std::uint32_t bit;
+  Char32 first, last;
+  bool inverted;
+};
+
+constexpr CharacterClass classes[] = {
+    {QOC_FIELDING_NONSPACE, U' ', U' ', true}, {QOC_FIELDING_SPACE, U' ', U' ', false},
+    {QOC_FIELDING_UPPER, U'A', U'Z', false},   {QOC_FIELDING_LOWER, U'a', U'z', false},
+    {QOC_FIELDING_DIGIT, U'0', U'9', false},
+};
+
+bool isInClass(Char32 code, std::uint32_t bits) noexcept {
+  return std::ranges::any_of(classes, [&](const CharacterClass &candidate) {
+    return (bits & candidate.bit) != 0 && (candidate.first <= code && code <= candidate.last) != candidate.inverted;
+  });
+}
+
+/// The code after a conversion to a text character and back; what does not convert is a failure.
+qsys_status textCode(const qoc_ocrDictionaryChar &character, Char32 &code) noexcept {
+  CharT text = 0;
+  QOC_TRY(qoc_ocrDictionaryChar_getCharT(&character, &text));
+  code = codeOf(text);
+  return QSYS_STATUS_OK;
+}
+
+/// True when the class test admits a swap equivalent of the character.
+qsys_status isEquivalentInClass(const qoc_ocrDictionaryPositionFielding &positionFielding,
+                                const qoc_ocrDictionaryChar &character, const qoc_swapCharSet *set, bool &isMatch) {
+  return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
+    qstd_vector_qoc_ocrDictionaryChar equivalents;
+    QOC_TRY(qstd_vector_qoc_ocrDictionaryChar_constructEmpty(&equivalents));
+    frame.local<qstd_vector_qoc_ocrDictionaryChar_destruct>(&equivalents);
+    QOC_TRY(qoc_swapCharSet_getEquivalentCharacters(set, &character, &equivalents));
+    for (const qoc_ocrDictionaryChar &equivalent : view(equivalents)) {
+      Char32 code = 0;
+      QOC_TRY(textCode(equivalent, code));
+      if (isInClass(code, positionFielding.fieldingBits)) {
+        isMatch = true;
+        break;
+      }
+    }
+    return QSYS_STATUS_OK;
+  });
+}
+
+/// True when the listed character may stand for the one of the reading, which is not the empty one.
+qsys_status isListedMatch(Char32 listed, const qoc_ocrDictionaryChar &character, const qoc_swapCharSet *set,
+                          bool &isMatch) {
+  if (listed == QOC_CHAR_ANY_NONSPACE) {
+    isMatch = character.code != U' ';
+    return QSYS_STATUS_OK;
+  }
+  qsys_bool answer = 0;
+  QOC_TRY(qoc_ocrDictionaryChar_isMatchChar32(&character, listed, set, &answer));
+  isMatch = answer != 0;
+  return QSYS_STATUS_OK;
+}
+
+qsys_status isCharacterMatch(const qoc_ocrDictionaryPositionFielding &positionFielding,
+                             const qoc_ocrDictionaryChar &character, const qoc_swapCharSet *set, bool &isMatch) {
+  isMatch = false;
+  if (character.code == QOC_CHAR_EMPTY) {
+    return QSYS_STATUS_OK;
+  }
+  Char32 code = 0;
+  QOC_TRY(textCode(character, code));
+  const std::span<const Char32> listed = viewAs<Char32>(positionFielding.fieldingCharacters);
+  isMatch = isInClass(code, positionFielding.fieldingBits) || std::ranges::find(listed, code) != listed.end();
+  if (!isMatch && set != nullptr) {
+    QOC_TRY(isEquivalentInClass(positionFielding, character, set, isMatch));
+  }
+  for (std::size_t i = 0; !isMatch && i < listed.size(); ++i) {
+    QOC_TRY(isListedMatch(listed[i], character, set, isMatch));
+  }
+  return QSYS_STATUS_OK;
+}
+
+qsys_status appendIfAdmitted(const qoc_ocrDictionaryPositionFielding &positionFielding,
+                             const qoc_ocrDictionaryChar &character, qstd_vector_qoc_ocrDictionaryChar &matches) {
+  bool isMatch = false;
+  QOC_TRY(isCharacterMatch(positionFielding, character, nullptr, isMatch));
+  return isMatch ? qstd_vector_qoc_ocrDictionaryChar_pushBack(&matches, &character) : qsys_status{QSYS_STATUS_OK};
+}
+
+/// Appends the character and its equivalents, each where the position admits it without a further swap.
+qsys_status appendMatches(const qoc_ocrDictionaryPositionFielding &positionFielding,
+                          const qoc_ocrDictionaryChar &character, const qoc_swapCharSet *set,
+                          qstd_vector_qoc_ocrDictionaryChar &matches) {
+  QOC_TRY(appendIfAdmitted(positionFielding, character, matches));
+  if (set == nullptr) {
+    return QSYS_STATUS_OK;
+  }
+  return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
+    qstd_vector_qoc_ocrDictionaryChar equivalents;
+    QOC_TRY(qstd_vector_qoc_ocrDictionaryChar_constructEmpty(&equivalents));
+    frame.local<qstd_vector_qoc_ocrDictionaryChar_destruct>(&equivalents);
+    QOC_TRY(qoc_swapCharSet_getEquivalentCharacters(set, &character, &equivalents));
+    for (const qoc_ocrDictionaryChar &equivalent : view(equivalents)) {
+      QOC_TRY(appendIfAdmitted(positionFielding, equivalent, matches));
+    }
+    return QSYS_STATUS_OK;
+  });
+}
+
+}  // namespace
+
+qsys_status qoc_ocrDictionaryPositionFielding_isMatch(const qoc_ocrDictionaryPositionFielding *positionFielding,
+                                                      const qoc_ocrDictionaryChar *character,
+                                                      const qoc_swapCharSet *set, qsys_bool *isMatch) {
+  if (!present({positionFielding, character, isMatch})) {
+    return QSYS_STATUS_OK;
+  }
+  bool answer = false;
+  QOC_TRY(isCharacterMatch(*positionFielding, *character, set, answer));
+  *isMatch = answer;
+  return QSYS_STATUS_OK;
+}
+
+qsys_status qoc_ocrDictionaryPositionFielding_isMatchMulti(const qoc_ocrDictionaryPositionFielding *positionFielding,
+                                                           const qoc_ocrDictionaryCharMulti *multi,
+                                                           const qoc_swapCharSet *set, qsys_bool *isMatch) {
+  if (!present({positionFielding, multi, isMatch})) {
+    return QSYS_STATUS_OK;
+  }
+  bool answer = false;
+  for (const qoc_ocrDictionaryChar &candidate : view(*multi)) {
+    QOC_TRY(isCharacterMatch(*positionFielding, candidate, set, answer));
+    if (answer) {
+      break;
+    }
+  }
+  *isMatch = answer;
+  return QSYS_STATUS_OK;
+}
+
+qsys_status qoc_ocrDictionaryPositionFielding_isMatchMultiStatus(
+    const qoc_ocrDictionaryPositionFielding *positionFielding, const qoc_ocrDictionaryCharMulti *multi,
+    const qoc_swapCharSet *set, qsys_bool *isMatch, qoc_ocrDictionaryPositionStatus *status) {
+  if (!present({positionFielding, multi, isMatch, status})) {
+    return QSYS_STATUS_OK;
+  }
+  *isMatch = 0;
+  const std::span<const qoc_ocrDictionaryChar> candidates = view(*multi);
+  if (candidates.empty()) {
+    return QSYS_STATUS_OK;
+  }
+  *status = qoc_ocrDictionaryPositionStatus_primary;
+  QOC_TRY(qoc_ocrDictionaryPositionFielding_isAnyCharacter(positionFielding, isMatch));
+  if (*isMatch != 0) {
+    return QSYS_STATUS_OK;
+  }
+  // Deliberate: a match through the swap set has no status of its own, and a refusal leaves the status at secondary.
+  for (const qoc_ocrDictionaryChar &candidate : candidates) {
+    bool answer = false;
+    QOC_TRY(isCharacterMatch(*positionFielding, candidate, set, answer));
+    if (answer) {
+      *isMatch = 1;
+      return QSYS_STATUS_OK;
+    }
+    *status = qoc_ocrDictionaryPositionStatus_secondary;
+  }
+  return QSYS_STATUS_OK;
+}
+
+qsys_status qoc_ocrDictionaryPositionFielding_match(const qoc_ocrDictionaryPositionFielding *positionFielding,
+                                                    const qoc_ocrDictionaryChar *character, const qoc_swapCharSet *set,
+                                                    qstd_vector_qoc_ocrDictionaryChar *matches) {
+  if (!present({positionFielding, character, matches})) {
+    return QSYS_STATUS_OK;
+  }
+  QOC_TRY(qstd_vector_qoc_ocrDictionaryChar_clear(matches));
+  return appendMatches(*positionFielding, *character, set, *matches);
+}
+
+qsys_status qoc_ocrDictionaryPositionFielding_matchMulti(const qoc_ocrDictionaryPositionFielding *positionFielding,
+                                                         const qoc_ocrDictionaryCharMulti *multi,
+                                                         const qoc_swapCharSet *set,
+                                                         qstd_vector_qoc_ocrDictionaryChar *matches) {
+  if (!present({positionFielding, multi, matches})) {
+    return QSYS_STATUS_OK;
+  }
+  QOC_TRY(qstd_vector_qoc_ocrDictionaryChar_clear(matches));
+  for (const qoc_ocrDictionaryChar &candidate : view(*multi)) {
+    QOC_TRY(appendMatches(*positionFielding, candidate, set, *matches));
+  }
+  return qstd_vector_qoc_ocrDictionaryChar_removeDup(matches);
+}
+
+qsys_status qoc_ocrDictionaryPositionFielding_getAllFieldingCharacters(
+    const qoc_ocrDictionaryPositionFielding *positionFielding, qstd_vectorChar32 *characters) {
+  if (!present({positionFielding, characters})) {
+    return QSYS_STATUS_OK;
+  }
+  QOC_TRY(qstd_vectorChar32_clear(characters));
+  const std::span<const Char32> listed = viewAs<Char32>(positionFielding->fieldingCharacters);
+  qsys_bool isAny = 0;
+  QOC_TRY(qoc_ocrDictionaryPositionFielding_isAnyCharacter(positionFielding, &isAny));
+  if (isAny != 0) {
+    const Char32 any = QOC_CHAR_ANY;
+    return qstd_vectorChar32_pushBack(characters, &any);
+  }
+  QOC_TRY(qoc_ocrDictionaryPositionFielding_isAnyNonspaceCharacter(positionFielding, &isAny));
+  if (isAny != 0) {
+    // Deliberate: the list cannot hold the space here, because a listed space rules out any-non-space.
+    const bool listsSpace = std::ranges::find(listed, Char32{U' '}) != listed.end();
+    const Char32 any = listsSpace ? QOC_CHAR_ANY : QOC_CHAR_ANY_NONSPACE;
+    return qstd_vectorChar32_pushBack(characters, &any);
+  }
+  QOC_TRY(qstd_vectorChar32_assign(characters, &positionFielding->fieldingCharacters));
+  for (const CharacterClass &admitted : classes) {
+    if ((positionFielding->fieldingBits & admitted.bit) == 0 || admitted.inverted) {
+      continue;
+    }
+    for (Char32 code = admitted.first; code <= admitted.last; ++code) {
+      QOC_TRY(qstd_vectorChar32_pushBack(characters, &code));
+    }
+  }
+  return qstd_vectorChar32_sortUnique(characters, 1);
+}

@@ -1,0 +1,152 @@
+// Swap character sets: groups from swap characters.
+//
+// Every character of a single-character swap starts as a group of its own; then the swaps merge groups one after the
+// other. The merge has a gap that is kept as it is: a group that stands last is appended to its partner but stays in
+// place as well, so its characters stand in two groups, and what is left over may be refused afterwards.
+//
+// The swaps (x, y) and (z, w) are refused that way: [x] [y] [z] [w] become [w] [y x] [z], then [w z] [y x] [z], and the
+// single z is no valid group. The swaps (x, y) and (y, z) are accepted: [x] [y] [z] become [z] [y x], then [z y x] [y
+// x].
+
+#include <qoc/swap_char_set.h>
+
+#include <utility>
+
+#include "frame/frame.hpp"
+#include "text/views.hpp"
+
+using qoc::editAs;
+using qoc::Frame;
+using qoc::inFrame;
+using qoc::present;
+using qoc::viewAs;
+
+namespace {
+
+using Swaps = std::span<const qoc_swapChar>;
+
+bool isSingle(const qoc_swapChar &swap) { return swap.first.core.size == 1 && swap.second.core.size == 1; }
+
+Char32 firstOf(const qstd_vectorChar32 &sequence) { return viewAs<Char32>(sequence)[0]; }
+
+bool holds(const qstd_vectorChar32 &group, Char32 code) {
+  const Char32 *found = nullptr;
+  qstd_vectorChar32_find(&group, code, &found);
+  return found != nullptr;
+}
+
+/// Makes one group for each distinct character of the single-character swaps, in the order in which they appear.
+qsys_status makeGroupPerCharacter(Swaps swaps, qstd_vector_vectorChar32 *groups) {
+  return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
+    qstd_vectorChar32 characters;
+    QOC_TRY(qstd_vectorChar32_constructEmpty(&characters));
+    frame.local<qstd_vectorChar32_destruct>(&characters);
+    for (const qoc_swapChar &swap : swaps) {
+      if (isSingle(swap)) {
+        for (const Char32 code : {firstOf(swap.first), firstOf(swap.second)}) {
+          if (!holds(characters, code)) {
+            QOC_TRY(qstd_vectorChar32_pushBack(&characters, &code));
+          }
+        }
+      }
+    }
+    QOC_TRY(qstd_vector_vectorChar32_resize(groups, characters.core.size));
+    for (std::int32_t i = 0; i < characters.core.size; ++i) {
+      QOC_TRY(qstd_vectorChar32_pushBack(&editAs<qstd_vectorChar32>(*groups)[static_cast<std::size_t>(i)],
+                                         &viewAs<Char32>(characters)[static_cast<std::size_t>(i)]));
+    }
+    return QSYS_STATUS_OK;
+  });
+}
+
+/// The last group that holds the code. There always is one: no character is ever dropped from all groups.
+std::size_t lastGroupWith(const qstd_vector_vectorChar32 &groups, Char32 code) {
+  const auto all = viewAs<qstd_vectorChar32>(groups);
+  std::size_t index = all.size() - 1;
+  while (index > 0 && !holds(all[index], code)) {
+    --index;
+  }
+  return index;
+}
+
+qsys_status mergeGroups(Swaps swaps, qstd_vector_vectorChar32 *groups) {
+  for (const qoc_swapChar &swap : swaps) {
+    // Groups that stand twice grow with every merge, so this may run long.
+    QOC_TRY(qsys_attention_check());
+    if (!isSingle(swap)) {
+      continue;
+    }
+    const std::size_t from = lastGroupWith(*groups, firstOf(swap.first));
+    const std::size_t to = lastGroupWith(*groups, firstOf(swap.second));
+    if (from == to) {
+      continue;
+    }
+    const auto all = editAs<qstd_vectorChar32>(*groups);
+    QOC_TRY(qstd_vectorChar32_append(&all[to], &all[from]));
+    // Deliberate: the last group stays in place, so its characters stand in two groups.
+    if (from + 1 < all.size()) {
+      QOC_TRY(qstd_vectorChar32_swap(&all[from], &all.back()));
+      QOC_TRY(qstd_vector_vectorChar32_popBack(groups));
+    }
+  }
+  return QSYS_STATUS_OK;
+}
+
+/// Copies the swaps that are not of a single character for a single character.
+qsys_status copyMultiSwaps(Swaps swaps, qstd_vector_qoc_swapChar *multiSwaps) {
+  for (const qoc_swapChar &swap : swaps) {
+    if (!isSingle(swap)) {
+      QOC_TRY(qstd_vector_qoc_swapChar_pushBack(multiSwaps, &swap));
+    }
+  }
+  return QSYS_STATUS_OK;
+}
+
+qsys_status makeRecords(Swaps swaps, qoc_stringExpand_ *expansion) {
+  QOC_TRY(qoc_stringExpand__reset(expansion));
+  for (const qoc_swapChar &swap : swaps) {
+    const auto first = viewAs<Char32>(swap.first);
+    const auto second = viewAs<Char32>(swap.second);
+    if ((first.size() == 1 && second.size() == 2) || (first.size() == 2 && second.size() == 1)) {
+      // Deliberate: the record does not tell on which side the single character stood.
+      const auto [single, pair] = first.size() == 1 ? std::pair(first, second) : std::pair(second, first);
+      const qoc_stringExpandOneToTwo_ record = {single[0], pair[0], pair[1]};
+      QOC_TRY(qstd_vector_qoc_stringExpandOneToTwo__pushBack(&expansion->oneToTwo, &record));
+    } else if (first.size() == 2 && second.size() == 2) {
+      const qoc_stringExpandTwoToTwo_ record = {first[0], first[1], second[0], second[1]};
+      QOC_TRY(qstd_vector_qoc_stringExpandTwoToTwo__pushBack(&expansion->twoToTwo, &record));
+    }
+    // A swap with a longer sequence is kept without a record: nothing expands it.
+  }
+  return QSYS_STATUS_OK;
+}
+
+}  // namespace
+
+qsys_status qoc_swapCharSet_setSwapCharacters(qoc_swapCharSet *set, const qstd_vector_qoc_swapChar *swaps) {
+  if (!present({set, swaps})) {
+    return QSYS_STATUS_OK;
+  }
+  return inFrame<2>([&](Frame<2> &frame) -> qsys_status {
+    const Swaps all = viewAs<qoc_swapChar>(*swaps);
+    qstd_vector_vectorChar32 groups;
+    QOC_TRY(qstd_vector_vectorChar32_constructEmpty(&groups));
+    frame.local<qstd_vector_vectorChar32_destruct>(&groups);
+    QOC_TRY(makeGroupPerCharacter(all, &groups));
+    QOC_TRY(mergeGroups(all, &groups));
+    // Copied before the set changes: they may be the set's own.
+    qstd_vector_qoc_swapChar multiSwaps;
+    QOC_TRY(qstd_vector_qoc_swapChar_constructEmpty(&multiSwaps));
+    frame.local<qstd_vector_qoc_swapChar_destruct>(&multiSwaps);
+    QOC_TRY(copyMultiSwaps(all, &multiSwaps));
+
+    // Validates the groups before anything changes, so that refused swaps leave the set, its swaps included, as it was.
+    QOC_TRY(qoc_swapCharSet_setEquiv(set, &groups));
+    QOC_TRY(qstd_vector_qoc_swapChar_swap(&set->swaps, &multiSwaps));
+    const qsys_status status = makeRecords(viewAs<qoc_swapChar>(set->swaps), set->expansion);
+    if (status < 0) {
+      qoc_swapCharSet_reset(set);
+    }
+    return status;
+  });
+}
