@@ -18,7 +18,7 @@ struct Case {
         reading(randomReading(random, alphabet, longestReading)),
         input(randomWord(random, alphabet, longestReading)),
         params(randomParams(random, 20)),
-        swaps(randomSwaps(random)),
+        swaps(randomSwaps(random, alphabet)),
         pollLimit(randomPollLimit(random)),
         swapRecord(swaps) {
     toRecord(word, &wordRecord);

@@ -38,7 +38,7 @@ struct Case {
     reading = randomReading(random, alphabet, random.oneIn(3) ? 6 : 4);
     input = randomWord(random, alphabet, random.oneIn(3) ? 6 : 4);
     params = *randomParams(random, 0);
-    swaps = randomSwaps(random);
+    swaps = randomSwaps(random, alphabet);
     pollLimit = randomPollLimit(random);
     swapRecord.emplace(swaps);
     toRecord(reading, &readingRecord);

@@ -35,7 +35,7 @@ struct Case {
     reading = randomReading(random, alphabet, random.oneIn(3) ? 6 : 4);
     inputs = randomWords(random, alphabet, 3, 4);
     params = randomParams(random, 20);
-    swaps = randomSwaps(random);
+    swaps = randomSwaps(random, alphabet);
     pollLimit = randomPollLimit(random);
     swapRecord.emplace(swaps);
     toRecord(reading, &readingRecord);

@@ -81,8 +81,27 @@ std::optional<RunParams> randomParams(Random &random, int32_t nullOneIn) {
   return params;
 }
 
-std::optional<Swaps> randomSwaps(Random &random) {
-  return random.oneIn(4) ? std::optional<Swaps>(Swaps{}) : std::nullopt;
+std::optional<Swaps> randomSwaps(Random &random, const Alphabet &alphabet) {
+  if (random.oneIn(2)) {
+    return std::nullopt;
+  }
+  Swaps swaps;
+  const int32_t groups = random.between(0, 2);
+  for (int32_t g = 0; g < groups; ++g) {
+    // A letter outside the alphabet lets groups overlap in a character that no string holds.
+    std::vector<uint32_t> pool = alphabet.letters;
+    pool.push_back('x');
+    std::vector<uint32_t> group;
+    for (uint32_t letter : pool) {
+      if (random.oneIn(2)) {
+        group.push_back(letter);
+      }
+    }
+    if (group.size() >= 2) {
+      swaps.groups.push_back(group);
+    }
+  }
+  return swaps;
 }
 
 void compareCases(int32_t count, const std::function<std::string(Random &)> &body) {

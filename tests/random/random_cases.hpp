@@ -58,8 +58,8 @@ std::vector<Word> randomWords(Random &random, const Alphabet &alphabet, int32_t 
 Reading randomReading(Random &random, const Alphabet &alphabet, int32_t longest);
 /** Run parameters with every option varied; `nullOneIn` of 0 for never none. */
 std::optional<RunParams> randomParams(Random &random, int32_t nullOneIn);
-/** No swap set, or an empty one: the two must answer alike. */
-std::optional<Swaps> randomSwaps(Random &random);
+/** No swap set, or groups that may overlap, and may be none. */
+std::optional<Swaps> randomSwaps(Random &random, const Alphabet &alphabet);
 
 template <typename T>
 const T *pointer(const std::optional<T> &value) {

@@ -21,6 +21,8 @@ class Held {
   Held &operator=(const Held &) = delete;
   Record *operator&() { return &record_; }
   const Record *operator&() const { return &record_; }
+  Record *get() { return &record_; }
+  const Record *get() const { return &record_; }
   Record *operator->() { return &record_; }
   const Record &operator*() const { return record_; }
 
