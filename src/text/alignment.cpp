@@ -15,6 +15,7 @@
 
 #include "frame/frame.hpp"
 #include "run/result_set_ops.hpp"
+#include "text/reading_of.hpp"
 
 namespace qoc {
 
@@ -300,10 +301,7 @@ qsys_status qoc_ocrDictionaryString_match(const qoc_ocrDictionaryString *string,
   if (!qoc::present({string, input, results})) {
     return QSYS_STATUS_OK;
   }
-  return qoc::inFrame<1>([&](qoc::Frame<1> &frame) -> qsys_status {
-    qoc_ocrDictionaryStringMulti reading;
-    QOC_TRY(qoc_ocrDictionaryStringMulti_constructString(&reading, input));
-    frame.local<qoc_ocrDictionaryStringMulti_destruct>(&reading);
+  return qoc::withReadingOf(*input, [&](const qoc_ocrDictionaryStringMulti &reading) -> qsys_status {
     qoc::ReadingMatches matches(reading, set);
     return qoc::Aligner(matches, qoc::Aligner::Kind::plain).align(*string, params, *results);
   });

@@ -3,6 +3,7 @@
 #include "text/match_test.hpp"
 
 #include "frame/frame.hpp"
+#include "text/reading_of.hpp"
 #include "text/window_search.hpp"
 
 namespace qoc {
@@ -74,10 +75,7 @@ qsys_status qoc_ocrDictionaryString_isMatch(const qoc_ocrDictionaryString *strin
   if (!qoc::present({string, input, isMatch})) {
     return QSYS_STATUS_OK;
   }
-  return qoc::inFrame<1>([&](qoc::Frame<1> &frame) -> qsys_status {
-    qoc_ocrDictionaryStringMulti reading;
-    QOC_TRY(qoc_ocrDictionaryStringMulti_constructString(&reading, input));
-    frame.local<qoc_ocrDictionaryStringMulti_destruct>(&reading);
+  return qoc::withReadingOf(*input, [&](const qoc_ocrDictionaryStringMulti &reading) -> qsys_status {
     return qoc_ocrDictionaryString_isMatchMulti(string, &reading, params, set, isMatch);
   });
 }

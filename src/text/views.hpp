@@ -3,6 +3,9 @@
 
 #include <qoc/dictionary_string.h>
 
+#include <cstdint>
+#include <span>
+
 #include "platform/containers/view.hpp"
 
 namespace qoc {

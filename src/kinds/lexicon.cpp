@@ -1,0 +1,233 @@
+// Word lists: their life, and the words in them.
+//
+// A list is put together beside the lexicon and swapped in when it is complete, index included: a call that fails leaves the lexicon
+// as it was.
+
+#include <algorithm>
+#include <utility>
+#include <unordered_set>
+#include <vector>
+
+#include "frame/frame.hpp"
+#include "kinds/length_order.hpp"
+#include "kinds/lexicon_index.hpp"
+#include "text/views.hpp"
+
+using qoc::Frame;
+using qoc::inFrame;
+using qoc::present;
+using qoc::view;
+
+namespace {
+
+using Strings = qstd_vector_qoc_ocrDictionaryString;
+using String = qoc_ocrDictionaryString;
+
+struct HashCodes {
+  std::size_t operator()(const String *string) const noexcept {
+    std::uint64_t hash = 0x9E3779B97F4A7C15u;
+    for (const qoc_ocrDictionaryChar &character : view(*string)) {
+      hash = (hash ^ character.code) * 0xFF51AFD7ED558CCDu;
+      hash ^= hash >> 32;
+    }
+    return static_cast<std::size_t>(hash);
+  }
+};
+
+struct EqualCodes {
+  bool operator()(const String *a, const String *b) const noexcept {
+    return std::ranges::equal(view(*a), view(*b), {}, &qoc_ocrDictionaryChar::code, &qoc_ocrDictionaryChar::code);
+  }
+};
+
+using StringSet = std::unordered_set<const String *, HashCodes, EqualCodes>;
+
+/// Empty words fail first, wherever in the list they stand, then equal ones.
+qsys_status checkList(const Strings &strings) {
+  const auto words = view(strings);
+  if (std::ranges::any_of(words, [](const String &word) { return qoc::sizeOf(word) == 0; })) {
+    return QOC_STATUS_STRING_EMPTY;
+  }
+  StringSet seen(words.size());
+  const bool isUnique = std::ranges::all_of(words, [&](const String &word) { return seen.insert(&word).second; });
+  return isUnique ? QSYS_STATUS_OK : QOC_STATUS_STRING_DUPLICATE;
+}
+
+/// Brings a list into the lexicon's order.
+void sortByLength(Strings &strings) {
+  const auto words = qoc::editAs<String>(strings);
+  std::vector<std::int32_t> lengths(words.size());
+  std::ranges::transform(words, lengths.begin(), [](const String &word) { return qoc::sizeOf(word); });
+  if (std::ranges::is_sorted(lengths)) {
+    return;
+  }
+  const std::vector<std::int32_t> order = qoc::orderByLength(lengths);
+  const std::vector<String> unsorted(words.begin(), words.end());  // The records; each finds its one place again.
+  for (std::size_t i = 0; i < order.size(); ++i) {
+    words[i] = unsorted[static_cast<std::size_t>(order[i])];
+  }
+}
+
+/// Runs fill(list) on a fresh list and makes it, sorted, the lexicon's words.
+template <class Fill>
+qsys_status replaceWords(qoc_ocrDictionaryLexicon &lexicon, Fill fill) {
+  return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
+    qoc_ocrDictionaryLexicon fresh;
+    QOC_TRY(qoc_ocrDictionaryLexicon_construct(&fresh));
+    frame.local<qoc_ocrDictionaryLexicon_destruct>(&fresh);
+    QOC_TRY(fill(fresh.strings));
+    sortByLength(fresh.strings);
+    QOC_TRY(qoc::rebuildIndex(fresh));
+    std::swap(lexicon, fresh);
+    return QSYS_STATUS_OK;
+  });
+}
+
+template <class Construct>
+qsys_status addConstructed(qoc_ocrDictionaryLexicon *lexicon, Construct construct) {
+  return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
+    String string;
+    QOC_TRY(construct(&string));
+    frame.local<qoc_ocrDictionaryString_destruct>(&string);
+    return qoc_ocrDictionaryLexicon_addString(lexicon, &string);
+  });
+}
+
+}  // namespace
+
+qsys_status qoc_ocrDictionaryLexicon_construct(qoc_ocrDictionaryLexicon *object) {
+  if (!present({object})) {
+    return QSYS_STATUS_OK;
+  }
+  object->index = nullptr;
+  return qstd_vector_qoc_ocrDictionaryString_constructEmpty(&object->strings);
+}
+
+qsys_status qoc_ocrDictionaryLexicon_constructCopy(qoc_ocrDictionaryLexicon *object,
+                                                   const qoc_ocrDictionaryLexicon *source) {
+  return qoc::constructThenAssign<qoc_ocrDictionaryLexicon_construct, qoc_ocrDictionaryLexicon_assign,
+                                  qoc_ocrDictionaryLexicon_destruct>(object, source);
+}
+
+qsys_status qoc_ocrDictionaryLexicon_assign(qoc_ocrDictionaryLexicon *object, const qoc_ocrDictionaryLexicon *source) {
+  if (!present({object, source}) || object == source) {
+    return QSYS_STATUS_OK;
+  }
+  return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
+    Strings copy;
+    QOC_TRY(qstd_vector_qoc_ocrDictionaryString_constructCopy(&copy, &source->strings));
+    frame.local<qstd_vector_qoc_ocrDictionaryString_destruct>(&copy);
+    QOC_TRY(qstd_vector_qoc_ocrDictionaryString_swap(&object->strings, &copy));
+    qoc::shareIndex(*object, *source);
+    return QSYS_STATUS_OK;
+  });
+}
+
+qsys_status qoc_ocrDictionaryLexicon_destruct(qoc_ocrDictionaryLexicon *object) {
+  if (!present({object})) {
+    return QSYS_STATUS_OK;
+  }
+  qoc::dropIndex(*object);
+  return qstd_vector_qoc_ocrDictionaryString_destruct(&object->strings);
+}
+
+qsys_status qoc_ocrDictionaryLexicon_constructStrings(qoc_ocrDictionaryLexicon *lexicon, const Strings *strings) {
+  if (!present({lexicon, strings})) {
+    return QSYS_STATUS_OK;
+  }
+  return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
+    QOC_TRY(qoc_ocrDictionaryLexicon_construct(lexicon));
+    frame.output<qoc_ocrDictionaryLexicon_destruct>(lexicon);
+    return qoc_ocrDictionaryLexicon_setStrings(lexicon, strings);
+  });
+}
+
+qsys_status qoc_ocrDictionaryLexicon_setStrings(qoc_ocrDictionaryLexicon *lexicon, const Strings *strings) {
+  if (!present({lexicon, strings})) {
+    return QSYS_STATUS_OK;
+  }
+  return replaceWords(*lexicon, [&](Strings &words) -> qsys_status {
+    QOC_TRY(checkList(*strings));
+    return qstd_vector_qoc_ocrDictionaryString_assign(&words, strings);
+  });
+}
+
+qsys_status qoc_ocrDictionaryLexicon_setStringsSafe(qoc_ocrDictionaryLexicon *lexicon, const Strings *strings) {
+  if (!present({lexicon, strings})) {
+    return QSYS_STATUS_OK;
+  }
+  return replaceWords(*lexicon, [&](Strings &words) -> qsys_status {
+    StringSet seen;
+    for (const String &string : view(*strings)) {
+      if (qoc::sizeOf(string) > 0 && seen.insert(&string).second) {
+        QOC_TRY(qstd_vector_qoc_ocrDictionaryString_pushBack(&words, &string));
+      }
+    }
+    return QSYS_STATUS_OK;
+  });
+}
+
+qsys_status qoc_ocrDictionaryLexicon_getStrings(const qoc_ocrDictionaryLexicon *lexicon, Strings *strings) {
+  return present({lexicon, strings}) ? qstd_vector_qoc_ocrDictionaryString_assign(strings, &lexicon->strings)
+                                     : QSYS_STATUS_OK;
+}
+
+qsys_status qoc_ocrDictionaryLexicon_getIsEmpty(const qoc_ocrDictionaryLexicon *lexicon, qsys_bool *isEmpty) {
+  if (present({lexicon, isEmpty})) {
+    *isEmpty = qoc::sizeOf(lexicon->strings) == 0 ? 1 : 0;
+  }
+  return QSYS_STATUS_OK;
+}
+
+qsys_status qoc_ocrDictionaryLexicon_compareEqual(const qoc_ocrDictionaryLexicon *a, const qoc_ocrDictionaryLexicon *b,
+                                                  qsys_bool *isEqual) {
+  return present({a, b, isEqual})
+             ? qstd_vector_qoc_ocrDictionaryString_compareEqual(&a->strings, &b->strings, isEqual)
+             : QSYS_STATUS_OK;
+}
+
+qsys_status qoc_ocrDictionaryLexicon_addString(qoc_ocrDictionaryLexicon *lexicon, const String *string) {
+  if (!present({lexicon, string})) {
+    return QSYS_STATUS_OK;
+  }
+  const String *found = nullptr;
+  QOC_TRY(qstd_vector_qoc_ocrDictionaryString_find(&lexicon->strings, string, &found));
+  if (found != nullptr) {
+    return QOC_STATUS_STRING_DUPLICATE;
+  }
+  // Deliberate: an empty word is not refused here.
+  return replaceWords(*lexicon, [&](Strings &words) -> qsys_status {
+    QOC_TRY(qstd_vector_qoc_ocrDictionaryString_assign(&words, &lexicon->strings));
+    return qstd_vector_qoc_ocrDictionaryString_pushBack(&words, string);
+  });
+}
+
+qsys_status qoc_ocrDictionaryLexicon_addStringT(qoc_ocrDictionaryLexicon *lexicon, const CharT *text) {
+  if (!present({lexicon, text})) {
+    return QSYS_STATUS_OK;
+  }
+  return addConstructed(lexicon,
+                        [&](String *string) { return qoc_ocrDictionaryString_constructStringT(string, text); });
+}
+
+qsys_status qoc_ocrDictionaryLexicon_addStdString(qoc_ocrDictionaryLexicon *lexicon, const qstd_string *text) {
+  if (!present({lexicon, text})) {
+    return QSYS_STATUS_OK;
+  }
+  return addConstructed(lexicon,
+                        [&](String *string) { return qoc_ocrDictionaryString_constructStdString(string, text); });
+}
+
+qsys_status qoc_ocrDictionaryLexicon_removeString(qoc_ocrDictionaryLexicon *lexicon, const String *string) {
+  if (!present({lexicon, string})) {
+    return QSYS_STATUS_OK;
+  }
+  return replaceWords(*lexicon, [&](Strings &words) -> qsys_status {
+    for (const String &word : view(lexicon->strings)) {
+      if (!EqualCodes()(&word, string)) {
+        QOC_TRY(qstd_vector_qoc_ocrDictionaryString_pushBack(&words, &word));
+      }
+    }
+    return qoc::sizeOf(words) == qoc::sizeOf(lexicon->strings) ? QOC_STATUS_STRING_ABSENT : QSYS_STATUS_OK;
+  });
+}

@@ -1,0 +1,117 @@
+// Random comparison of the dictionary's run over word lists with the reference model.
+
+#include <qoc/dictionary.h>
+
+#include "random/random_cases.hpp"
+#include "random/swap_record.hpp"
+#include "reference/alignment.hpp"
+#include "reference/dictionary.hpp"
+
+namespace random_cases {
+namespace {
+
+using reference::Dictionary;
+using reference::Lexicon;
+using reference::Polls;
+using reference::ResultSet;
+using HeldDictionary = reference::Held<qoc_ocrDictionary, qoc_ocrDictionary_construct, qoc_ocrDictionary_destruct>;
+
+struct Case {
+  explicit Case(Random &random) : alphabet(randomAlphabet(random)) {
+    const int32_t lexicons = random.between(0, 3);
+    for (int32_t i = 0; i < lexicons; ++i) {
+      std::vector<Word> words = randomWords(random, alphabet, random.oneIn(20) ? 12 : 3, 5);
+      Lexicon lexicon;
+      lexicon.setStringsSafe(words);
+      reference::HeldLexicon record;
+      reference::HeldStrings strings;
+      toRecord(words, &strings);
+      qoc_ocrDictionaryLexicon_setStringsSafe(&record, &strings);
+      if (random.oneIn(8)) {
+        reference::HeldString empty;
+        lexicon.addString({});
+        qoc_ocrDictionaryLexicon_addString(&record, &empty);
+      }
+      dictionary.lexicons.push_back(lexicon);
+      qoc_ocrDictionary_setLexiconIExtend(&dictionaryRecord, i, &record);
+    }
+    reading = randomReading(random, alphabet, random.oneIn(3) ? 6 : 4);
+    input = randomWord(random, alphabet, random.oneIn(3) ? 6 : 4);
+    params = *randomParams(random, 0);
+    swaps = randomSwaps(random);
+    pollLimit = randomPollLimit(random);
+    swapRecord.emplace(swaps);
+    toRecord(reading, &readingRecord);
+    toRecord(input, &inputRecord);
+    // A run without a swap set of its own takes the dictionary's.
+    if (swaps && random.oneIn(2)) {
+      takesDictionarySwaps = true;
+      qoc_ocrDictionary_setSwapCharSet(&dictionaryRecord, swapRecord->get());
+    }
+  }
+
+  std::string described(const std::string &difference) const {
+    if (difference.empty()) {
+      return "";
+    }
+    std::string lexicons;
+    for (const Lexicon &lexicon : dictionary.lexicons) {
+      lexicons += "\n  lexicon " + toText(lexicon.strings);
+    }
+    return difference + lexicons + "\n  reading " + toText(reading) + "\n  input " + toText(input) + "\n  params " +
+           toText(&params) + "\n  swaps " + toText(pointer(swaps)) + "\n  interrupted at " + std::to_string(pollLimit);
+  }
+
+  Alphabet alphabet;
+  Dictionary dictionary;
+  Reading reading;
+  Word input;
+  RunParams params{};
+  std::optional<Swaps> swaps;
+  int64_t pollLimit = 0;
+  bool takesDictionarySwaps = false;
+  std::optional<SwapRecord> swapRecord;
+  HeldDictionary dictionaryRecord;
+  reference::HeldMulti readingRecord;
+  reference::HeldString inputRecord;
+};
+
+TEST(DictionaryRandom, runMulti) {
+  compareCases(cases, [](Random &random) {
+    Case c(random);
+    auto expected = ofModel<ResultSet>(
+        c.pollLimit, [&](Polls &polls) { return c.dictionary.runMulti(c.reading, c.params, pointer(c.swaps), polls); });
+    auto actual = ofLibrary<ResultSet>(c.pollLimit, [&](ResultSet &value) {
+      reference::HeldResultSet set;
+      qsys_status status = c.takesDictionarySwaps
+                               ? qoc_ocrDictionary_runMulti(&c.dictionaryRecord, &c.readingRecord, &c.params, &set)
+                               : qoc_ocrDictionary_runSwapCharSetMulti(&c.dictionaryRecord, &c.readingRecord, &c.params,
+                                                                       c.swapRecord->get(), &set);
+      value = fromRecord(*set);
+      return status;
+    });
+    return c.described(compareSets(expected, actual, &c.params));
+  });
+}
+
+TEST(DictionaryRandom, run) {
+  compareCases(cases / 2, [](Random &random) {
+    Case c(random);
+    auto expected = ofModel<ResultSet>(c.pollLimit, [&](Polls &polls) {
+      return c.dictionary.runMulti(reference::toReading(c.input), c.params, pointer(c.swaps), polls);
+    });
+    auto actual = ofLibrary<ResultSet>(c.pollLimit, [&](ResultSet &value) {
+      reference::HeldResultSet set;
+      qsys_status status = c.takesDictionarySwaps
+                               ? qoc_ocrDictionary_run(&c.dictionaryRecord, &c.inputRecord, &c.params, &set)
+                               : qoc_ocrDictionary_runSwapCharSet(&c.dictionaryRecord, &c.inputRecord, &c.params,
+                                                                  c.swapRecord->get(), &set);
+      value = fromRecord(*set);
+      return status;
+    });
+    return c.described(compareSets(expected, actual, &c.params));
+  });
+}
+
+}  // namespace
+}  // namespace random_cases

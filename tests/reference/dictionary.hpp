@@ -1,0 +1,19 @@
+#ifndef QOC_TESTS_REFERENCE_DICTIONARY_HPP
+#define QOC_TESTS_REFERENCE_DICTIONARY_HPP
+
+/** @file Reference model of the dictionary's run over its word lists. */
+
+#include "reference/lexicon.hpp"
+
+namespace reference {
+
+struct Dictionary {
+  std::vector<Lexicon> lexicons;
+
+  /** The ranked results of a reading. @param[in] swaps may be null */
+  ResultSet runMulti(const Reading &reading, const RunParams &params, const Swaps *swaps, Polls &polls) const;
+};
+
+}  // namespace reference
+
+#endif

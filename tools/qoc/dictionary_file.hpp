@@ -1,0 +1,32 @@
+#pragma once
+
+/// @file The dictionary file: JSON that holds what readings may be, and how they are run.
+
+#include "json_input.hpp"
+#include "objects.hpp"
+
+#include <filesystem>
+#include <string>
+
+namespace qoc::program {
+
+/// What a dictionary file gives.
+struct DictionaryFile {
+  Dictionary dictionary;
+  RunParams params;                ///< The defaults, and over them what the file says.
+  std::filesystem::path directory; ///< Where the file lies; paths in it start there.
+};
+
+/// The keys of the file's outermost object, and what reads each: its own file, and one line here.
+#define QOC_DICTIONARY_SECTIONS(X)                                                                                     \
+  X("lexicons", readLexicons)                                                                                          \
+  X("parameters", readParameters)
+
+#define QOC_DECLARE_DICTIONARY_SECTION(key, read) void read(const JsonNode &node, DictionaryFile &into);
+QOC_DICTIONARY_SECTIONS(QOC_DECLARE_DICTIONARY_SECTION)
+#undef QOC_DECLARE_DICTIONARY_SECTION
+
+/// Reads a dictionary file ("-" is standard input). Throws Trouble that names the file, and the line and column or the JSON path.
+void readDictionaryFile(const std::string &path, DictionaryFile &into);
+
+} // namespace qoc::program

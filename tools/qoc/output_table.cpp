@@ -1,0 +1,176 @@
+#include "output.hpp"
+
+#include "text.hpp"
+
+#include <algorithm>
+#include <vector>
+
+namespace qoc::program {
+namespace {
+
+constexpr std::size_t idWidth = 8, textWidth = 27, editsWidth = 5;
+constexpr std::size_t maxShown = 60; ///< Longer texts are cut, so that a line stays a line.
+
+struct Mark {
+  qoc_ocrDictionaryPositionStatus status;
+  char mark;
+  const char *color; ///< As a terminal takes it.
+  const char *meaning;
+};
+
+constexpr Mark marks[] = {
+    {qoc_ocrDictionaryPositionStatus_primary, '.', "32", "first candidate"},
+    {qoc_ocrDictionaryPositionStatus_primarySwap, '~', "36", "first candidate, swapped"},
+    {qoc_ocrDictionaryPositionStatus_secondary, ':', "34", "another candidate"},
+    {qoc_ocrDictionaryPositionStatus_secondarySwap, ';', "35", "another candidate, swapped"},
+    {qoc_ocrDictionaryPositionStatus_substituted, 'x', "31", "substituted"},
+    {qoc_ocrDictionaryPositionStatus_substitutedSpace, '_', "31", "substituted by a space"},
+    {qoc_ocrDictionaryPositionStatus_noMatch, '!', "31", "no match"},
+    {qoc_ocrDictionaryPositionStatus_inserted, '+', "33", "inserted"},
+    {qoc_ocrDictionaryPositionStatus_deleted, '-', "33", "deleted"},
+    {qoc_ocrDictionaryPositionStatus_deletedIgnored, ',', "90", "ignored"},
+};
+
+const Mark &markOf(qoc_ocrDictionaryPositionStatus status) {
+  const auto *found = std::find_if(std::begin(marks), std::end(marks),
+                                   [&](const Mark &mark) { return mark.status == status; });
+  return found == std::end(marks) ? marks[qoc_ocrDictionaryPositionStatus_noMatch - 1] : *found;
+}
+
+/// A text that is built cell by cell; counts characters, not bytes, and leaves colours out of the count.
+class Row {
+public:
+  explicit Row(bool isColored) : isColored_(isColored) {}
+
+  /// Adds a character; control characters are shown by their pictures, so that no text commands the terminal.
+  void add(Char32 code, const char *color = nullptr) {
+    if (isColored_ && color != color_) {
+      text_ += color ? std::string("\x1b[") + color + "m" : "\x1b[0m";
+      color_ = color;
+    }
+    if (code < 0x20) code += 0x2400;
+    else if (code == 0x7F) code = 0x2421;
+    else if (code >= 0x80 && code < 0xA0) code = 0xFFFD;
+    appendUtf8(text_, code);
+    ++size_;
+  }
+  void add(const std::string &text) {
+    for (const Char32 code : decodeUtf8(text)) add(code);
+  }
+  /// Ends a cell that began at `start`.
+  void endCell(std::size_t start, std::size_t width) {
+    do add(' ');
+    while (size_ < start + width + 1);
+  }
+  std::size_t size() const { return size_; }
+  std::string finish() {
+    if (isColored_ && color_) text_ += "\x1b[0m";
+    while (!text_.empty() && text_.back() == ' ') text_.pop_back();
+    return text_ + "\n";
+  }
+
+private:
+  bool isColored_;
+  const char *color_ = nullptr;
+  std::string text_;
+  std::size_t size_ = 0;
+};
+
+using Statuses = std::span<const qoc_ocrDictionaryPositionStatus>;
+
+/// A text in a cell, its characters coloured by status where there is one for each.
+void addText(Row &row, const std::vector<Char32> &codes, Statuses statuses, std::size_t width) {
+  const std::size_t start = row.size();
+  for (std::size_t i = 0; i < std::min(codes.size(), maxShown); ++i) {
+    row.add(codes[i], statuses.size() == codes.size() ? markOf(statuses[i]).color : nullptr);
+  }
+  if (codes.size() > maxShown) row.add(0x2026);
+  row.endCell(start, width);
+}
+
+void addMarks(Row &row, Statuses statuses) {
+  for (std::size_t i = 0; i < std::min(statuses.size(), maxShown); ++i) {
+    const Mark &mark = markOf(statuses[i]);
+    row.add(static_cast<Char32>(mark.mark), mark.color);
+  }
+  if (statuses.size() > maxShown) row.add(0x2026);
+}
+
+void addCell(Row &row, const std::string &text, std::size_t width) {
+  const std::size_t start = row.size();
+  row.add(text);
+  row.endCell(start, width);
+}
+
+std::vector<Char32> codesOf(const qoc_ocrDictionaryString &string) {
+  std::vector<Char32> codes;
+  for (const qoc_ocrDictionaryChar &character : elements(string.characters)) {
+    codes.push_back(character.code == QOC_CHAR_EMPTY ? 0x2205 : character.code);
+  }
+  return codes;
+}
+
+/// How messages call a reading: by its id where it has one, else by its line.
+std::string nameOf(const Reading &reading) {
+  if (reading.id.is_null()) return std::to_string(reading.line);
+  return reading.id.is_string() ? reading.id.get<std::string>() : reading.id.dump();
+}
+
+std::string modeOf(qoc_ocrDictionaryMode mode) {
+  switch (mode) {
+  case qoc_ocrDictionaryMode_lexicon: return "words";
+  case qoc_ocrDictionaryMode_fielding: return "fielding";
+  case qoc_ocrDictionaryMode_regularExpression: return "pattern";
+  default: return "";
+  }
+}
+
+} // namespace
+
+std::string tableHead() {
+  Row row(false);
+  addCell(row, "reading", idWidth);
+  addCell(row, "text", textWidth);
+  addCell(row, "result", textWidth);
+  addCell(row, "edits", editsWidth);
+  row.add("from      reading / result, position by position");
+  return row.finish();
+}
+
+std::string describeAsTable(const Reading &reading, const qoc_ocrDictionaryResultSet &results, bool isColored) {
+  std::vector<Char32> text;
+  for (const std::vector<Candidate> &candidates : reading.positions) text.push_back(candidates.front().code);
+  std::string lines;
+  for (const qoc_ocrDictionaryResult &result : elements(results.results)) {
+    Row row(isColored);
+    addCell(row, lines.empty() ? nameOf(reading) : "", idWidth);
+    const Statuses inputStatuses = elements(result.statusWRTInputStringSwapChar);
+    const Statuses resultStatuses = elements(result.resultStringStatus);
+    addText(row, text, inputStatuses, textWidth);
+    addText(row, codesOf(result.dictionaryString), resultStatuses, textWidth);
+    addCell(row, std::to_string(result.numEdits), editsWidth);
+    addCell(row, modeOf(result.mode), 9);
+    addMarks(row, inputStatuses);
+    row.add(" / ");
+    addMarks(row, resultStatuses);
+    lines += row.finish();
+  }
+  if (lines.empty()) {
+    Row row(isColored);
+    addCell(row, nameOf(reading), idWidth);
+    addText(row, text, {}, textWidth);
+    row.add("no result");
+    lines = row.finish();
+  }
+  return lines;
+}
+
+std::string tableLegend() {
+  std::string legend;
+  for (const Mark &mark : marks) {
+    legend += std::string("  ") + mark.mark + "  " + mark.meaning + "\n";
+  }
+  return legend;
+}
+
+} // namespace qoc::program

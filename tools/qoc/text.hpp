@@ -1,0 +1,31 @@
+#pragma once
+
+/// @file Text between its UTF-8 form and character codes.
+
+#include <qoc/base.h>
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace qoc::program {
+
+/// Throws Trouble "PLACE: byte N: …" where the text is not UTF-8; N counts from 1.
+void checkUtf8(std::string_view text, const std::string &place);
+
+/// The character codes of a valid UTF-8 text.
+std::vector<Char32> decodeUtf8(std::string_view text);
+
+/// Why a code cannot stand in a word or a reading, as the end of a sentence; empty where it can.
+std::string whyRefused(Char32 code);
+
+/// Appends a code as UTF-8. Codes that UTF-8 cannot express become U+FFFD; see isEncodable.
+void appendUtf8(std::string &text, Char32 code);
+
+/// Whether UTF-8 can express the code: a Unicode code point that is not a surrogate.
+bool isEncodable(Char32 code);
+
+/// Removes one carriage return from the end, so that lines may end with CR LF.
+void dropCarriageReturn(std::string &line);
+
+} // namespace qoc::program
