@@ -66,6 +66,9 @@ inline qsys_status statusOfException() noexcept {
 }
 
 /// Runs body(frame) in a fresh frame. In the body a plain `return status` is right on every path; no exception gets out.
+///
+/// The frame destroys its locals after the body has returned, so they are declared before it and captured: a record declared inside
+/// the body would be gone by then.
 template <std::int32_t Capacity, class Body>
 qsys_status inFrame(Body &&body) noexcept {
   qsys_status status = QSYS_STATUS_OK;
