@@ -74,8 +74,10 @@ class UsageTest(ProgramTest):
         self.assertEqual(self.run_program("run", "-d", dictionary, "--no-missing", stdin="wrd\n")[0], 1)
         self.assertEqual(self.run_program("run", "-d", dictionary, stdin="woord\n")[0], 0)
         self.assertEqual(self.run_program("run", "-d", dictionary, "--no-extra", stdin="woord\n")[0], 1)
-        self.assertEqual(self.run_program("run", "-d", dictionary, "--min-length", "6", stdin="word\n")[0], 1)
-        self.assertEqual(self.run_program("run", "-d", dictionary, "--max-length", "3", stdin="word\n")[0], 1)
+        self.assertEqual(self.run_program("run", "-d", dictionary, "--max-edits", "0", "--min-length", "5",
+                                          stdin="word\n")[0], 1)
+        self.assertEqual(self.run_program("run", "-d", dictionary, "--max-edits", "0", "--max-length", "3",
+                                          stdin="word\n")[0], 1)
         self.assertEqual(self.run_program("run", "-d", dictionary, stdin="a word here\n")[0], 1)
         self.assertEqual(self.run_program("run", "-d", dictionary, "--window", stdin="a word here\n")[0], 0)
 
@@ -85,14 +87,17 @@ class UsageTest(ProgramTest):
         self.assertEqual(self.run_program("run", "-d", dictionary, "--no-window", "--substitution", stdin="ward\n")[0], 0)
 
     def test_all_and_best(self):
-        dictionary = self.dictionary("cat", "car", "dog", maxEdits=1)
-        best, = self.run_json("-d", dictionary, stdin="caz\n")
-        every, = self.run_json("-d", dictionary, "--all", stdin="caz\n")
+        # Without an edit from the first candidates, and from the other ones.
+        reading = '{"positions":[[["c",9]],[["a",8]],[["t",7],["r",6]]]}\n'
+        dictionary = self.dictionary("cat", "car", "dog")
+        best, = self.run_json("-d", dictionary, stdin=reading)
+        every, = self.run_json("-d", dictionary, "--all", stdin=reading)
         self.assertEqual(len(best["results"]), 1)
-        self.assertEqual({result["dictionaryString"] for result in every["results"]}, {"cat", "car"})
-        dictionary = self.dictionary("cat", "car", maxEdits=1, returnBestOnly=False)
-        self.assertEqual(len(self.run_json("-d", dictionary, stdin="caz\n")[0]["results"]), 2)
-        self.assertEqual(len(self.run_json("-d", dictionary, "--best", stdin="caz\n")[0]["results"]), 1)
+        self.assertEqual(best["results"][0]["dictionaryString"], "cat")
+        self.assertEqual([result["dictionaryString"] for result in every["results"]], ["cat", "car"])
+        dictionary = self.dictionary("cat", "car", returnBestOnly=False)
+        self.assertEqual(len(self.run_json("-d", dictionary, stdin=reading)[0]["results"]), 2)
+        self.assertEqual(len(self.run_json("-d", dictionary, "--best", stdin=reading)[0]["results"]), 1)
 
     def test_ranking_by_scores(self):
         # Two words read without an edit; the second one from candidates with the higher scores.

@@ -37,14 +37,14 @@ inline constexpr NumberParameter numberParameters[] = {
     {"maxEdits", "--max-edits", &qoc_ocrDictionaryRunParams::maxEdits,
      "Characters substituted, missing or extra that a result may need, in all; default 0"},
     {"minLength", "--min-length", &qoc_ocrDictionaryRunParams::minStringLength,
-     "Length in characters of the shortest texts that are matched; default 1"},
+     "Length in characters of the shortest texts that match; binds where no edits are allowed; default 1"},
     {"maxLength", "--max-length", &qoc_ocrDictionaryRunParams::maxStringLength,
-     "Length in characters of the longest texts that are matched; default 2147483647"},
+     "Length in characters of the longest texts that match; binds where no edits are allowed; default 2147483647"},
 };
 
 inline constexpr FlagParameter flagParameters[] = {
     {"returnBestOnly", "--best", "--all", &qoc_ocrDictionaryRunParams::returnBestOnly,
-     "Give the best result of each reading only (default)", "Give every result, best first"},
+     "Give the best result of each reading only (default)", "Give all results, best first; of results that rank equally, one may stand for all"},
     {"substitution", "--substitution", "--no-substitution", &qoc_ocrDictionaryRunParams::matchOption1,
      "An edit may substitute a character (default)", "No edit substitutes a character"},
     {"missing", "--missing", "--no-missing", &qoc_ocrDictionaryRunParams::matchOption2,
