@@ -71,8 +71,8 @@ void sortByLength(Strings &strings) {
 /// Runs fill(list) on a fresh list and makes it, sorted, the lexicon's words.
 template <class Fill>
 qsys_status replaceWords(qoc_ocrDictionaryLexicon &lexicon, Fill fill) {
+  qoc_ocrDictionaryLexicon fresh;
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    qoc_ocrDictionaryLexicon fresh;
     QOC_TRY(qoc_ocrDictionaryLexicon_construct(&fresh));
     frame.local<qoc_ocrDictionaryLexicon_destruct>(&fresh);
     QOC_TRY(fill(fresh.strings));
@@ -85,8 +85,8 @@ qsys_status replaceWords(qoc_ocrDictionaryLexicon &lexicon, Fill fill) {
 
 template <class Construct>
 qsys_status addConstructed(qoc_ocrDictionaryLexicon *lexicon, Construct construct) {
+  String string;
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    String string;
     QOC_TRY(construct(&string));
     frame.local<qoc_ocrDictionaryString_destruct>(&string);
     return qoc_ocrDictionaryLexicon_addString(lexicon, &string);
@@ -113,8 +113,8 @@ qsys_status qoc_ocrDictionaryLexicon_assign(qoc_ocrDictionaryLexicon *object, co
   if (!present({object, source}) || object == source) {
     return QSYS_STATUS_OK;
   }
+  Strings copy;
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    Strings copy;
     QOC_TRY(qstd_vector_qoc_ocrDictionaryString_constructCopy(&copy, &source->strings));
     frame.local<qstd_vector_qoc_ocrDictionaryString_destruct>(&copy);
     QOC_TRY(qstd_vector_qoc_ocrDictionaryString_swap(&object->strings, &copy));

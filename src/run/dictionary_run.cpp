@@ -81,8 +81,8 @@ qsys_status qoc_ocrDictionary_runSwapCharSetMulti(const qoc_ocrDictionary *dicti
     return QSYS_STATUS_OK;
   }
   QOC_TRY(qoc_ocrDictionaryResultSet_reset(results));
+  Run run = {reading, params, set, results, {}, {}};
   return inFrame<2>([&](Frame<2> &frame) -> qsys_status {
-    Run run = {reading, params, set, results, {}, {}};
     QOC_TRY(qoc_ocrDictionaryRunParams_constructCopy(&run.working, params));
     frame.local<qoc_ocrDictionaryRunParams_destruct>(&run.working);
     QOC_TRY(qoc_ocrDictionaryResultSet_construct(&run.scratch));
