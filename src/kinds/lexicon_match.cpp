@@ -78,6 +78,7 @@ qsys_status matchWords(const qoc_ocrDictionaryLexicon &lexicon, const qoc_ocrDic
       }
       const std::uint64_t uncovered = index->signature(static_cast<std::size_t>(k)) & ~covered;
       if (std::popcount(uncovered) > std::max(working.maxEdits, 0)) {
+        QOC_TRY(passOverWindows(sizeOf(reading), params));
         continue;
       }
       QOC_TRY(stopEarly(params, results, working));

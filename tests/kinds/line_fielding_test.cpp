@@ -225,8 +225,8 @@ TEST(LineFieldingMatch, ASubstitutedCharacterHasTheListedOnesOrTheWildcard) {
 }
 
 TEST(LineFieldingMatch, AMissingCharacterOfAPositionThatAdmitsEverythingIsTheWildcard) {
-  EXPECT_THAT(matches(line("A?"), plain("B"), runParams({.maxEdits = 1})),
-              ElementsAre("0 [B {F801}] 0: primary inserted"));
+  EXPECT_THAT(matches(line("?A"), plain("B"), runParams({.maxEdits = 1})),
+              ElementsAre("0 [{F801} B] 0: inserted primary"));
 }
 
 TEST(LineFieldingMatch, NoEditIsTriedWithoutEdits) {
@@ -363,7 +363,17 @@ TEST(LineFieldingMatch, MultiCharacterSwapsAreTriedAsVariantsAndToldOfTheReading
   const qoc_ocrDictionaryResult &result = resultsOf(*results)[0];
   EXPECT_EQ(show(result.valid), "m B");
   EXPECT_EQ(show(result.given), "r n B");
-  EXPECT_EQ(show(result.givenSwap), "m B");
+  EXPECT_EQ(show(result.givenSwap), "{F800}|m B") << "what is swapped in is never the first candidate";
+  EXPECT_EQ(show(result.resultStringStatus), "secondary primary");
+  EXPECT_THAT(values(result.inputIndices), ElementsAre(0, 2));
+}
+
+TEST(LineFieldingMatch, TheEmptyVariantOfAnEmptyReadingIsMatchedToo) {
+  const auto set = oneToTwo();
+  const auto params = runParams({.minStringLength = 0});
+
+  EXPECT_TRUE(fits(line(""), plain(""), params, set));
+  EXPECT_THAT(matches(line(""), plain(""), params, set), ElementsAre("0 [] 0: "));
 }
 
 TEST(LineFieldingMatch, ACandidateBeyondSevenBitsFailsWhereItIsAsked) {
