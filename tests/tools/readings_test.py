@@ -35,8 +35,8 @@ class ReadingsTest(ProgramTest):
     def test_format_by_content_and_by_option(self):
         self.assertEqual(self.texts(stdin=' {"text":"word"}\n'), ["word"])
         self.assertEqual(self.texts("--from", "text", stdin='{"text":"word"}\n', expected=1), ['{"text":"word"}'])
-        self.assert_trouble(["run", "--json", "-d", "dictionary.json", "--from", "ndjson"], "standard input:1:1: not JSON",
-                            stdin="word\n")
+        self.assert_trouble(["run", "--json", "-d", "dictionary.json", "--from", "ndjson"],
+                            "standard input:1:1: not JSON", stdin="word\n")
 
     def test_empty_readings_have_no_result(self):
         self.assertEqual(self.texts(stdin="\nword\n", expected=1), ["", "word"])
@@ -67,8 +67,8 @@ class ReadingsTest(ProgramTest):
         """A good reading before the fault is written in full, nothing of the faulty one or those behind it is."""
         dictionary = self.dictionary("word")
         good = b'{"id":"good","text":"word"}\n'
-        code, out, err = self.run_program("run", "--json", "-d", dictionary,
-                                          stdin=good + (line if isinstance(line, bytes) else line.encode()) + b"\n" + good)
+        fault = line if isinstance(line, bytes) else line.encode()
+        code, out, err = self.run_program("run", "--json", "-d", dictionary, stdin=good + fault + b"\n" + good)
         self.assertEqual(code, 2, err)
         for part in ("qoc: standard input:2:", *parts):
             self.assertIn(part, err)

@@ -16,8 +16,8 @@ class UsageTest(ProgramTest):
     def test_help_of_run_names_every_option_with_defaults(self):
         code, out, err = self.run_program("run", "--help")
         self.assertEqual((code, err), (0, ""))
-        for option in ("--dictionary", "--max-edits", "--all", "--best", "--window", "--no-substitution", "--no-missing",
-                       "--no-extra", "--min-length", "--max-length", "--ranking", "--json", "--from", "--color"):
+        for option in ("--dictionary", "--max-edits", "--all", "--best", "--window", "--no-substitution",
+                       "--no-missing", "--no-extra", "--min-length", "--max-length", "--ranking", "--json", "--from", "--color"):
             self.assertIn(option, out)
         for default in ("default 0", "default 1", "default 2147483647", "default edits", "default auto"):
             self.assertIn(default, re.sub(r"\s+", " ", out))
@@ -84,7 +84,8 @@ class UsageTest(ProgramTest):
     def test_options_restore_what_the_file_changed(self):
         dictionary = self.dictionary("word", maxEdits=1, substitution=False, window=True)
         self.assertEqual(self.run_program("run", "-d", dictionary, "--no-window", stdin="ward\n")[0], 1)
-        self.assertEqual(self.run_program("run", "-d", dictionary, "--no-window", "--substitution", stdin="ward\n")[0], 0)
+        self.assertEqual(self.run_program("run", "-d", dictionary, "--no-window", "--substitution",
+                                          stdin="ward\n")[0], 0)
 
     def test_all_and_best(self):
         # Without an edit from the first candidates, and from the other ones.

@@ -26,7 +26,8 @@ struct DictionaryFile {
 QOC_DICTIONARY_SECTIONS(QOC_DECLARE_DICTIONARY_SECTION)
 #undef QOC_DECLARE_DICTIONARY_SECTION
 
-/// Reads a dictionary file ("-" is standard input). Throws Trouble that names the file, and the line and column or the JSON path.
+/// Reads a dictionary file ("-" is standard input). Throws Trouble that names the file, and the line and
+/// column or the JSON path.
 void readDictionaryFile(const std::string &path, DictionaryFile &into);
 
 } // namespace qoc::program

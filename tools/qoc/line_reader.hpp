@@ -22,7 +22,8 @@ public:
   LineReader &operator=(const LineReader &) = delete;
   ~LineReader();
 
-  /// Gets the next line without its line feed. The last line may lack one; nothing behind the last line feed is no line.
+  /// Gets the next line without its line feed. The last line may lack one; nothing behind the last line
+  /// feed is no line.
   /// A byte order mark at the start of the file is passed over.
   /// @return false at the end
   bool next(std::string &line);
@@ -47,7 +48,8 @@ private:
   int descriptor_;
 };
 
-/// The whole content of a file or, for "-", of standard input, without a byte order mark. Throws Trouble where it cannot be read.
+/// The whole content of a file or, for "-", of standard input, without a byte order mark. Throws Trouble where it
+/// cannot be read.
 std::string readWhole(const std::string &path);
 
 } // namespace qoc::program

@@ -44,7 +44,8 @@ inline constexpr NumberParameter numberParameters[] = {
 
 inline constexpr FlagParameter flagParameters[] = {
     {"returnBestOnly", "--best", "--all", &qoc_ocrDictionaryRunParams::returnBestOnly,
-     "Give the best result of each reading only (default)", "Give all results, best first; of results that rank equally, one may stand for all"},
+     "Give the best result of each reading only (default)",
+     "Give all results, best first; of results that rank equally, one may stand for all"},
     {"substitution", "--substitution", "--no-substitution", &qoc_ocrDictionaryRunParams::matchOption1,
      "An edit may substitute a character (default)", "No edit substitutes a character"},
     {"missing", "--missing", "--no-missing", &qoc_ocrDictionaryRunParams::matchOption2,

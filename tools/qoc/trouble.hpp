@@ -9,7 +9,8 @@
 
 namespace qoc::program {
 
-/// Bad usage, bad input or a failed write. The message says where, what, and what was expected; the program ends with 2.
+/// Bad usage, bad input or a failed write. The message says where, what, and what was expected; the program
+/// ends with 2.
 class Trouble : public std::runtime_error {
 public:
   using std::runtime_error::runtime_error;
@@ -18,7 +19,8 @@ public:
 /// The user asked the program to stop.
 struct Interrupted {};
 
-/// Turns a failure of the library into an exception: Interrupted where it was one, else Trouble "what: the status's sentence".
+/// Turns a failure of the library into an exception: Interrupted where it was one, else Trouble "what: the
+/// status's sentence".
 inline void check(qsys_status status, const std::string &what) {
   if (status >= 0) return;
   if (status == QSYS_STATUS_INTERRUPTED) throw Interrupted{};
