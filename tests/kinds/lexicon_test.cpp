@@ -517,9 +517,12 @@ TEST(LexiconMatchStrings, RanksTheResultsOfAllInputsTogether) {
                                                   runParams({.maxEdits = 1, .returnBestOnly = 0}), nullptr, set),
             QSYS_STATUS_OK);
 
-  // "cde" is exact, and also itself with one position counted as substituted: an edit is allowed and all results are wanted.
+  // A word that matches exactly is also filed with one substitution, unless the best alone is asked for.
   ASSERT_EQ(matchedWords(*set), (Words{"cde", "cde", "ab"}));
+  EXPECT_EQ(resultsOf(*set)[0].numEdits, 0);
+  EXPECT_EQ(resultsOf(*set)[1].numEdits, 1);
   EXPECT_EQ(values(resultsOf(*set)[0].inputIndices), std::vector<int32_t>{1});
+  EXPECT_EQ(values(resultsOf(*set)[1].inputIndices), std::vector<int32_t>{1});
   EXPECT_EQ(values(resultsOf(*set)[2].inputIndices), std::vector<int32_t>{0});
 }
 

@@ -85,16 +85,16 @@ TEST(PositionStatusVectorPrint, EndsAtTheFirstPrintThatFails) {
   const std::string whole =
       " { qoc_ocrDictionaryPositionStatus_primary , qoc_ocrDictionaryPositionStatus_inserted } ";
 
-  std::string last;
-  for (int n = 0; last != whole; ++n) {
+  bool isComplete = false;
+  for (int n = 0; !isComplete; ++n) {
     SCOPED_TRACE(n);
     ASSERT_LT(n, 20);
     PrintedText printed(n, -901);
     const qsys_status status = qstd_vector_qoc_ocrDictionaryPositionStatus_print(vector);
     EXPECT_EQ(printed.text(), whole.substr(0, printed.text().size()));
-    EXPECT_EQ(status, printed.text() == whole ? QSYS_STATUS_OK : -901);
-    EXPECT_TRUE(n == 0 || printed.text().size() > last.size());
-    last = printed.text();
+    isComplete = status >= 0;
+    EXPECT_EQ(status, isComplete ? QSYS_STATUS_OK : -901);
+    EXPECT_TRUE(!isComplete || printed.text() == whole);
   }
 }
 

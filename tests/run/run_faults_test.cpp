@@ -1,11 +1,11 @@
 // Memory that runs out: from the n-th allocation on, for every n, over lexicons, dictionaries, their runs and result sets.
 
 #include <functional>
-#include <optional>
 
 #include "run/result_set_ops.hpp"
 #include "run/run_builders.hpp"
 #include "support/allocator.hpp"
+#include "support/heap.hpp"
 
 namespace {
 
@@ -71,6 +71,36 @@ TEST(RunFaults, GiveANegativeStatusLeakNothingAndLeaveTheObjectsUsable) {
       const qsys_status status = script(o);
       memory.failFrom(-1);
 
+      isComplete = status >= 0;
+      if (!isComplete) {
+        EXPECT_EQ(status, QSYS_STATUS_OUT_OF_MEMORY);
+        EXPECT_EQ(script(o), QSYS_STATUS_OK);
+      }
+      EXPECT_EQ(outcome(o), expected);
+    }
+    EXPECT_EQ(memory.numLive(), 0);
+  }
+}
+
+TEST(RunFaults, OfTheHeapGiveANegativeStatusAndLeaveTheObjectsUsable) {
+  LibraryAllocator memory;
+  std::string expected;
+  {
+    Objects o;
+    ASSERT_EQ(script(o), QSYS_STATUS_OK);
+    expected = outcome(o);
+  }
+
+  bool isComplete = false;
+  for (int64_t n = 0; !isComplete && !HasFailure(); ++n) {
+    SCOPED_TRACE("use " + std::to_string(n) + " of operator new");
+    {
+      Objects o;
+      qsys_status status = 0;
+      {
+        HeapFault fault(n);
+        status = script(o);
+      }
       isComplete = status >= 0;
       if (!isComplete) {
         EXPECT_EQ(status, QSYS_STATUS_OUT_OF_MEMORY);

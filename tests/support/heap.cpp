@@ -1,0 +1,43 @@
+#include "support/heap.hpp"
+
+#include <cstddef>
+#include <cstdlib>
+#include <new>
+
+namespace {
+
+thread_local int64_t numAllowed = -1;  // -1: any number.
+
+void *allocate(std::size_t size, std::size_t alignment) {
+  if (numAllowed == 0) {
+    return nullptr;
+  }
+  numAllowed -= numAllowed > 0 ? 1 : 0;
+  const std::size_t rounded = (size + alignment - 1) / alignment * alignment;  // As aligned_alloc asks for.
+  return alignment <= alignof(std::max_align_t) ? std::malloc(size != 0 ? size : 1)
+                                                : std::aligned_alloc(alignment, rounded != 0 ? rounded : alignment);
+}
+
+void *allocateOrThrow(std::size_t size, std::size_t alignment) {
+  void *block = allocate(size, alignment);
+  if (block == nullptr) {
+    throw std::bad_alloc();
+  }
+  return block;
+}
+
+}  // namespace
+
+qoc::test::HeapFault::HeapFault(int64_t n) { numAllowed = n; }
+qoc::test::HeapFault::~HeapFault() { numAllowed = -1; }
+
+// The array forms and the sized ones come down to these.
+void *operator new(std::size_t size) { return allocateOrThrow(size, 1); }
+void *operator new(std::size_t size, std::align_val_t alignment) {
+  return allocateOrThrow(size, static_cast<std::size_t>(alignment));
+}
+void *operator new(std::size_t size, const std::nothrow_t &) noexcept { return allocate(size, 1); }
+void operator delete(void *block) noexcept { std::free(block); }
+void operator delete(void *block, std::size_t) noexcept { std::free(block); }
+void operator delete(void *block, std::align_val_t) noexcept { std::free(block); }
+void operator delete(void *block, std::size_t, std::align_val_t) noexcept { std::free(block); }
