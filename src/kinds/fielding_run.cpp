@@ -67,8 +67,8 @@ qsys_status findEquivalent(const qoc_ocrDictionaryPositionFielding &positionFiel
   if (set == nullptr) {
     return QSYS_STATUS_OK;
   }
+  qstd_vector_qoc_ocrDictionaryChar equivalents;
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    qstd_vector_qoc_ocrDictionaryChar equivalents;
     QOC_TRY(qstd_vector_qoc_ocrDictionaryChar_constructEmpty(&equivalents));
     frame.local<qstd_vector_qoc_ocrDictionaryChar_destruct>(&equivalents);
     QOC_TRY(qoc_swapCharSet_getEquivalentCharacters(set, &candidates[index], &equivalents));
@@ -147,8 +147,8 @@ qoc_ocrDictionaryPositionStatus worstStatus(const qoc_ocrDictionaryResult &resul
 /// A line without positions takes over the primary candidates.
 qsys_status passThrough(const qoc_ocrDictionaryStringMulti &reading, const qoc_ocrDictionaryFieldingRunParams &params,
                         qoc_ocrDictionaryResult &result) {
+  qoc_ocrDictionaryString primary;
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    qoc_ocrDictionaryString primary;
     QOC_TRY(qoc_ocrDictionaryString_construct(&primary));
     frame.local<qoc_ocrDictionaryString_destruct>(&primary);
     for (const qoc_ocrDictionaryCharMulti &position : view(reading)) {
@@ -324,8 +324,8 @@ class PlacementSearch {
 };
 
 qsys_status hasTwoOfOneCode(const qoc_ocrDictionaryCharMulti &position, bool &answer) {
+  qstd_vector_qoc_ocrDictionaryChar distinct;
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    qstd_vector_qoc_ocrDictionaryChar distinct;
     QOC_TRY(qstd_vector_qoc_ocrDictionaryChar_constructCopy(&distinct, &position.candidates));
     frame.local<qstd_vector_qoc_ocrDictionaryChar_destruct>(&distinct);
     QOC_TRY(qstd_vector_qoc_ocrDictionaryChar_removeDup(&distinct));
@@ -453,6 +453,7 @@ qsys_status qoc_ocrDictionaryLineFielding_runFieldingParams(const qoc_ocrDiction
   if (!present({lineFielding, reading, params, results})) {
     return QSYS_STATUS_OK;
   }
+  qoc_ocrDictionaryResult candidate;
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
     QOC_TRY(qoc_ocrDictionaryResultSet_reset(results));
     QOC_TRY(qoc_ocrDictionaryFieldingRunParams_validate(params));
@@ -467,7 +468,6 @@ qsys_status qoc_ocrDictionaryLineFielding_runFieldingParams(const qoc_ocrDiction
     if (isLineEmpty) {
       QOC_TRY(passThrough(*reading, *params, kept));
     } else {
-      qoc_ocrDictionaryResult candidate;
       QOC_TRY(qoc_ocrDictionaryResult_construct(&candidate));
       frame.local<qoc_ocrDictionaryResult_destruct>(&candidate);
       PlacementSearch search(*lineFielding, set, *reading, *params, kept, candidate);

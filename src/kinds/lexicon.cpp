@@ -1,11 +1,11 @@
 // Word lists: their life, and the words in them.
 //
-// A list is put together beside the lexicon and swapped in when it is complete, index included: a call that fails leaves the lexicon
-// as it was.
+// A list is put together beside the lexicon and swapped in when it is complete, index included: a call that fails
+// leaves the lexicon as it was.
 
 #include <algorithm>
-#include <utility>
 #include <unordered_set>
+#include <utility>
 #include <vector>
 
 #include "frame/frame.hpp"
@@ -71,8 +71,8 @@ void sortByLength(Strings &strings) {
 /// Runs fill(list) on a fresh list and makes it, sorted, the lexicon's words.
 template <class Fill>
 qsys_status replaceWords(qoc_ocrDictionaryLexicon &lexicon, Fill fill) {
+  qoc_ocrDictionaryLexicon fresh;
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    qoc_ocrDictionaryLexicon fresh;
     QOC_TRY(qoc_ocrDictionaryLexicon_construct(&fresh));
     frame.local<qoc_ocrDictionaryLexicon_destruct>(&fresh);
     QOC_TRY(fill(fresh.strings));
@@ -85,8 +85,8 @@ qsys_status replaceWords(qoc_ocrDictionaryLexicon &lexicon, Fill fill) {
 
 template <class Construct>
 qsys_status addConstructed(qoc_ocrDictionaryLexicon *lexicon, Construct construct) {
+  String string;
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    String string;
     QOC_TRY(construct(&string));
     frame.local<qoc_ocrDictionaryString_destruct>(&string);
     return qoc_ocrDictionaryLexicon_addString(lexicon, &string);
@@ -113,8 +113,8 @@ qsys_status qoc_ocrDictionaryLexicon_assign(qoc_ocrDictionaryLexicon *object, co
   if (!present({object, source}) || object == source) {
     return QSYS_STATUS_OK;
   }
+  Strings copy;
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    Strings copy;
     QOC_TRY(qstd_vector_qoc_ocrDictionaryString_constructCopy(&copy, &source->strings));
     frame.local<qstd_vector_qoc_ocrDictionaryString_destruct>(&copy);
     QOC_TRY(qstd_vector_qoc_ocrDictionaryString_swap(&object->strings, &copy));
@@ -181,9 +181,8 @@ qsys_status qoc_ocrDictionaryLexicon_getIsEmpty(const qoc_ocrDictionaryLexicon *
 
 qsys_status qoc_ocrDictionaryLexicon_compareEqual(const qoc_ocrDictionaryLexicon *a, const qoc_ocrDictionaryLexicon *b,
                                                   qsys_bool *isEqual) {
-  return present({a, b, isEqual})
-             ? qstd_vector_qoc_ocrDictionaryString_compareEqual(&a->strings, &b->strings, isEqual)
-             : QSYS_STATUS_OK;
+  return present({a, b, isEqual}) ? qstd_vector_qoc_ocrDictionaryString_compareEqual(&a->strings, &b->strings, isEqual)
+                                  : QSYS_STATUS_OK;
 }
 
 qsys_status qoc_ocrDictionaryLexicon_addString(qoc_ocrDictionaryLexicon *lexicon, const String *string) {

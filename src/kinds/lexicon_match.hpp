@@ -24,18 +24,18 @@ inline bool stopsEarly(const qoc_ocrDictionaryRunParams *params, const qoc_ocrDi
   return params != nullptr && params->returnBestOnly != 0 && working.maxEdits == 1;
 }
 
-/// Makes every reading that the set's multi-character swaps make of a reading, with the input indices of their positions, and calls
-/// visit(variant, inputIndices, isDone) for each in order until one sets isDone.
+/// Makes every reading that the set's multi-character swaps make of a reading, with the input indices of their
+/// positions, and calls visit(variant, inputIndices, isDone) for each in order until one sets isDone.
 template <class Visit>
 qsys_status forEachVariant(const qoc_ocrDictionaryStringMulti &reading, const qoc_swapCharSet &set, Visit visit) {
+  qstd_vector_qoc_ocrDictionaryStringMulti variants;
+  qstd_vector_vector32s positions;
+  qstd_vector32s none;  // The empty variant of an empty reading has no list of positions.
   return inFrame<3>([&](Frame<3> &frame) -> qsys_status {
-    qstd_vector_qoc_ocrDictionaryStringMulti variants;
     QOC_TRY(qstd_vector_qoc_ocrDictionaryStringMulti_constructEmpty(&variants));
     frame.template local<qstd_vector_qoc_ocrDictionaryStringMulti_destruct>(&variants);
-    qstd_vector_vector32s positions;
     QOC_TRY(qstd_vector_vector32s_constructEmpty(&positions));
     frame.template local<qstd_vector_vector32s_destruct>(&positions);
-    qstd_vector32s none;  // The empty variant of an empty reading has no list of positions.
     QOC_TRY(qstd_vector32s_constructEmpty(&none));
     frame.template local<qstd_vector32s_destruct>(&none);
     QOC_TRY(qoc_swapCharSet_multiSwapStrings(&set, &reading, &variants, &positions));

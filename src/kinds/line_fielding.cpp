@@ -159,9 +159,9 @@ qsys_status qoc_ocrDictionaryLineFielding_setPositionFieldingExtend(
   if (index < 0) {
     return QOC_STATUS_INDEX_NEGATIVE;
   }
+  qoc_ocrDictionaryPositionFielding copy;
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
     // The position fielding may stand in this very line, whose growth moves it.
-    qoc_ocrDictionaryPositionFielding copy;
     QOC_TRY(qoc_ocrDictionaryPositionFielding_constructCopy(&copy, positionFielding));
     frame.local<qoc_ocrDictionaryPositionFielding_destruct>(&copy);
     QOC_TRY(growTo(*lineFielding, index));

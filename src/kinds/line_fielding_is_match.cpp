@@ -57,8 +57,8 @@ qsys_status qoc_ocrDictionaryLineFielding_isMatch(const qoc_ocrDictionaryLineFie
   if (!present({lineFielding, input, isMatch})) {
     return QSYS_STATUS_OK;
   }
+  qoc_ocrDictionaryStringMulti reading;
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    qoc_ocrDictionaryStringMulti reading;
     QOC_TRY(qoc_ocrDictionaryStringMulti_constructString(&reading, input));
     frame.local<qoc_ocrDictionaryStringMulti_destruct>(&reading);
     return qoc_ocrDictionaryLineFielding_isMatchMulti(lineFielding, &reading, params, set, isMatch);
@@ -72,6 +72,8 @@ qsys_status qoc_ocrDictionaryLineFielding_isMatchMulti(const qoc_ocrDictionaryLi
   if (!present({lineFielding, reading, isMatch})) {
     return QSYS_STATUS_OK;
   }
+  qstd_vector_qoc_ocrDictionaryStringMulti variants;
+  qstd_vector_vector32s indices;
   return inFrame<2>([&](Frame<2> &frame) -> qsys_status {
     bool answer = false;
     qsys_bool hasMultiSwap = 0;
@@ -81,10 +83,8 @@ qsys_status qoc_ocrDictionaryLineFielding_isMatchMulti(const qoc_ocrDictionaryLi
     if (hasMultiSwap == 0) {
       QOC_TRY(isReadingMatch(*lineFielding, *reading, params, set, answer));
     } else {
-      qstd_vector_qoc_ocrDictionaryStringMulti variants;
       QOC_TRY(qstd_vector_qoc_ocrDictionaryStringMulti_constructEmpty(&variants));
       frame.local<qstd_vector_qoc_ocrDictionaryStringMulti_destruct>(&variants);
-      qstd_vector_vector32s indices;
       QOC_TRY(qstd_vector_vector32s_constructEmpty(&indices));
       frame.local<qstd_vector_vector32s_destruct>(&indices);
       QOC_TRY(qoc_swapCharSet_multiSwapStrings(set, reading, &variants, &indices));

@@ -79,8 +79,8 @@ class ReadingMatcher {
   }
 
   qsys_status file(std::int32_t start, std::int32_t length, LineAlignment alignment) {
+    qoc_ocrDictionaryResult result;
     return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-      qoc_ocrDictionaryResult result;
       QOC_TRY(qoc_ocrDictionaryResult_construct(&result));
       frame.local<qoc_ocrDictionaryResult_destruct>(&result);
       result.isComputed = 1;
@@ -140,10 +140,10 @@ class ReadingMatcher {
 qsys_status matchReading(const qoc_ocrDictionaryLineFielding &lineFielding, const qoc_ocrDictionaryStringMulti &reading,
                          const qoc_ocrDictionaryRunParams *params, const qoc_swapCharSet *set,
                          qoc_ocrDictionaryResultSet &results) {
+  qstd_vector_vector_qoc_ocrDictionaryResult buckets;
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
     QOC_TRY(qoc_ocrDictionaryResultSet_reset(&results));
     results.isComputed = 1;
-    qstd_vector_vector_qoc_ocrDictionaryResult buckets;
     QOC_TRY(qstd_vector_vector_qoc_ocrDictionaryResult_constructEmpty(&buckets));
     frame.local<qstd_vector_vector_qoc_ocrDictionaryResult_destruct>(&buckets);
     QOC_TRY(ReadingMatcher(lineFielding, reading, params, set, buckets).matchAll());
@@ -156,8 +156,8 @@ qsys_status matchVariant(const qoc_ocrDictionaryLineFielding &lineFielding, cons
                          const qoc_ocrDictionaryStringMulti &variant, const qstd_vector32s &indices, bool isFirst,
                          const qoc_ocrDictionaryRunParams *params, const qoc_ocrDictionaryRunParams *callersParams,
                          const qoc_swapCharSet *set, qoc_ocrDictionaryResultSet &results) {
+  qoc_ocrDictionaryResultSet found;
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    qoc_ocrDictionaryResultSet found;
     QOC_TRY(qoc_ocrDictionaryResultSet_construct(&found));
     frame.local<qoc_ocrDictionaryResultSet_destruct>(&found);
     QOC_TRY(matchReading(lineFielding, variant, params, set, found));
@@ -171,11 +171,11 @@ qsys_status matchVariant(const qoc_ocrDictionaryLineFielding &lineFielding, cons
 qsys_status matchVariants(const qoc_ocrDictionaryLineFielding &lineFielding,
                           const qoc_ocrDictionaryStringMulti &reading, const qoc_ocrDictionaryRunParams *params,
                           const qoc_swapCharSet &set, qoc_ocrDictionaryResultSet &results) {
+  qstd_vector_qoc_ocrDictionaryStringMulti variants;
+  qstd_vector_vector32s indices;
   return inFrame<2>([&](Frame<2> &frame) -> qsys_status {
-    qstd_vector_qoc_ocrDictionaryStringMulti variants;
     QOC_TRY(qstd_vector_qoc_ocrDictionaryStringMulti_constructEmpty(&variants));
     frame.local<qstd_vector_qoc_ocrDictionaryStringMulti_destruct>(&variants);
-    qstd_vector_vector32s indices;
     QOC_TRY(qstd_vector_vector32s_constructEmpty(&indices));
     frame.local<qstd_vector_vector32s_destruct>(&indices);
     QOC_TRY(qoc_swapCharSet_multiSwapStrings(&set, &reading, &variants, &indices));
@@ -204,8 +204,8 @@ qsys_status qoc_ocrDictionaryLineFielding_match(const qoc_ocrDictionaryLineField
   if (!present({lineFielding, input, results})) {
     return QSYS_STATUS_OK;
   }
+  qoc_ocrDictionaryStringMulti reading;
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    qoc_ocrDictionaryStringMulti reading;
     QOC_TRY(qoc_ocrDictionaryStringMulti_constructString(&reading, input));
     frame.local<qoc_ocrDictionaryStringMulti_destruct>(&reading);
     return qoc_ocrDictionaryLineFielding_matchMulti(lineFielding, &reading, params, set, results);

@@ -136,8 +136,8 @@ qsys_status qoc_ocrDictionaryPositionFielding_setFieldingCharacters(qoc_ocrDicti
   if (!present({positionFielding, characters})) {
     return QSYS_STATUS_OK;
   }
+  qstd_vectorChar32 sorted;
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    qstd_vectorChar32 sorted;
     QOC_TRY(qstd_vectorChar32_constructCopy(&sorted, characters));
     frame.local<qstd_vectorChar32_destruct>(&sorted);
     QOC_TRY(qstd_vectorChar32_sortUnique(&sorted, 1));
@@ -166,8 +166,8 @@ qsys_status qoc_ocrDictionaryPositionFielding_setDictCharacters(qoc_ocrDictionar
   if (!present({positionFielding, characters})) {
     return QSYS_STATUS_OK;
   }
+  qstd_vectorChar32 codes;
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    qstd_vectorChar32 codes;
     QOC_TRY(qstd_vectorChar32_constructEmpty(&codes));
     frame.local<qstd_vectorChar32_destruct>(&codes);
     QOC_TRY(codesOf(*characters, codes));
@@ -182,8 +182,8 @@ qsys_status qoc_ocrDictionaryPositionFielding_setDictCharactersAndFieldingBits(
   if (!present({positionFielding, characters})) {
     return QSYS_STATUS_OK;
   }
+  qstd_vectorChar32 codes;
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    qstd_vectorChar32 codes;
     QOC_TRY(qstd_vectorChar32_constructEmpty(&codes));
     frame.local<qstd_vectorChar32_destruct>(&codes);
     QOC_TRY(codesOf(*characters, codes));

@@ -42,8 +42,8 @@ qsys_status textCode(const qoc_ocrDictionaryChar &character, Char32 &code) noexc
 /// True when the class test admits a swap equivalent of the character.
 qsys_status isEquivalentInClass(const qoc_ocrDictionaryPositionFielding &positionFielding,
                                 const qoc_ocrDictionaryChar &character, const qoc_swapCharSet *set, bool &isMatch) {
+  qstd_vector_qoc_ocrDictionaryChar equivalents;
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    qstd_vector_qoc_ocrDictionaryChar equivalents;
     QOC_TRY(qstd_vector_qoc_ocrDictionaryChar_constructEmpty(&equivalents));
     frame.local<qstd_vector_qoc_ocrDictionaryChar_destruct>(&equivalents);
     QOC_TRY(qoc_swapCharSet_getEquivalentCharacters(set, &character, &equivalents));
@@ -106,8 +106,8 @@ qsys_status appendMatches(const qoc_ocrDictionaryPositionFielding &positionField
   if (set == nullptr) {
     return QSYS_STATUS_OK;
   }
+  qstd_vector_qoc_ocrDictionaryChar equivalents;
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    qstd_vector_qoc_ocrDictionaryChar equivalents;
     QOC_TRY(qstd_vector_qoc_ocrDictionaryChar_constructEmpty(&equivalents));
     frame.local<qstd_vector_qoc_ocrDictionaryChar_destruct>(&equivalents);
     QOC_TRY(qoc_swapCharSet_getEquivalentCharacters(set, &character, &equivalents));

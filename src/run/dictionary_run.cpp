@@ -21,7 +21,8 @@ struct Run {
   qoc_ocrDictionaryResultSet scratch;
 };
 
-/// Once the best result is exact and only the best counts, one edit need not be looked for in the entries that are left.
+/// Once the best result is exact and only the best counts, one edit need not be looked for in the entries that are
+/// left.
 qsys_status stopEarly(Run &run) {
   if (run.params->returnBestOnly != 0 && run.params->maxEdits == 1) {
     qsys_bool isExactBest = 0;
@@ -81,8 +82,8 @@ qsys_status qoc_ocrDictionary_runSwapCharSetMulti(const qoc_ocrDictionary *dicti
     return QSYS_STATUS_OK;
   }
   QOC_TRY(qoc_ocrDictionaryResultSet_reset(results));
+  Run run = {reading, params, set, results, {}, {}};
   return inFrame<2>([&](Frame<2> &frame) -> qsys_status {
-    Run run = {reading, params, set, results, {}, {}};
     QOC_TRY(qoc_ocrDictionaryRunParams_constructCopy(&run.working, params));
     frame.local<qoc_ocrDictionaryRunParams_destruct>(&run.working);
     QOC_TRY(qoc_ocrDictionaryResultSet_construct(&run.scratch));

@@ -110,8 +110,8 @@ qsys_status qoc_ocrDictionaryResult_getStatusWRTInputStringSwapCharPos(const qoc
     return QSYS_STATUS_OK;
   }
   QOC_TRY(checkPosition(*result, position, qoc::sizeOf(result->givenSwap)));
+  qstd_vector_qoc_ocrDictionaryPositionStatus statuses;
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    qstd_vector_qoc_ocrDictionaryPositionStatus statuses;
     QOC_TRY(qstd_vector_qoc_ocrDictionaryPositionStatus_constructEmpty(&statuses));
     frame.local<qstd_vector_qoc_ocrDictionaryPositionStatus_destruct>(&statuses);
     QOC_TRY(qoc_ocrDictionaryResult_getStatusWRTInputStringSwapChar(result, &statuses));

@@ -85,8 +85,8 @@ class Way {
 /// Makes the character that stands for a swapped-in one: the empty character first, so that it is never the primary
 /// reading.
 qsys_status appendInserted(Char32 code, qstd_vector_qoc_ocrDictionaryCharMulti *characters) {
+  qoc_ocrDictionaryCharMulti inserted;
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    qoc_ocrDictionaryCharMulti inserted;
     QOC_TRY(qoc_ocrDictionaryCharMulti_construct(&inserted));
     frame.local<qoc_ocrDictionaryCharMulti_destruct>(&inserted);
     const qoc_ocrDictionaryChar candidates[] = {{QOC_CHAR_EMPTY, 0}, {code, 0}};
@@ -118,8 +118,8 @@ qsys_status makeVariant(const Way &way, Positions input, qoc_ocrDictionaryString
 }
 
 qsys_status appendEmptyVariant(qstd_vector_qoc_ocrDictionaryStringMulti *variants) {
+  qoc_ocrDictionaryStringMulti empty;
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    qoc_ocrDictionaryStringMulti empty;
     QOC_TRY(qoc_ocrDictionaryStringMulti_construct(&empty));
     frame.local<qoc_ocrDictionaryStringMulti_destruct>(&empty);
     return qstd_vector_qoc_ocrDictionaryStringMulti_pushBack(variants, &empty);
@@ -127,8 +127,8 @@ qsys_status appendEmptyVariant(qstd_vector_qoc_ocrDictionaryStringMulti *variant
 }
 
 qsys_status appendEmptyPositions(qstd_vector_vector32s *positions) {
+  qstd_vector32s empty;
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    qstd_vector32s empty;
     QOC_TRY(qstd_vector32s_constructEmpty(&empty));
     frame.local<qstd_vector32s_destruct>(&empty);
     return qstd_vector_vector32s_pushBack(positions, &empty);

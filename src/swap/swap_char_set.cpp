@@ -94,8 +94,8 @@ qsys_status qoc_swapCharSet_assign(qoc_swapCharSet *set, const qoc_swapCharSet *
     return QSYS_STATUS_OK;
   }
   // The fields refer to each other, so a copy that fails half-way must not stay in the set.
+  qoc_swapCharSet copy;
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    qoc_swapCharSet copy;
     QOC_TRY(qoc_swapCharSet_constructCopy(&copy, source));
     frame.local<qoc_swapCharSet_destruct>(&copy);
     std::swap(*set, copy);

@@ -44,9 +44,7 @@ std::span<const qstd_vectorChar32> groupsOf(const qstd_vector_vectorChar32 &grou
   return viewAs<qstd_vectorChar32>(groups);
 }
 
-bool isReserved(Char32 code) {
-  return (code >= 0xF800u && code <= 0xF8FFu) || (code >= 0xFF000u && code <= 0xFFFFDu);
-}
+bool isReserved(Char32 code) { return (code >= 0xF800u && code <= 0xF8FFu) || (code >= 0xFF000u && code <= 0xFFFFDu); }
 
 qsys_status hasDuplicate(const qstd_vectorChar32 &group, bool *result) {
   const Codes codes = viewAs<Char32>(group);
@@ -58,8 +56,8 @@ qsys_status hasDuplicate(const qstd_vectorChar32 &group, bool *result) {
     }
     return QSYS_STATUS_OK;
   }
+  qstd_vectorChar32 distinct;
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    qstd_vectorChar32 distinct;
     QOC_TRY(qstd_vectorChar32_constructCopy(&distinct, &group));
     frame.local<qstd_vectorChar32_destruct>(&distinct);
     QOC_TRY(qstd_vectorChar32_sortUnique(&distinct, 1));
@@ -278,13 +276,13 @@ qsys_status fillPairFilter(qoc_swapCharSet *set) {
 
 /// Builds everything from valid groups, which may be the set's own. On failure the set is partly built.
 qsys_status build(qoc_swapCharSet *set, const qstd_vector_vectorChar32 &groups) {
+  qstd_vector32s table;
+  qstd_vector_vectorChar32 copy;
   return inFrame<2>([&](Frame<2> &frame) -> qsys_status {
     // The table of codes comes first: it is what cannot be made when a code is very large.
-    qstd_vector32s table;
     QOC_TRY(qstd_vector32s_constructEmpty(&table));
     frame.local<qstd_vector32s_destruct>(&table);
     QOC_TRY(markCodes(groups, &table));
-    qstd_vector_vectorChar32 copy;
     QOC_TRY(qstd_vector_vectorChar32_constructCopy(&copy, &groups));
     frame.local<qstd_vector_vectorChar32_destruct>(&copy);
 
@@ -315,9 +313,9 @@ qsys_status constructThenSet(qoc_swapCharSet *set, const Groups *groups, int lin
 /// Sets groups given as sequences of something else than codes; codeOf makes the code of one element.
 template <class Element, class Sequence, class Groups, class CodeOf>
 qsys_status setEquivAs(qoc_swapCharSet *set, const Groups &groups, CodeOf codeOf) {
+  qstd_vector_vectorChar32 codes;
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
     const std::span<const Sequence> sequences = viewAs<Sequence>(groups);
-    qstd_vector_vectorChar32 codes;
     QOC_TRY(qstd_vector_vectorChar32_construct(&codes, static_cast<std::int32_t>(sequences.size())));
     frame.template local<qstd_vector_vectorChar32_destruct>(&codes);
     for (std::size_t i = 0; i < sequences.size(); ++i) {
@@ -341,13 +339,13 @@ qsys_status setGroupsAndPair(qoc_swapCharSet *set, const qstd_vector_vectorChar3
   if (first == second) {
     return QOC_STATUS_SINGLE_SWAP_EQUAL;
   }
+  qstd_vector_vectorChar32 all;
+  qstd_vectorChar32 pair;
   return inFrame<2>([&](Frame<2> &frame) -> qsys_status {
-    qstd_vector_vectorChar32 all;
     QOC_TRY(groups != nullptr ? qstd_vector_vectorChar32_constructCopy(&all, groups)
                               : qstd_vector_vectorChar32_constructEmpty(&all));
     frame.local<qstd_vector_vectorChar32_destruct>(&all);
     const std::array<Char32, 2> codes = {first, second};
-    qstd_vectorChar32 pair;
     QOC_TRY(qstd_vectorChar32_constructFromBlock(&pair, codes.data(), 2));
     frame.local<qstd_vectorChar32_destruct>(&pair);
     QOC_TRY(qstd_vector_vectorChar32_pushBack(&all, &pair));

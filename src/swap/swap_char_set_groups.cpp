@@ -37,8 +37,8 @@ bool holds(const qstd_vectorChar32 &group, Char32 code) {
 
 /// Makes one group for each distinct character of the single-character swaps, in the order in which they appear.
 qsys_status makeGroupPerCharacter(Swaps swaps, qstd_vector_vectorChar32 *groups) {
+  qstd_vectorChar32 characters;
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    qstd_vectorChar32 characters;
     QOC_TRY(qstd_vectorChar32_constructEmpty(&characters));
     frame.local<qstd_vectorChar32_destruct>(&characters);
     for (const qoc_swapChar &swap : swaps) {
@@ -127,15 +127,15 @@ qsys_status qoc_swapCharSet_setSwapCharacters(qoc_swapCharSet *set, const qstd_v
   if (!present({set, swaps})) {
     return QSYS_STATUS_OK;
   }
+  qstd_vector_vectorChar32 groups;
+  qstd_vector_qoc_swapChar multiSwaps;
   return inFrame<2>([&](Frame<2> &frame) -> qsys_status {
     const Swaps all = viewAs<qoc_swapChar>(*swaps);
-    qstd_vector_vectorChar32 groups;
     QOC_TRY(qstd_vector_vectorChar32_constructEmpty(&groups));
     frame.local<qstd_vector_vectorChar32_destruct>(&groups);
     QOC_TRY(makeGroupPerCharacter(all, &groups));
     QOC_TRY(mergeGroups(all, &groups));
     // Copied before the set changes: they may be the set's own.
-    qstd_vector_qoc_swapChar multiSwaps;
     QOC_TRY(qstd_vector_qoc_swapChar_constructEmpty(&multiSwaps));
     frame.local<qstd_vector_qoc_swapChar_destruct>(&multiSwaps);
     QOC_TRY(copyMultiSwaps(all, &multiSwaps));

@@ -114,8 +114,8 @@ qsys_status qoc_swapCharSet_getEquivalentCharacters(const qoc_swapCharSet *set, 
   if (!present({set, character, equivalents})) {
     return QSYS_STATUS_OK;
   }
+  qstd_vectorChar32 codes;
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    qstd_vectorChar32 codes;
     QOC_TRY(qstd_vectorChar32_constructEmpty(&codes));
     frame.local<qstd_vectorChar32_destruct>(&codes);
     QOC_TRY(appendEquivalents(*set, character->code, &codes));
@@ -130,12 +130,12 @@ qsys_status qoc_swapCharSet_getEquivalentCharactersMulti(const qoc_swapCharSet *
   if (!present({set, candidates, equivalents})) {
     return QSYS_STATUS_OK;
   }
+  qstd_vector_qoc_ocrDictionaryChar copy;
+  qstd_vectorChar32 codes;
   return inFrame<2>([&](Frame<2> &frame) -> qsys_status {
     // Copied, because the output may be the candidates themselves.
-    qstd_vector_qoc_ocrDictionaryChar copy;
     QOC_TRY(qstd_vector_qoc_ocrDictionaryChar_constructCopy(&copy, candidates));
     frame.local<qstd_vector_qoc_ocrDictionaryChar_destruct>(&copy);
-    qstd_vectorChar32 codes;
     QOC_TRY(qstd_vectorChar32_constructEmpty(&codes));
     frame.local<qstd_vectorChar32_destruct>(&codes);
     QOC_TRY(qstd_vector_qoc_ocrDictionaryChar_clear(equivalents));

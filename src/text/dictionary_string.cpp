@@ -75,8 +75,8 @@ qsys_status qstd_vector_vector_qoc_ocrDictionaryChar_setStdStrings(qstd_vector_v
   const auto texts = qoc::viewAs<qstd_string>(*strings);
   QOC_TRY(qstd_vector_vector_qoc_ocrDictionaryChar_resize(vector, static_cast<std::int32_t>(texts.size())));
   const auto edited = qoc::editAs<qstd_vector_qoc_ocrDictionaryChar>(*vector);
+  qoc_ocrDictionaryString local;
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    qoc_ocrDictionaryString local;
     QOC_TRY(qoc_ocrDictionaryString_construct(&local));
     frame.local<qoc_ocrDictionaryString_destruct>(&local);
     for (std::size_t i = 0; i < texts.size(); ++i) {
@@ -155,9 +155,9 @@ qsys_status qoc_ocrDictionaryString_getStdString(const qoc_ocrDictionaryString *
   if (!present({string, text})) {
     return QSYS_STATUS_OK;
   }
+  qstd_vector_tchar buffer;
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
     const auto characters = view(*string);
-    qstd_vector_tchar buffer;
     QOC_TRY(qstd_vector_tchar_construct(&buffer, qoc::sizeOf(*string) + 1));
     frame.local<qstd_vector_tchar_destruct>(&buffer);
     const auto bytes = qoc::editAs<CharT>(buffer);
@@ -213,9 +213,9 @@ qsys_status qoc_ocrDictionaryString_concatenate(const qoc_ocrDictionaryString *a
   if (!present({a, b, out})) {
     return QSYS_STATUS_OK;
   }
+  qoc_ocrDictionaryString joined;
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
     // Built beside the output, which may be one of the inputs.
-    qoc_ocrDictionaryString joined;
     QOC_TRY(qoc_ocrDictionaryString_constructCopy(&joined, a));
     frame.local<qoc_ocrDictionaryString_destruct>(&joined);
     QOC_TRY(qstd_vector_qoc_ocrDictionaryChar_append(&joined.characters, &b->characters));

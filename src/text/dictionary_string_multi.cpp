@@ -38,8 +38,8 @@ qsys_status setEach(qoc_ocrDictionaryStringMulti &multi, std::size_t n, Set set)
 
 template <class Construct>
 qsys_status compareWithLocal(const qoc_ocrDictionaryStringMulti &multi, qsys_bool *isEqual, Construct construct) {
+  qoc_ocrDictionaryStringMulti local;
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    qoc_ocrDictionaryStringMulti local;
     QOC_TRY(construct(&local));
     frame.local<qoc_ocrDictionaryStringMulti_destruct>(&local);
     return qoc_ocrDictionaryStringMulti_compareEqual(&multi, &local, isEqual);
@@ -106,8 +106,8 @@ qsys_status qoc_ocrDictionaryStringMulti_setStringT(qoc_ocrDictionaryStringMulti
   if (!present({multi, text})) {
     return QSYS_STATUS_OK;
   }
+  qoc_ocrDictionaryString string;
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    qoc_ocrDictionaryString string;
     QOC_TRY(qoc_ocrDictionaryString_constructStringT(&string, text));
     frame.local<qoc_ocrDictionaryString_destruct>(&string);
     return qoc_ocrDictionaryStringMulti_setString(multi, &string);
@@ -142,8 +142,8 @@ qsys_status qoc_ocrDictionaryStringMulti_getStdString(const qoc_ocrDictionaryStr
   if (!present({multi, text})) {
     return QSYS_STATUS_OK;
   }
+  qoc_ocrDictionaryString string;
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    qoc_ocrDictionaryString string;
     QOC_TRY(qoc_ocrDictionaryString_construct(&string));
     frame.local<qoc_ocrDictionaryString_destruct>(&string);
     QOC_TRY(qoc_ocrDictionaryStringMulti_getString(multi, &string));
@@ -202,8 +202,8 @@ qsys_status qoc_ocrDictionaryStringMulti_appendChar(qoc_ocrDictionaryStringMulti
   if (!present({multi, character})) {
     return QSYS_STATUS_OK;
   }
+  qoc_ocrDictionaryCharMulti position;
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    qoc_ocrDictionaryCharMulti position;
     QOC_TRY(qstd_vector_qoc_ocrDictionaryChar_constructFromBlock(&position.candidates, character, 1));
     frame.local<qoc_ocrDictionaryCharMulti_destruct>(&position);
     return qstd_vector_qoc_ocrDictionaryCharMulti_pushBack(&multi->positions, &position);
