@@ -9,9 +9,8 @@
 
 namespace qoc {
 
-/// The cleanup stack of one operation. Objects are registered as they are constructed; on the way out of its scope the
-/// frame destroys what is due for the status that the operation ends with: locals always, the caller's output only
-/// after a failure.
+/// The cleanup stack of one operation. Objects are registered as they are constructed; on the way out of its scope the frame
+/// destroys what is due for the status that the operation ends with: locals always, the caller's output only after a failure.
 template <std::int32_t Capacity>
 class Frame {
  public:
@@ -66,11 +65,10 @@ inline qsys_status statusOfException() noexcept {
   }
 }
 
-/// Runs body(frame) in a fresh frame. In the body a plain `return status` is right on every path; no exception gets
-/// out.
+/// Runs body(frame) in a fresh frame. In the body a plain `return status` is right on every path; no exception gets out.
 ///
-/// The frame destroys its objects when the body has returned. So the storage of a local is declared outside of the
-/// body, beside the frame: what is declared inside no longer exists by then.
+/// The frame destroys its locals after the body has returned, so they are declared before it and captured: a record declared inside
+/// the body would be gone by then.
 template <std::int32_t Capacity, class Body>
 qsys_status inFrame(Body &&body) noexcept {
   qsys_status status = QSYS_STATUS_OK;

@@ -50,6 +50,8 @@ class WordTest {
       const auto word = static_cast<std::size_t>(k);
       if (std::popcount(index->signature(word) & ~covered_) <= maxEdits) {
         QOC_TRY(test(view(words[word]), isMatch));
+      } else {
+        QOC_TRY(passOverWindows(matches_.size(), params_));
       }
     }
     return QSYS_STATUS_OK;

@@ -1,7 +1,7 @@
 // The match of a lexicon: every word that can be read in a reading, ranked.
 //
-// Words are kept by length, so the ones worth trying are one run of the list. Each is first tested by its signature
-// (see LexiconIndex), which refuses only words that no alignment accepts; the others are aligned.
+// Words are kept by length, so the ones worth trying are one run of the list. Each is first tested by its signature (see
+// LexiconIndex), which refuses only words that no alignment accepts; the others are aligned.
 
 #include "kinds/lexicon_match.hpp"
 
@@ -22,8 +22,9 @@ WordRange findLengthRange(const qoc_ocrDictionaryLexicon &lexicon, std::int32_t 
                           const qoc_ocrDictionaryRunParams *params) {
   const auto words = view(lexicon.strings);
   const auto firstOfLength = [&](std::int64_t length) {
-    const auto found = std::ranges::lower_bound(
-        words, length, {}, [](const qoc_ocrDictionaryString &word) { return static_cast<std::int64_t>(sizeOf(word)); });
+    const auto found = std::ranges::lower_bound(words, length, {}, [](const qoc_ocrDictionaryString &word) {
+      return static_cast<std::int64_t>(sizeOf(word));
+    });
     return static_cast<std::int32_t>(found - words.begin());
   };
   const std::int64_t d = params != nullptr ? params->maxEdits : 0;
@@ -77,6 +78,7 @@ qsys_status matchWords(const qoc_ocrDictionaryLexicon &lexicon, const qoc_ocrDic
       }
       const std::uint64_t uncovered = index->signature(static_cast<std::size_t>(k)) & ~covered;
       if (std::popcount(uncovered) > std::max(working.maxEdits, 0)) {
+        QOC_TRY(passOverWindows(sizeOf(reading), params));
         continue;
       }
       QOC_TRY(stopEarly(params, results, working));
@@ -150,8 +152,8 @@ qsys_status qoc_ocrDictionaryLexicon_matchStrings(const qoc_ocrDictionaryLexicon
     return QSYS_STATUS_OK;
   }
   QOC_TRY(qoc_ocrDictionaryResultSet_reset(results));
-  qstd_vector32s inputIndices;
   qoc_ocrDictionaryResultSet scratch;
+  qstd_vector32s inputIndices;
   QOC_TRY(inFrame<2>([&](Frame<2> &frame) -> qsys_status {
     QOC_TRY(qoc::makeLocal(frame, scratch));
     QOC_TRY(qstd_vector32s_constructEmpty(&inputIndices));

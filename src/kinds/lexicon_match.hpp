@@ -24,8 +24,8 @@ inline bool stopsEarly(const qoc_ocrDictionaryRunParams *params, const qoc_ocrDi
   return params != nullptr && params->returnBestOnly != 0 && working.maxEdits == 1;
 }
 
-/// Makes every reading that the set's multi-character swaps make of a reading, with the input indices of their
-/// positions, and calls visit(variant, inputIndices, isDone) for each in order until one sets isDone.
+/// Makes every reading that the set's multi-character swaps make of a reading, with the input indices of their positions, and calls
+/// visit(variant, inputIndices, isDone) for each in order until one sets isDone.
 template <class Visit>
 qsys_status forEachVariant(const qoc_ocrDictionaryStringMulti &reading, const qoc_swapCharSet &set, Visit visit) {
   qstd_vector_qoc_ocrDictionaryStringMulti variants;

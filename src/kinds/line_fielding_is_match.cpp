@@ -2,6 +2,7 @@
 
 #include <qoc/line_fielding.h>
 
+#include "kinds/lexicon_match.hpp"
 #include "kinds/line_alignment.hpp"
 
 using namespace qoc;
@@ -72,28 +73,17 @@ qsys_status qoc_ocrDictionaryLineFielding_isMatchMulti(const qoc_ocrDictionaryLi
   if (!present({lineFielding, reading, isMatch})) {
     return QSYS_STATUS_OK;
   }
-  qstd_vector_qoc_ocrDictionaryStringMulti variants;
-  qstd_vector_vector32s indices;
-  return inFrame<2>([&](Frame<2> &frame) -> qsys_status {
+  return inFrame<1>([&](Frame<1> &) -> qsys_status {
     bool answer = false;
-    qsys_bool hasMultiSwap = 0;
-    if (set != nullptr) {
-      QOC_TRY(qoc_swapCharSet_hasMultiSwap(set, &hasMultiSwap));
-    }
-    if (hasMultiSwap == 0) {
-      QOC_TRY(isReadingMatch(*lineFielding, *reading, params, set, answer));
+    if (hasVariants(set)) {
+      QOC_TRY(forEachVariant(*reading, *set,
+                             [&](const qoc_ocrDictionaryStringMulti &variant, const qstd_vector32s &, bool &isDone) {
+                               const qsys_status status = isReadingMatch(*lineFielding, variant, params, set, answer);
+                               isDone = answer;
+                               return status;
+                             }));
     } else {
-      QOC_TRY(qstd_vector_qoc_ocrDictionaryStringMulti_constructEmpty(&variants));
-      frame.local<qstd_vector_qoc_ocrDictionaryStringMulti_destruct>(&variants);
-      QOC_TRY(qstd_vector_vector32s_constructEmpty(&indices));
-      frame.local<qstd_vector_vector32s_destruct>(&indices);
-      QOC_TRY(qoc_swapCharSet_multiSwapStrings(set, reading, &variants, &indices));
-      for (const qoc_ocrDictionaryStringMulti &variant : viewAs<qoc_ocrDictionaryStringMulti>(variants)) {
-        QOC_TRY(isReadingMatch(*lineFielding, variant, params, set, answer));
-        if (answer) {
-          break;
-        }
-      }
+      QOC_TRY(isReadingMatch(*lineFielding, *reading, params, set, answer));
     }
     *isMatch = answer;
     return QSYS_STATUS_OK;

@@ -2,6 +2,7 @@
 
 #include <qoc/line_fielding.h>
 
+#include "kinds/lexicon_match.hpp"
 #include "kinds/line_alignment.hpp"
 #include "run/result_set_ops.hpp"
 
@@ -171,28 +172,21 @@ qsys_status matchVariant(const qoc_ocrDictionaryLineFielding &lineFielding, cons
 qsys_status matchVariants(const qoc_ocrDictionaryLineFielding &lineFielding,
                           const qoc_ocrDictionaryStringMulti &reading, const qoc_ocrDictionaryRunParams *params,
                           const qoc_swapCharSet &set, qoc_ocrDictionaryResultSet &results) {
-  qstd_vector_qoc_ocrDictionaryStringMulti variants;
-  qstd_vector_vector32s indices;
-  return inFrame<2>([&](Frame<2> &frame) -> qsys_status {
-    QOC_TRY(qstd_vector_qoc_ocrDictionaryStringMulti_constructEmpty(&variants));
-    frame.local<qstd_vector_qoc_ocrDictionaryStringMulti_destruct>(&variants);
-    QOC_TRY(qstd_vector_vector32s_constructEmpty(&indices));
-    frame.local<qstd_vector_vector32s_destruct>(&indices);
-    QOC_TRY(qoc_swapCharSet_multiSwapStrings(&set, &reading, &variants, &indices));
-
-    qoc_ocrDictionaryRunParams working = params != nullptr ? *params : qoc_ocrDictionaryRunParams{};
-    const auto variantViews = viewAs<qoc_ocrDictionaryStringMulti>(variants);
-    for (std::size_t i = 0; i < variantViews.size(); ++i) {
-      if (params != nullptr && params->returnBestOnly != 0 && params->maxEdits == 1) {
-        qsys_bool isExact = 0;
-        QOC_TRY(qoc_ocrDictionaryResultSet_getIsExactBest(&results, &isExact));
-        working.maxEdits = isExact != 0 ? 0 : working.maxEdits;
-      }
-      QOC_TRY(matchVariant(lineFielding, reading, variantViews[i], viewAs<qstd_vector32s>(indices)[i], i == 0,
-                           params != nullptr ? &working : nullptr, params, &set, results));
-    }
-    return QSYS_STATUS_OK;
-  });
+  qoc_ocrDictionaryRunParams working = params != nullptr ? *params : qoc_ocrDictionaryRunParams{};
+  bool isFirst = true;
+  return forEachVariant(
+      reading, set,
+      [&](const qoc_ocrDictionaryStringMulti &variant, const qstd_vector32s &indices, bool &) -> qsys_status {
+        if (params != nullptr && params->returnBestOnly != 0 && params->maxEdits == 1) {
+          qsys_bool isExact = 0;
+          QOC_TRY(qoc_ocrDictionaryResultSet_getIsExactBest(&results, &isExact));
+          working.maxEdits = isExact != 0 ? 0 : working.maxEdits;
+        }
+        QOC_TRY(matchVariant(lineFielding, reading, variant, indices, isFirst, params != nullptr ? &working : nullptr,
+                             params, &set, results));
+        isFirst = false;
+        return QSYS_STATUS_OK;
+      });
 }
 
 }  // namespace
@@ -220,11 +214,7 @@ qsys_status qoc_ocrDictionaryLineFielding_matchMulti(const qoc_ocrDictionaryLine
     return QSYS_STATUS_OK;
   }
   QOC_TRY(qoc_ocrDictionaryResultSet_reset(results));
-  qsys_bool hasMultiSwap = 0;
-  if (set != nullptr) {
-    QOC_TRY(qoc_swapCharSet_hasMultiSwap(set, &hasMultiSwap));
-  }
-  if (hasMultiSwap != 0) {
+  if (hasVariants(set)) {
     QOC_TRY(matchVariants(*lineFielding, *reading, params, *set, *results));
   } else {
     QOC_TRY(matchReading(*lineFielding, *reading, params, set, *results));

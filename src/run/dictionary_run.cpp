@@ -21,8 +21,7 @@ struct Run {
   qoc_ocrDictionaryResultSet scratch;
 };
 
-/// Once the best result is exact and only the best counts, one edit need not be looked for in the entries that are
-/// left.
+/// Once the best result is exact and only the best counts, one edit need not be looked for in the entries that are left.
 qsys_status stopEarly(Run &run) {
   if (run.params->returnBestOnly != 0 && run.params->maxEdits == 1) {
     qsys_bool isExactBest = 0;
@@ -93,6 +92,10 @@ qsys_status qoc_ocrDictionary_runSwapCharSetMulti(const qoc_ocrDictionary *dicti
     QOC_TRY((runEntries<qoc_ocrDictionaryLexicon_matchMulti, qoc_ocrDictionaryLexicon>(run, dictionary->lexicons)));
     QOC_TRY((runEntries<qoc_ocrDictionaryLineFielding_matchMulti, qoc_ocrDictionaryLineFielding>(
         run, dictionary->fieldings)));
+    // Expressions have their place in the order; so far every one of them is empty and has no results.
+    for (std::int32_t i = 0; i < dictionary->regularExpressions.core.size; ++i) {
+      QOC_TRY(qsys_attention_check());
+    }
     QOC_TRY(qoc_ocrDictionaryResultVector_sort(&results->results, params, 1));
     if (results->isComputed == 0) {
       QOC_TRY(qoc_ocrDictionaryResultSet_reset(results));

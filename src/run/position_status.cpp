@@ -49,11 +49,13 @@ qsys_status qstd_vector_qoc_ocrDictionaryPositionStatus_print(
     return QSYS_STATUS_OK;
   }
   QOC_TRY(qsys_printfA(" { "));
-  const char *separator = "";
+  bool isFirst = true;
   for (const qoc_ocrDictionaryPositionStatus status : qoc::viewAs<qoc_ocrDictionaryPositionStatus>(*vector)) {
-    QOC_TRY(qsys_printfA("%s", separator));
+    if (!isFirst) {
+      QOC_TRY(qsys_printfA(" , "));
+    }
     QOC_TRY(qoc_ocrDictionaryPositionStatus_print(status));
-    separator = " , ";
+    isFirst = false;
   }
   return qsys_printfA(" } ");
 }

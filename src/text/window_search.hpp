@@ -44,6 +44,14 @@ qsys_status searchWindows(std::int32_t n, std::int32_t m, const qoc_ocrDictionar
   return QSYS_STATUS_OK;
 }
 
+/// Asks for attention as often as searchWindows does, for a word that is refused without a search.
+inline qsys_status passOverWindows(std::int32_t n, const qoc_ocrDictionaryRunParams *params) {
+  for (std::int32_t start = 0; params != nullptr && params->matchOption9 != 0 && start < n; ++start) {
+    QOC_TRY(qsys_attention_check());
+  }
+  return QSYS_STATUS_OK;
+}
+
 /// Whether a window may be aligned at all: a wrong length is refused when no edit could mend it.
 inline bool admitsLength(const qoc_ocrDictionaryRunParams *params, Window window) noexcept {
   qsys_bool isSatisfied = 0;

@@ -61,7 +61,8 @@ std::u32string allOf(const PositionFielding &asked) {
 /// A list that the checked setters would refuse.
 PositionFielding unchecked(uint32_t bits, const std::vector<qoc_ocrDictionaryChar> &listed) {
   auto made = fielding(bits);
-  require(qoc_ocrDictionaryPositionFielding_setDictCharacters(made, vectorOf<qstd_vector_qoc_ocrDictionaryChar>(listed)));
+  require(
+      qoc_ocrDictionaryPositionFielding_setDictCharacters(made, vectorOf<qstd_vector_qoc_ocrDictionaryChar>(listed)));
   return made;
 }
 
@@ -117,12 +118,9 @@ TEST(PositionFieldingSetFieldingCharacters, RefusesDuplicatesFirstThenTheEmptyCh
     std::u32string_view list;
     qsys_status status;
   } cases[] = {
-      {U"AA", QOC_STATUS_CHARACTER_DUPLICATE},
-      {U"ABCA", QOC_STATUS_CHARACTER_DUPLICATE},
-      {U"\uF800", QOC_STATUS_CHARACTER_EMPTY},
-      {U"A\uF800B", QOC_STATUS_CHARACTER_EMPTY},
-      {U"\uF800\uF800", QOC_STATUS_CHARACTER_DUPLICATE},
-      {U"\uF800AA", QOC_STATUS_CHARACTER_DUPLICATE},
+      {U"AA", QOC_STATUS_CHARACTER_DUPLICATE},           {U"ABCA", QOC_STATUS_CHARACTER_DUPLICATE},
+      {U"\uF800", QOC_STATUS_CHARACTER_EMPTY},           {U"A\uF800B", QOC_STATUS_CHARACTER_EMPTY},
+      {U"\uF800\uF800", QOC_STATUS_CHARACTER_DUPLICATE}, {U"\uF800AA", QOC_STATUS_CHARACTER_DUPLICATE},
   };
   for (const auto &one : cases) {
     EXPECT_EQ(qoc_ocrDictionaryPositionFielding_setFieldingCharacters(made, codes(one.list)), one.status);

@@ -27,8 +27,8 @@ inline Owned<qoc_ocrDictionaryPositionFielding> fielding(uint32_t bits, std::u32
   return made;
 }
 
-/// A line, one character for each position: A upper, a lower, 9 digit, * any non-space, ? any, _ space, ~ nothing; any other
-/// character stands for itself, listed.
+/// A line, one character for each position: A upper, a lower, 9 digit, * any non-space, ? any, _ space, ~ nothing; any
+/// other character stands for itself, listed.
 inline Owned<qoc_ocrDictionaryLineFielding> line(std::string_view picture) {
   Owned<qoc_ocrDictionaryLineFielding> made;
   for (const char one : picture) {
@@ -44,6 +44,13 @@ inline Owned<qoc_ocrDictionaryLineFielding> line(std::string_view picture) {
     require(qstd_vector_qoc_ocrDictionaryPositionFielding_pushBack(&made->positions, position));
   }
   return made;
+}
+
+/// A reading of single candidates, one for each character.
+inline Owned<qoc_ocrDictionaryStringMulti> plain(std::string_view text) {
+  const auto string = word(text);
+  return Owned<qoc_ocrDictionaryStringMulti>(
+      [&](qoc_ocrDictionaryStringMulti *multi) { return qoc_ocrDictionaryStringMulti_constructString(multi, string); });
 }
 
 /// A swap set of groups of characters.

@@ -57,6 +57,7 @@ inline void require(qsys_status status) {
   X(qoc_ocrDictionaryString)            \
   X(qoc_ocrDictionaryStringMulti)       \
   X(qoc_ocrDictionaryRunParams)         \
+  X(qoc_ocrDictionaryFieldingRunParams) \
   X(qoc_ocrDictionaryResult)            \
   X(qoc_ocrDictionaryResultSet)         \
   X(qoc_swapChar)                       \

@@ -1,0 +1,123 @@
+// Memory that runs out: from the n-th allocation on, for every n, over lexicons, dictionaries, their runs and result sets.
+
+#include <functional>
+#include <optional>
+
+#include "run/result_set_ops.hpp"
+#include "run/run_builders.hpp"
+#include "support/allocator.hpp"
+
+namespace {
+
+using namespace qoc::test;
+
+/// Objects that live through a failure and are used again after it.
+struct Objects {
+  Owned<qstd_vector_qoc_ocrDictionaryString> list = words({"abc", "abd", "ab", "xyz", "abcd"});
+  Owned<qoc_ocrDictionaryString> added = word("zabc");
+  Owned<qoc_ocrDictionaryStringMulti> input = reading("a|x b c|d");
+  Owned<qoc_ocrDictionaryRunParams> params = runParams({.maxEdits = 2, .returnBestOnly = 0, .matchOption9 = 1});
+  Owned<qoc_ocrDictionaryRunParams> oneEdit = runParams({.maxEdits = 1, .returnBestOnly = 0, .finalizeEachResult = 1});
+  Owned<qoc_ocrDictionaryLexicon> lexicon;
+  Owned<qoc_ocrDictionary> dictionary;
+  Owned<qoc_ocrDictionaryResultSet> results, oneEditResults, merged;
+};
+
+/// Uses everything; the objects are set anew, so the outcome does not depend on what happened to them before.
+qsys_status script(Objects &o) {
+#define QOC_TEST_STEP(call)           \
+  do {                                \
+    const qsys_status status = call;  \
+    if (status < 0) return status;    \
+  } while (false)
+  QOC_TEST_STEP(qoc_ocrDictionaryLexicon_setStrings(o.lexicon, o.list));
+  QOC_TEST_STEP(qoc_ocrDictionaryLexicon_addString(o.lexicon, o.added));
+  QOC_TEST_STEP(qoc_ocrDictionaryLexicon_addStringT(o.lexicon, "bb"));
+  QOC_TEST_STEP(qoc_ocrDictionaryLexicon_removeString(o.lexicon, o.added));
+  QOC_TEST_STEP(qoc_ocrDictionary_setLexiconIExtend(o.dictionary, 1, o.lexicon));
+  QOC_TEST_STEP(qoc_ocrDictionaryLexicon_setStringsSafe(o.lexicon, o.list));
+  QOC_TEST_STEP(qoc_ocrDictionary_setLexiconI(o.dictionary, 0, o.lexicon));
+  QOC_TEST_STEP(qoc_ocrDictionary_getLexiconI(o.dictionary, 1, o.lexicon));
+  QOC_TEST_STEP(qoc_ocrDictionary_runMulti(o.dictionary, o.input, o.params, o.results));
+  QOC_TEST_STEP(qoc_ocrDictionary_runMulti(o.dictionary, o.input, o.oneEdit, o.oneEditResults));
+  QOC_TEST_STEP(qoc_ocrDictionaryResultSet_assign(o.merged, o.results));
+  QOC_TEST_STEP(qoc_ocrDictionaryResultSet_merge(o.merged, o.oneEditResults, o.params));
+  QOC_TEST_STEP(qoc_ocrDictionaryResultSet_finalize(o.merged, o.params));
+#undef QOC_TEST_STEP
+  return QSYS_STATUS_OK;
+}
+
+std::string outcome(const Objects &o) {
+  return describe(*o.results) + describe(*o.oneEditResults) + describe(*o.merged);
+}
+
+TEST(RunFaults, GiveANegativeStatusLeakNothingAndLeaveTheObjectsUsable) {
+  LibraryAllocator memory;
+  std::string expected;
+  {
+    Objects o;
+    ASSERT_EQ(script(o), QSYS_STATUS_OK);
+    expected = outcome(o);
+  }
+  ASSERT_EQ(memory.numLive(), 0);
+  ASSERT_NE(expected.find("abc"), std::string::npos);
+
+  bool isComplete = false;
+  for (int64_t n = 0; !isComplete && !HasFailure(); ++n) {
+    SCOPED_TRACE("allocation " + std::to_string(n));
+    {
+      Objects o;
+      memory.failFrom(n);
+      const qsys_status status = script(o);
+      memory.failFrom(-1);
+
+      isComplete = status >= 0;
+      if (!isComplete) {
+        EXPECT_EQ(status, QSYS_STATUS_OUT_OF_MEMORY);
+        EXPECT_EQ(script(o), QSYS_STATUS_OK);
+      }
+      EXPECT_EQ(outcome(o), expected);
+    }
+    EXPECT_EQ(memory.numLive(), 0);
+  }
+}
+
+TEST(RunFaults, LeaveNothingOfAnObjectThatCouldNotBeConstructed) {
+  LibraryAllocator memory;
+  const auto list = words({"abc", "ab"});
+  const auto dictionary = dictionaryOf({{"abc"}, {"ab"}});
+  const auto set = resultSet({{.given = "a b", .word = "ab", .statuses = {primary, primary}, .deleted = {1}}});
+  const std::function<qsys_status()> constructions[] = {
+      [&] {
+        qoc_ocrDictionaryLexicon object;
+        const qsys_status status = qoc_ocrDictionaryLexicon_constructStrings(&object, list);
+        return status < 0 ? status : qoc_ocrDictionaryLexicon_destruct(&object);
+      },
+      [&] {
+        qoc_ocrDictionary object;
+        const qsys_status status = qoc_ocrDictionary_constructCopy(&object, dictionary);
+        return status < 0 ? status : qoc_ocrDictionary_destruct(&object);
+      },
+      [&] {
+        qoc_ocrDictionaryResultSet object;
+        const qsys_status status = qoc_ocrDictionaryResultSet_constructCopy(&object, set);
+        return status < 0 ? status : qoc_ocrDictionaryResultSet_destruct(&object);
+      }};
+
+  for (const auto &construction : constructions) {
+    SCOPED_TRACE(&construction - constructions);
+    const int64_t numLive = memory.numLive();
+    bool isComplete = false;
+    for (int64_t n = 0; !isComplete; ++n) {
+      SCOPED_TRACE("allocation " + std::to_string(n));
+      memory.failFrom(n);
+      const qsys_status status = construction();
+      memory.failFrom(-1);
+      isComplete = status >= 0;
+      EXPECT_TRUE(isComplete || status == QSYS_STATUS_OUT_OF_MEMORY) << qoc_status_getName(status);
+      EXPECT_EQ(memory.numLive(), numLive);
+    }
+  }
+}
+
+}  // namespace
