@@ -17,7 +17,6 @@ using qoc::viewAs;
 
 namespace {
 
-
 bool areEqualCodes(const qoc_ocrDictionaryChar &a, const qoc_ocrDictionaryChar &b) { return a.code == b.code; }
 
 /// Whether `part` occurs in `whole` at an examined place. Deliberate: the place that ends with the last character of
@@ -55,7 +54,9 @@ qsys_status getString(const qstd_vectorChar32 &sequence, qoc_ocrDictionaryString
   const std::span<const Char32> codes = viewAs<Char32>(sequence);
   QOC_TRY(qstd_vector_qoc_ocrDictionaryChar_resize(&string->characters, static_cast<std::int32_t>(codes.size())));
   std::transform(codes.begin(), codes.end(), editAs<qoc_ocrDictionaryChar>(string->characters).begin(),
-                 [](Char32 code) { return qoc_ocrDictionaryChar{code, 0}; });
+                 [](Char32 code) {
+                   return qoc_ocrDictionaryChar{code, 0};
+                 });
   return QSYS_STATUS_OK;
 }
 

@@ -44,9 +44,7 @@ std::span<const qstd_vectorChar32> groupsOf(const qstd_vector_vectorChar32 &grou
   return viewAs<qstd_vectorChar32>(groups);
 }
 
-bool isReserved(Char32 code) {
-  return (code >= 0xF800u && code <= 0xF8FFu) || (code >= 0xFF000u && code <= 0xFFFFDu);
-}
+bool isReserved(Char32 code) { return (code >= 0xF800u && code <= 0xF8FFu) || (code >= 0xFF000u && code <= 0xFFFFDu); }
 
 qsys_status hasDuplicate(const qstd_vectorChar32 &group, bool *result) {
   const Codes codes = viewAs<Char32>(group);

@@ -9,11 +9,11 @@ using qoc::present;
 using qoc::viewAs;
 
 /// fprintf with its failure turned into a status.
-#define QOC_TRY_PRINT(...)               \
-  do {                                   \
-    if (fprintf(__VA_ARGS__) < 0) { \
-      return QSYS_STATUS_PRINT_FAILED;   \
-    }                                    \
+#define QOC_TRY_PRINT(...)             \
+  do {                                 \
+    if (fprintf(__VA_ARGS__) < 0) {    \
+      return QSYS_STATUS_PRINT_FAILED; \
+    }                                  \
   } while (false)
 
 namespace {

@@ -111,7 +111,8 @@ TEST(SwapCharSetIsMatchChar, SeesThroughChainsOfGroups) {
 
 TEST(SwapCharSetIsMatchChar, KnowsTheReservedCodesWithAndWithoutASet) {
   const auto set = chain();
-  for (const qoc_swapCharSet *each : {static_cast<const qoc_swapCharSet *>(set), static_cast<const qoc_swapCharSet *>(nullptr)}) {
+  for (const qoc_swapCharSet *each :
+       {static_cast<const qoc_swapCharSet *>(set), static_cast<const qoc_swapCharSet *>(nullptr)}) {
     EXPECT_FALSE(isMatchChar(each, QOC_CHAR_EMPTY, QOC_CHAR_EMPTY));
     EXPECT_FALSE(isMatchChar(each, QOC_CHAR_EMPTY, QOC_CHAR_ANY));
     EXPECT_FALSE(isMatchChar(each, QOC_CHAR_ANY, QOC_CHAR_EMPTY));
@@ -157,7 +158,8 @@ TEST(SwapCharSetIsMatch, IsFalseWithoutASetOrFilter) {
 }
 
 TEST(SwapCharSetIsMatch, TakesAnEquivalentPairWhoseSlotCollidesWithAGivenOne) {
-  // The codes x and z = x + 997 have the same shares, so that the pair (x, y) stands for (z, y), which only a chain makes equivalent.
+  // The codes x and z = x + 997 have the same shares, so that the pair (x, y) stands for (z, y), which only a chain
+  // makes equivalent.
   Owned<qoc_swapCharSet> set;
   const Char32 x = 1000, y = 2000, z = x + 997;
   require(qoc_swapCharSet_setEquiv(set, groupsOfCodes({{x, y}, {x, z}})));
@@ -221,10 +223,10 @@ TEST(SwapCharSetQueries, OfFourThreadsAtOnceAnswerAlike) {
   std::vector<std::thread> threads;
   for (int t = 0; t < 4; ++t) {
     threads.emplace_back([&] {
-      for (--numWaiting; numWaiting > 0;) {
-      }
+      for (--numWaiting; numWaiting > 0;) {}
       for (int i = 0; i < 50; ++i) {
-        for (const qoc_swapCharSet *each : {static_cast<const qoc_swapCharSet *>(set), static_cast<const qoc_swapCharSet *>(copy)}) {
+        for (const qoc_swapCharSet *each :
+             {static_cast<const qoc_swapCharSet *>(set), static_cast<const qoc_swapCharSet *>(copy)}) {
           const bool isRight = groupOf(each, 'O') == codes(U"0DO") && equivalents(each, 'D') == "0O" &&
                                equivalentsMulti(each, "0|m") == "DOm" && isMatch(each, 'O', 'D') &&
                                isMatchChar(each, '0', 'D') && !isMatchChar(each, '0', 'm') &&

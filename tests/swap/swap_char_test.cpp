@@ -48,11 +48,11 @@ TEST(SwapCharSetStrings, RefusesWhatIsEmptyEqualOrContained) {
     const char *first, *second;
     qsys_status status;
   } cases[] = {
-      {"A", "A", QOC_STATUS_SWAP_CONTAINED},    {"AB", "AB", QOC_STATUS_SWAP_CONTAINED},
-      {"", "A", QOC_STATUS_STRING_EMPTY},       {"A", "", QOC_STATUS_STRING_EMPTY},
-      {"", "", QOC_STATUS_STRING_EMPTY},        {"AB", "A", QOC_STATUS_SWAP_CONTAINED},
-      {"A", "AB", QOC_STATUS_SWAP_CONTAINED},   {"ABC", "B", QOC_STATUS_SWAP_CONTAINED},
-      {"ABC", "AB", QOC_STATUS_SWAP_CONTAINED}, {"B", "ABC", QOC_STATUS_SWAP_CONTAINED},
+      {"A", "A", QOC_STATUS_SWAP_CONTAINED},     {"AB", "AB", QOC_STATUS_SWAP_CONTAINED},
+      {"", "A", QOC_STATUS_STRING_EMPTY},        {"A", "", QOC_STATUS_STRING_EMPTY},
+      {"", "", QOC_STATUS_STRING_EMPTY},         {"AB", "A", QOC_STATUS_SWAP_CONTAINED},
+      {"A", "AB", QOC_STATUS_SWAP_CONTAINED},    {"ABC", "B", QOC_STATUS_SWAP_CONTAINED},
+      {"ABC", "AB", QOC_STATUS_SWAP_CONTAINED},  {"B", "ABC", QOC_STATUS_SWAP_CONTAINED},
       {"ABAB", "BA", QOC_STATUS_SWAP_CONTAINED},
   };
   for (const auto &[first, second, status] : cases) {

@@ -31,18 +31,24 @@ class Dice {
 
 uint32_t seed() {
   const char *given = std::getenv("QOC_TEST_SEED");
-  const uint32_t value = given != nullptr ? static_cast<uint32_t>(std::strtoul(given, nullptr, 10)) : std::random_device()();
+  const uint32_t value =
+      given != nullptr ? static_cast<uint32_t>(std::strtoul(given, nullptr, 10)) : std::random_device()();
   std::printf("QOC_TEST_SEED=%u\n", value);
   return value;
 }
 
 qsys_status statusOf(reference::GroupFault fault) {
   switch (fault) {
-    case reference::GroupFault::empty: return QOC_STATUS_GROUP_EMPTY;
-    case reference::GroupFault::single: return QOC_STATUS_GROUP_SINGLE;
-    case reference::GroupFault::reserved: return QOC_STATUS_GROUP_RESERVED;
-    case reference::GroupFault::duplicate: return QOC_STATUS_GROUP_DUPLICATE;
-    case reference::GroupFault::none: break;
+    case reference::GroupFault::empty:
+      return QOC_STATUS_GROUP_EMPTY;
+    case reference::GroupFault::single:
+      return QOC_STATUS_GROUP_SINGLE;
+    case reference::GroupFault::reserved:
+      return QOC_STATUS_GROUP_RESERVED;
+    case reference::GroupFault::duplicate:
+      return QOC_STATUS_GROUP_DUPLICATE;
+    case reference::GroupFault::none:
+      break;
   }
   return QSYS_STATUS_OK;
 }
@@ -128,7 +134,8 @@ TEST(SwapCharSetRandom, OfGroupsIsAsTheReference) {
     std::vector<Codes> groups(static_cast<std::size_t>(dice.upTo(4)));
     for (Codes &group : groups) {
       // Mostly valid groups; the codes 1000 and 1997 collide in the pair filter.
-      const std::size_t size = dice.isOneIn(12) ? static_cast<std::size_t>(dice.upTo(1)) : 2 + static_cast<std::size_t>(dice.upTo(2));
+      const std::size_t size =
+          dice.isOneIn(12) ? static_cast<std::size_t>(dice.upTo(1)) : 2 + static_cast<std::size_t>(dice.upTo(2));
       while (group.size() < size) {
         const Char32 code = dice.isOneIn(80)   ? 0xF800u + static_cast<Char32>(dice.upTo(300))
                             : dice.isOneIn(10) ? (dice.isOneIn(2) ? 1000u : 1997u)
@@ -138,7 +145,8 @@ TEST(SwapCharSetRandom, OfGroupsIsAsTheReference) {
         }
       }
     }
-    SCOPED_TRACE("seed " + std::to_string(used) + ", case " + std::to_string(i) + ": " + testing::PrintToString(groups));
+    SCOPED_TRACE("seed " + std::to_string(used) + ", case " + std::to_string(i) + ": " +
+                 testing::PrintToString(groups));
     const qsys_status status = statusOf(expected.setEquiv(groups));
     ASSERT_EQ(qoc_swapCharSet_setEquiv(set, groupsOfCodes(groups)), status);
     ASSERT_NO_FATAL_FAILURE(expectSame(*set, expected));

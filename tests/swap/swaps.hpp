@@ -1,5 +1,6 @@
 #pragma once
-// Swaps, groups and sets, written shortly: a sequence of codes is a text, "rn", or a UTF-32 text where a code is beyond ASCII.
+// Swaps, groups and sets, written shortly: a sequence of codes is a text, "rn", or a UTF-32 text where a code is beyond
+// ASCII.
 
 #include <string_view>
 #include <utility>
