@@ -1,5 +1,6 @@
 #pragma once
-// Swap character sets and string expansion, step by step and slow. The library is compared with this; it must never ship.
+// Swap character sets and string expansion, step by step and slow. The library is compared with this; it must never
+// ship.
 
 #include <algorithm>
 #include <cstdint>
