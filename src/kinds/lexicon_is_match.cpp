@@ -65,15 +65,13 @@ class WordTest {
     for (std::int32_t start = 0; start < n && !isMatch; ++start) {
       QOC_TRY(qsys_attention_check());
       const auto last = static_cast<std::uint32_t>(wrappingSum(wrappingSum(wrappingSum(start, most), 1), e));
-      for (std::int32_t end = wrappingDifference(wrappingSum(start, least), e);
-           end <= n && static_cast<std::uint32_t>(end) <= last && !isMatch; ++end) {
-        if (end > start) {
-          const Window window = {start, end};
-          const auto testPart = [&](Characters word, bool &answer) {
-            return test_.isMatchInWindow(word, window, params_, answer);
-          };
-          QOC_TRY(tryWords(window.size(), testPart, isMatch));
-        }
+      std::int32_t end = firstEndBehind(start, wrappingDifference(wrappingSum(start, least), e), last);
+      for (; end >= 0 && end <= n && static_cast<std::uint32_t>(end) <= last && !isMatch; ++end) {
+        const Window window = {start, end};
+        const auto testPart = [&](Characters word, bool &answer) {
+          return test_.isMatchInWindow(word, window, params_, answer);
+        };
+        QOC_TRY(tryWords(window.size(), testPart, isMatch));
       }
     }
     return QSYS_STATUS_OK;

@@ -16,6 +16,20 @@ inline std::int32_t wrappingDifference(std::int32_t a, std::int32_t b) noexcept 
   return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) - static_cast<std::uint32_t>(b));
 }
 
+/// The first end behind `start` in a search that counts up from `end` and stops behind `last`, compared as unsigned numbers; -1
+/// when the search stops before it.
+///
+/// Ends up to `start` make no window, but they are counted, and the first one beyond `last` stops the search: a negative end unless
+/// `last` is the largest number of all, any other when `last` is small. With extreme parameters there are thousands of millions of
+/// them, so they are judged together.
+inline std::int32_t firstEndBehind(std::int32_t start, std::int32_t end, std::uint32_t last) noexcept {
+  if (end > start) {
+    return end;
+  }
+  const bool isStopped = (end < 0 && last != UINT32_MAX) || static_cast<std::uint32_t>(start) > last;
+  return isStopped ? -1 : start + 1;
+}
+
 /// Calls visit(window), which may end the search by setting its second argument, for every window that a string of m characters is
 /// tried on; asks for attention once for every start.
 ///
@@ -30,13 +44,12 @@ qsys_status searchWindows(std::int32_t n, std::int32_t m, const qoc_ocrDictionar
     const auto lastByWord = static_cast<std::uint32_t>(wrappingSum(wrappingSum(start, m + 1), e));
     const auto lastByLength =
         static_cast<std::uint32_t>(wrappingSum(wrappingSum(wrappingSum(start, params.maxStringLength), 1), e));
+    const std::uint32_t last = lastByWord < lastByLength ? lastByWord : lastByLength;
     const std::int32_t leastEnd = wrappingDifference(wrappingSum(start, m), e);
-    for (std::int32_t end = wrappingDifference(wrappingSum(start, params.minStringLength), e); end <= n && !isDone;
-         ++end) {
-      if (static_cast<std::uint32_t>(end) > lastByWord || static_cast<std::uint32_t>(end) > lastByLength) {
-        break;
-      }
-      if (end > start && end >= leastEnd) {
+    const std::int32_t firstEnd = wrappingDifference(wrappingSum(start, params.minStringLength), e);
+    std::int32_t end = firstEndBehind(start, firstEnd, last);
+    for (; end >= 0 && end <= n && static_cast<std::uint32_t>(end) <= last && !isDone; ++end) {
+      if (end >= leastEnd) {
         QOC_TRY(visit(Window{start, end}, isDone));
       }
     }

@@ -547,6 +547,12 @@ TEST(LexiconIsMatch, GoesOnToPartsOfTheInput) {
   EXPECT_EQ(isMatch(*entry, "z a b z c", nullptr), 0u);
 }
 
+TEST(LexiconIsMatch, EndsWithTheLargestNumberOfEditsToo) {
+  const auto entry = lexicon({"abc"});
+
+  EXPECT_EQ(isMatch(*entry, "x x x x", runParams({.maxEdits = INT32_MAX, .matchOption1 = 0})), 0u);
+}
+
 TEST(LexiconIsMatch, TriesPartsWithinTheLengthBoundsAlone) {
   const auto entry = lexicon({"ab"});
 
