@@ -80,7 +80,8 @@ int32_t numCases();
 /** The seed of a test's first case: QOC_SEED, or a fresh one. */
 uint64_t firstSeed();
 
-/** Compares numCases() cases; the body gives a description of the difference, or "". Stops at the first difference. */
+/** Compares numCases() cases; the body gives a description of the difference, or "", or fails an assertion of its own.
+ * Stops at the first difference. */
 void compareCases(const std::function<std::string(Random &)> &body);
 
 /** Counts the attention polls of this thread while it lives, and interrupts at one of them where the limit is not 0. */
