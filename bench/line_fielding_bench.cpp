@@ -18,27 +18,25 @@ using reference::RunParams;
 constexpr int numLinePositions = 16;
 constexpr int numReadingPositions = 64;
 
-/// Letters and digits by turns in twos, as serial numbers have them.
+/// A card number: digits throughout.
 LineFielding makeLine() {
   LineFielding line;
   for (int i = 0; i < numLinePositions; ++i) {
-    line.positions.push_back({i % 4 < 2 ? 1u : 4u, {}});
+    line.positions.push_back({4u, {}});
   }
   return line;
 }
 
-/// A reading that goes on like the line, with three candidates a position, but for every numth position, which no
-/// position of the line admits.
-Reading makeReading(int faultEvery) {
+/// A reading of digits with three candidates a position, but for a stray letter at every numth position.
+Reading makeReading(int strayEvery) {
   std::mt19937 random(5);
   Reading reading;
   for (int i = 0; i < numReadingPositions; ++i) {
+    const bool isStray = i % strayEvery == strayEvery - 1;
     reference::Position position;
     for (int c = 0; c < 3; ++c) {
-      const bool isLetter = i % 4 < 2;
-      const auto code =
-          static_cast<uint32_t>((isLetter ? 'A' : '0') + static_cast<int>(random() % (isLetter ? 26 : 10)));
-      position.push_back({i % faultEvery == faultEvery - 1 ? '#' : code, static_cast<int32_t>(90 - 10 * c)});
+      const auto digit = static_cast<uint32_t>('0' + static_cast<int>(random() % 10));
+      position.push_back({isStray ? digit + 'a' - '0' : digit, 90 - 10 * c});
     }
     reading.push_back(position);
   }
@@ -138,18 +136,18 @@ void lineIsMatchDirectly(benchmark::State &state) {
 
 }  // namespace
 
-// The first argument says how far the positions that fit nowhere lie apart: with 5 no window fits the line, with 14
-// some do with one edit, with 65 there is none.
-BENCHMARK(lineIsMatch)->ArgsProduct({{5}, {1}})->ArgNames({"faultEvery", "bestOnly"})->Unit(benchmark::kMicrosecond);
+// The first argument says how far the stray letters lie apart: with 7 no window fits the line, with 14 some do with one
+// edit, with 65 all do. Where windows fit, making their results is most of the work on either side.
+BENCHMARK(lineIsMatch)->ArgsProduct({{7}, {1}})->ArgNames({"strayEvery", "bestOnly"})->Unit(benchmark::kMicrosecond);
 BENCHMARK(lineIsMatchDirectly)
-    ->ArgsProduct({{5}, {1}})
-    ->ArgNames({"faultEvery", "bestOnly"})
+    ->ArgsProduct({{7}, {1}})
+    ->ArgNames({"strayEvery", "bestOnly"})
     ->Unit(benchmark::kMicrosecond);
 BENCHMARK(lineMatch)
-    ->ArgsProduct({{5, 14, 65}, {0, 1}})
-    ->ArgNames({"faultEvery", "bestOnly"})
+    ->ArgsProduct({{7, 14, 65}, {0, 1}})
+    ->ArgNames({"strayEvery", "bestOnly"})
     ->Unit(benchmark::kMicrosecond);
 BENCHMARK(lineMatchDirectly)
-    ->ArgsProduct({{5, 14, 65}, {0, 1}})
-    ->ArgNames({"faultEvery", "bestOnly"})
+    ->ArgsProduct({{7, 14, 65}, {0, 1}})
+    ->ArgNames({"strayEvery", "bestOnly"})
     ->Unit(benchmark::kMicrosecond);

@@ -1,6 +1,5 @@
 #pragma once
-// Swap character sets, step by step and slow. The library is compared with this; it must never
-// ship.
+// Swap character sets, step by step and slow. The library is compared with this; it must never ship.
 
 #include <algorithm>
 #include <cstdint>
