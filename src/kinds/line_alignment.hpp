@@ -14,22 +14,21 @@
 //
 // So whether a range's characters are admitted does not depend on its end: the length only says which alignments are
 // tried. Every pair of line position and reading position is asked at most once, when it is first needed, and leaves a
-// bit behind; an alignment is then a test of two runs of bits. Three diagonals are needed for one start, and the starts
-// rise, so the bits of three are kept. Positions that are classes alone mostly have the same few classes: what these
-// admit is kept for the whole reading.
+// bit behind. Line positions that admit the same share a row of bits, one for each reading position; where such
+// positions follow each other, as in dates and numbers, their part of a diagonal is a run of bits in one row.
 //
 // A run of bits is tested for its first refusal, and that tells more than yes or no: behind place k a refusal at
 // position r refuses every place up to r as well, so that the next place to try is found at once.
 //
 // The invariant: pairs are asked in the order in which plain enumeration would ask them first, so that the first
-// failure is the same. Cost: P questions and a few words for every start, and for every alignment that holds.
+// failure is the same. Cost: a question for every pair of what is different in the line and a reading position, a few
+// words for every start, and for every alignment that holds.
 
 #include <qoc/line_fielding.h>
 
 #include <algorithm>
 #include <bit>
-#include <cstring>
-#include <memory>
+#include <vector>
 
 #include "frame/frame.hpp"
 #include "text/views.hpp"
@@ -52,17 +51,8 @@ class Admission {
  public:
   Admission(const qoc_ocrDictionaryLineFielding &lineFielding, const qoc_ocrDictionaryStringMulti &reading,
             const qoc_swapCharSet *set, AskAdmission ask)
-      : line_(view(lineFielding)),
-        reading_(view(reading)),
-        set_(set),
-        ask_(ask),
-        numWords_(line_.size() / 64 + 1),
-        words_(static_cast<std::uint64_t *>(qsys_memory_alloc_internal(numDiagonals * 2 * numWords_ * 8))),
-        answers_(static_cast<std::uint64_t *>(qsys_memory_alloc_internal((reading_.size() + 1) * 8))) {
-    if (words_ == nullptr || answers_ == nullptr) {
-      throw std::bad_alloc();
-    }
-    std::memset(answers_.get(), 0, (reading_.size() + 1) * 8);
+      : line_(view(lineFielding)), reading_(view(reading)), set_(set), ask_(ask), numWords_(reading_.size() / 64 + 1) {
+    findRows();
   }
 
   std::int32_t numLinePositions() const noexcept { return static_cast<std::int32_t>(line_.size()); }
@@ -74,68 +64,78 @@ class Admission {
   /// The first of the positions begin to end - 1 of the line that refuses what the reading holds on the diagonal, or
   /// `end`; asks up to that.
   qsys_status findRefusal(std::int32_t diagonal, std::int32_t begin, std::int32_t end, std::int32_t &refusal) {
-    const Diagonal bits = bitsOf(diagonal);
-    for (; begin < end; ++begin) {
-      const auto word = static_cast<std::size_t>(begin) / 64;
-      const int bit = begin % 64;
-      const int numAdmitted = std::countr_one(bits.admitted[word] >> bit);
+    while (begin < end) {
+      const Place place = places_[static_cast<std::size_t>(begin)];
+      const std::int32_t runEnd = std::min(place.runEnd, end);
+      const auto read = static_cast<std::size_t>(diagonal + begin);
+      std::uint64_t *known = rowOf(place.row);
+      std::uint64_t *admitted = known + numWords_;
+      const std::size_t bit = read % 64;
+      const std::int32_t numAdmitted = std::countr_one(admitted[read / 64] >> bit);
       if (numAdmitted > 0) {
-        begin += std::min(numAdmitted, 64 - bit) - 1;
+        begin = std::min(begin + numAdmitted, runEnd);
         continue;
       }
       const std::uint64_t mask = std::uint64_t{1} << bit;
-      if ((bits.known[word] & mask) != 0) {
+      if ((known[read / 64] & mask) != 0) {
         break;
       }
       bool isAdmitted = false;
-      QOC_TRY(ask(static_cast<std::size_t>(begin), static_cast<std::size_t>(diagonal + begin), isAdmitted));
-      bits.known[word] |= mask;
+      QOC_TRY(ask_(linePosition(begin), reading_[read], set_, isAdmitted));
+      known[read / 64] |= mask;
       if (!isAdmitted) {
         break;
       }
-      bits.admitted[word] |= mask;
+      admitted[read / 64] |= mask;
+      ++begin;
     }
-    refusal = std::min(begin, end);
+    refusal = begin;
     return QSYS_STATUS_OK;
   }
 
  private:
-  static constexpr std::size_t numDiagonals = 3;
-  static constexpr std::int32_t noDiagonal = -2;
-
-  struct Diagonal {
-    std::uint64_t *known, *admitted;
-  };
-  struct Free {
-    void operator()(std::uint64_t *words) const noexcept { qsys_memory_free_internal(words); }
+  /// What a position of the line knows of its row, and of the positions behind it that have the same one.
+  struct Place {
+    std::int32_t row, runEnd;
   };
 
-  /// What a position without a list admits depends on its classes alone: known and admitted, a bit for each set of
-  /// classes, are the two halves of the reading position's word.
-  qsys_status ask(std::size_t position, std::size_t read, bool &isAdmitted) {
-    const qoc_ocrDictionaryPositionFielding &positionFielding = line_[position];
-    if (positionFielding.fieldingCharacters.core.size != 0 || positionFielding.fieldingBits >= 32) {
-      return ask_(positionFielding, reading_[read], set_, isAdmitted);
-    }
-    std::uint64_t &answers = answers_[read];
-    const std::uint64_t known = std::uint64_t{1} << positionFielding.fieldingBits;
-    if ((answers & known) == 0) {
-      QOC_TRY(ask_(positionFielding, reading_[read], set_, isAdmitted));
-      answers |= known | (isAdmitted ? known << 32 : 0);
-    }
-    isAdmitted = (answers & known << 32) != 0;
-    return QSYS_STATUS_OK;
+  static bool areSame(const qoc_ocrDictionaryPositionFielding &a, const qoc_ocrDictionaryPositionFielding &b) noexcept {
+    return a.fieldingBits == b.fieldingBits &&
+           std::ranges::equal(viewAs<Char32>(a.fieldingCharacters), viewAs<Char32>(b.fieldingCharacters));
   }
 
-  // A diagonal is never below -1. One that is new takes the place of the one three below it.
-  Diagonal bitsOf(std::int32_t diagonal) noexcept {
-    const auto slot = static_cast<std::size_t>(diagonal + 1) % numDiagonals;
-    std::uint64_t *first = words_.get() + slot * 2 * numWords_;
-    if (kept_[slot] != diagonal) {
-      kept_[slot] = diagonal;
-      std::memset(first, 0, 2 * numWords_ * 8);
+  /// Gives every position its row. Of a line with many different positions only the last few are looked through, so
+  /// that equal ones may have rows of their own.
+  void findRows() {
+    constexpr std::size_t numLookedThrough = 16;
+    std::vector<std::size_t> different;  // The first position of every row.
+    places_.resize(line_.size());
+    for (std::size_t i = 0; i < line_.size(); ++i) {
+      std::size_t row = different.size();
+      const std::size_t least = row > numLookedThrough ? row - numLookedThrough : 0;
+      while (row > least && !areSame(line_[different[row - 1]], line_[i])) {
+        --row;
+      }
+      if (row == least) {
+        different.push_back(i);
+        row = different.size();
+      }
+      places_[i].row = static_cast<std::int32_t>(row - 1);
     }
-    return {first, first + numWords_};
+    for (std::size_t i = line_.size(); i-- > 0;) {
+      const bool goesOn = i + 1 < line_.size() && places_[i + 1].row == places_[i].row;
+      places_[i].runEnd = goesOn ? places_[i + 1].runEnd : static_cast<std::int32_t>(i) + 1;
+    }
+    rows_.resize(different.size());
+  }
+
+  /// The bits of a row: known ones, and admitted ones behind them. Made when they are first needed.
+  std::uint64_t *rowOf(std::int32_t row) {
+    std::vector<std::uint64_t> &bits = rows_[static_cast<std::size_t>(row)];
+    if (bits.empty()) {
+      bits.resize(2 * numWords_);
+    }
+    return bits.data();
   }
 
   std::span<const qoc_ocrDictionaryPositionFielding> line_;
@@ -143,9 +143,8 @@ class Admission {
   const qoc_swapCharSet *set_;
   AskAdmission ask_;
   std::size_t numWords_;
-  std::unique_ptr<std::uint64_t[], Free> words_;
-  std::unique_ptr<std::uint64_t[], Free> answers_;
-  std::int32_t kept_[numDiagonals] = {noDiagonal, noDiagonal, noDiagonal};
+  std::vector<Place> places_;
+  std::vector<std::vector<std::uint64_t>> rows_;
 };
 
 enum class LineEdit { none, missing, extra, substituted };
