@@ -93,6 +93,20 @@ class Admission {
     return QSYS_STATUS_OK;
   }
 
+  /// True when all positions before `end` admit what the reading holds on the diagonal. What is known of the last
+  /// diagonal asked for is kept.
+  qsys_status isPrefixAdmitted(std::int32_t diagonal, std::int32_t end, bool &answer) {
+    if (prefix_.diagonal != diagonal) {
+      prefix_ = {diagonal, 0, false};
+    }
+    if (prefix_.end < end && !prefix_.isRefused) {
+      QOC_TRY(findRefusal(diagonal, prefix_.end, end, prefix_.end));
+      prefix_.isRefused = prefix_.end < end;
+    }
+    answer = prefix_.end >= end;
+    return QSYS_STATUS_OK;
+  }
+
  private:
   /// What a position of the line knows of its row, and of the positions behind it that have the same one.
   struct Place {
@@ -145,6 +159,10 @@ class Admission {
   std::size_t numWords_;
   std::vector<Place> places_;
   std::vector<std::vector<std::uint64_t>> rows_;
+  struct {
+    std::int32_t diagonal, end;
+    bool isRefused;  // The position `end` refuses.
+  } prefix_ = {-2, 0, false};
 };
 
 enum class LineEdit { none, missing, extra, substituted };
@@ -175,9 +193,9 @@ qsys_status forEachAlignment(Admission &admission, std::int32_t start, std::int3
   const std::int32_t numPositions = admission.numLinePositions();
   bool goOn = true;
   if (length == numPositions && lengthPasses(params, length)) {
-    std::int32_t refusal = 0;
-    QOC_TRY(admission.findRefusal(start, 0, numPositions, refusal));
-    if (refusal == numPositions) {
+    bool isAdmitted = false;
+    QOC_TRY(admission.isPrefixAdmitted(start, numPositions, isAdmitted));
+    if (isAdmitted) {
       QOC_TRY(onAlignment(LineAlignment{LineEdit::none, 0}, goOn));
     }
   }
@@ -210,14 +228,19 @@ qsys_status forEachAlignment(Admission &admission, std::int32_t start, std::int3
           continue;
         }
       }
-      std::int32_t refusal = 0;
-      QOC_TRY(admission.findRefusal(start, 0, place, refusal));
-      if (refusal < place) {
+      bool isPrefixAdmitted = false;
+      QOC_TRY(admission.isPrefixAdmitted(start, place, isPrefixAdmitted));
+      if (!isPrefixAdmitted) {
         break;  // Nor does any later place hold.
       }
+      std::int32_t refusal = 0;
       QOC_TRY(admission.findRefusal(start + kind.diagonal, place + kind.next, numPositions, refusal));
       if (refusal < numPositions) {
         place = refusal + 1 - kind.next;
+        if (place == numPositions) {
+          // The last place is passed over, but what it asks for before the refusal is asked.
+          QOC_TRY(admission.isPrefixAdmitted(start, numPositions - 1, isPrefixAdmitted));
+        }
         continue;
       }
       QOC_TRY(onAlignment(LineAlignment{kind.edit, place}, goOn));
