@@ -147,16 +147,14 @@ OrderedJson wholeTextOf(const qoc_ocrDictionaryResult &result) {
 }
 
 /// What was not handed to the library.
-OrderedJson leftOutOf(const Reading &reading) {
+OrderedJson leftOutOf(const Reading &reading, const Answer &answer) {
   OrderedJson list = OrderedJson::array();
-  for (std::size_t i = 0; i < reading.positions.size(); ++i) {
-    for (const Candidate &candidate : reading.positions[i]) {
-      if (!candidate.isLeftOut) continue;
-      OrderedJson entry;
-      entry["position"] = i;
-      entry["candidate"] = OrderedJson::array({characterOf(candidate.code), OrderedJson(candidate.givenScore)});
-      list.push_back(std::move(entry));
-    }
+  for (const LeftOut &leftOut : answer.leftOut) {
+    const Candidate &candidate = reading.positions[leftOut.position][leftOut.index];
+    OrderedJson entry;
+    entry["position"] = leftOut.position;
+    entry["candidate"] = OrderedJson::array({characterOf(candidate.code), OrderedJson(candidate.givenScore)});
+    list.push_back(std::move(entry));
   }
   return list;
 }
@@ -233,7 +231,7 @@ std::string describeAsJson(const Reading &reading, const Answer &answer) {
   object["line"] = reading.line;
   object["id"] = reading.id;
   object["text"] = reading.text();
-  object["leftOut"] = leftOutOf(reading);
+  object["leftOut"] = leftOutOf(reading, answer);
   OrderedJson &list = object["results"] = OrderedJson::array();
   for (const qoc_ocrDictionaryResult &result : elements(answer.results->results)) {
     const std::size_t i = list.size();

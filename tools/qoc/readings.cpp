@@ -21,7 +21,7 @@ void readText(const std::string &text, const std::string &place, Reading &readin
   checkUtf8(text, place);
   for (const Char32 code : decodeUtf8(text)) {
     requireAllowed(code, place);
-    reading.positions.push_back({{code, 0, 0, false}});
+    reading.positions.push_back({{code, 0, 0}});
   }
 }
 
@@ -42,7 +42,7 @@ Candidate readCandidate(const JsonNode &node) {
   if (codes.size() != 1) character.failExpected("a single character, as a string");
   requireAllowed(codes[0], character.where());
   const JsonNode score = node.element(1);
-  return {codes[0], readScore(score), score.value(), false};
+  return {codes[0], readScore(score), score.value()};
 }
 
 void readPositions(const JsonNode &node, Reading &reading) {
@@ -83,32 +83,6 @@ std::string Reading::text() const {
   std::string text;
   for (const std::vector<Candidate> &candidates : positions) appendUtf8(text, candidates.front().code);
   return text;
-}
-
-void leaveOutBeyond7Bits(Reading &reading) {
-  for (std::vector<Candidate> &candidates : reading.positions) {
-    for (Candidate &candidate : candidates) candidate.isLeftOut = candidate.code > max7Bits;
-  }
-}
-
-void setReading(const Reading &reading, MultiString &multi) {
-  const std::string where = reading.place();
-  auto *positions = &multi->positions;
-  check(qstd_vector_qoc_ocrDictionaryCharMulti_resize(positions, static_cast<std::int32_t>(reading.positions.size())),
-        where);
-  qoc_ocrDictionaryCharMulti *position = nullptr;
-  check(qstd_vector_qoc_ocrDictionaryCharMulti_getBegin(positions, &position), where);
-  std::vector<qoc_ocrDictionaryChar> characters;
-  for (const std::vector<Candidate> &candidates : reading.positions) {
-    characters.clear();
-    for (const Candidate &candidate : candidates) {
-      if (!candidate.isLeftOut) characters.push_back({candidate.code, candidate.score});
-    }
-    if (characters.empty()) characters.push_back({QOC_CHAR_EMPTY, 0});
-    check(qstd_vector_qoc_ocrDictionaryChar_assignElements(&position++->candidates, characters.data(),
-                                                           static_cast<std::int32_t>(characters.size())),
-          where);
-  }
 }
 
 ReadingSource::ReadingSource(std::vector<std::string> paths, ReadingFormat format, std::function<void()> beforeWait)

@@ -4,7 +4,6 @@
 
 #include "json_input.hpp"
 #include "line_reader.hpp"
-#include "objects.hpp"
 
 #include <qoc/base.h>
 
@@ -20,7 +19,6 @@ struct Candidate {
   Char32 code;
   std::int32_t score; ///< As the library gets it: the given score times 100, rounded.
   Json givenScore;    ///< The score as it came.
-  bool isLeftOut = false; ///< Not handed to the library.
 };
 
 /// One reading and where it came from.
@@ -32,15 +30,7 @@ struct Reading {
 
   /// The first candidates put together, as UTF-8.
   std::string text() const;
-  /// Where the reading came from, for messages: "FILE:LINE".
-  std::string place() const { return file + ":" + std::to_string(line); }
 };
-
-/// Marks the candidates that fieldings do not know as left out: those beyond 7 bits.
-void leaveOutBeyond7Bits(Reading &reading);
-
-/// Hands a reading to the library, without what is left out; a position that has nothing else gets the empty character.
-void setReading(const Reading &reading, MultiString &multi);
 
 enum class ReadingFormat {
   detect, ///< NDJSON where the file's first line begins with "{", else text.

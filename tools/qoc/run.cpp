@@ -91,9 +91,8 @@ public:
 private:
   bool matchNext() {
     if (!source_.next(reading_)) return false;
-    if (!file_.lines().empty()) leaveOutBeyond7Bits(reading_);
-    setReading(reading_, multi_);
-    task_.match(options_, file_, multi_, reading_.place(), answer_);
+    setReading(reading_, !file_.lines().empty(), multi_, answer_.leftOut);
+    task_.match(options_, file_, multi_, placeOf(reading_), answer_);
     output_.write(options_.isJson ? describeAsJson(reading_, answer_) : describeAsTable(reading_, answer_, isColored_));
     ++numReadings_;
     if (elements(answer_.results->results).empty()) ++numWithout_;
