@@ -11,13 +11,14 @@ QOC_BEGIN_DECLS
 /**
  * What it costs to take one character of a reading for another.
  *
- * With QOC_CHAR_EMPTY as `meant`, swapPenalty is that of `read` as an extra character; with QOC_CHAR_EMPTY as `read`, it is that of
- * `meant` as a missing one. All 0 after construction. Owns nothing.
+ * With QOC_CHAR_EMPTY as `meant`, swapPenalty is that of `read` as an extra character; with QOC_CHAR_EMPTY as `read`,
+ * it is that of `meant` as a missing one. All 0 after construction. Owns nothing.
  */
 typedef struct qoc_ocrDictionaryConfusion {
   Char32 read, meant;
   int32_t listedPenalty; /**< Where `read` is the first candidate of a position and `meant` another one of it. */
-  int32_t swapPenalty;   /**< Where `read` is a candidate, `meant` is none, and the swap character set lets one stand for the other. */
+  int32_t swapPenalty; /**< Where `read` is a candidate, `meant` is none, and the swap character set lets one stand for
+                          the other. */
 } qoc_ocrDictionaryConfusion;
 
 QOC_DECLARE_OBJECT(qoc_ocrDictionaryConfusion)
@@ -41,12 +42,12 @@ typedef struct qoc_ocrDictionaryFreeText {
 } qoc_ocrDictionaryFreeText;
 
 /**
- * How texts are weighed against each other. All numbers are in the unit of the reader's scores and not negative; the defaults, in
- * brackets, are for scores from 0 to 10000. docs/resolver.md says how they were learnt.
+ * How texts are weighed against each other. All numbers are in the unit of the reader's scores and not negative; the
+ * defaults, in brackets, are for scores from 0 to 10000. docs/resolver.md says how they were learnt.
  *
- * The total of a text is the sum of the scores of the candidates that it takes, less the penalties. No candidate counts for more than
- * the first one of its position. A swap equivalent takes the score of the candidate that it stands for. A position of the
- * reading without a character in the text, or with one that it does not show, counts 0.
+ * The total of a text is the sum of the scores of the candidates that it takes, less the penalties. No candidate counts
+ * for more than the first one of its position. A swap equivalent takes the score of the candidate that it stands for. A
+ * position of the reading without a character in the text, or with one that it does not show, counts 0.
  */
 typedef struct qoc_ocrDictionaryResolverRules {
   int32_t alternativePenalty; /**< A candidate that is not the first. */
@@ -55,16 +56,18 @@ typedef struct qoc_ocrDictionaryResolverRules {
   int32_t substitutedPenalty; /**< A character that the position does not show. */
   int32_t missingPenalty;     /**< A character that has no position in the reading. */
   int32_t extraPenalty;       /**< A position of the reading that has no character in the text. */
-  int32_t doubledPenalty;     /**< The same, where it could be read as the character beside it (one glyph read twice): it keeps its score, less this. */
-  int32_t leadCap;            /**< The lead of a position counts as this at most. */
-  int32_t maxLag;             /**< Texts further behind the best one that the results allow are not looked for. */
+  int32_t doubledPenalty; /**< The same, where it could be read as the character beside it (one glyph read twice): it
+                             keeps its score, less this. */
+  int32_t leadCap;        /**< The lead of a position counts as this at most. */
+  int32_t maxLag;         /**< Texts further behind the best one that the results allow are not looked for. */
   qoc_ocrDictionaryFreeText freeWord;  /**< Where the best text is a word of a lexicon. */
   qoc_ocrDictionaryFreeText freeShape; /**< Where it comes from a fielding or an expression. */
   int32_t minMargin;                   /**< The margin from which a text is sure. */
   qsys_bool requiresCheck;             /**< [0] 1: a text without a check digit is not sure. */
   int32_t maxTexts;                    /**< [5] Texts to give, from 1 to 1000. */
-  qstd_vector_qoc_ocrDictionaryConfusion confusions;  /**< [empty] Owned. The first one for a pair of characters counts. */
-  qstd_vector_qoc_ocrDictionaryEntryCheck checks;     /**< [empty] Owned. */
+  qstd_vector_qoc_ocrDictionaryConfusion
+      confusions;                                 /**< [empty] Owned. The first one for a pair of characters counts. */
+  qstd_vector_qoc_ocrDictionaryEntryCheck checks; /**< [empty] Owned. */
 } qoc_ocrDictionaryResolverRules;
 
 QOC_DECLARE_OBJECT(qoc_ocrDictionaryResolverRules)
@@ -83,22 +86,23 @@ typedef struct qoc_ocrDictionaryResolvedText {
   qoc_ocrDictionaryString text; /**< [empty] Its characters with the scores that they count. */
   int32_t total;                /**< [0] Scores less penalties. */
   int32_t margin;               /**< [0] Lead over the next different text, or over the reading as free text. */
-  int32_t resultIndex;          /**< [-1] The result of the set that it comes from, or -1 where the set does not show it. */
-  qoc_ocrDictionaryMode mode;   /**< [fielding] The kind of entry that describes it. */
-  qstd_vector32s inputIndices;  /**< [empty] For each character its position in the reading, or -1. */
-  qstd_vector32s candidateIndices; /**< [empty] For each character the candidate of its position that it is or stands for, or -1. */
-  qsys_bool hasCheck;           /**< [0] 1 where its entry has a check digit. */
-  qsys_bool passesCheck;        /**< [0] 1 where it passes all of them. */
-  int32_t numOpen;              /**< [0] Characters that are not known. */
+  int32_t resultIndex; /**< [-1] The result of the set that it comes from, or -1 where the set does not show it. */
+  qoc_ocrDictionaryMode mode;      /**< [fielding] The kind of entry that describes it. */
+  qstd_vector32s inputIndices;     /**< [empty] For each character its position in the reading, or -1. */
+  qstd_vector32s candidateIndices; /**< [empty] For each character the candidate of its position that it is or stands
+                                      for, or -1. */
+  qsys_bool hasCheck;              /**< [0] 1 where its entry has a check digit. */
+  qsys_bool passesCheck;           /**< [0] 1 where it passes all of them. */
+  int32_t numOpen;                 /**< [0] Characters that are not known. */
 } qoc_ocrDictionaryResolvedText;
 
 QOC_DECLARE_OBJECT(qoc_ocrDictionaryResolvedText)
 QOC_DECLARE_VECTOR_FAMILY(qstd_vector_qoc_ocrDictionaryResolvedText, qoc_ocrDictionaryResolvedText)
 
 /** Every outcome: name, value. */
-#define QOC_OUTCOME_LIST(X)                                                                                            \
-  X(none, 0)   /* No text: the results show none. */                                                                   \
-  X(unsure, 1) /* The best text is doubtful. */                                                                        \
+#define QOC_OUTCOME_LIST(X)                          \
+  X(none, 0)   /* No text: the results show none. */ \
+  X(unsure, 1) /* The best text is doubtful. */      \
   X(sure, 2)   /* The best text can be taken. */
 
 typedef int32_t qoc_ocrDictionaryOutcome; /**< One of QOC_OUTCOME_LIST. */
@@ -121,9 +125,9 @@ QOC_DECLARE_OBJECT(qoc_ocrDictionaryResolution)
 /**
  * Chooses among the texts that the results of a run stand for.
  *
- * A result leaves several candidates at a position, several results may be near, and a set does not show everything that a
- * dictionary allows: of results that rank equally one stands for all. A resolver that knows the dictionary sees the rest.
- * Concurrent use of one resolver is safe while nobody changes it.
+ * A result leaves several candidates at a position, several results may be near, and a set does not show everything
+ * that a dictionary allows: of results that rank equally one stands for all. A resolver that knows the dictionary sees
+ * the rest. Concurrent use of one resolver is safe while nobody changes it.
  */
 typedef struct qoc_ocrDictionaryResolver {
   qoc_ocrDictionaryResolverRules rules; /**< Owned. To be changed through qoc_ocrDictionaryResolver_setRules. */
@@ -148,11 +152,12 @@ QOC_API qsys_status qoc_ocrDictionaryResolver_setDictionary(qoc_ocrDictionaryRes
 /**
  * Gives the best texts of one reading, all different, best first, and says whether the best one is sure.
  *
- * From every result of a fielding or an expression come the texts that its positions allow; a text that fails a check of its
- * entry comes only where none passes. With a dictionary, the words are those of its lexicons within reach of the params, whatever the set
- * shows; characters that an edit leaves open are found out where the entry allows one only, or the check digits leave one; and
- * where the set may not show all results (returnBestOnly, or several entries that are no lexicons) the entries are matched again,
- * each for itself. Without one, the words are those of the set, and only a check with entry 0 is applied.
+ * From every result of a fielding or an expression come the texts that its positions allow; a text that fails a check
+ * of its entry comes only where none passes. With a dictionary, the words are those of its lexicons within reach of the
+ * params, whatever the set shows; characters that an edit leaves open are found out where the entry allows one only, or
+ * the check digits leave one; and where the set may not show all results (returnBestOnly, or several entries that are
+ * no lexicons) the entries are matched again, each for itself. Without one, the words are those of the set, and only a
+ * check with entry 0 is applied.
  *
  * @param[in]  reading the one that the run was given
  * @param[in]  params  those of the run; null stands for the defaults

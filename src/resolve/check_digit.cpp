@@ -49,10 +49,14 @@ constexpr std::int32_t agreed = 11, disagreed = -1;
 
 bool takesLength(qoc_checkDigitMethod method, std::int32_t length) {
   switch (method) {
-    case qoc_checkDigitMethod_container: return length == containerLength;
-    case qoc_checkDigitMethod_vehicle: return length == vehicleLength;
-    case qoc_checkDigitMethod_mod97: return length >= 3;
-    default: return length >= 2;
+    case qoc_checkDigitMethod_container:
+      return length == containerLength;
+    case qoc_checkDigitMethod_vehicle:
+      return length == vehicleLength;
+    case qoc_checkDigitMethod_mod97:
+      return length >= 3;
+    default:
+      return length >= 2;
   }
 }
 
@@ -68,10 +72,14 @@ std::int32_t CheckAutomaton::start() const { return method_ == qoc_checkDigitMet
 std::int32_t CheckAutomaton::numStates() const {
   switch (method_) {
     case qoc_checkDigitMethod_mod37x2:
-    case qoc_checkDigitMethod_mod37x36: return 37;
-    case qoc_checkDigitMethod_mod97: return 97;
-    case qoc_checkDigitMethod_vehicle: return 11 * 12;
-    default: return 12;
+    case qoc_checkDigitMethod_mod37x36:
+      return 37;
+    case qoc_checkDigitMethod_mod97:
+      return 97;
+    case qoc_checkDigitMethod_vehicle:
+      return 11 * 12;
+    default:
+      return 12;
   }
 }
 
@@ -128,7 +136,8 @@ std::int32_t CheckAutomaton::step(std::int32_t state, std::int32_t position, Cha
       if (value < 0) return -1;
       return isLast ? (value == state ? agreed : disagreed) : (state + value * icaoWeights[position % 3]) % 10;
     }
-    default: return -1;
+    default:
+      return -1;
   }
 }
 
@@ -136,11 +145,15 @@ bool CheckAutomaton::accepts(std::int32_t state) const {
   switch (method_) {
     case qoc_checkDigitMethod_luhn:
     case qoc_checkDigitMethod_gtin:
-    case qoc_checkDigitMethod_isbn10: return state == 0;
-    case qoc_checkDigitMethod_vehicle: return state / 12 == state % 12;
+    case qoc_checkDigitMethod_isbn10:
+      return state == 0;
+    case qoc_checkDigitMethod_vehicle:
+      return state / 12 == state % 12;
     case qoc_checkDigitMethod_container:
-    case qoc_checkDigitMethod_icao9303: return state == agreed;
-    default: return state == 1;
+    case qoc_checkDigitMethod_icao9303:
+      return state == agreed;
+    default:
+      return state == 1;
   }
 }
 
@@ -166,7 +179,8 @@ std::optional<std::vector<std::int32_t>> checkedPositions(const qoc_checkDigitRu
 
 bool passes(const qoc_checkDigitRule &rule, const std::vector<Char32> &text) {
   std::vector<Char32> counted;
-  std::copy_if(text.begin(), text.end(), std::back_inserter(counted), [&](Char32 code) { return !isIgnored(rule, code); });
+  std::copy_if(text.begin(), text.end(), std::back_inserter(counted),
+               [&](Char32 code) { return !isIgnored(rule, code); });
   const auto positions = checkedPositions(rule, static_cast<std::int32_t>(counted.size()));
   if (!positions) {
     return false;

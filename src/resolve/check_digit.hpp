@@ -1,6 +1,6 @@
 #pragma once
-// Check digit rules as automata: they read what they check character by character, so that a search over many texts can carry
-// their states along.
+// Check digit rules as automata: they read what they check character by character, so that a search over many texts can
+// carry their states along.
 
 #include <qoc/check_digit.h>
 
@@ -34,8 +34,8 @@ bool takesLength(qoc_checkDigitMethod method, std::int32_t length);
 
 bool isIgnored(const qoc_checkDigitRule &rule, Char32 code);
 
-/// The positions that a rule checks, in its order, of a text with `length` positions that count; nothing where a part does not
-/// lie within the text.
+/// The positions that a rule checks, in its order, of a text with `length` positions that count; nothing where a part
+/// does not lie within the text.
 std::optional<std::vector<std::int32_t>> checkedPositions(const qoc_checkDigitRule &rule, std::int32_t length);
 
 /// Whether a text passes.

@@ -84,10 +84,12 @@ qsys_status qoc_checkDigitRule_destruct(qoc_checkDigitRule *rule) {
 const char *qoc_checkDigitMethod_getName(qoc_checkDigitMethod method) {
   switch (method) {
 #define QOC_METHOD_NAME(name, value) \
-  case value: return #name;
+  case value:                        \
+    return #name;
     QOC_CHECK_DIGIT_METHOD_LIST(QOC_METHOD_NAME)
 #undef QOC_METHOD_NAME
-    default: return "";
+    default:
+      return "";
   }
 }
 
@@ -119,7 +121,7 @@ qsys_status qoc_checkDigitRule_validateLength(const qoc_checkDigitRule *rule, st
       return QOC_STATUS_CHECK_PARTS_INVALID;
     }
     return takesLength(rule->method, static_cast<std::int32_t>(positions->size())) ? QSYS_STATUS_OK
-                                                                                  : QOC_STATUS_CHECK_LENGTH_INVALID;
+                                                                                   : QOC_STATUS_CHECK_LENGTH_INVALID;
   });
 }
 

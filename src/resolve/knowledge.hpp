@@ -32,9 +32,9 @@ class Held {
 using HeldFieldings =
     Held<qstd_vector_qoc_ocrDictionaryLineFielding, qstd_vector_qoc_ocrDictionaryLineFielding_constructEmpty,
          qstd_vector_qoc_ocrDictionaryLineFielding_destruct>;
-using HeldExpressions = Held<qstd_vector_qoc_ocrDictionaryRegularExpression,
-                             qstd_vector_qoc_ocrDictionaryRegularExpression_constructEmpty,
-                             qstd_vector_qoc_ocrDictionaryRegularExpression_destruct>;
+using HeldExpressions =
+    Held<qstd_vector_qoc_ocrDictionaryRegularExpression, qstd_vector_qoc_ocrDictionaryRegularExpression_constructEmpty,
+         qstd_vector_qoc_ocrDictionaryRegularExpression_destruct>;
 using HeldResults =
     Held<qoc_ocrDictionaryResultSet, qoc_ocrDictionaryResultSet_construct, qoc_ocrDictionaryResultSet_destruct>;
 using HeldReading =

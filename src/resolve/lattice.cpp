@@ -97,9 +97,7 @@ class InputWalk {
   std::vector<bool> isDeleted_;
 };
 
-bool isEdited(qoc_ocrDictionaryPositionStatus status) {
-  return status > qoc_ocrDictionaryPositionStatus_secondarySwap;
-}
+bool isEdited(qoc_ocrDictionaryPositionStatus status) { return status > qoc_ocrDictionaryPositionStatus_secondarySwap; }
 
 /// A slot that an edit leaves open, or fills with the one character that its shape admits.
 void fillEdited(Slot &slot, std::span<const qoc_ocrDictionaryChar> admitted, const ReadingCosts &costs) {
@@ -182,8 +180,8 @@ qsys_status makeLattice(const qoc_ocrDictionaryResult &result, const ReadingCost
   InputWalk walk(result, costs.size());
   std::vector<bool> isSwallowed(static_cast<std::size_t>(costs.size()), false);
   for (std::size_t r = 0; r < statuses.size(); ++r) {
-    const auto characters =
-        r < valid.size() ? viewAs<qoc_ocrDictionaryChar>(valid[r].candidates) : std::span<const qoc_ocrDictionaryChar>();
+    const auto characters = r < valid.size() ? viewAs<qoc_ocrDictionaryChar>(valid[r].candidates)
+                                             : std::span<const qoc_ocrDictionaryChar>();
     Slot slot;
     const bool isInserted = statuses[r] == qoc_ocrDictionaryPositionStatus_inserted;
     slot.input = isInserted ? -1 : walk.next();
@@ -219,7 +217,8 @@ void Lattice::dropChecks() {
 void Lattice::carryChecks() {
   std::vector<std::int32_t> place(slots.size());
   const auto setPlaces = [&] {
-    for (std::size_t i = 0; i < order.size(); ++i) place[static_cast<std::size_t>(order[i])] = static_cast<std::int32_t>(i);
+    for (std::size_t i = 0; i < order.size(); ++i)
+      place[static_cast<std::size_t>(order[i])] = static_cast<std::int32_t>(i);
   };
   setPlaces();
   std::uint64_t radix = 1;
@@ -253,7 +252,8 @@ void Lattice::carryChecks() {
     }
     CarriedCheck check = {*automaton, std::vector<std::int32_t>(order.size(), -1), radix};
     for (std::size_t i = 0; i < sequence.size(); ++i) {
-      check.positions[static_cast<std::size_t>(place[static_cast<std::size_t>(sequence[i])])] = static_cast<std::int32_t>(i);
+      check.positions[static_cast<std::size_t>(place[static_cast<std::size_t>(sequence[i])])] =
+          static_cast<std::int32_t>(i);
     }
     startState += radix * static_cast<std::uint64_t>(automaton->start());
     radix *= static_cast<std::uint64_t>(automaton->numStates());
@@ -262,6 +262,12 @@ void Lattice::carryChecks() {
 }
 
 void Lattice::prepare() {
+  for (Slot &slot : slots) {
+    if (slot.isOpen && !slot.tried.empty()) {
+      slot.choices.swap(slot.tried);
+      slot.tried.clear();
+    }
+  }
   order.resize(slots.size());
   std::iota(order.begin(), order.end(), 0);
   carried.clear();

@@ -13,9 +13,11 @@ namespace qoc {
 
 /// One position of a text.
 struct Slot {
-  std::vector<Choice> choices;  ///< By rising cost. An open slot has the one choice QOC_RESOLVER_OPEN.
+  std::vector<Choice> choices;  ///< By rising cost.
   std::int32_t input = -1;      ///< The position of the reading, or -1.
-  bool isOpen = false;          ///< What stands there is not known.
+  std::vector<Choice> tried;    ///< Of an open slot in a search that tries others: the choices as they were.
+  bool isOpen =
+      false;  ///< What stands there is not known; the choice is then QOC_RESOLVER_OPEN, until a search tries others.
 };
 
 /// A check of the lattice's entry as far as a search can carry it along.
@@ -30,19 +32,19 @@ struct Lattice {
   const qoc_ocrDictionaryResult *result = nullptr;
   qoc_ocrDictionaryMode mode = 0;
   std::int32_t entry = 0;
-  Cost base = 0;             ///< What all texts lose alike.
+  Cost base = 0;  ///< What all texts lose alike.
   std::vector<Slot> slots;
 
-  std::vector<std::int32_t> order;       ///< The slots in the order in which a search decides them.
-  std::vector<Cost> remaining;           ///< By place in the order: the least that the rest loses.
+  std::vector<std::int32_t> order;  ///< The slots in the order in which a search decides them.
+  std::vector<Cost> remaining;      ///< By place in the order: the least that the rest loses.
   std::vector<const qoc_checkDigitRule *> checks;
   std::vector<CarriedCheck> carried;
   std::uint64_t startState = 0;
-  bool isHopeless = false;               ///< A check that no text of this length passes.
+  bool isHopeless = false;  ///< A check that no text of this length passes.
 
   /// Gives up the checks in the search; texts are then not held against them.
   void dropChecks();
-  /// Orders the slots for the checks and sums up what is left at every place.
+  /// Makes it ready for a search: orders the slots for the checks and sums up what is left at every place.
   void prepare();
   Cost least() const { return base + remaining[0]; }
   /// The state behind one more choice. False where a check cannot take it.

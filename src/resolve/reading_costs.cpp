@@ -87,9 +87,8 @@ qsys_status ReadingCosts::addPosition(const qoc_ocrDictionaryCharMulti &multi, c
     position.firstScore = candidates[0].score;
     position.firstCode = candidates[0].code;
     const Cost cap = penalties_.rules().leadCap;
-    position.lead = candidates.size() < 2
-                        ? cap
-                        : std::clamp<Cost>(Cost{candidates[0].score} - candidates[1].score, 0, cap);
+    position.lead =
+        candidates.size() < 2 ? cap : std::clamp<Cost>(Cost{candidates[0].score} - candidates[1].score, 0, cap);
   }
   Equivalents equivalents;
   std::vector<Choice> &choices = position.choices;
@@ -119,9 +118,9 @@ qsys_status ReadingCosts::addPosition(const qoc_ocrDictionaryCharMulti &multi, c
   std::sort(choices.begin(), choices.end(), [](const Choice &a, const Choice &b) {
     return a.code != b.code ? a.code < b.code : a.cost != b.cost ? a.cost < b.cost : a.candidate < b.candidate;
   });
-  choices.erase(std::unique(choices.begin(), choices.end(),
-                            [](const Choice &a, const Choice &b) { return a.code == b.code; }),
-                choices.end());
+  choices.erase(
+      std::unique(choices.begin(), choices.end(), [](const Choice &a, const Choice &b) { return a.code == b.code; }),
+      choices.end());
   positions_.push_back(std::move(position));
   return QSYS_STATUS_OK;
 }

@@ -17,9 +17,9 @@ inline constexpr Cost noWay = std::numeric_limits<Cost>::max() / 4;
 /// One character that a text may have at a position.
 struct Choice {
   Char32 code;
-  Cost cost;              ///< What it loses against the position's first candidate.
-  std::int32_t candidate; ///< The candidate that it is or stands for, or -1.
-  std::int32_t score;     ///< What it counts before penalties.
+  Cost cost;               ///< What it loses against the position's first candidate.
+  std::int32_t candidate;  ///< The candidate that it is or stands for, or -1.
+  std::int32_t score;      ///< What it counts before penalties.
 };
 
 /// The rules, ready for looking up confusions.

@@ -224,10 +224,12 @@ qsys_status qoc_ocrDictionaryResolvedText_destruct(qoc_ocrDictionaryResolvedText
 const char *qoc_ocrDictionaryOutcome_getName(qoc_ocrDictionaryOutcome outcome) {
   switch (outcome) {
 #define QOC_OUTCOME_NAME(name, value) \
-  case value: return #name;
+  case value:                         \
+    return #name;
     QOC_OUTCOME_LIST(QOC_OUTCOME_NAME)
 #undef QOC_OUTCOME_NAME
-    default: return "";
+    default:
+      return "";
   }
 }
 

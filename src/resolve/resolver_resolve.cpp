@@ -49,9 +49,15 @@ class Resolving {
       : rules_(resolver.rules),
         knowledge_(resolver.knowledge != nullptr ? static_cast<const SharedKnowledge *>(resolver.knowledge)->get()
                                                  : nullptr),
-        reading_(reading), params_(params), set_(set), results_(viewAs<qoc_ocrDictionaryResult>(results.results)),
-        penalties_(resolver.rules), costs_(reading, penalties_, set), reach_(Reach::of(&params)),
-        swaps_(multiSwapsOf(set)), numWanted_(static_cast<std::size_t>(resolver.rules.maxTexts) + 1) {}
+        reading_(reading),
+        params_(params),
+        set_(set),
+        results_(viewAs<qoc_ocrDictionaryResult>(results.results)),
+        penalties_(resolver.rules),
+        costs_(reading, penalties_, set),
+        reach_(Reach::of(&params)),
+        swaps_(multiSwapsOf(set)),
+        numWanted_(static_cast<std::size_t>(resolver.rules.maxTexts) + 1) {}
 
   qsys_status run(qoc_ocrDictionaryResolution &resolution) {
     QOC_TRY(costs_.status());
@@ -124,7 +130,8 @@ class Resolving {
 
   // Open positions --------------------------------------------------------------------------------------------------
 
-  /// The characters that the entry admits at a slot, given what may stand at the others. Sets isAny where it admits too many to tell.
+  /// The characters that the entry admits at a slot, given what may stand at the others. Sets isAny where it admits too
+  /// many to tell.
   qsys_status findAdmitted(const Lattice &lattice, std::size_t slot, const std::vector<std::vector<Char32>> &codes,
                            std::vector<Char32> &admitted) {
     admitted.clear();
@@ -174,22 +181,21 @@ class Resolving {
       return QSYS_STATUS_OK;
     }
     for (std::size_t i = 0; i < lattice.slots.size(); ++i) {
-      if (!lattice.slots[i].isOpen || lattice.slots[i].choices.size() != 1) {
+      Slot &slot = lattice.slots[i];
+      if (!slot.isOpen || !slot.tried.empty()) {
         continue;
       }
       std::vector<std::vector<Char32>> codes;
-      for (const Slot &slot : lattice.slots) {
+      for (const Slot &other : lattice.slots) {
         codes.emplace_back();
-        for (const Choice &choice : slot.choices) codes.back().push_back(choice.code);
-        if (slot.isOpen) codes.back() = allTried();
+        for (const Choice &choice : other.choices) codes.back().push_back(choice.code);
+        if (other.isOpen) codes.back() = allTried();
       }
       std::vector<Char32> admitted;
       QOC_TRY(findAdmitted(lattice, i, codes, admitted));
-      const Choice unknown = lattice.slots[i].choices[0];
-      lattice.slots[i].choices.clear();
-      for (const Char32 code : admitted) {
-        lattice.slots[i].choices.push_back({code, unknown.cost, unknown.candidate, unknown.score});
-      }
+      slot.tried.swap(slot.choices);
+      const Choice unknown = slot.tried[0];
+      for (const Char32 code : admitted) slot.choices.push_back({code, unknown.cost, unknown.candidate, unknown.score});
     }
     return QSYS_STATUS_OK;
   }
@@ -250,21 +256,23 @@ class Resolving {
       goesOn = numTaken < numWanted_;
       return QSYS_STATUS_OK;
     };
-    return searchTexts(lattices_, numWanted_, least + rules_.maxLag, [&](Lattice &lattice) { return open(lattice); },
-                       take);
+    return searchTexts(
+        lattices_, numWanted_, least + rules_.maxLag, [&](Lattice &lattice) { return open(lattice); }, take);
   }
 
   /// Puts a text in its place unless the same one is there at no greater cost.
   /// @return whether it came in
   bool add(Text text) {
-    const auto same = std::find_if(texts_.begin(), texts_.end(), [&](const Text &other) { return isSameText(other, text); });
+    const auto same =
+        std::find_if(texts_.begin(), texts_.end(), [&](const Text &other) { return isSameText(other, text); });
     if (same != texts_.end()) {
       if (same->cost <= text.cost) {
         return false;
       }
       texts_.erase(same);
     }
-    const auto at = std::find_if(texts_.begin(), texts_.end(), [&](const Text &other) { return other.cost > text.cost; });
+    const auto at =
+        std::find_if(texts_.begin(), texts_.end(), [&](const Text &other) { return other.cost > text.cost; });
     texts_.insert(at, std::move(text));
     return true;
   }

@@ -100,7 +100,8 @@ class Search {
   FoundText textOf(const Lattice &lattice, std::int32_t at) const {
     const Node &last = nodes_[static_cast<std::size_t>(at)];
     FoundText text = {last.lattice, last.bound, std::vector<std::int32_t>(lattice.slots.size())};
-    for (; at != noNode && nodes_[static_cast<std::size_t>(at)].place > 0; at = nodes_[static_cast<std::size_t>(at)].before) {
+    for (; at != noNode && nodes_[static_cast<std::size_t>(at)].place > 0;
+         at = nodes_[static_cast<std::size_t>(at)].before) {
       const Node &node = nodes_[static_cast<std::size_t>(at)];
       text.choices[static_cast<std::size_t>(lattice.order[static_cast<std::size_t>(node.place) - 1])] = node.choice;
     }

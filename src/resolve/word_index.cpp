@@ -1,5 +1,5 @@
-// Words under weighted edits: the alignment of Wagner and Fischer (1974) with costs of its own for every position of the reading,
-// carried along the alphabetical order so that words share the rows of their common prefix.
+// Words under weighted edits: the alignment of Wagner and Fischer (1974) with costs of its own for every position of
+// the reading, carried along the alphabetical order so that words share the rows of their common prefix.
 
 #include "resolve/word_index.hpp"
 
@@ -62,7 +62,10 @@ std::span<const Char32> WordIndex::word(std::size_t k) const {
 }
 
 WordTable::WordTable(const ReadingCosts &costs, const Reach &reach, const MultiSwaps &swaps)
-    : costs_(costs), reach_(reach), swaps_(swaps), countsEdits_(reach.maxEdits <= maxCountedEdits),
+    : costs_(costs),
+      reach_(reach),
+      swaps_(swaps),
+      countsEdits_(reach.maxEdits <= maxCountedEdits),
       numEdits_(countsEdits_ ? reach.maxEdits : 0),
       band_(reach.isWindow || !swaps.isEmpty() ? INT32_MAX : reach.maxEdits) {
   suffix_.assign(static_cast<std::size_t>(costs.size()) + 1, 0);
@@ -79,11 +82,13 @@ bool WordTable::canReach(std::size_t length) const {
 }
 
 std::int32_t WordTable::first(std::size_t depth) const {
-  return static_cast<std::int32_t>(std::clamp<std::int64_t>(static_cast<std::int64_t>(depth) - band_, 0, costs_.size()));
+  return static_cast<std::int32_t>(
+      std::clamp<std::int64_t>(static_cast<std::int64_t>(depth) - band_, 0, costs_.size()));
 }
 
 std::int32_t WordTable::last(std::size_t depth) const {
-  return static_cast<std::int32_t>(std::clamp<std::int64_t>(static_cast<std::int64_t>(depth) + band_, 0, costs_.size()));
+  return static_cast<std::int32_t>(
+      std::clamp<std::int64_t>(static_cast<std::int64_t>(depth) + band_, 0, costs_.size()));
 }
 
 void WordTable::addRow(std::size_t depth) {

@@ -51,7 +51,8 @@ class WordIndex {
   std::span<const Char32> word(std::size_t k) const;
   std::int32_t lexicon(std::size_t k) const { return words_[order_[k]].lexicon; }
 
-  /// Finds the k words that the reading can be at the least cost, best first, as far as they lie within `maxLag` of the best one.
+  /// Finds the k words that the reading can be at the least cost, best first, as far as they lie within `maxLag` of the
+  /// best one.
   /// @param isAllowed asked of words that would come in
   /// @return 0 or the attention status
   template <class IsAllowed>
@@ -69,8 +70,8 @@ class WordIndex {
   std::vector<std::uint32_t> common_;  // By place in the order: characters in common with the word before.
 };
 
-/// The table of an alignment of one word, grown character by character: for every prefix of the word, position of the reading and
-/// number of edits the least cost.
+/// The table of an alignment of one word, grown character by character: for every prefix of the word, position of the
+/// reading and number of edits the least cost.
 class WordTable {
  public:
   WordTable(const ReadingCosts &costs, const Reach &reach, const MultiSwaps &swaps);
@@ -119,10 +120,10 @@ qsys_status WordIndex::findBest(const ReadingCosts &costs, const Reach &reach, c
                                 IsAllowed &&isAllowed, std::vector<FoundWord> &found) const {
   found.clear();
   WordTable table(costs, reach, swaps);
-  std::size_t depth = 0;     // Rows that hold the prefix of the word at hand.
-  bool isCut = false;        // Whether the last of them already costs too much.
+  std::size_t depth = 0;  // Rows that hold the prefix of the word at hand.
+  bool isCut = false;     // Whether the last of them already costs too much.
   const Cost lag = costs.penalties().rules().maxLag;
-  std::vector<Cost> least;   // By row: its least cost and that of the row above.
+  std::vector<Cost> least;  // By row: its least cost and that of the row above.
   for (std::size_t i = 0; i < order_.size(); ++i) {
     if (i % 128 == 0) {
       if (const qsys_status status = qsys_attention_check(); status < 0) return status;
@@ -134,8 +135,8 @@ qsys_status WordIndex::findBest(const ReadingCosts &costs, const Reach &reach, c
     if (isCut) {
       continue;
     }
-    const Cost limit = found.empty() ? noWay : std::min(found.size() < k ? noWay : found.back().cost - 1,
-                                                        found.front().cost + lag);
+    const Cost limit =
+        found.empty() ? noWay : std::min(found.size() < k ? noWay : found.back().cost - 1, found.front().cost + lag);
     const auto text = word(i);
     if (!table.canReach(text.size())) {
       continue;
