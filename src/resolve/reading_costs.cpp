@@ -56,9 +56,9 @@ Cost Penalties::swapped(Char32 read, Char32 meant) const {
   return confusion != nullptr ? confusion->swapPenalty : rules_.swapPenalty;
 }
 
-Cost Penalties::extra(Char32 read) const {
+std::optional<Cost> Penalties::extra(Char32 read) const {
   const auto *confusion = find(read, QOC_CHAR_EMPTY);
-  return confusion != nullptr ? confusion->swapPenalty : rules_.extraPenalty;
+  return confusion != nullptr ? std::optional<Cost>(confusion->swapPenalty) : std::nullopt;
 }
 
 Cost Penalties::missing(Char32 meant) const {
@@ -150,10 +150,10 @@ Cost ReadingCosts::substituted(std::int32_t position) const {
 }
 
 Cost ReadingCosts::extra(std::int32_t position, Char32 before, Char32 behind) const {
-  const Cost cost = firstScore(position) + penalties_.extra(positions_[static_cast<std::size_t>(position)].firstCode);
-  const Cost doubled = penalties_.rules().doubledPenalty;
+  const Cost ordinary = std::max<Cost>(firstScore(position) + penalties_.rules().extraPenalty, 0);
+  const Cost cost = penalties_.extra(positions_[static_cast<std::size_t>(position)].firstCode).value_or(ordinary);
   const bool isDoubled = shows(position, before) || shows(position, behind);
-  return std::max<Cost>(isDoubled ? std::min(cost, doubled) : cost, 0);
+  return isDoubled ? std::min<Cost>(cost, penalties_.rules().doubledPenalty) : cost;
 }
 
 Cost ReadingCosts::freeText(const qoc_ocrDictionaryFreeText &freeText) const {

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <limits>
+#include <optional>
 #include <unordered_map>
 #include <vector>
 
@@ -30,7 +31,8 @@ class Penalties {
   const qoc_ocrDictionaryResolverRules &rules() const { return rules_; }
   Cost listed(Char32 first, Char32 meant) const;
   Cost swapped(Char32 read, Char32 meant) const;
-  Cost extra(Char32 read) const;
+  /// What leaving the character out costs in all, where it has a penalty of its own.
+  std::optional<Cost> extra(Char32 read) const;
   Cost missing(Char32 meant) const;
 
  private:

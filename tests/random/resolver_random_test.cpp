@@ -87,7 +87,7 @@ struct Case {
   }
   int64_t extra(std::size_t i, Char32 before, Char32 behind) const {
     const auto *one = confusion(reading[i][0].code, QOC_CHAR_EMPTY);
-    const int64_t loss = first(i) + (one != nullptr ? one->swapPenalty : rules->extraPenalty);
+    const int64_t loss = one != nullptr ? one->swapPenalty : first(i) + rules->extraPenalty;
     const bool isDoubled = (before != 0 && cost(i, before) < never) || (behind != 0 && cost(i, behind) < never);
     return isDoubled ? std::min<int64_t>(loss, rules->doubledPenalty) : loss;
   }
