@@ -2,8 +2,8 @@
 
 #include <qoc/line_fielding.h>
 
-#include "kinds/lexicon_match.hpp"
 #include "kinds/line_alignment.hpp"
+#include "swap/variants.hpp"
 #include "text/reading_of.hpp"
 
 using namespace qoc;

@@ -2,9 +2,9 @@
 
 #include <qoc/line_fielding.h>
 
-#include "kinds/lexicon_match.hpp"
 #include "kinds/line_alignment.hpp"
 #include "run/result_set_ops.hpp"
+#include "swap/variants.hpp"
 #include "text/reading_of.hpp"
 
 using namespace qoc;
