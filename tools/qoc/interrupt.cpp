@@ -55,6 +55,11 @@ void checkInterrupt() {
   if (isInterrupted.load() != 0) throw Interrupted{};
 }
 
+bool isReadable(int descriptor) {
+  pollfd wait{descriptor, POLLIN, 0};
+  return poll(&wait, 1, 0) > 0;
+}
+
 void waitReadable(int descriptor) {
   for (;;) {
     checkInterrupt();

@@ -16,6 +16,9 @@ public:
 /// Throws Interrupted when SIGINT has come.
 void checkInterrupt();
 
+/// Whether the descriptor can be read without waiting.
+bool isReadable(int descriptor);
+
 /// Waits until the descriptor can be read. Throws Interrupted when SIGINT comes first.
 void waitReadable(int descriptor);
 

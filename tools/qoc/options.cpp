@@ -105,10 +105,13 @@ std::optional<Options> readOptions(int argc, char **argv, int &exitCode) {
                  "The readings: text with a reading a line, or NDJSON with an object a line that holds \"positions\", "
                  "each a list of [character, score], or \"text\"; - or none is standard input")
       ->type_name("READINGS");
-  addChoice<ReadingFormat>(run, "--from", options.from,
-                           {{"text", ReadingFormat::text}, {"ndjson", ReadingFormat::ndjson}}, "FORMAT",
-                           "What the readings are, \"text\" or \"ndjson\"; default: each file by its first line, "
-                           "NDJSON where it begins with {");
+  std::map<std::string, ReadingFormat> formats;
+  for (const ReadingFormatName &format : readingFormats) formats[format.name] = format.format;
+  addChoice<ReadingFormat>(run, "--from", options.input.format, formats, "FORMAT",
+                           "What the readings are, \"text\", \"ndjson\", \"hocr\", \"tsv\", \"alto\" or \"page\"; "
+                           "default: each file by its content");
+  addChoice<ReadingUnit>(run, "--unit", options.input.unit, {{"line", ReadingUnit::line}, {"word", ReadingUnit::word}},
+                         "UNIT", "What of an engine's document is one reading, \"line\" or \"word\"; default line");
   run.add_flag("--json", options.isJson, "Write NDJSON, an object for each reading, instead of a table");
   addChoice<ColorChoice>(run, "--color", options.color,
                          {{"auto", ColorChoice::automatic},

@@ -19,7 +19,7 @@ enum class ColorChoice { automatic, always, never };
 struct Options {
   std::string dictionary;
   std::vector<std::string> readings; ///< "-" alone where none is named.
-  ReadingFormat from = ReadingFormat::detect;
+  ReadingOptions input;
   ColorChoice color = ColorChoice::automatic;
   bool isJson = false;
   /// What is to change in the dictionary file's run parameters.

@@ -181,6 +181,12 @@ std::string describeAsJson(const Reading &reading, const qoc_ocrDictionaryResult
   object["line"] = reading.line;
   object["id"] = reading.id;
   object["text"] = reading.text();
+  if (reading.box) object["box"] = describeBox(*reading.box);
+  if (!reading.boxes.empty()) {
+    OrderedJson &boxes = object["boxes"] = OrderedJson::array();
+    for (const std::optional<Box> &box : reading.boxes) boxes.push_back(box ? OrderedJson(describeBox(*box)) : OrderedJson());
+  }
+  if (!reading.image.empty()) object["image"] = reading.image;
   OrderedJson &list = object["results"] = OrderedJson::array();
   for (const qoc_ocrDictionaryResult &result : elements(results.results)) list.push_back(resultOf(result, scores));
   // A file's name need not be UTF-8; everything else is.

@@ -110,12 +110,6 @@ std::vector<Char32> codesOf(const qoc_ocrDictionaryString &string) {
   return codes;
 }
 
-/// How messages call a reading: by its id where it has one, else by its line.
-std::string nameOf(const Reading &reading) {
-  if (reading.id.is_null()) return std::to_string(reading.line);
-  return reading.id.is_string() ? reading.id.get<std::string>() : reading.id.dump();
-}
-
 std::string modeOf(qoc_ocrDictionaryMode mode) {
   switch (mode) {
   case qoc_ocrDictionaryMode_lexicon: return "words";
@@ -143,7 +137,7 @@ std::string describeAsTable(const Reading &reading, const qoc_ocrDictionaryResul
   std::string lines;
   for (const qoc_ocrDictionaryResult &result : elements(results.results)) {
     Row row(isColored);
-    addCell(row, lines.empty() ? nameOf(reading) : "", idWidth);
+    addCell(row, lines.empty() ? reading.name() : "", idWidth);
     const Statuses inputStatuses = elements(result.statusWRTInputStringSwapChar);
     const Statuses resultStatuses = elements(result.resultStringStatus);
     addText(row, text, inputStatuses, textWidth);
@@ -157,7 +151,7 @@ std::string describeAsTable(const Reading &reading, const qoc_ocrDictionaryResul
   }
   if (lines.empty()) {
     Row row(isColored);
-    addCell(row, nameOf(reading), idWidth);
+    addCell(row, reading.name(), idWidth);
     addText(row, text, {}, textWidth);
     row.add("no result");
     lines = row.finish();

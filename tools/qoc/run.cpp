@@ -63,7 +63,7 @@ bool isColored(ColorChoice choice) {
 class Run {
 public:
   explicit Run(const Options &options)
-      : options_(options), source_(options.readings, options.from, [this] { output_.flush(); }),
+      : options_(options), source_(options.readings, options.input, [this] { output_.flush(); }),
         bar_(options.readings), isColored_(isColored(options.color)) {}
 
   ExitCode execute() {
