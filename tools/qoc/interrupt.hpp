@@ -2,6 +2,8 @@
 
 /// @file Ctrl-C: it ends the library's work through the attention check, and waiting for input through a pipe.
 
+#include <atomic>
+
 namespace qoc::program {
 
 /// From its construction to its destruction the first SIGINT interrupts cleanly; a second one ends the process as ever.
@@ -11,6 +13,16 @@ public:
   InterruptGuard(const InterruptGuard &) = delete;
   InterruptGuard &operator=(const InterruptGuard &) = delete;
   ~InterruptGuard();
+};
+
+/// While it lives, the library's work in the calling thread ends when SIGINT has come, or when it is stopped.
+class ThreadAttention {
+public:
+  /// @param isStopped set by another thread to end the work
+  explicit ThreadAttention(const std::atomic<bool> &isStopped);
+  ThreadAttention(const ThreadAttention &) = delete;
+  ThreadAttention &operator=(const ThreadAttention &) = delete;
+  ~ThreadAttention();
 };
 
 /// Throws Interrupted when SIGINT has come.

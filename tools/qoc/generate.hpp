@@ -1,0 +1,19 @@
+#pragma once
+
+/// @file What is made from the table of commands: manual pages and completions for shells.
+
+#include <string>
+#include <vector>
+
+namespace qoc::program {
+
+/// The names of the manual pages: "qoc" and one for each command.
+std::vector<std::string> manualPages();
+/// One of them, in mdoc.
+std::string manualPage(const std::string &name);
+
+std::string bashCompletion();
+std::string zshCompletion();
+std::string fishCompletion();
+
+} // namespace qoc::program
