@@ -84,10 +84,7 @@ std::string footerOf(const CommandSpec &spec) {
 void finish(Options &options, const CommandSpec &spec) {
   options.command = spec.execute;
   if (!spec.takesReadings) return;
-  if (options.readings.empty() && !options.text) options.readings.emplace_back("-");
-  if (!options.readings.empty() && options.text) {
-    throw CLI::ValidationError("--text gives the reading itself; expected no READINGS beside it");
-  }
+  if (options.readings.empty()) options.readings.emplace_back("-");
   const auto numInputs = std::count(options.readings.begin(), options.readings.end(), "-");
   if (numInputs + (options.dictionary == "-" ? 1 : 0) > 1) {
     throw CLI::ValidationError("standard input can be read once; \"-\" stands more than once, or for the dictionary "

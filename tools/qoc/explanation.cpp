@@ -16,12 +16,6 @@ constexpr std::size_t lineWidth = 72;
 /// A score as it came, or its hundredths.
 std::string scoreText(const Candidate &candidate) { return candidate.givenScore.dump(); }
 
-std::string charText(Char32 code) {
-  std::string text;
-  appendUtf8(text, code);
-  return text;
-}
-
 /// Lays out one result. It walks the positions that were matched, which are the reading's own or, where swaps have
 /// changed their number, those of the reading after swaps.
 class Layout {
@@ -67,7 +61,7 @@ private:
     const std::size_t next = inputOf(v + 1);
     column.end = isSecondOfOne ? column.begin : std::max(next, std::min(column.begin + 1, reading_.positions.size()));
     for (std::size_t p = column.begin; p < column.end; ++p) {
-      column.read += charText(reading_.positions[p].front().code);
+      column.read += encodeUtf8(reading_.positions[p].front().code);
     }
   }
 
@@ -86,7 +80,7 @@ private:
     ExplanationColumn column;
     column.status = status;
     if (v != noPosition) setRead(column, v);
-    if (r < text_.size() && text_[r] != QOC_CHAR_EMPTY) column.character = charText(text_[r]);
+    if (r < text_.size() && text_[r] != QOC_CHAR_EMPTY) column.character = encodeUtf8(text_[r]);
     column.meaning = meaningOf(column, v, r);
     if (v == noPosition && !explanation_.columns.empty()) column.begin = column.end = explanation_.columns.back().end;
     explanation_.columns.push_back(std::move(column));
@@ -114,7 +108,7 @@ private:
       if (candidates.size() > 1 && candidates.front().code == QOC_CHAR_EMPTY) {
         const std::size_t first = inputOf(v);
         const std::string from = column.read.empty() && first < reading_.positions.size()
-                                     ? charText(reading_.positions[first].front().code)
+                                     ? encodeUtf8(reading_.positions[first].front().code)
                                      : column.read;
         return quoted(from) + " swapped for more or fewer characters, among them " + quoted(column.character);
       }
@@ -142,7 +136,7 @@ private:
 /// A text's characters, each in a form that does not command a terminal; `absent` where it has none.
 std::vector<std::string> shownCharacters(const std::string &text, std::size_t width) {
   std::vector<std::string> characters;
-  for (const Char32 code : decodeUtf8(text)) characters.push_back(charText(visible(code)));
+  for (const Char32 code : decodeUtf8(text)) characters.push_back(encodeUtf8(visible(code)));
   while (characters.size() < width) characters.emplace_back(absent);
   return characters;
 }
@@ -153,15 +147,18 @@ std::string colored(const std::string &text, const Mark &mark, bool isColored) {
 
 } // namespace
 
-std::string quoted(const std::string &text) {
-  std::string shown = "\"";
-  for (const Char32 code : decodeUtf8(text)) appendUtf8(shown, visible(code));
-  return shown + "\"";
-}
-
 Explanation explainResult(const Reading &reading, const qoc_ocrDictionaryResult &result,
                           const std::vector<Char32> &text) {
   return Layout(reading, result, text).build();
+}
+
+Explanation explainUnmatched(const Reading &reading) {
+  Explanation explanation;
+  for (std::size_t i = 0; i < reading.positions.size(); ++i) {
+    explanation.columns.push_back({i, i + 1, encodeUtf8(reading.positions[i].front().code), "",
+                                   qoc_ocrDictionaryPositionStatus_noMatch, "the reading has no result"});
+  }
+  return explanation;
 }
 
 std::string explanationAsText(const Explanation &explanation, const std::string &indent, bool isColored) {
@@ -235,7 +232,7 @@ std::string explanationAsHtml(const Explanation &explanation, const Reading &rea
     std::string candidates;
     for (std::size_t p = column.begin; p < column.end; ++p) {
       for (const Candidate &candidate : reading.positions[p]) {
-        candidates += (candidates.empty() ? "" : " ") + charText(visible(candidate.code)) + scoreText(candidate);
+        candidates += (candidates.empty() ? "" : " ") + encodeUtf8(visible(candidate.code)) + scoreText(candidate);
       }
     }
     html += "<i class=s" + std::to_string(column.status);

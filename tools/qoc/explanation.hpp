@@ -31,6 +31,9 @@ struct Explanation {
 Explanation explainResult(const Reading &reading, const qoc_ocrDictionaryResult &result,
                           const std::vector<Char32> &text);
 
+/// Lays out a reading that has no result: what was read, position by position.
+Explanation explainUnmatched(const Reading &reading);
+
 /// Three lines (more where they are too long for one): what was read, the marks, what it is.
 /// @param indent what each line begins with
 std::string explanationAsText(const Explanation &explanation, const std::string &indent, bool isColored);
@@ -49,8 +52,5 @@ std::string explanationAsHtml(const Explanation &explanation, const Reading &rea
 /// out at either end stays as it was read.
 std::vector<std::string> correctedTexts(const Explanation &explanation, const Reading &reading,
                                         const qoc_ocrDictionaryResult &result);
-
-/// A character in quotes, as messages show it.
-std::string quoted(const std::string &text);
 
 } // namespace qoc::program

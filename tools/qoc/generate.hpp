@@ -2,6 +2,8 @@
 
 /// @file What is made from the table of commands: manual pages and completions for shells.
 
+#include "options.hpp"
+
 #include <string>
 #include <vector>
 
@@ -15,5 +17,8 @@ std::string manualPage(const std::string &name);
 std::string bashCompletion();
 std::string zshCompletion();
 std::string fishCompletion();
+
+/// The command that prints one of them, for the build. @return the exit code
+int generate(const Options &options);
 
 } // namespace qoc::program

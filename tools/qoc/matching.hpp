@@ -29,10 +29,9 @@ public:
   Matcher(const Options &options, const Task &task, const DictionaryFile &file)
       : options_(options), task_(task), file_(file) {}
 
-  /// Matches a reading; marks what of it was left out. The answer stays until the next call.
-  const Answer &match(Reading &reading) {
-    if (!file_.lines().empty()) leaveOutBeyond7Bits(reading);
-    setReading(reading, multi_);
+  /// Matches a reading. The answer stays until the next call.
+  const Answer &match(const Reading &reading) {
+    setReading(reading, !file_.lines().empty(), multi_, answer_.leftOut);
     task_.match(options_, file_, multi_, reading.place(), answer_);
     return answer_;
   }

@@ -2,6 +2,7 @@
 
 /// @file What the program writes about a reading and its results.
 
+#include "library_reading.hpp"
 #include "objects.hpp"
 #include "readings.hpp"
 
@@ -17,6 +18,7 @@ namespace qoc::program {
 struct Answer {
   ResultSet results;
   std::vector<std::size_t> lines; ///< For each result of a fielding run the line's index; empty for other runs.
+  std::vector<LeftOut> leftOut;   ///< What of the reading was not handed to the library.
 };
 
 /// The text of a result, character by character: its dictionary text, or else the first candidate of each position; the

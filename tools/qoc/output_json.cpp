@@ -3,6 +3,7 @@
 #include "text.hpp"
 
 #include <algorithm>
+#include <optional>
 #include <unordered_map>
 #include <vector>
 
@@ -147,16 +148,14 @@ OrderedJson wholeTextOf(const qoc_ocrDictionaryResult &result) {
 }
 
 /// What was not handed to the library.
-OrderedJson leftOutOf(const Reading &reading) {
+OrderedJson leftOutOf(const Reading &reading, const Answer &answer) {
   OrderedJson list = OrderedJson::array();
-  for (std::size_t i = 0; i < reading.positions.size(); ++i) {
-    for (const Candidate &candidate : reading.positions[i]) {
-      if (!candidate.isLeftOut) continue;
-      OrderedJson entry;
-      entry["position"] = i;
-      entry["candidate"] = OrderedJson::array({characterOf(candidate.code), OrderedJson(candidate.givenScore)});
-      list.push_back(std::move(entry));
-    }
+  for (const LeftOut &leftOut : answer.leftOut) {
+    const Candidate &candidate = reading.positions[leftOut.position][leftOut.index];
+    OrderedJson entry;
+    entry["position"] = leftOut.position;
+    entry["candidate"] = OrderedJson::array({characterOf(candidate.code), OrderedJson(candidate.givenScore)});
+    list.push_back(std::move(entry));
   }
   return list;
 }
@@ -245,7 +244,7 @@ std::string describeAsJson(const Reading &reading, const Answer &answer) {
   object["id"] = reading.id;
   object["text"] = reading.text();
   addCompanions(object, reading);
-  object["leftOut"] = leftOutOf(reading);
+  object["leftOut"] = leftOutOf(reading, answer);
   OrderedJson &list = object["results"] = OrderedJson::array();
   for (const qoc_ocrDictionaryResult &result : elements(answer.results->results)) {
     const std::size_t i = list.size();

@@ -81,18 +81,17 @@ std::vector<Char32> shownText(const qoc_ocrDictionaryResult &result) {
 }
 
 /// A line that names what was not handed to the library; none where that is nothing.
-std::string describeLeftOut(const Reading &reading) {
+std::string describeLeftOut(const Reading &reading, const Answer &answer) {
+  if (answer.leftOut.empty()) return "";
   Row row(false);
-  for (std::size_t i = 0; i < reading.positions.size(); ++i) {
-    for (const Candidate &candidate : reading.positions[i]) {
-      if (!candidate.isLeftOut) continue;
-      if (row.size() == 0) addCell(row, "", idWidth);
-      row.add(row.size() == idWidth + 1 ? "left out, beyond 7 bits: " : ", ");
-      row.add(candidate.code);
-      row.add(" at " + std::to_string(i + 1));
-    }
+  addCell(row, "", idWidth);
+  row.add("left out, beyond 7 bits:");
+  for (const LeftOut &leftOut : answer.leftOut) {
+    row.add(&leftOut == &answer.leftOut.front() ? " " : ", ");
+    row.add(reading.positions[leftOut.position][leftOut.index].code);
+    row.add(" at " + std::to_string(leftOut.position + 1));
   }
-  return row.size() == 0 ? "" : row.finish();
+  return row.finish();
 }
 
 } // namespace
@@ -151,7 +150,7 @@ std::string describeAsTable(const Reading &reading, const Answer &answer, bool i
     row.add("no result");
     lines = row.finish();
   }
-  return lines + describeLeftOut(reading);
+  return lines + describeLeftOut(reading, answer);
 }
 
 const char *sourceName(qoc_ocrDictionaryMode mode) {

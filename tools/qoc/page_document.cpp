@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
-#include <filesystem>
 #include <utility>
 
 namespace qoc::program {
@@ -31,10 +30,6 @@ struct Edit {
 
 PageDocument::PageDocument(std::string bytes, const std::string &name, ReadingFormat format)
     : xml_(std::move(bytes), name), format_(format == ReadingFormat::detect ? detectXml(xml_) : format) {}
-
-std::string PageDocument::pathBeside(const std::string &file) const {
-  return file.empty() ? file : (std::filesystem::path(xml_.name()).parent_path() / file).string();
-}
 
 PageLine &PageDocument::addLine(pugi::xml_node element) {
   wordScores_.clear();

@@ -61,8 +61,6 @@ public:
 
   const XmlDocument &xml() const { return xml_; }
   ReadingFormat format() const { return format_; }
-  /// How a file that the document names is reached from here: relative to where the document lies.
-  std::string pathBeside(const std::string &file) const;
 
   /// Adds a line, to which words are then added. Lines that stay empty give no reading.
   PageLine &addLine(pugi::xml_node element);

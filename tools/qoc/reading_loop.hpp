@@ -13,6 +13,7 @@
 
 namespace qoc::program {
 
+/// For commands without readings: success, a finding, trouble.
 enum ExitCode { allHadResults = 0, someHadNone = 1, trouble = 2 };
 
 /// Whether output is coloured, which goes to standard output.

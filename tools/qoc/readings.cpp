@@ -5,6 +5,7 @@
 #include "trouble.hpp"
 
 #include <cmath>
+#include <filesystem>
 #include <limits>
 
 namespace qoc::program {
@@ -94,7 +95,9 @@ void readCompanions(const JsonNode &root, Reading &reading) {
       reading.boxes.push_back(box.value().is_null() ? std::nullopt : std::optional(readBox(box)));
     }
   }
-  if (root.has("image")) reading.image = root.member("image").string("the path of a picture, as a string");
+  if (root.has("image")) {
+    reading.image = pathBeside(reading.file, root.member("image").string("the path of a picture, as a string"));
+  }
   // These two are people's own keys; what does not look like ours is passed over as any other key is.
   for (const auto &[key, target] : {std::pair("truth", &reading.truth), std::pair("kind", &reading.kind)}) {
     if (root.has(key) && root.member(key).value().is_string()) *target = root.member(key).value();
@@ -242,6 +245,10 @@ std::string Reading::text() const {
 std::string Reading::name() const {
   if (id.is_null()) return std::to_string(line);
   return id.is_string() ? id.get<std::string>() : id.dump();
+}
+
+std::string pathBeside(const std::string &naming, const std::string &path) {
+  return path.empty() ? path : (std::filesystem::path(naming).parent_path() / path).string();
 }
 
 ReadingSource::ReadingSource(std::vector<std::string> paths, ReadingOptions options, std::function<void()> beforeWait)

@@ -5,7 +5,6 @@
 
 #include "json_input.hpp"
 #include "line_reader.hpp"
-#include "objects.hpp"
 
 #include <qoc/base.h>
 
@@ -24,7 +23,6 @@ struct Candidate {
   Char32 code;
   std::int32_t score; ///< As the library gets it: the given score times 100, rounded.
   Json givenScore;    ///< The score as it came.
-  bool isLeftOut = false; ///< Not handed to the library.
 };
 
 /// Makes a candidate, or throws Trouble where the character or the score is refused.
@@ -62,12 +60,6 @@ struct Reading {
   /// How people call the reading: its id where it has one, else its line.
   std::string name() const;
 };
-
-/// Marks the candidates that fieldings do not know as left out: those beyond 7 bits.
-void leaveOutBeyond7Bits(Reading &reading);
-
-/// Hands a reading to the library, without what is left out; a position that has nothing else gets the empty character.
-void setReading(const Reading &reading, MultiString &multi);
 
 /// The path of a file that another one names, where relative ones start at that one's directory.
 std::string pathBeside(const std::string &naming, const std::string &path);

@@ -50,7 +50,7 @@ void readAlto(PageDocument &page) {
   visitElements(page.xml().root(), [&](pugi::xml_node element) {
     const std::string_view name = localName(element);
     if (name == "MeasurementUnit") isInPixels = std::string_view(element.text().get()) == "pixel";
-    if (name == "fileName") image = page.pathBeside(element.text().get());
+    if (name == "fileName") image = pathBeside(page.xml().name(), element.text().get());
     if (name != "TextLine") return true;
     PageLine &line = page.addLine(element);
     line.id = element.attribute("ID").value();

@@ -214,7 +214,7 @@ void readHocr(PageDocument &page) {
     if (isOf(element, {"ocr_page"})) {
       std::string_view name = Title(page, element).get("image");
       if (name.size() >= 2 && name.front() == '"' && name.back() == '"') name = name.substr(1, name.size() - 2);
-      image = page.pathBeside(std::string(name));
+      image = pathBeside(page.xml().name(), std::string(name));
     }
     if (!isOf(element, {"ocr_line", "ocrx_line", "ocr_header", "ocr_caption", "ocr_textfloat"})) return true;
     addLine(page, element, image);

@@ -125,7 +125,7 @@ void readPage(PageDocument &page) {
   std::vector<Region> regions;
   visitElements(page.xml().root(), [&](pugi::xml_node element) {
     const std::string_view name = localName(element);
-    if (name == "Page") image = page.pathBeside(element.attribute("imageFilename").value());
+    if (name == "Page") image = pathBeside(page.xml().name(), element.attribute("imageFilename").value());
     if (name == "TextRegion") regions.push_back({element, page.numLines()});
     if (name != "TextLine") return true;
     addLine(page, element, image);

@@ -63,10 +63,10 @@ std::string plainText(const std::vector<Char32> &codes) {
   return text;
 }
 
-/// A text as a field of a row: HTML, of one line, without tabs.
+/// A text as a field of a row: HTML, of one line, without tabs. A file's name need not be UTF-8.
 std::string field(const std::string &text) {
   std::string characters;
-  for (const Char32 code : decodeUtf8(text)) appendUtf8(characters, visible(code));
+  for (const Char32 code : decodeUtf8(validUtf8(text))) appendUtf8(characters, visible(code));
   return escapeXml(characters);
 }
 
@@ -128,11 +128,8 @@ std::string rowOf(const Reading &reading, const Outcome &outcome, int image) {
   if (verdict.hasTruth) {
     result += verdict.isRightAfter ? ", right" : ", wrong: the truth is " + quoted(reading.truth.get<std::string>());
   }
-  std::string needle = reading.name() + " " + read + " " + outcome.text;
-  std::transform(needle.begin(), needle.end(), needle.begin(), [](char character) {
-    return character >= 'A' && character <= 'Z' ? static_cast<char>(character + ('a' - 'A')) : character;
-  });
-  return flagsOf(verdict) + "\t" + field(reading.name()) + "\t" + field(fileText(reading.place())) + "\t" +
+  const std::string needle = reading.name() + " " + read + " " + outcome.text;
+  return flagsOf(verdict) + "\t" + field(reading.name()) + "\t" + field(reading.place()) + "\t" +
          (image >= 0 ? std::to_string(image) : "") + "\t" + box + "\t" + field(label) + "\t" + shown + "\t" +
          field(result) + "\t" + field(detail) + "\t" + field(needle) + "\n";
 }
