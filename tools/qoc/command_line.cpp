@@ -101,7 +101,8 @@ std::optional<Options> readOptions(int argc, char **argv, int &exitCode) {
   app.set_version_flag("--version", "qoc " QOC_PROGRAM_VERSION, "Print the version and exit");
   app.set_help_flag("-h,--help", "Print this help and exit");
   app.require_subcommand(1);
-  app.footer("qoc COMMAND --help tells more about a command.\n");
+  app.footer("qoc COMMAND --help tells more about a command.\nExit codes: 0 success, 1 readings without a result or faults "
+             "of a dictionary, 2 bad usage, bad input or interrupted.\n");
   for (const CommandSpec &spec : commandTable()) {
     CLI::App &command = *app.add_subcommand(spec.name, spec.summary);
     if (spec.isHidden) command.group("");

@@ -296,14 +296,13 @@ std::vector<CommandSpec> makeTable() {
                    plainExitCodes,
                    {},
                    printSwaps});
-  OptionSpec what = valued("--what", ValueKind::text, "WHAT", "\"bash\", \"zsh\", \"fish\", or a manual page's name",
-                           [](Options &options, const std::string &name) { options.what = name; });
-  what.isRequired = true;
+  OptionSpec directory = outputOption("The directory to write to");
+  directory.isRequired = true;
   table.push_back({"generate",
-                   "Print a manual page or a completion",
+                   "Write the manual pages and the completions for shells, as an installation has them",
                    {},
                    false,
-                   {what},
+                   {directory},
                    false,
                    plainExitCodes,
                    {},

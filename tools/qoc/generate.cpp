@@ -3,33 +3,28 @@
 #include "output_file.hpp"
 #include "trouble.hpp"
 
-#include <algorithm>
+#include <filesystem>
 
 namespace qoc::program {
 namespace {
 
-std::string made(const std::string &what) {
-  if (what == "bash") return bashCompletion();
-  if (what == "zsh") return zshCompletion();
-  if (what == "fish") return fishCompletion();
-  const std::vector<std::string> pages = manualPages();
-  if (what == "pages") {
-    std::string names;
-    for (const std::string &page : pages) names += page + "\n";
-    return names;
-  }
-  if (std::find(pages.begin(), pages.end(), what) == pages.end()) {
-    throw Trouble("--what: found \"" + what + "\"; expected \"bash\", \"zsh\", \"fish\", \"pages\" or one of the pages");
-  }
-  return manualPage(what);
+void writeFile(const std::filesystem::path &path, const std::string &text) {
+  std::error_code error;
+  std::filesystem::create_directories(path.parent_path(), error);
+  if (error) throw Trouble(path.parent_path().string() + ": cannot make the directory: " + error.message());
+  Output output(path.string());
+  output.write(text);
+  output.finish();
 }
 
 } // namespace
 
 int generate(const Options &options) {
-  Output output;
-  output.write(made(options.what));
-  output.finish();
+  const std::filesystem::path share = options.output;
+  for (const std::string &page : manualPages()) writeFile(share / "man" / "man1" / (page + ".1"), manualPage(page));
+  writeFile(share / "bash-completion" / "completions" / "qoc", bashCompletion());
+  writeFile(share / "zsh" / "site-functions" / "_qoc", zshCompletion());
+  writeFile(share / "fish" / "vendor_completions.d" / "qoc.fish", fishCompletion());
   return 0;
 }
 

@@ -18,7 +18,8 @@ std::string bashCompletion();
 std::string zshCompletion();
 std::string fishCompletion();
 
-/// The command that prints one of them, for the build. @return the exit code
+/// The command that writes all of them into a directory, as an installation's share has them; for the build.
+/// @return the exit code
 int generate(const Options &options);
 
 } // namespace qoc::program

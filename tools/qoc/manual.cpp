@@ -8,17 +8,22 @@
 namespace qoc::program {
 namespace {
 
-/// Text as mdoc takes it: no line begins a macro, and backslashes are characters.
+/// Text as mdoc takes it: in short lines, none of which begins a macro, and backslashes are characters.
 std::string plain(const std::string &text) {
-  std::string escaped;
-  for (const char character : text) {
-    const bool isLineStart = escaped.empty() || escaped.back() == '\n';
-    if (isLineStart && (character == '.' || character == '\'')) escaped += "\\&";
-    if (character == '\\') escaped += "\\e";
-    else if (character == '-') escaped += "\\-";
-    else escaped += character;
+  constexpr std::size_t width = 76;
+  std::istringstream words(text);
+  std::string lines, line;
+  for (std::string word; words >> word;) {
+    std::string escaped;
+    for (const char character : word) escaped += character == '\\' ? "\\e" : character == '-' ? "\\-" : std::string(1, character);
+    if (!line.empty() && line.size() + 1 + escaped.size() > width) {
+      lines += line + "\n";
+      line.clear();
+    }
+    if (line.empty() && (escaped.front() == '.' || escaped.front() == '\'')) line = "\\&";
+    line += (line.empty() || line == "\\&" ? "" : " ") + escaped;
   }
-  return escaped;
+  return lines + line;
 }
 
 /// An argument of a macro.
@@ -59,10 +64,12 @@ void addOptions(std::ostream &page, const std::vector<OptionSpec> &options) {
   page << ".El\n";
 }
 
+constexpr const char *monthOfManual = "November 21, 2026";
+
 void addHead(std::ostream &page, const std::string &name, const std::string &summary) {
   std::string title;
   for (const char character : name) title += static_cast<char>(character >= 'a' && character <= 'z' ? character - 32 : character);
-  page << ".Dd $Mdocdate$\n.Dt " << title << " 1\n.Os\n.Sh NAME\n.Nm " << name << "\n.Nd " << plain(summary) << "\n";
+  page << ".Dd " << monthOfManual << "\n.Dt " << title << " 1\n.Os\n.Sh NAME\n.Nm " << name << "\n.Nd " << plain(summary) << "\n";
 }
 
 void addMarks(std::ostream &page) {
@@ -107,8 +114,8 @@ std::string mainPage() {
   std::ostringstream page;
   addHead(page, "qoc", "match what an OCR engine read with what it can be");
   page << ".Sh SYNOPSIS\n.Nm\n.Ar COMMAND\n.Op Ar options\n.Nm\n.Fl -help | Fl -version\n.Sh DESCRIPTION\n.Nm\n"
-          "takes what an OCR engine read, best as several scored candidate characters for every position, and a "
-          "dictionary of\nwhat the text may be, and gives the ranked ways in which the reading can be a dictionary "
+          "takes what an OCR engine read, best as several scored candidate characters\nfor every position, and a "
+          "dictionary of what the text may be, and gives the\nranked ways in which the reading can be a dictionary "
           "text.\n.Pp\nThe commands, each with a page of its own:\n.Bl -tag -width Ds\n";
   std::string seeAlso;
   for (const CommandSpec &command : commandTable()) {
@@ -125,8 +132,8 @@ std::string mainPage() {
           "on standard error says where and what was expected; what was\nfinished before it is written in full.\n.El\n"
           ".Sh EXAMPLES\n.Dl \"qoc run --dictionary words.json --max-edits 1 readings.ndjson\"\n"
           ".Dl \"ocr page.png | qoc run -d words.json --json\"\n.Sh SEE ALSO\n"
-       << seeAlso << "\n.Pp\nThe documents\n.Pa dictionary-file.md\nand\n.Pa dictionary.schema.json\ndescribe the "
-          "dictionary file, the readings and the NDJSON output.\n";
+       << seeAlso << "\n.Pp\nThe documents\n.Pa dictionary-file.md ,\n.Pa dictionary.schema.json\nand\n.Pa readings.md\n"
+          "describe the dictionary file, the readings and the output.\n";
   return page.str();
 }
 

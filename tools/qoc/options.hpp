@@ -33,7 +33,6 @@ struct Options {
   std::string id;           ///< The only reading to explain; empty for all.
   std::string images;       ///< Where pictures lie that readings do not name.
   std::string title = "What was read, and what it is"; ///< Of a report.
-  std::string what;                                    ///< What is to be generated.
   Overrides<qoc_ocrDictionaryRunParams> overrides;     ///< What is to change in the dictionary file's run parameters.
   Overrides<qoc_ocrDictionaryFieldingRunParams> fitOverrides; ///< The same for the fielding run.
   int (*command)(const Options &options) = nullptr;           ///< What is asked for; gives the exit code.
