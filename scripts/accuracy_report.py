@@ -42,17 +42,17 @@ class Column:
         return [self.command, "--json"] + ([] if self.edits is None else ["--max-edits", str(self.edits)])
 
 
-def run_columns(name, section, *swap_choices):
-    return [Column(f"{name}{', ' + swaps if swaps else ''}, {edits} edit{'' if edits == 1 else 's'}", "run", section,
-                   swap_sets, edits)
-            for swaps, swap_sets in swap_choices for edits in (0, 1)]
+def run_columns(section, **swap_choices):
+    """Columns for `run`, without and with an edit for each choice of ready sets."""
+    return [Column(f"{title.replace('_', ' ')}, {edits} edit{'' if edits == 1 else 's'}", "run", section, swap_sets, edits)
+            for title, swap_sets in swap_choices.items() for edits in (0, 1)]
 
 
-LIST_COLUMNS = run_columns("word list", "lexicons", ("", NO_SWAPS), ("digits and letters", DIGITS),
-                           ("and ligatures", DIGITS_LIGATURES))
-LINE_COLUMNS = (run_columns("`run`", "fieldings", ("", NO_SWAPS), ("swaps", DIGITS)) +
-                [Column("`fit`", "fit", "fieldings", NO_SWAPS), Column("`fit`, swaps", "fit", "fieldings", DIGITS)])
-EXPRESSION_COLUMNS = run_columns("expression", "regularExpressions", ("", NO_SWAPS), ("swaps", DIGITS))
+LIST_COLUMNS = run_columns("lexicons", no_swaps=NO_SWAPS, digits_and_letters=DIGITS, ligatures_too=DIGITS_LIGATURES)
+LINE_COLUMNS = (run_columns("fieldings", no_swaps=NO_SWAPS, digits_and_letters=DIGITS) +
+                [Column("`fit`, no swaps", "fit", "fieldings", NO_SWAPS),
+                 Column("`fit`, digits and letters", "fit", "fieldings", DIGITS)])
+EXPRESSION_COLUMNS = run_columns("regularExpressions", no_swaps=NO_SWAPS, digits_and_letters=DIGITS)
 
 
 def run(program, directory, column, example, readings):
@@ -126,9 +126,9 @@ wrong; the others have no result, or one in which a character stays open.
 {note}
 """ + "\n\n".join(f"## {title}\n\n{text}" for title, text in sections) + """
 
-The swaps of digits and letters are the ready set `ocr-digits-letters`, the ligatures `ocr-ligatures`. As read means the
-engine's first candidates. `run` matches the candidates with the dictionary and takes the best result; `fit` forces them
-into the line, whatever they are, and so gives a text for nearly every line, more of them wrong.
+As read means the engine's first candidates. "Digits and letters" stands for the ready set of swaps
+`ocr-digits-letters`, "ligatures" for `ocr-ligatures`. The columns with edits are those of `qoc run`, which matches all
+candidates with the dictionary, and of which the best result counts; `qoc fit` forces them into the line instead.
 """
 
 
