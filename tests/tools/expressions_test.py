@@ -68,6 +68,13 @@ class ExpressionsTest(ProgramTest):
             self.write("dictionary.json", {"regularExpressions": content})
             self.assert_trouble(["run", "-d", "dictionary.json"], f"dictionary.json: /regularExpressions{path}: {part}")
 
+    def test_check_names_every_fault(self):
+        self.write("dictionary.json", {"regularExpressions": ["a(", "b", "[c"]})
+        code, out, _ = self.run_program("check", "--json", "-d", "dictionary.json")
+        *faults, summary = map(json.loads, out.splitlines())
+        self.assertEqual((code, summary["faults"]), (1, 2))
+        self.assertEqual([fault["message"].splitlines()[1:] for fault in faults], [["  a(", "   ^"], ["  [c", "  ^"]])
+
 
 if __name__ == "__main__":
     unittest.main()

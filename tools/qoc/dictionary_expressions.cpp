@@ -46,10 +46,12 @@ void readRegularExpressions(const JsonNode &node, DictionaryFile &into) {
   RegularExpression expression;
   for (std::size_t i = 0; i < n; ++i) {
     checkInterrupt();
-    readExpression(node.element(i), *expression.get());
-    check(qstd_vector_qoc_ocrDictionaryRegularExpression_pushBack(&into.dictionary->regularExpressions,
-                                                                  expression.get()),
-          node.element(i).where());
+    node.attempt([&] {
+      readExpression(node.element(i), *expression.get());
+      check(qstd_vector_qoc_ocrDictionaryRegularExpression_pushBack(&into.dictionary->regularExpressions,
+                                                                    expression.get()),
+            node.element(i).where());
+    });
   }
 }
 
