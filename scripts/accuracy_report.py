@@ -44,7 +44,8 @@ class Column:
 
 def run_columns(section, **swap_choices):
     """Columns for `run`, without and with an edit for each choice of ready sets."""
-    return [Column(f"{title.replace('_', ' ')}, {edits} edit{'' if edits == 1 else 's'}", "run", section, swap_sets, edits)
+    return [Column(f"{title.replace('_', ' ')}, {edits} edit{'' if edits == 1 else 's'}", "run", section, swap_sets,
+                   edits)
             for title, swap_sets in swap_choices.items() for edits in (0, 1)]
 
 
@@ -117,10 +118,10 @@ def report(program, every):
                              table(program, directory, everything, every, LINES, EXPRESSION_COLUMNS)))
     return f"""# How many lines come out right
 
-`tests/data/readings.ndjson` holds {len(everything)} lines that a real OCR engine read, with its candidates for every character
-and what stood on the picture. Here they are run with the dictionaries of `examples/`. A line is right when it is what
-stood there, to the character. Each cell says how many lines are right and, in brackets, how many have a text that is
-wrong; the others have no result, or one in which a character stays open.
+`tests/data/readings.ndjson` holds {len(everything)} lines that a real OCR engine read, with its candidates for every
+character and what stood on the picture. Here they are run with the dictionaries of `examples/`. A line is right when it
+is what stood there, to the character. Each cell says how many lines are right and, in brackets, how many have a text
+that is wrong; the others have no result, or one in which a character stays open.
 
 `scripts/accuracy` writes this file anew.
 {note}
