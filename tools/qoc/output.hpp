@@ -6,6 +6,8 @@
 #include "objects.hpp"
 #include "readings.hpp"
 
+#include <nlohmann/json.hpp>
+
 #include <cstddef>
 #include <string>
 #include <vector>
@@ -19,8 +21,9 @@ struct Answer {
   std::vector<LeftOut> leftOut;   ///< What of the reading was not handed to the library.
 };
 
-/// The text of a result, character by character: its dictionary text, or else the first candidate of each position; the
-/// empty character where a position is left open.
+/// The text of a result, character by character: its word; or else what each position may be, which is the reading's
+/// first candidate there that fits, or the first character swapped for one; the empty character where a position is left
+/// open.
 std::vector<Char32> resultText(const qoc_ocrDictionaryResult &result);
 
 /// One NDJSON line, with its end: the reading, and every field of every result.
@@ -33,7 +36,18 @@ std::string tableHead();
 /// @param isColored mark the positions by colour, too
 std::string describeAsTable(const Reading &reading, const Answer &answer, bool isColored);
 
-/// What the table's marks mean.
-std::string tableLegend();
+/// The head line of the table for programs, and a reading's lines of it: one for each result, or one without a result.
+std::string tsvHead();
+std::string describeAsTsv(const Reading &reading, const Answer &answer);
+
+/// Fields with tabs between them and a line end. Within them a tab, a line end and a backslash are written with a
+/// backslash.
+std::string tsvRow(const std::vector<std::string> &fields);
+
+/// What people call the kind of entry that a result came from.
+const char *sourceName(qoc_ocrDictionaryMode mode);
+
+/// Adds what came with a reading beside its characters: boxes and the picture.
+void addCompanions(nlohmann::ordered_json &object, const Reading &reading);
 
 } // namespace qoc::program

@@ -91,14 +91,18 @@ template <typename P> void readParameterObject(const JsonNode &node, const Param
   node.requireObject(std::string("an object of ") + table.what);
   std::string known;
   const auto addKeys = [&known](const auto &parameters) {
-    for (const auto &parameter : parameters) known += (known.empty() ? "\"" : ", \"") + std::string(parameter.key) + "\"";
+    for (const auto &parameter : parameters) {
+      known += (known.empty() ? "\"" : ", \"") + std::string(parameter.key) + "\"";
+    }
   };
   addKeys(table.numbers);
   addKeys(table.flags);
   addKeys(table.choices);
   for (const auto &[key, unused] : node.value().items()) {
     const JsonNode member = node.member(key);
-    if (!readParameter(member, key, table, params)) member.fail("unknown key; expected one of " + known);
+    node.attempt([&, key = key] {
+      if (!readParameter(member, key, table, params)) member.fail("unknown key; expected one of " + known);
+    });
   }
   check(table.validate(&params), node.where());
 }
