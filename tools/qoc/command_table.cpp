@@ -187,6 +187,34 @@ template <typename P> Specs parameterOptions(const ParameterTable<P> &table, Ove
   return specs;
 }
 
+/// How one text is chosen.
+Specs resolvingOptions() {
+  OptionSpec margin = number("--min-margin", "Points by which a text must lead for \"sure\"",
+                             [](Options &options, long long points) {
+                               const auto units = static_cast<std::int32_t>(points * 100);
+                               options.ruleOverrides.emplace_back(
+                                   [units](qoc_ocrDictionaryResolverRules &rules) { rules.minMargin = units; });
+                             });
+  margin.greatest = 1000000;
+  OptionSpec alternatives = number("--alternatives", "Other texts to give behind the best one; default 0",
+                                   [](Options &options, long long n) {
+                                     const auto numTexts = static_cast<std::int32_t>(n) + 1;
+                                     options.ruleOverrides.emplace_back([numTexts](qoc_ocrDictionaryResolverRules &rules) {
+                                       rules.maxTexts = numTexts;
+                                     });
+                                   });
+  alternatives.greatest = 999;
+  Specs specs = {std::move(margin),
+                 flag("--require-check", "A text without a check digit is not \"sure\"",
+                      [](Options &options) {
+                        options.ruleOverrides.emplace_back(
+                            [](qoc_ocrDictionaryResolverRules &rules) { rules.requiresCheck = 1; });
+                      }),
+                 std::move(alternatives)};
+  for (OptionSpec &spec : specs) spec.group = "The resolved text, overriding \"resolving\" of the dictionary file";
+  return specs;
+}
+
 constexpr const char *readingExitCodes =
     "0 every reading had a result, 1 some had none, 2 bad usage, bad input or interrupted";
 constexpr const char *plainExitCodes = "0 success, 2 bad usage, bad input or interrupted";
@@ -199,12 +227,13 @@ std::vector<CommandSpec> makeTable() {
   table.push_back({"run",
                    "Match readings with a dictionary",
                    {"Matches every reading with the dictionary's entries and writes the ranked results, as a table or as "
-                    "NDJSON with an object for each reading.",
+                    "NDJSON with an object for each reading; and the one text that the reading is taken for, its margin "
+                    "over the next one, and whether it is \"sure\", \"unsure\" or there is \"none\".",
                     interruption},
                    true,
                    joined({{dictionaryOption()}, inputOptions(), outputOptions("Write NDJSON, an object for each reading, "
                                                                                "instead of a table"),
-                           documentOptions(), workOptions(), runOptions}),
+                           documentOptions(), workOptions(), runOptions, resolvingOptions()}),
                    true,
                    readingExitCodes,
                    {"qoc run --dictionary words.json --max-edits 1 readings.ndjson",

@@ -34,6 +34,7 @@ struct Options {
   std::string images;       ///< Where pictures lie that readings do not name.
   std::string title = "What was read, and what it is"; ///< Of a report.
   Overrides<qoc_ocrDictionaryRunParams> overrides;     ///< What is to change in the dictionary file's run parameters.
+  Overrides<qoc_ocrDictionaryResolverRules> ruleOverrides; ///< The same for the choice of one text.
   Overrides<qoc_ocrDictionaryFieldingRunParams> fitOverrides; ///< The same for the fielding run.
   int (*command)(const Options &options) = nullptr;           ///< What is asked for; gives the exit code.
 };
