@@ -26,7 +26,8 @@ namespace {
 
 using reference::Pattern;
 
-// Expressions, as trees for the reference model and as sources ---------------------------------------------------------
+// Expressions, as trees for the reference model and as sources
+// ---------------------------------------------------------
 
 Pattern set(std::vector<std::pair<uint32_t, uint32_t>> ranges) {
   Pattern pattern;
@@ -69,16 +70,14 @@ const Expression &expressionOf(int64_t index) {
             {repeat(set({{'A', 'Z'}}), 2, 2), repeat(digit(), 4, 4), one('-'), repeat(digit(), 2, 2)}),
        {"AB1234-56", "XY0981-10", "QO0000-99", "SN4711-42"}},
       {"(19|20)[0-9]{2}-[01][0-9]-[0-3][0-9]",
-       list(Pattern::sequence,
-            {list(Pattern::choice, {text("19"), text("20")}), repeat(digit(), 2, 2), one('-'), set({{'0', '1'}}),
-             digit(), one('-'), set({{'0', '3'}}), digit()}),
+       list(Pattern::sequence, {list(Pattern::choice, {text("19"), text("20")}), repeat(digit(), 2, 2), one('-'),
+                                set({{'0', '1'}}), digit(), one('-'), set({{'0', '3'}}), digit()}),
        {"1999-12-31", "2024-02-29", "2001-01-01", "1970-10-17"}},
-      {"(a|a)*b", list(Pattern::sequence, {repeat(list(Pattern::choice, {one('a'), one('a')}), 0, reference::anyCount),
-                                           one('b')}),
+      {"(a|a)*b",
+       list(Pattern::sequence, {repeat(list(Pattern::choice, {one('a'), one('a')}), 0, reference::anyCount), one('b')}),
        {"aaaaaaaaaaaa", "aaaaaaaaaaab"}},
       {"(a*)*b",
-       list(Pattern::sequence,
-            {repeat(repeat(one('a'), 0, reference::anyCount), 0, reference::anyCount), one('b')}),
+       list(Pattern::sequence, {repeat(repeat(one('a'), 0, reference::anyCount), 0, reference::anyCount), one('b')}),
        {"aaaaaaaaaaaa", "aaaaaaaaaaab"}},
   };
   return expressions[index];
@@ -90,9 +89,15 @@ std::string edited(std::string line, std::mt19937 &random) {
   const std::size_t place = random() % line.size();
   const char character = "0O1lAB5S-"[random() % 9];
   switch (random() % 3) {
-    case 0: line[place] = character; break;
-    case 1: line.insert(place, 1, character); break;
-    default: line.erase(place, 1); break;
+    case 0:
+      line[place] = character;
+      break;
+    case 1:
+      line.insert(place, 1, character);
+      break;
+    default:
+      line.erase(place, 1);
+      break;
   }
   return line;
 }

@@ -38,7 +38,8 @@ TEST(Regex, GivesItsSourceBack) {
 }
 
 TEST(Regex, GivesAWideSourceBackInUtf8) {
-  Owned<qstd_regex> made([](qstd_regex *object) { return qstd_regex_constructStringT(object, L"a\u00E4\u20AC\U0001F600"); });
+  Owned<qstd_regex> made(
+      [](qstd_regex *object) { return qstd_regex_constructStringT(object, L"a\u00E4\u20AC\U0001F600"); });
   EXPECT_EQ(sourceOf(made), "a\xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80");
   require(qstd_regex_setStringT(made, L"b+"));
   EXPECT_EQ(sourceOf(made), "b+");
