@@ -89,6 +89,9 @@ def parameter(text):
     function = re.match(r"^(.*?)\b(\w+)\s*\(\s*void\s*\)$", text)  # A function.
     if function:
         return Parameter(f"{function[1].strip()}(void)", function[2])
+    array = re.match(r"^(.*)\b(\w+)\s*(\[\w+\])$", text)
+    if array:
+        return Parameter(f"{array[1].strip()} {array[3]}", array[2])
     plain = re.match(r"^(.*?)\b(\w+)$", text)
     words = re.sub(r"\s*\*\s*", "*", plain[1]).strip()
     words = re.sub(r"^(.*?)(\**)$", lambda m: m[1].strip() + (" " + m[2] if m[2] else ""), words)

@@ -47,8 +47,9 @@ void describeObject(std::string &out, const Type &type, const void *object) {
     out += '[';
     for (int32_t i = 0; i < vector.size; ++i) {
       out += i != 0 ? "," : "";
-      describeObject(out, *type.element,
-                     static_cast<const std::byte *>(vector.elements) + static_cast<std::size_t>(i) * vector.elementSize);
+      describeObject(
+          out, *type.element,
+          static_cast<const std::byte *>(vector.elements) + static_cast<std::size_t>(i) * vector.elementSize);
     }
     out += ']';
     return;
@@ -108,11 +109,9 @@ Call::Call(const Function &function, World world, const CountingAllocator &memor
           std::memset(value.pointer, 0x5A, argument.size);
           break;
         }
-        require(parameter.type->construct(value.pointer));
+        require(
+            parameter.type->constructCopy(value.pointer, sampleOf(*parameter.type, variant, world, memory.table())));
         argument.isAlive = true;
-        if (world != World::empty) {
-          fillSample(*parameter.type, value.pointer, variant, world);
-        }
         break;
       case Role::block:
         fillBlock(parameter.typeName, parameter.type, value.pointer, argument.size, variant);
@@ -195,9 +194,8 @@ Answer Call::callWith(const std::vector<Value> &values) {
 qsys_status Call::run() {
   const std::string_view name = function_.name;
   const bool leavesElements = endsWith(name, "Uninit") || name == "qstd_vector__constructWithVtableUninit";
-  const int32_t sizeBefore = leavesElements && !isConstructor(function_)
-                                 ? static_cast<const qstd_vector *>(values_[0].pointer)->size
-                                 : 0;
+  const int32_t sizeBefore =
+      leavesElements && !isConstructor(function_) ? static_cast<const qstd_vector *>(values_[0].pointer)->size : 0;
   const Answer answer = callWith(values_);
   if (isConstructor(function_)) {
     arguments_[0].isAlive = answer.status >= 0;

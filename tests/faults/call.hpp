@@ -10,12 +10,13 @@
 
 namespace qoc::test {
 
-/// What the library tells the program in the course of a call. It allocates nothing, so that it does not meet the faults.
+/// What the library tells the program in the course of a call. It allocates nothing, so that it does not meet the
+/// faults.
 struct Heard {
-  int numChecks = 0;                     ///< Failed checks.
-  int64_t numPolls = 0;                  ///< Polls of the attention.
-  int64_t refusedPoll = -1;              ///< The poll that is refused, counted from 0; -1: none.
-  bool isInterrupted = false;            ///< One was.
+  int numChecks = 0;                         ///< Failed checks.
+  int64_t numPolls = 0;                      ///< Polls of the attention.
+  int64_t refusedPoll = -1;                  ///< The poll that is refused, counted from 0; -1: none.
+  bool isInterrupted = false;                ///< One was.
   uint64_t printed = 14695981039346656037u;  ///< A hash of the printed text.
 };
 

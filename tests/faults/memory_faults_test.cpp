@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <cstdlib>
 
 #include "faults/call.hpp"
 #include "support/heap.hpp"
@@ -59,8 +60,17 @@ class MemoryFaults : public testing::TestWithParam<std::tuple<World, bool>> {
       call.listen();
       ASSERT_GE(call.run(), 0) << "with the same arguments, after the failure";
     }
-    ASSERT_EQ(call.describe(), expected);
+    if (!hasStruck || mayDifferAfterFailure(function) == nullptr) {
+      ASSERT_EQ(call.describe(), expected);
+    }
     ASSERT_EQ(call.finish(), "");
+  }
+
+  /// In the plain world every allocation fails. Runs on windows have thousands of them, alike: of those behind the first
+  /// every seventh does, unless QOC_TEST_THOROUGH is set.
+  int64_t step(int64_t n) const {
+    static const bool isThorough = std::getenv("QOC_TEST_THOROUGH") != nullptr;
+    return world() == World::plain || n < 50 || isThorough ? 1 : 7;
   }
 
   /// All faults that one function can meet; gives their number.
@@ -76,7 +86,7 @@ class MemoryFaults : public testing::TestWithParam<std::tuple<World, bool>> {
     }
     for (const FaultMode mode : {FaultMode::once, FaultMode::from}) {
       bool hasStruck = true;
-      for (int64_t n = 0; hasStruck; ++n) {
+      for (int64_t n = 0; hasStruck; n += step(n)) {
         SCOPED_TRACE((mode == FaultMode::once ? "allocation " : "from allocation ") + std::to_string(n));
         ASSERT_NO_FATAL_FAILURE(tryFault(function, n, mode, expected, hasStruck));
         numFaults += hasStruck ? 1 : 0;

@@ -18,6 +18,10 @@ const char *nameOf(World world);
 /// Fills a constructed object. Objects of different variants differ where that matters to a function.
 void fillSample(const Type &type, void *object, int variant, World world);
 
+/// A constructed and filled object of C's allocator, made once. The allocator of the library, which it leaves aside, is
+/// `memory`.
+const void *sampleOf(const Type &type, int variant, World world, const qsys_memoryTable *memory);
+
 /// Writes plain values: `count` of them, of which the last is 0 when it is the end of a text.
 void fillBlock(const char *typeName, const Type *type, void *block, std::size_t size, int variant);
 
@@ -35,6 +39,9 @@ const char *reasonToBeOptional(const Function &function, std::size_t index);
 
 /// Why the arguments of a function may differ after it ran out of memory; null where they must not.
 const char *mayChangeOnFailure(const Function &function);
+
+/// Why a call after a failure may end otherwise than without it; null where it must not.
+const char *mayDifferAfterFailure(const Function &function);
 
 /// Why a function is not called with a null argument, or not called in a loop of faults; null where it is.
 const char *reasonToSpare(const Function &function);

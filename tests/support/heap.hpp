@@ -7,7 +7,8 @@
 
 namespace qoc::test {
 
-/// As long as it lives, the n-th use of operator new in this thread, counted from 0, fails, alone or with all that follow it.
+/// As long as it lives, the n-th use of operator new in this thread, counted from 0, fails, alone or with all that
+/// follow it.
 class HeapFault {
  public:
   explicit HeapFault(int64_t n, FaultMode mode = FaultMode::from);
