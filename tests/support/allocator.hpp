@@ -31,6 +31,9 @@ class CountingAllocator {
     hasFailed_ = hasFailed_ && n < 0;
   }
 
+  /// From now on a block larger than this is refused, as if there were no more.
+  void refuseAbove(size_t size) { largest_ = size; }
+
   int64_t numAllocations() const { return numAllocations_; }
   int64_t numLive() const { return numLive_; }
   bool hasFailed() const { return hasFailed_; }
@@ -72,7 +75,8 @@ class CountingAllocator {
       return nullptr;
     }
     countdown_ -= countdown_ > 0 ? 1 : 0;
-    if (size > SIZE_MAX - sizeof(Header) - tailSize) {
+    if (size > largest_) {
+      hasFailed_ = true;
       return nullptr;
     }
     auto *header = static_cast<Header *>(std::malloc(sizeof(Header) + size + tailSize));
@@ -118,6 +122,7 @@ class CountingAllocator {
   }
 
   Header *first_ = nullptr;
+  size_t largest_ = SIZE_MAX - sizeof(Header) - tailSize;
   int64_t numAllocations_ = 0, numLive_ = 0, countdown_ = -1, numForeignFrees_ = 0, numOverruns_ = 0;
   FaultMode mode_ = FaultMode::from;
   bool hasFailed_ = false;
