@@ -27,16 +27,16 @@ void readFitParameters(const JsonNode &node, DictionaryFile &into) {
   readParameterObject(node, fitParameters, *into.fitParams.get());
 }
 
-void readDictionaryFile(const std::string &path, DictionaryFile &into) {
+void readDictionaryFile(const std::string &path, DictionaryFile &into, std::vector<std::string> *faults) {
   into.name = path == "-" ? "standard input" : path;
   into.directory = path == "-" ? std::filesystem::path() : std::filesystem::path(path).parent_path();
   const Json document = parseJson(readWhole(path), into.name);
-  const JsonNode root(document, into.name);
+  const JsonNode root(document, into.name, faults);
 #define QOC_DICTIONARY_KEY(key, read) key,
-  root.requireObject({QOC_DICTIONARY_SECTIONS(QOC_DICTIONARY_KEY)});
+  root.attempt([&] { root.requireObject({QOC_DICTIONARY_SECTIONS(QOC_DICTIONARY_KEY)}); });
 #undef QOC_DICTIONARY_KEY
   for (const Section &section : sections) {
-    if (root.has(section.key)) section.read(root.member(section.key), into);
+    if (root.has(section.key)) root.attempt([&] { section.read(root.member(section.key), into); });
   }
 }
 
