@@ -163,8 +163,8 @@ class ReadingMatcher {
     const auto statuses = editAs<qoc_ocrDictionaryPositionStatus>(result.resultStringStatus);
     for (std::size_t i = 0; i < way.size(); ++i) {
       const MatchedTokens &matched = *way[i];
-      statuses[i] = matched.front() == 0 ? qoc_ocrDictionaryPositionStatus_primary
-                                         : qoc_ocrDictionaryPositionStatus_secondary;
+      statuses[i] =
+          matched.front() == 0 ? qoc_ocrDictionaryPositionStatus_primary : qoc_ocrDictionaryPositionStatus_secondary;
       for (const std::int32_t index : matched) {
         qoc_ocrDictionaryChar character = {0, 0};
         QOC_TRY(qstd_token_getChar(&tokenAt(*sequence_[i], static_cast<std::size_t>(index)), &character.code));

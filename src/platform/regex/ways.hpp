@@ -3,12 +3,12 @@
 //
 // The idea. Paths through the automaton are followed in a backtracking matcher's order, only through positions from
 // which the rest of the sequence can match (the live ones, found by one pass from the end), so that no path ends before
-// it has told a way. What a path tells of each place is its label there: the set of the place's tokens that the position
-// accepts. Different paths may tell the same labels, and there may be exponentially many of them; only the first counts.
-// So with every path goes the set of positions that earlier paths with the same labels have come to: whatever they can
-// still tell, they have told. A path that comes to one of these positions is dropped. That leaves, for every prefix of
-// labels that begins some way, at most one path to each position, so the time is bounded by the number of ways, times
-// their length, times the number of positions, times a step.
+// it has told a way. What a path tells of each place is its label there: the set of the place's tokens that the
+// position accepts. Different paths may tell the same labels, and there may be exponentially many of them; only the
+// first counts. So with every path goes the set of positions that earlier paths with the same labels have come to:
+// whatever they can still tell, they have told. A path that comes to one of these positions is dropped. That leaves,
+// for every prefix of labels that begins some way, at most one path to each position, so the time is bounded by the
+// number of ways, times their length, times the number of positions, times a step.
 //
 //     (a|a)*b on "aab": paths through the first a and the second tell the same; the second is dropped at once.
 //
@@ -52,6 +52,8 @@ class WayFinder {
   }
 
  private:
+  static constexpr std::size_t workPerPlace = 16;  // Of a way, whoever takes it copies the tokens of every place.
+
   struct Label {
     MatchedTokens tokens;
     Set positions;
@@ -116,6 +118,7 @@ class WayFinder {
         QOC_TRY(followersOf(position, followers));
         path.push_back({followers, 0, states_.followersOf(told) & live_[i + 1], states_.none()});
       } else if (isEmpty(told)) {
+        QOC_TRY(states_.meter().add(workPerPlace * way.size()));
         QOC_TRY(onWay(Way(way)));
       }
     }
