@@ -87,9 +87,9 @@ Owned<qoc_ocrDictionary> dictionaryOf(Input &input) {
 Owned<qoc_ocrDictionaryRunParams> paramsOf(Input &input) {
   Owned<qoc_ocrDictionaryRunParams> params;
   for (std::int32_t *field :
-       {&params->maxEdits, &params->matchOption1, &params->matchOption2, &params->matchOption4, &params->minStringLength,
-        &params->maxStringLength, &params->returnBestOnly, &params->matchOption9, &params->finalizeEachResult,
-        &params->limitA, &params->limitB, &params->rankingMode, &params->rankingVariant}) {
+       {&params->maxEdits, &params->matchOption1, &params->matchOption2, &params->matchOption4,
+        &params->minStringLength, &params->maxStringLength, &params->returnBestOnly, &params->matchOption9,
+        &params->finalizeEachResult, &params->limitA, &params->limitB, &params->rankingMode, &params->rankingVariant}) {
     *field = input.flag() ? input.number() : *field;
   }
   return params;
@@ -108,8 +108,8 @@ void checkResults(const qoc_ocrDictionaryResultSet &results, const qoc_ocrDictio
 
 void runFielding(Input &input, const qoc_ocrDictionaryStringMulti *reading, const qoc_swapCharSet *set) {
   Owned<qoc_ocrDictionaryFieldingRunParams> params;
-  for (std::int32_t *field : {&params->fieldingMode, &params->minStringLength, &params->maxStringLength, &params->limitA,
-                              &params->limitB, &params->trimEmptyEnds, &params->rankingVariant}) {
+  for (std::int32_t *field : {&params->fieldingMode, &params->minStringLength, &params->maxStringLength,
+                              &params->limitA, &params->limitB, &params->trimEmptyEnds, &params->rankingVariant}) {
     *field = input.flag() ? input.number() : *field;
   }
   Owned<qoc_ocrDictionaryResultSet> results;

@@ -40,8 +40,8 @@ class Input {
 
   /// A character code: mostly of few letters, so that there are matches; sometimes a reserved or an enormous one.
   Char32 code() {
-    static constexpr Char32 others[] = {QOC_CHAR_EMPTY, QOC_CHAR_ANY, QOC_CHAR_ANY_NONSPACE, ' ', 0, 0x7FFFFFFF,
-                                        0xFFFFFFFF,     0x10FFFF,     0xFF000,               0xE4};
+    static constexpr Char32 others[] = {
+        QOC_CHAR_EMPTY, QOC_CHAR_ANY, QOC_CHAR_ANY_NONSPACE, ' ', 0, 0x7FFFFFFF, 0xFFFFFFFF, 0x10FFFF, 0xFF000, 0xE4};
     const std::uint8_t choice = byte();
     return choice < 230 ? Char32{'a'} + choice % 6 : others[choice % 10];
   }

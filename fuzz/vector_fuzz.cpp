@@ -51,8 +51,7 @@ class Pair {
         }
         break;
       case 5:
-        if (expect(F::eraseElement(vector_, position),
-                   isPosition && position < size ? 0 : QSTD_STATUS_INDEX_INVALID)) {
+        if (expect(F::eraseElement(vector_, position), isPosition && position < size ? 0 : QSTD_STATUS_INDEX_INVALID)) {
           model_.erase(at);
         }
         break;
