@@ -1,0 +1,95 @@
+#ifndef QOC_CPP_DICTIONARY_HPP
+#define QOC_CPP_DICTIONARY_HPP
+
+/// @file The dictionary: what readings may be, and its runs.
+
+#include <qoc/cpp/kinds.hpp>
+
+namespace qoc {
+inline namespace v0 {
+
+/// What a reading may legitimately be: entries of any kind, and what the reader confuses.
+///
+/// Any number of threads may run one dictionary at once, while nobody changes it.
+class Dictionary : public Value<qoc_ocrDictionary> {
+ public:
+  using Value::Value;
+
+  /// Adds an entry behind the others of its kind. Moved in, it costs no copy.
+  void add(Lexicon lexicon) { detail::moveInto(c()->lexicons, std::move(lexicon)); }
+  void add(LineFielding lineFielding) { detail::moveInto(c()->fieldings, std::move(lineFielding)); }
+
+  std::size_t numLexicons() const noexcept { return detail::elements(c()->lexicons).size(); }
+  std::size_t numLineFieldings() const noexcept { return detail::elements(c()->fieldings).size(); }
+  std::size_t numRegularExpressions() const noexcept { return detail::elements(c()->regularExpressions).size(); }
+  /// A copy of an entry. Throws Error for an index that is too big.
+  Lexicon lexicon(std::size_t index) const {
+    Lexicon copy;
+    require(qoc_ocrDictionary_getLexiconI(c(), detail::count(index), copy.c()));
+    return copy;
+  }
+  LineFielding lineFielding(std::size_t index) const {
+    LineFielding copy;
+    require(qoc_ocrDictionary_getFieldingI(c(), detail::count(index), copy.c()));
+    return copy;
+  }
+  /// Replaces an entry by a copy. Throws Error for an index that is too big.
+  void set(std::size_t index, const Lexicon &lexicon) {
+    require(qoc_ocrDictionary_setLexiconI(c(), detail::count(index), lexicon.c()));
+  }
+  void set(std::size_t index, const LineFielding &lineFielding) {
+    require(qoc_ocrDictionary_setFieldingI(c(), detail::count(index), lineFielding.c()));
+  }
+  /// Removes a word list; later ones move down.
+  void removeLexicon(std::size_t index) { require(qoc_ocrDictionary_removeLexiconI(c(), detail::count(index))); }
+  /// Whether there is no entry; swaps do not count.
+  bool empty() const { return detail::flag(qoc_ocrDictionary_getIsEmpty, c()); }
+
+  /// A copy of what the reader confuses.
+  SwapSet swaps() const { return SwapSet(c()->swapCharSet); }
+  void setSwaps(const SwapSet &swaps) { require(qoc_ocrDictionary_setSwapCharSet(c(), swaps.c())); }
+
+  /**
+   * Matches a reading with every entry and ranks the results, best first.
+   *
+   * @param stop interrupts the run: an Error with the status QSYS_STATUS_INTERRUPTED
+   */
+  Results run(const Reading &reading, const Parameters &parameters = {}, const std::stop_token &stop = {}) const {
+    Results results;
+    require(tryRun(reading, parameters, results, stop));
+    return results;
+  }
+  /// The same with other swaps than the dictionary's own.
+  Results run(const Reading &reading, const Parameters &parameters, const SwapSet &swaps,
+              const std::stop_token &stop = {}) const {
+    Results results;
+    require(tryRun(reading, parameters, swaps, results, stop));
+    return results;
+  }
+
+  /// As run, into results that can be used again and again; throws nothing. After a failure the results may hold what
+  /// was merged so far.
+  Status tryRun(const Reading &reading, const Parameters &parameters, Results &results,
+                const std::stop_token &stop = {}) const noexcept {
+    return runWith(reading, parameters, &c()->swapCharSet, results, stop);
+  }
+  Status tryRun(const Reading &reading, const Parameters &parameters, const SwapSet &swaps, Results &results,
+                const std::stop_token &stop = {}) const noexcept {
+    return runWith(reading, parameters, swaps.c(), results, stop);
+  }
+
+ private:
+  Status runWith(const Reading &reading, const Parameters &parameters, const qoc_swapCharSet *swaps, Results &results,
+                 const std::stop_token &stop) const noexcept {
+    const qoc_ocrDictionaryRunParams params = parameters.c();
+    const Status valid = qoc_ocrDictionaryRunParams_validate(&params);
+    if (!valid.isSuccess()) return valid;
+    return detail::interruptible(
+        stop, [&] { return qoc_ocrDictionary_runSwapCharSetMulti(c(), reading.c(), &params, swaps, results.c()); });
+  }
+};
+
+}  // namespace v0
+}  // namespace qoc
+
+#endif

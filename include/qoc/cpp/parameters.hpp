@@ -1,0 +1,101 @@
+#ifndef QOC_CPP_PARAMETERS_HPP
+#define QOC_CPP_PARAMETERS_HPP
+
+/// @file The options of runs.
+
+#include <qoc/fielding_run.h>
+#include <qoc/run_params.h>
+
+#include <cstdint>
+#include <limits>
+
+namespace qoc {
+inline namespace v0 {
+
+/// What ranks first.
+enum class Ranking {
+  edits,            ///< The fewest edits.
+  primary,          ///< The highest scores of the primary candidates used.
+  primarySecondary  ///< The highest scores of all candidates used.
+};
+
+/// The options of a run: `{.maxEdits = 1}`.
+struct Parameters {
+  /// Characters substituted, missing or extra that a result may need, in all.
+  std::int32_t maxEdits = 0;
+  bool substitution = true;  ///< An edit may substitute a character.
+  bool missing = true;       ///< An edit may add a character that the reading lacks.
+  bool extra = true;         ///< An edit may leave out a character of the reading.
+  /// Lengths in characters of the shortest and the longest texts that match; they bind where no edits are allowed.
+  std::int32_t minLength = 1, maxLength = std::numeric_limits<std::int32_t>::max();
+  bool bestOnly = true;          ///< Give the best result only.
+  bool window = false;           ///< Find texts within the reading too, ignoring what stands before and after.
+  bool withoutInserted = false;  ///< Take inserted positions out of the results.
+  Ranking ranking = Ranking::edits;
+
+  /// The library's record.
+  qoc_ocrDictionaryRunParams c() const noexcept {
+    qoc_ocrDictionaryRunParams params{};
+    // Cannot fail.
+    (void)qoc_ocrDictionaryRunParams_construct(&params);
+    params.maxEdits = maxEdits;
+    params.matchOption1 = substitution;
+    params.matchOption2 = missing;
+    params.matchOption4 = extra;
+    params.minStringLength = minLength;
+    params.maxStringLength = maxLength;
+    params.returnBestOnly = bestOnly;
+    params.matchOption9 = window;
+    params.finalizeEachResult = withoutInserted;
+    params.rankingMode = ranking == Ranking::edits ? 0 : 1;
+    params.rankingVariant = ranking == Ranking::primarySecondary ? 15 : 3;
+    return params;
+  }
+
+  /// The options that a record of the library stands for.
+  static Parameters of(const qoc_ocrDictionaryRunParams &params) noexcept {
+    return {.maxEdits = params.maxEdits,
+            .substitution = params.matchOption1 != 0,
+            .missing = params.matchOption2 != 0,
+            .extra = params.matchOption4 != 0,
+            .minLength = params.minStringLength,
+            .maxLength = params.maxStringLength,
+            .bestOnly = params.returnBestOnly != 0,
+            .window = params.matchOption9 != 0,
+            .withoutInserted = params.finalizeEachResult != 0,
+            .ranking = params.rankingMode != 1      ? Ranking::edits
+                       : params.rankingVariant == 3 ? Ranking::primary
+                                                    : Ranking::primarySecondary};
+  }
+
+  friend bool operator==(const Parameters &, const Parameters &) noexcept = default;
+};
+
+/// The options of a fielding run; see qoc_ocrDictionaryFieldingRunParams.
+struct FieldingParameters {
+  bool wholeLine = true;  ///< Place the whole line, at every offset; else parts of a line that is long enough.
+  /// The smallest and the largest part of the line that is placed.
+  std::int32_t minLength = 1, maxLength = std::numeric_limits<std::int32_t>::max();
+  std::int32_t limitA = std::numeric_limits<std::int32_t>::max();  ///< Most positions skipped at the start of the line.
+  std::int32_t limitB = 0;    ///< A part from position s is longer than limitB - s.
+  bool trimEmptyEnds = true;  ///< Empty ends of the reading do not count as overlap; not with wholeLine.
+  bool ignoreDeletedSpaces = true;
+  Ranking ranking = Ranking::primary;  ///< Ranking::primarySecondary to let the other candidates decide too.
+
+  /// The library's record.
+  qoc_ocrDictionaryFieldingRunParams c() const noexcept {
+    return {.fieldingMode = wholeLine ? 1 : 0,
+            .minStringLength = minLength,
+            .maxStringLength = maxLength,
+            .limitA = limitA,
+            .limitB = limitB,
+            .trimEmptyEnds = trimEmptyEnds,
+            .fieldingOption7 = ignoreDeletedSpaces,
+            .rankingVariant = ranking == Ranking::primarySecondary ? 15 : 3};
+  }
+};
+
+}  // namespace v0
+}  // namespace qoc
+
+#endif
