@@ -21,9 +21,14 @@ constexpr Section sections[] = {QOC_DICTIONARY_SECTIONS(QOC_DICTIONARY_SECTION)}
 void readParameters(const JsonNode &node, DictionaryFile &into) { readRunParameters(node, *into.params.get()); }
 
 void readDictionaryFile(const std::string &path, DictionaryFile &into) {
-  const std::string name = path == "-" ? "standard input" : path;
-  into.directory = path == "-" ? std::filesystem::path() : std::filesystem::path(path).parent_path();
-  const Json document = parseJson(readWhole(path), name);
+  if (path == "-") readDictionaryText(readWhole(path), "standard input", {}, into);
+  else readDictionaryText(readWhole(path), path, std::filesystem::path(path).parent_path(), into);
+}
+
+void readDictionaryText(std::string_view text, const std::string &name, const std::filesystem::path &directory,
+                        DictionaryFile &into) {
+  into.directory = directory;
+  const Json document = parseJson(text, name);
   const JsonNode root(document, name);
 #define QOC_DICTIONARY_KEY(key, read) key,
   root.requireObject({QOC_DICTIONARY_SECTIONS(QOC_DICTIONARY_KEY)});

@@ -7,6 +7,7 @@
 
 #include <filesystem>
 #include <string>
+#include <string_view>
 
 namespace qoc::program {
 
@@ -29,5 +30,11 @@ QOC_DICTIONARY_SECTIONS(QOC_DECLARE_DICTIONARY_SECTION)
 /// Reads a dictionary file ("-" is standard input). Throws Trouble that names the file, and the line and
 /// column or the JSON path.
 void readDictionaryFile(const std::string &path, DictionaryFile &into);
+
+/// The same from the text of such a file.
+/// @param name what messages call it
+/// @param directory where relative paths in it start
+void readDictionaryText(std::string_view text, const std::string &name, const std::filesystem::path &directory,
+                        DictionaryFile &into);
 
 } // namespace qoc::program

@@ -51,9 +51,7 @@ InterruptGuard::~InterruptGuard() {
   close(wakePipe[1]);
 }
 
-void checkInterrupt() {
-  if (isInterrupted.load() != 0) throw Interrupted{};
-}
+void checkInterrupt() { check(qsys_attention_check(), "interrupted"); }
 
 void waitReadable(int descriptor) {
   for (;;) {

@@ -13,7 +13,7 @@ public:
   ~InterruptGuard();
 };
 
-/// Throws Interrupted when SIGINT has come.
+/// Throws Interrupted when the thread's attention handler says so: when SIGINT has come.
 void checkInterrupt();
 
 /// Waits until the descriptor can be read. Throws Interrupted when SIGINT comes first.

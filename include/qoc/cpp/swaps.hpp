@@ -23,7 +23,13 @@ class Swap : public Value<qoc_swapChar> {
   std::span<const Char32> second() const noexcept { return detail::elements(c()->second); }
 };
 
+/// A swap of a set, to be read.
+struct SwapView {
+  std::span<const Char32> first, second;
+};
+
 namespace detail {
+inline SwapView viewSwap(const qoc_swapChar &swap) noexcept { return {elements(swap.first), elements(swap.second)}; }
 inline std::span<const Char32> codesOf(const qstd_vectorChar32 &codes) noexcept { return elements(codes); }
 }  // namespace detail
 
@@ -31,6 +37,7 @@ inline std::span<const Char32> codesOf(const qstd_vectorChar32 &codes) noexcept 
 class SwapSet : public Value<qoc_swapCharSet> {
  public:
   using Groups = Sequence<qstd_vectorChar32, detail::codesOf>;
+  using Swaps = Sequence<qoc_swapChar, detail::viewSwap>;
   using Value::Value;
 
   /// Groups of interchangeable characters, each of two or more: `SwapSet::ofGroups({"O0", "Il1"})`.
@@ -65,6 +72,8 @@ class SwapSet : public Value<qoc_swapCharSet> {
 
   /// The groups, as they were given.
   Groups groups() const noexcept { return Groups(detail::elements(c()->groups)); }
+  /// The swaps of several characters.
+  Swaps swaps() const noexcept { return Swaps(detail::elements(c()->swaps)); }
   /// Whether there is neither a group nor a swap.
   bool empty() const {
     return detail::flag(qoc_swapCharSet_getIsEmpty, c()) && !detail::flag(qoc_swapCharSet_hasMultiSwap, c());

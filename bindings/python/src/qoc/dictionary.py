@@ -1,0 +1,251 @@
+"""Dictionaries, their options and their runs."""
+
+from __future__ import annotations
+
+import json
+import os
+from dataclasses import dataclass, fields, replace
+from typing import Any, Callable, Iterable, Literal, Mapping, Sequence, TypedDict, Union
+
+from qoc import _qoc
+from qoc._qoc import Reading, Result
+
+Candidate = "tuple[str, float]"
+ReadingLike = Union[Reading, str, "Iterable[str | Iterable[tuple[str, float]]]"]
+"""What a reading can be given as: a Reading, or what makes one."""
+Position = Union[str, "Sequence[str]", "Mapping[str, Any]"]
+
+
+@dataclass(frozen=True)
+class Parameters:
+    """How readings are matched."""
+
+    max_edits: int = 0
+    """Characters substituted, missing or extra that a result may need, in all; from 0."""
+    substitution: bool = True
+    """An edit may substitute a character."""
+    missing: bool = True
+    """An edit may add a character that the reading lacks."""
+    extra: bool = True
+    """An edit may leave out a character of the reading."""
+    min_length: int = 1
+    """Length in characters of the shortest texts that match; binds where no edits are allowed."""
+    max_length: int = 2**31 - 1
+    """Length in characters of the longest texts that match; binds where no edits are allowed."""
+    best_only: bool = True
+    """Give the best result of each reading only."""
+    window: bool = False
+    """Find texts within the reading too, ignoring what stands before and after."""
+    without_inserted: bool = False
+    """Take inserted positions out of the results."""
+    ranking: Literal["edits", "primary", "primary-secondary"] = "edits"
+    """What ranks first: the fewest edits, the highest scores of the first candidates used, or of all candidates used."""
+
+
+# The parameters by their names in the dictionary file.
+_FILE_KEYS = {
+    "max_edits": "maxEdits",
+    "substitution": "substitution",
+    "missing": "missing",
+    "extra": "extra",
+    "min_length": "minLength",
+    "max_length": "maxLength",
+    "best_only": "returnBestOnly",
+    "window": "window",
+    "ranking": "ranking",
+}
+
+
+class Swaps(TypedDict, total=False):
+    """What the reader confuses; see docs/dictionary-file.md."""
+
+    sets: list[str]
+    groups: list[str]
+    sequences: list[list[str]]
+
+
+class Dictionary:
+    """What readings may be: word lists, lines of a fixed shape, regular expressions, and what the reader confuses.
+
+    A dictionary never changes. Any number of threads may run it at once; it can be pickled.
+
+    Args:
+        lexicons: word lists. Each is an iterable of str, or a mapping as in the dictionary file.
+        fieldings: lines of a fixed shape, in the notation of the dictionary file: a picture such as "AA-999", or a
+            list with what each position admits.
+        expressions: regular expressions, in the notation of the dictionary file.
+        swaps: what the reader confuses, a mapping as in the dictionary file.
+        parameters: how readings are matched where a run does not say otherwise.
+        directory: where relative paths of word list files start.
+
+    Raises:
+        Error: for what the dictionary file could not hold either; the message names the place.
+    """
+
+    def __init__(
+        self,
+        lexicons: Iterable[Iterable[str] | Mapping[str, Any]] = (),
+        *,
+        fieldings: Iterable[str | Sequence[Position]] = (),
+        expressions: Iterable[str | Mapping[str, Any]] = (),
+        swaps: Swaps | None = None,
+        parameters: Parameters | None = None,
+        directory: str | os.PathLike[str] = "",
+    ) -> None:
+        if isinstance(lexicons, str):
+            raise TypeError("lexicons is a str; expected an iterable of word lists")
+        content: dict[str, Any] = {
+            "lexicons": [_lexicon_of(lexicon) for lexicon in lexicons],
+            "fieldings": list(fieldings),
+            "regularExpressions": list(expressions),
+            "swaps": dict(swaps or {}),
+        }
+        content = {key: value for key, value in content.items() if value}
+        self._core = _read_content(content, os.fspath(directory))
+        self._parameters = parameters or Parameters()
+
+    @classmethod
+    def from_file(cls, path: str | os.PathLike[str]) -> Dictionary:
+        """Reads a dictionary file of the program `qoc`; its parameters become those of the dictionary.
+
+        Raises:
+            Error: where it cannot be read or is not in order; the message says where and what was expected.
+        """
+        return cls._of_core(_qoc.Dictionary.read_file(os.fspath(path)))
+
+    @classmethod
+    def from_dict(cls, content: Mapping[str, Any], directory: str | os.PathLike[str] = "") -> Dictionary:
+        """Makes a dictionary of what a dictionary file holds, as json.load gives it.
+
+        Args:
+            content: lexicons, fieldings, regularExpressions, swaps, parameters; see docs/dictionary-file.md.
+            directory: where relative paths of word list files start.
+
+        Raises:
+            Error: where the content is not in order; the message says where and what was expected.
+        """
+        return cls._of_core(_read_content(dict(content), os.fspath(directory)))
+
+    @property
+    def parameters(self) -> Parameters:
+        """How readings are matched where a run does not say otherwise."""
+        return self._parameters
+
+    def with_parameters(self, **changes: Any) -> Dictionary:
+        """The same dictionary with other parameters. Costs no copy.
+
+        Args:
+            **changes: fields of Parameters.
+        """
+        return self._of_core(self._core, replace(self._parameters, **changes))
+
+    def to_dict(self) -> dict[str, Any]:
+        """The content as a dictionary file holds it, words included: json.dump of it makes such a file."""
+        described = self._core.entries()
+        changes = {
+            _FILE_KEYS[field.name]: getattr(self._parameters, field.name)
+            for field in fields(Parameters)
+            if field.name in _FILE_KEYS and getattr(self._parameters, field.name) != field.default
+        }
+        if changes:
+            described["parameters"] = changes
+        return described
+
+    def run(self, reading: ReadingLike, parameters: Parameters | None = None, **changes: Any) -> list[Result]:
+        """Matches one reading with everything in the dictionary.
+
+        Ctrl-C interrupts it; other threads run meanwhile.
+
+        Args:
+            reading: a Reading, or what makes one: a str, or positions.
+            parameters: how; by default the dictionary's own.
+            **changes: fields of Parameters that are to be otherwise.
+
+        Returns:
+            The results, best first; an empty list where the reading can be nothing in the dictionary.
+
+        Raises:
+            Error: for parameters out of their range, and for a reading that a line fielding cannot take.
+        """
+        return self._core.run(_reading_of(reading), self._options(parameters, changes))
+
+    def run_many(
+        self,
+        readings: Iterable[ReadingLike],
+        parameters: Parameters | None = None,
+        *,
+        threads: int | None = None,
+        progress: Callable[[int, int], object] | None = None,
+        **changes: Any,
+    ) -> list[list[Result]]:
+        """Matches many readings at once.
+
+        Ctrl-C interrupts it.
+
+        Args:
+            readings: any number of readings.
+            parameters: how; by default the dictionary's own.
+            threads: how many threads match; by default one for each processor that the process may use.
+            progress: called now and then, and at the end, in the calling thread, with the number of readings that
+                are done and the number of all. An exception that it raises ends the work.
+            **changes: fields of Parameters that are to be otherwise.
+
+        Returns:
+            For each reading, in order, its results, best first.
+
+        Raises:
+            Error: as from run; the message names the reading by its index.
+        """
+        if threads is None:
+            threads = len(os.sched_getaffinity(0)) if hasattr(os, "sched_getaffinity") else os.cpu_count() or 1
+        if threads < 1:
+            raise ValueError(f"threads is {threads}; expected at least 1")
+        options = self._options(parameters, changes)
+        return self._core.run_many([_reading_of(reading) for reading in readings], options, threads, progress)
+
+    def __eq__(self, other: object) -> bool:
+        if not isinstance(other, Dictionary):
+            return NotImplemented
+        return self._core.is_equal(other._core) and self._parameters == other._parameters
+
+    __hash__ = None  # type: ignore[assignment]
+
+    def __reduce__(self) -> tuple[Any, ...]:
+        return _restore, (self._core.entries(), self._parameters)
+
+    def __repr__(self) -> str:
+        described = self._core.entries()
+        parts = [f"{len(lexicon['words'])} words" for lexicon in described.get("lexicons", [])]
+        for key, name in (("fieldings", "fieldings"), ("regularExpressions", "regular expressions")):
+            if key in described:
+                parts.append(f"{len(described[key])} {name}")
+        return f"<Dictionary: {', '.join(parts) or 'empty'}>"
+
+    @classmethod
+    def _of_core(cls, core: _qoc.Dictionary, parameters: Parameters | None = None) -> Dictionary:
+        made = cls.__new__(cls)
+        made._core = core
+        made._parameters = parameters or Parameters(**core.parameters())
+        return made
+
+    def _options(self, parameters: Parameters | None, changes: Mapping[str, Any]) -> Parameters:
+        chosen = self._parameters if parameters is None else parameters
+        return replace(chosen, **changes) if changes else chosen
+
+
+def _restore(content: dict[str, Any], parameters: Parameters) -> Dictionary:
+    return Dictionary._of_core(_read_content(content, ""), parameters)
+
+
+def _read_content(content: dict[str, Any], directory: str) -> _qoc.Dictionary:
+    return _qoc.Dictionary.read_text(json.dumps(content), "dictionary", directory)
+
+
+def _lexicon_of(lexicon: Iterable[str] | Mapping[str, Any]) -> dict[str, Any]:
+    if isinstance(lexicon, str):
+        raise TypeError(f"a lexicon is the str {lexicon!r}; expected an iterable of words")
+    return dict(lexicon) if isinstance(lexicon, Mapping) else {"words": list(lexicon)}
+
+
+def _reading_of(reading: ReadingLike) -> Reading:
+    return reading if isinstance(reading, Reading) else Reading(reading)
