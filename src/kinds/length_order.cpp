@@ -1,7 +1,7 @@
-// For one place i, the exchanges happen at the places j1 < j2 < ... behind it at which the length falls below everything seen since i.
-// Their effect is a rotation: the word at i goes to j1, that at j1 to j2, and the last one, the shortest, to i. The next place at
-// which the length falls below a bound is found in a tree of minima. A chain of such places has at most as many members as there are
-// different lengths.
+// For one place i, the exchanges happen at the places j1 < j2 < ... behind it at which the length falls below
+// everything seen since i. Their effect is a rotation: the word at i goes to j1, that at j1 to j2, and the last one,
+// the shortest, to i. The next place at which the length falls below a bound is found in a tree of minima. A chain of
+// such places has at most as many members as there are different lengths.
 //
 //     lengths 3 2 4 1:   i = 0: 2 at 1, 1 at 3;  the rotation gives 1 3 4 2;  i = 1: 2 at 3;  1 2 4 3;  i = 2: 1 2 3 4
 
@@ -11,6 +11,7 @@
 #include <bit>
 #include <limits>
 #include <numeric>
+#include <utility>
 
 namespace qoc {
 
@@ -77,20 +78,15 @@ std::vector<std::int32_t> orderByLength(std::span<const std::int32_t> lengths) {
   }
   MinimumTree tree(lengths);
   for (std::size_t i = 0; i < order.size(); ++i) {
-    const std::int32_t word = order[i];
-    const std::int32_t length = tree.value(i);
-    std::int32_t carriedWord = word;
-    std::int32_t carriedLength = length;
+    std::int32_t carriedWord = order[i];
+    std::int32_t carriedLength = tree.value(i);
     for (std::size_t j = tree.findBelow(i, carriedLength); j != MinimumTree::none;
-         j = tree.findBelow(j, tree.value(i))) {
-      // The word carried here stays; the shorter one that was here goes on to i, for now.
-      const std::int32_t shorterWord = order[j];
+         j = tree.findBelow(j, carriedLength)) {
+      // The word carried here stays; the shorter one that was here is carried on.
       const std::int32_t shorterLength = tree.value(j);
-      order[j] = carriedWord;
+      std::swap(order[j], carriedWord);
       tree.set(j, carriedLength);
-      carriedWord = shorterWord;
       carriedLength = shorterLength;
-      tree.set(i, shorterLength);
     }
     order[i] = carriedWord;
   }

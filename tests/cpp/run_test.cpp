@@ -158,6 +158,7 @@ TEST(CppDictionary, HoldsEntriesOfAllKinds) {
   EXPECT_EQ(dictionary.numLexicons(), 2u);
   EXPECT_EQ(dictionary.numLineFieldings(), 1u);
   EXPECT_EQ(dictionary.run("1-2").front().mode(), qoc::Mode::fielding);
+  EXPECT_EQ(dictionary.run("1-2").front().utf8(), "1-2");
   EXPECT_EQ(dictionary.lexicon(1), qoc::Lexicon{"other"});
   dictionary.set(1, qoc::Lexicon{"changed"});
   EXPECT_EQ(dictionary.lexicon(1).words().front().utf8(), "changed");

@@ -1,5 +1,6 @@
 #include "dictionary_file.hpp"
 
+#include "fit_parameters.hpp"
 #include "line_reader.hpp"
 #include "run_parameters.hpp"
 #include "trouble.hpp"
@@ -18,7 +19,13 @@ constexpr Section sections[] = {QOC_DICTIONARY_SECTIONS(QOC_DICTIONARY_SECTION)}
 
 } // namespace
 
-void readParameters(const JsonNode &node, DictionaryFile &into) { readRunParameters(node, *into.params.get()); }
+void readParameters(const JsonNode &node, DictionaryFile &into) {
+  readParameterObject(node, runParameters, *into.params.get());
+}
+
+void readFitParameters(const JsonNode &node, DictionaryFile &into) {
+  readParameterObject(node, fitParameters, *into.fitParams.get());
+}
 
 void readDictionaryFile(const std::string &path, DictionaryFile &into) {
   if (path == "-") readDictionaryText(readWhole(path), "standard input", {}, into);
@@ -27,18 +34,24 @@ void readDictionaryFile(const std::string &path, DictionaryFile &into) {
 
 void readDictionaryText(std::string_view text, const std::string &name, const std::filesystem::path &directory,
                         DictionaryFile &into) {
+  into.name = name;
   into.directory = directory;
-  const Json document = parseJson(text, name);
-  const JsonNode root(document, name);
+  const Json document = parseJson(text, into.name);
+  const JsonNode root(document, into.name);
 #define QOC_DICTIONARY_KEY(key, read) key,
   root.requireObject({QOC_DICTIONARY_SECTIONS(QOC_DICTIONARY_KEY)});
 #undef QOC_DICTIONARY_KEY
   for (const Section &section : sections) {
     if (root.has(section.key)) section.read(root.member(section.key), into);
   }
+}
+
+void requireEntries(const DictionaryFile &file) {
   qsys_bool isEmpty = 0;
-  check(qoc_ocrDictionary_getIsEmpty(into.dictionary.get(), &isEmpty), name);
-  if (isEmpty) root.fail("the dictionary has no entries; expected \"lexicons\" with at least one word list");
+  check(qoc_ocrDictionary_getIsEmpty(file.dictionary.get(), &isEmpty), file.name);
+  if (isEmpty != 0) {
+    throw Trouble(file.name + ": the dictionary has no entries; expected at least one in \"lexicons\" or \"fieldings\"");
+  }
 }
 
 } // namespace qoc::program

@@ -6,6 +6,7 @@
 #include "objects.hpp"
 
 #include <filesystem>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -15,13 +16,21 @@ namespace qoc::program {
 struct DictionaryFile {
   Dictionary dictionary;
   RunParams params;                ///< The defaults, and over them what the file says.
+  FitParams fitParams;             ///< The same for the fielding run.
+  std::string name;                ///< What messages call the file.
   std::filesystem::path directory; ///< Where the file lies; paths in it start there.
+
+  std::span<const qoc_ocrDictionaryLineFielding> lines() const { return elements(dictionary->fieldings); }
 };
 
-/// The keys of the file's outermost object, and what reads each: its own file, and one line here.
+/// The keys of the file's outermost object, and what reads each: its own file, and one line here. They are read in
+/// this order, whatever theirs is in the file.
 #define QOC_DICTIONARY_SECTIONS(X)                                                                                     \
   X("lexicons", readLexicons)                                                                                          \
-  X("parameters", readParameters)
+  X("fieldings", readFieldings)                                                                                        \
+  X("swaps", readSwaps)                                                                                                \
+  X("parameters", readParameters)                                                                                      \
+  X("fitParameters", readFitParameters)
 
 #define QOC_DECLARE_DICTIONARY_SECTION(key, read) void read(const JsonNode &node, DictionaryFile &into);
 QOC_DICTIONARY_SECTIONS(QOC_DECLARE_DICTIONARY_SECTION)
@@ -36,5 +45,8 @@ void readDictionaryFile(const std::string &path, DictionaryFile &into);
 /// @param directory where relative paths in it start
 void readDictionaryText(std::string_view text, const std::string &name, const std::filesystem::path &directory,
                         DictionaryFile &into);
+
+/// Throws Trouble where the file has nothing that a reading could be matched with.
+void requireEntries(const DictionaryFile &file);
 
 } // namespace qoc::program

@@ -2,11 +2,12 @@
 
 /// @file The command line.
 
+#include "parameter_table.hpp"
 #include "readings.hpp"
 
+#include <qoc/fielding_run.h>
 #include <qoc/run_params.h>
 
-#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -22,8 +23,10 @@ struct Options {
   ReadingFormat from = ReadingFormat::detect;
   ColorChoice color = ColorChoice::automatic;
   bool isJson = false;
-  /// What is to change in the dictionary file's run parameters.
-  std::vector<std::function<void(qoc_ocrDictionaryRunParams &)>> overrides;
+  bool isEveryLine = false; ///< The fielding run gives a result for each line of the dictionary.
+  Overrides<qoc_ocrDictionaryRunParams> overrides; ///< What is to change in the dictionary file's run parameters.
+  Overrides<qoc_ocrDictionaryFieldingRunParams> fitOverrides;  ///< The same for the fielding run.
+  int (*command)(const Options &options) = nullptr; ///< What is asked for; gives the exit code.
 };
 
 /// Reads the command line. Help, version and errors are written here.

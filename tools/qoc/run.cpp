@@ -1,9 +1,11 @@
 #include "run.hpp"
 
 #include "dictionary_file.hpp"
+#include "fit.hpp"
 #include "interrupt.hpp"
 #include "output.hpp"
 #include "progress.hpp"
+#include "run_parameters.hpp"
 #include "trouble.hpp"
 
 #include <cerrno>
@@ -35,42 +37,43 @@ private:
   }
 };
 
-/// Hands a reading to the library.
-void setReading(const Reading &reading, MultiString &multi) {
-  const std::string where = reading.file + ":" + std::to_string(reading.line);
-  auto *positions = &multi->positions;
-  check(qstd_vector_qoc_ocrDictionaryCharMulti_resize(positions, static_cast<std::int32_t>(reading.positions.size())),
-        where);
-  qoc_ocrDictionaryCharMulti *position = nullptr;
-  check(qstd_vector_qoc_ocrDictionaryCharMulti_getBegin(positions, &position), where);
-  std::vector<qoc_ocrDictionaryChar> characters;
-  for (const std::vector<Candidate> &candidates : reading.positions) {
-    characters.clear();
-    for (const Candidate &candidate : candidates) characters.push_back({candidate.code, candidate.score});
-    check(qstd_vector_qoc_ocrDictionaryChar_assignElements(&position++->candidates, characters.data(),
-                                                           static_cast<std::int32_t>(characters.size())),
-          where);
-  }
-}
-
 bool isColored(ColorChoice choice) {
   if (choice != ColorChoice::automatic) return choice == ColorChoice::always;
   const char *refusal = std::getenv("NO_COLOR");
   return (refusal == nullptr || *refusal == '\0') && isatty(STDOUT_FILENO) != 0;
 }
 
+/// What is done with the dictionary and each reading.
+struct Task {
+  /// Makes the command line's changes to the dictionary file's parameters; throws Trouble where it cannot go on.
+  void (*prepare)(const Options &options, DictionaryFile &file);
+  /// Matches a reading. @param where the reading's place, for messages
+  void (*match)(const Options &options, const DictionaryFile &file, const MultiString &reading,
+                const std::string &where, Answer &answer);
+};
+
+void prepareRun(const Options &options, DictionaryFile &file) {
+  requireEntries(file);
+  applyOverrides(options.overrides, runParameters, *file.params.get());
+}
+
+void matchEntries(const Options &, const DictionaryFile &file, const MultiString &reading, const std::string &where,
+                  Answer &answer) {
+  check(qoc_ocrDictionary_runMulti(file.dictionary.get(), reading.get(), file.params.get(), answer.results.get()),
+        where);
+}
+
 /// One run of the command, from the dictionary to the last reading.
 class Run {
 public:
-  explicit Run(const Options &options)
-      : options_(options), source_(options.readings, options.from, [this] { output_.flush(); }),
+  Run(const Options &options, const Task &task)
+      : options_(options), task_(task), source_(options.readings, options.from, [this] { output_.flush(); }),
         bar_(options.readings), isColored_(isColored(options.color)) {}
 
   ExitCode execute() {
     try {
       readDictionaryFile(options_.dictionary, file_);
-      for (const auto &change : options_.overrides) change(*file_.params.get());
-      check(qoc_ocrDictionaryRunParams_validate(file_.params.get()), "run parameters");
+      task_.prepare(options_, file_);
       if (!options_.isJson) output_.write(tableHead());
       while (matchNext()) bar_.show(source_.numBytes(), numReadings_);
       output_.flush();
@@ -88,13 +91,11 @@ public:
 private:
   bool matchNext() {
     if (!source_.next(reading_)) return false;
-    setReading(reading_, multi_);
-    check(qoc_ocrDictionary_runMulti(file_.dictionary.get(), multi_.get(), file_.params.get(), results_.get()),
-          reading_.file + ":" + std::to_string(reading_.line));
-    output_.write(options_.isJson ? describeAsJson(reading_, *results_.get())
-                                  : describeAsTable(reading_, *results_.get(), isColored_));
+    setReading(reading_, !file_.lines().empty(), multi_, answer_.leftOut);
+    task_.match(options_, file_, multi_, placeOf(reading_), answer_);
+    output_.write(options_.isJson ? describeAsJson(reading_, answer_) : describeAsTable(reading_, answer_, isColored_));
     ++numReadings_;
-    if (elements(results_->results).empty()) ++numWithout_;
+    if (elements(answer_.results->results).empty()) ++numWithout_;
     checkInterrupt();
     return true;
   }
@@ -108,6 +109,7 @@ private:
   }
 
   const Options &options_;
+  Task task_;
   DictionaryFile file_;
   Output output_;
   ReadingSource source_;
@@ -115,7 +117,7 @@ private:
   bool isColored_;
   Reading reading_;
   MultiString multi_;
-  ResultSet results_;
+  Answer answer_;
   std::uint64_t numReadings_ = 0, numWithout_ = 0;
 };
 
@@ -123,7 +125,12 @@ private:
 
 int run(const Options &options) {
   const InterruptGuard guard;
-  return Run(options).execute();
+  return Run(options, {prepareRun, matchEntries}).execute();
+}
+
+int fit(const Options &options) {
+  const InterruptGuard guard;
+  return Run(options, {prepareFit, fitLines}).execute();
 }
 
 } // namespace qoc::program

@@ -40,6 +40,18 @@ void appendUtf8(std::string &text, Char32 code) {
   utf8::append(isEncodable(code) ? code : 0xFFFD, std::back_inserter(text));
 }
 
+std::string encodeUtf8(Char32 code) {
+  std::string text;
+  appendUtf8(text, code);
+  return text;
+}
+
+Char32 visible(Char32 code) {
+  if (code < 0x20) return code + 0x2400;
+  if (code == 0x7F) return 0x2421;
+  return code >= 0x80 && code < 0xA0 ? 0xFFFD : code;
+}
+
 void dropCarriageReturn(std::string &line) {
   if (!line.empty() && line.back() == '\r') line.pop_back();
 }

@@ -5,9 +5,11 @@
 #include "dictionary_file.hpp"
 #include "trouble.hpp"
 
+#include <algorithm>
 #include <atomic>
 #include <condition_variable>
 #include <exception>
+#include <iterator>
 #include <mutex>
 #include <optional>
 #include <thread>
@@ -122,10 +124,38 @@ py::dict describeEntries(const Dictionary &dictionary) {
   return described;
 }
 
+/// A reading as the dictionary can take it. Line fieldings know 7-bit characters only: with them other candidates are
+/// left out, and a position that has no other gets the empty character.
+class FittingReading {
+ public:
+  FittingReading(const Dictionary &dictionary, const Reading &reading) : reading_(&reading) {
+    constexpr Char32 max7Bits = 0x7F;
+    const auto isOther = [](const Candidate &candidate) { return candidate.code > max7Bits; };
+    const auto hasOther = [&](auto candidates) { return std::ranges::any_of(candidates, isOther); };
+    if (dictionary.numLineFieldings() == 0 || std::ranges::none_of(reading, hasOther)) return;
+    changed_.emplace();
+    for (const std::span<const Candidate> candidates : reading) {
+      std::vector<Candidate> kept;
+      std::ranges::remove_copy_if(candidates, std::back_inserter(kept), isOther);
+      if (kept.empty()) kept.push_back({QOC_CHAR_EMPTY, 0});
+      changed_->append(kept);
+    }
+  }
+
+  const Reading &get() const { return changed_ ? *changed_ : *reading_; }
+
+ private:
+  const Reading *reading_;
+  std::optional<Reading> changed_;
+};
+
 py::list runOne(const SharedDictionary &shared, const Reading &reading, const py::object &options) {
   const Parameters parameters = parametersOf(options);
   Results results;
-  withoutLock([&] { require(shared.dictionary.tryRun(reading, parameters, results)); });
+  withoutLock([&] {
+    const FittingReading fitting(shared.dictionary, reading);
+    require(shared.dictionary.tryRun(fitting.get(), parameters, results));
+  });
   return listOf(std::move(results));
 }
 
@@ -189,7 +219,7 @@ class ManyRuns {
     for (;;) {
       const std::size_t index = next_.fetch_add(1);
       if (index >= readings_.size() || isStopped_) break;
-      const Status status = dictionary_.tryRun(*readings_[index], parameters_, results_[index]);
+      const Status status = runOf(index);
       if (!status.isSuccess()) {
         fail(index, status);
         break;
@@ -199,6 +229,15 @@ class ManyRuns {
     const std::lock_guard lock(mutex_);
     ++numEnded_;
     ended_.notify_one();
+  }
+
+  Status runOf(std::size_t index) {
+    Status status;
+    const Status prepared = attempt([&] {
+      const FittingReading fitting(dictionary_, *readings_[index]);
+      status = dictionary_.tryRun(fitting.get(), parameters_, results_[index]);
+    });
+    return prepared.isSuccess() ? status : prepared;
   }
 
   void fail(std::size_t index, Status status) {

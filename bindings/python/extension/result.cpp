@@ -26,6 +26,14 @@ py::list numbersOf(const Numbers &numbers) {
   return list;
 }
 
+py::object wholeTextOf(ResultView result) {
+  const std::vector<Candidate> characters = result.characters();
+  for (const Candidate &character : characters) {
+    if (character.code == QOC_CHAR_EMPTY) return py::none();
+  }
+  return textOf(characters);
+}
+
 }  // namespace
 
 py::list listOf(Results results) {
@@ -44,8 +52,10 @@ Comes from Dictionary.run and its kin. Positions are counted from 0.)");
         name, [get](const RankedResult &result) { return get(result.get()); }, doc);
   };
   property(
-      "text", [](ResultView r) { return textOf(r.dictionaryString().characters()); },
-      "The dictionary text. With more than one edit it is the text as it was aligned, which may differ from the word.");
+      "text", [](ResultView r) { return wholeTextOf(r); },
+      "The text that the reading is; None where a position of it is open: the reading has no character there, and "
+      "more\n"
+      "than one would do. With more than one edit it is the text as it was aligned, which may differ from the word.");
   property(
       "edits", [](ResultView r) { return r.numEdits(); }, "How many characters were inserted, deleted or substituted.");
   property(
@@ -76,8 +86,8 @@ Comes from Dictionary.run and its kin. Positions are counted from 0.)");
       "start_field", [](ResultView r) { return r.startFieldIndex(); },
       "The position of a line fielding at which the match starts.");
   property(
-      "characters", [](ResultView r) { return candidatesOf(r.dictionaryString().characters()); },
-      "The dictionary text as a list of (character, score); the character is None for the library's empty one.");
+      "characters", [](ResultView r) { return candidatesOf(r.characters()); },
+      "The text as a list of (character, score); the character is None where the position is open.");
   property(
       "given", [](ResultView r) { return positionsOf(r.given()); },
       "The reading as it was matched, shaped as Reading.positions.");
@@ -96,10 +106,13 @@ Comes from Dictionary.run and its kin. Positions are counted from 0.)");
   property(
       "inserted", [](ResultView r) { return numbersOf(r.insertedIndices()); },
       "The positions of the result that are inserted, ascending.");
+  property(
+      "overlap", [](ResultView r) { return r.overlap(); },
+      "How many positions of the reading the line covers, after a fielding run.");
   type.def("__repr__", [](const RankedResult &result) {
     const ResultView view = result.get();
-    return "<Result " + py::repr(textOf(view.dictionaryString().characters())).cast<std::string>() + ", " +
-           std::to_string(view.numEdits()) + (view.numEdits() == 1 ? " edit, " : " edits, ") + name(view.mode()) + ">";
+    return "<Result " + py::repr(wholeTextOf(view)).cast<std::string>() + ", " + std::to_string(view.numEdits()) +
+           (view.numEdits() == 1 ? " edit, " : " edits, ") + name(view.mode()) + ">";
   });
 }
 

@@ -138,3 +138,28 @@ def test_rows_are_plain_values(fruit):
     assert {type(value) for row in rows for value in row.values()} <= {int, float, str, type(None)}
     with pytest.raises(ValueError):
         list(qoc.rows(readings, []))
+
+
+def test_shapes_and_swaps_work_as_in_the_file():
+    dictionary = qoc.Dictionary(fieldings=["AA-99"], swaps={"groups": ["O0", "B8"]})
+    (result,) = dictionary.run("8C-O1")
+    assert result.text == "BC-01"
+    assert result.mode is Mode.FIELDING
+    assert pickle.loads(pickle.dumps(dictionary)) == dictionary
+    modern = qoc.Dictionary([["modern"]], swaps={"sequences": [["rn", "m"]]})
+    assert modern.run("modem")[0].text == "modern"
+    assert pickle.loads(pickle.dumps(modern)) == modern
+
+
+def test_an_open_position_has_no_text():
+    dictionary = qoc.Dictionary(fieldings=["A9"])
+    (result,) = dictionary.run("A", max_edits=1)
+    assert result.text is None
+    assert [character for character, _ in result.characters] == ["A", None]
+
+
+def test_fieldings_pass_over_candidates_that_they_do_not_know():
+    dictionary = qoc.Dictionary(fieldings=["A9"])
+    assert dictionary.run([[("Ä", 90), ("A", 80)], "1"])[0].text == "A1"
+    assert dictionary.run("Ä1") == []
+    assert [len(results) for results in dictionary.run_many(["A1", "Ä1"])] == [1, 0]

@@ -12,8 +12,10 @@ import qoc
 program = os.environ.get("QOC_PROGRAM")
 pytestmark = pytest.mark.skipif(not program, reason="the program is not built")
 
-characters = st.sampled_from("abc")
-words = st.lists(st.text(characters, min_size=1, max_size=5), min_size=1, max_size=8, unique=True)
+characters = st.sampled_from("abcA1\u00e4")
+pictures = st.lists(st.text(st.sampled_from("Aa9*b"), min_size=1, max_size=4), max_size=2)
+swaps = st.sampled_from([{}, {"groups": ["ab"]}, {"groups": ["bc"], "sequences": [["ab", "c"]]}])
+words = st.lists(st.text(st.sampled_from("abcA1"), min_size=1, max_size=5), min_size=1, max_size=8, unique=True)
 position = st.lists(st.tuples(characters, st.integers(0, 9999).map(lambda n: n / 100)), min_size=1, max_size=3)
 readings = st.lists(st.lists(position, min_size=1, max_size=6), min_size=1, max_size=4)
 parameters = st.fixed_dictionaries(
@@ -41,7 +43,7 @@ def by_program(path, given_readings):
 
 def described(result):
     return {
-        "dictionaryString": result.text,
+        "text": result.text,
         "numEdits": result.edits,
         "score": result.score,
         "mode": result.mode.label,
@@ -54,15 +56,21 @@ def described(result):
         "startFieldIndex": result.start_field,
         "inputIndices": result.input_indices,
         "given": [[list(candidate) for candidate in candidates] for candidates in result.given],
-        "dictionaryCharacters": [list(character) for character in result.characters],
+        "valid": [[list(candidate) for candidate in candidates] for candidates in result.valid],
     }
 
 
 @settings(max_examples=40, suppress_health_check=[HealthCheck.function_scoped_fixture])
-@given(words, readings, parameters)
-def test_says_the_same(tmp_path, given_words, given_readings, given_parameters):
+@given(words, pictures, swaps, readings, parameters)
+def test_says_the_same(tmp_path, given_words, given_pictures, given_swaps, given_readings, given_parameters):
     path = tmp_path / "dictionary.json"
-    path.write_text(json.dumps({"lexicons": [{"words": given_words}], "parameters": given_parameters}))
+    content = {
+        "lexicons": [{"words": given_words}],
+        "fieldings": given_pictures,
+        "swaps": given_swaps,
+        "parameters": given_parameters,
+    }
+    path.write_text(json.dumps(content))
     dictionary = qoc.Dictionary.from_file(path)
     expected = by_program(path, given_readings)
     for ranked, results in zip(expected, dictionary.run_many(given_readings), strict=True):

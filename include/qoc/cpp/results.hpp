@@ -54,9 +54,26 @@ class ResultQueries {
  public:
   using Statuses = Sequence<qoc_ocrDictionaryPositionStatus, detail::toPositionStatus>;
 
-  /// The dictionary text as UTF-8. With more than one edit it is the text as it was aligned, which may differ from the
-  /// entry's; where a line fielding admits several characters, it is the chosen one.
-  std::string utf8() const { return dictionaryString().utf8(); }
+  /// The text that the reading is, character by character. With more than one edit it is the text as it was aligned,
+  /// which may differ from the word. Where a position admits more than one character and the reading has none there,
+  /// it is the empty character, 0xF800.
+  std::vector<Candidate> characters() const {
+    std::vector<Candidate> text;
+    if (mode() == Mode::lexicon) {
+      const std::span<const Candidate> word = dictionaryString().characters();
+      text.assign(word.begin(), word.end());
+      return text;
+    }
+    for (const std::span<const Candidate> candidates : valid()) {
+      const bool isOpen = candidates.empty() || candidates.front().code == QOC_CHAR_ANY ||
+                          candidates.front().code == QOC_CHAR_ANY_NONSPACE;
+      text.push_back(isOpen ? Candidate{QOC_CHAR_EMPTY, 0} : candidates.front());
+    }
+    return text;
+  }
+  /// characters() as UTF-8, empty ones left out.
+  std::string utf8() const { return toUtf8(characters()); }
+  /// The dictionary string that the match was made with; empty for a line fielding.
   StringView dictionaryString() const noexcept { return record().dictionaryString; }
   /// Insertions, deletions and substitutions.
   std::int32_t numEdits() const noexcept { return record().numEdits; }

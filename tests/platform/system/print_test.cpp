@@ -85,7 +85,7 @@ TEST(Print, AMissingFormatIsReportedAndNothingIsPrinted) {
   FailedChecks checks;
   const PrintedText printed;
   const char *missing = nullptr;
-  EXPECT_EQ(qsys_printfA(missing), QSYS_STATUS_OK);
+  EXPECT_EQ(qsys_printfA(missing, 1), QSYS_STATUS_OK);
   EXPECT_EQ(checks.numNew(), 1);
   EXPECT_EQ(printed.text(), "");
 }

@@ -165,7 +165,10 @@ class Dictionary:
             The results, best first; an empty list where the reading can be nothing in the dictionary.
 
         Raises:
-            Error: for parameters out of their range, and for a reading that a line fielding cannot take.
+            Error: for parameters out of their range.
+
+        Fieldings know characters up to U+007F only. Where the dictionary has some, other candidates are left out, and
+        a position that has no other is taken as empty.
         """
         return self._core.run(_reading_of(reading), self._options(parameters, changes))
 

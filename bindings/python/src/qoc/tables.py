@@ -18,6 +18,7 @@ class Row(TypedDict):
     rank: int
     """The result's rank, from 0; -1 where the reading has none."""
     text: str | None
+    """The result's text; None where there is no result, and where a position of it is open."""
     edits: int | None
     score: float | None
     mode: str | None
