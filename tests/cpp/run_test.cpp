@@ -220,6 +220,21 @@ TEST(CppKinds, LineFieldingsForceReadings) {
   EXPECT_EQ(line.positions()[1].classes(), QOC_FIELDING_DIGIT);
 }
 
+TEST(CppKinds, RegularExpressionsMatch) {
+  const qoc::RegularExpression expression("[A-Z]{2}[0-9]{2}\u00E4?");
+  EXPECT_EQ(expression.source(), "[A-Z]{2}[0-9]{2}\u00E4?");
+  EXPECT_TRUE(expression.isMatch("AB12\u00E4"));
+  EXPECT_FALSE(expression.isMatch("AB1"));
+  qoc::Dictionary dictionary;
+  dictionary.add(expression);
+  const qoc::Results results = dictionary.run("AB12");
+  ASSERT_EQ(results.size(), 1u);
+  EXPECT_EQ(results.front().mode(), qoc::Mode::regularExpression);
+  EXPECT_EQ(results.front().utf8(), "AB12");
+  EXPECT_EQ(dictionary.regularExpression(0), expression);
+  EXPECT_FALSE(qoc::attempt([] { return qoc::RegularExpression("(a"); }));
+}
+
 TEST(CppParameters, SurviveTheWayThroughTheRecord) {
   const qoc::Parameters all{.maxEdits = 3,
                             .substitution = false,

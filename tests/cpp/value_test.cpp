@@ -41,6 +41,10 @@ qoc::LineFielding filled() {
   return {qoc::PositionFielding(QOC_FIELDING_DIGIT)};
 }
 template <>
+qoc::RegularExpression filled() {
+  return qoc::RegularExpression("[A-Z]{2}-?[0-9]+");
+}
+template <>
 qoc::SwapSet filled() {
   return qoc::SwapSet::ofGroups({"O0", "Il1"});
 }
@@ -53,7 +57,7 @@ qoc::Dictionary filled() {
 }
 
 using Values = testing::Types<qoc::String, qoc::Reading, qoc::Lexicon, qoc::PositionFielding, qoc::LineFielding,
-                              qoc::SwapSet, qoc::Dictionary>;
+                              qoc::RegularExpression, qoc::SwapSet, qoc::Dictionary>;
 TYPED_TEST_SUITE(ValueLife, Values);
 
 TYPED_TEST(ValueLife, MovesThrowNothingSoThatVectorsMove) {

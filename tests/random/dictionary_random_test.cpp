@@ -44,7 +44,9 @@ struct Case {
     }
     reading = randomReading(random, alphabet, random.oneIn(3) ? 6 : 4);
     input = randomWord(random, alphabet, random.oneIn(3) ? 6 : 4);
-    params = *randomParams(random, 0);
+    std::optional<RunParams> randomized = randomParams(random, 0);
+    limitCount(randomized);
+    params = *randomized;
     swaps = randomSwaps(random, alphabet);
     pollLimit = randomPollLimit(random);
     limitVariants(reading, swaps);

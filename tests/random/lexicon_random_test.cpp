@@ -35,11 +35,7 @@ struct Case {
     reading = randomReading(random, alphabet, random.oneIn(3) ? 6 : 4);
     inputs = randomWords(random, alphabet, 3, 4);
     params = randomParams(random, 20);
-    // With the largest number of all, the search for parts counts through two thousand million ends before it finds
-    // one.
-    if (params && params->maxEdits == 0x7FFFFFFF) {
-      params->maxEdits = 0x40000000;
-    }
+    limitCount(params);
     swaps = randomSwaps(random, alphabet);
     pollLimit = randomPollLimit(random);
     limitVariants(reading, swaps);

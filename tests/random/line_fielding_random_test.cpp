@@ -19,11 +19,7 @@ struct Case {
         swaps(randomSwaps(random, alphabet)),
         pollLimit(randomPollLimit(random)),
         swapRecord(swaps) {
-    // With the largest number of all, plain enumeration counts through two thousand million ends before one makes a
-    // range.
-    if (params && params->maxEdits == 0x7FFFFFFF) {
-      params->maxEdits = 0x40000000;
-    }
+    limitCount(params);
     // Random positions are mostly too many or too few; the number of edits is what matters here.
     if (params && random.oneIn(3)) {
       params->maxEdits = 1;

@@ -100,6 +100,12 @@ std::optional<RunParams> randomParams(Random &random, int32_t nullOneIn) {
   return params;
 }
 
+void limitCount(std::optional<RunParams> &params) {
+  if (params && params->maxEdits == 0x7FFFFFFF) {
+    params->maxEdits = 0x40000000;
+  }
+}
+
 namespace {
 
 /** The letters of a swap set, of which those without a text character have no place in its tables. One outside the

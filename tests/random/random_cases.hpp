@@ -62,6 +62,9 @@ std::vector<Word> randomWords(Random &random, const Alphabet &alphabet, int32_t 
 Reading randomReading(Random &random, const Alphabet &alphabet, int32_t longest);
 /** Run parameters with every option varied; `nullOneIn` of 0 for never none. */
 std::optional<RunParams> randomParams(Random &random, int32_t nullOneIn);
+/** Spares a search for parts or ranges the largest number of edits, with which plain enumeration counts through two
+ * thousand million ends before it finds one. */
+void limitCount(std::optional<RunParams> &params);
 /** No swap set, or groups that may overlap, and may be none, or multi-character swaps with or without groups. */
 std::optional<Swaps> randomSwaps(Random &random, const Alphabet &alphabet);
 /** Shortens a reading until the swaps make few variants of it. */

@@ -92,7 +92,10 @@ void readLine(const JsonNode &node, qoc_ocrDictionaryLineFielding &line) {
   } else {
     const std::size_t n = node.requireArray("a line, as a picture or an array of positions");
     if (n == 0) node.fail("the line has no position; expected at least one");
-    for (std::size_t i = 0; i < n; ++i) shapes.push_back(readPosition(node.element(i)));
+    for (std::size_t i = 0; i < n; ++i) {
+      shapes.emplace_back();
+      node.attempt([&] { shapes.back() = readPosition(node.element(i)); });
+    }
   }
   PositionFielding position;
   CharSet characters;
@@ -114,10 +117,12 @@ void readFieldings(const JsonNode &node, DictionaryFile &into) {
   const std::size_t n = node.requireArray("an array of lines");
   for (std::size_t i = 0; i < n; ++i) {
     checkInterrupt();
-    LineFielding line;
-    readLine(node.element(i), *line.get());
-    check(qstd_vector_qoc_ocrDictionaryLineFielding_pushBack(&into.dictionary->fieldings, line.get()),
-          node.element(i).where());
+    node.attempt([&] {
+      LineFielding line;
+      readLine(node.element(i), *line.get());
+      check(qstd_vector_qoc_ocrDictionaryLineFielding_pushBack(&into.dictionary->fieldings, line.get()),
+            node.element(i).where());
+    });
   }
 }
 

@@ -27,22 +27,23 @@ void readFitParameters(const JsonNode &node, DictionaryFile &into) {
   readParameterObject(node, fitParameters, *into.fitParams.get());
 }
 
-void readDictionaryFile(const std::string &path, DictionaryFile &into) {
-  if (path == "-") readDictionaryText(readWhole(path), "standard input", {}, into);
-  else readDictionaryText(readWhole(path), path, std::filesystem::path(path).parent_path(), into);
+void readDictionaryFile(const std::string &path, DictionaryFile &into, std::vector<std::string> *faults) {
+  const bool isStandardInput = path == "-";
+  readDictionaryText(readWhole(path), isStandardInput ? "standard input" : path,
+                     isStandardInput ? std::filesystem::path() : std::filesystem::path(path).parent_path(), into, faults);
 }
 
 void readDictionaryText(std::string_view text, const std::string &name, const std::filesystem::path &directory,
-                        DictionaryFile &into) {
+                        DictionaryFile &into, std::vector<std::string> *faults) {
   into.name = name;
   into.directory = directory;
   const Json document = parseJson(text, into.name);
-  const JsonNode root(document, into.name);
+  const JsonNode root(document, into.name, faults);
 #define QOC_DICTIONARY_KEY(key, read) key,
-  root.requireObject({QOC_DICTIONARY_SECTIONS(QOC_DICTIONARY_KEY)});
+  root.attempt([&] { root.requireObject({QOC_DICTIONARY_SECTIONS(QOC_DICTIONARY_KEY)}); });
 #undef QOC_DICTIONARY_KEY
   for (const Section &section : sections) {
-    if (root.has(section.key)) section.read(root.member(section.key), into);
+    if (root.has(section.key)) root.attempt([&] { section.read(root.member(section.key), into); });
   }
 }
 

@@ -33,13 +33,6 @@ constexpr ReadySet readySets[] = {
     {"ocr-ligatures", {}, ligatures},
 };
 
-/// For messages.
-std::string quoted(const std::string &text) {
-  std::string shown;
-  for (const Char32 code : decodeUtf8(text)) appendUtf8(shown, visible(code));
-  return "\"" + shown + "\"";
-}
-
 /// Collects groups and sequences, and refuses what a swap set cannot hold, or what would do nothing there.
 class SwapReader {
 public:
@@ -165,14 +158,16 @@ private:
 void readSwaps(const JsonNode &node, DictionaryFile &into) {
   node.requireObject({"sets", "groups", "sequences"});
   SwapReader reader(!into.lines().empty());
-  const auto readEach = [&](const char *key, const char *what, void (SwapReader::*read)(const JsonNode &)) {
-    if (!node.has(key)) return;
+  const auto readList = [&](const char *key, const char *what, void (SwapReader::*read)(const JsonNode &)) {
     const JsonNode list = node.member(key);
     const std::size_t n = list.requireArray(what);
     for (std::size_t i = 0; i < n; ++i) {
       checkInterrupt();
-      (reader.*read)(list.element(i));
+      node.attempt([&] { (reader.*read)(list.element(i)); });
     }
+  };
+  const auto readEach = [&](const char *key, const char *what, void (SwapReader::*read)(const JsonNode &)) {
+    if (node.has(key)) node.attempt([&] { readList(key, what, read); });
   };
   readEach("sets", "an array of names of ready sets", &SwapReader::readSet);
   readEach("groups", "an array of groups of interchangeable characters", &SwapReader::readGroup);

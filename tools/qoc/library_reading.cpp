@@ -5,10 +5,8 @@
 
 namespace qoc::program {
 
-std::string placeOf(const Reading &reading) { return reading.file + ":" + std::to_string(reading.line); }
-
 void setReading(const Reading &reading, bool isOnly7Bits, MultiString &multi, std::vector<LeftOut> &leftOut) {
-  const std::string where = placeOf(reading);
+  const std::string where = reading.place();
   auto *positions = &multi->positions;
   check(qstd_vector_qoc_ocrDictionaryCharMulti_resize(positions, static_cast<std::int32_t>(reading.positions.size())),
         where);

@@ -6,7 +6,6 @@
 #include "readings.hpp"
 
 #include <cstddef>
-#include <string>
 #include <vector>
 
 namespace qoc::program {
@@ -15,9 +14,6 @@ namespace qoc::program {
 struct LeftOut {
   std::size_t position, index;
 };
-
-/// Where a reading came from, for messages: "FILE:LINE".
-std::string placeOf(const Reading &reading);
 
 /// Hands a reading to the library. With `isOnly7Bits` candidates beyond 7 bits, which fieldings do not know, are left
 /// out, and a position that has no other gets the empty character.

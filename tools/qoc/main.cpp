@@ -1,4 +1,4 @@
-#include "options.hpp"
+#include "command_line.hpp"
 
 #include <cstdio>
 #include <exception>

@@ -71,6 +71,7 @@ QOC_PROGRAM_ELEMENTS(qstd_vector_qoc_ocrDictionaryChar, qoc_ocrDictionaryChar)
 QOC_PROGRAM_ELEMENTS(qstd_vector_qoc_ocrDictionaryCharMulti, qoc_ocrDictionaryCharMulti)
 QOC_PROGRAM_ELEMENTS(qstd_vector_qoc_ocrDictionaryPositionStatus, qoc_ocrDictionaryPositionStatus)
 QOC_PROGRAM_ELEMENTS(qstd_vector_qoc_ocrDictionaryResult, qoc_ocrDictionaryResult)
+QOC_PROGRAM_ELEMENTS(qstd_vector_qoc_ocrDictionaryLexicon, qoc_ocrDictionaryLexicon)
 #undef QOC_PROGRAM_ELEMENTS
 
 } // namespace qoc::program

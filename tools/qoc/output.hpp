@@ -6,6 +6,8 @@
 #include "objects.hpp"
 #include "readings.hpp"
 
+#include <nlohmann/json.hpp>
+
 #include <cstddef>
 #include <string>
 #include <vector>
@@ -33,7 +35,18 @@ std::string tableHead();
 /// @param isColored mark the positions by colour, too
 std::string describeAsTable(const Reading &reading, const Answer &answer, bool isColored);
 
-/// What the table's marks mean.
-std::string tableLegend();
+/// The head line of the table for programs, and a reading's lines of it: one for each result, or one without a result.
+std::string tsvHead();
+std::string describeAsTsv(const Reading &reading, const Answer &answer);
+
+/// Fields with tabs between them and a line end. Within them a tab, a line end and a backslash are written with a
+/// backslash.
+std::string tsvRow(const std::vector<std::string> &fields);
+
+/// What people call the kind of entry that a result came from.
+const char *sourceName(qoc_ocrDictionaryMode mode);
+
+/// Adds what came with a reading beside its characters: boxes and the picture.
+void addCompanions(nlohmann::ordered_json &object, const Reading &reading);
 
 } // namespace qoc::program

@@ -3,6 +3,7 @@
 #include "text.hpp"
 
 #include <algorithm>
+#include <optional>
 #include <unordered_map>
 #include <vector>
 
@@ -222,6 +223,17 @@ OrderedJson resultOf(const qoc_ocrDictionaryResult &result, const Reading &readi
 
 } // namespace
 
+void addCompanions(nlohmann::ordered_json &object, const Reading &reading) {
+  if (reading.box) object["box"] = describeBox(*reading.box);
+  if (!reading.boxes.empty()) {
+    OrderedJson &boxes = object["boxes"] = OrderedJson::array();
+    for (const std::optional<Box> &box : reading.boxes) {
+      boxes.push_back(box ? OrderedJson(describeBox(*box)) : OrderedJson());
+    }
+  }
+  if (!reading.image.empty()) object["image"] = reading.image;
+}
+
 std::string describeAsJson(const Reading &reading, const Answer &answer) {
   GivenScores scores(reading);
   OrderedJson object;
@@ -231,6 +243,7 @@ std::string describeAsJson(const Reading &reading, const Answer &answer) {
   object["line"] = reading.line;
   object["id"] = reading.id;
   object["text"] = reading.text();
+  addCompanions(object, reading);
   object["leftOut"] = leftOutOf(reading, answer);
   OrderedJson &list = object["results"] = OrderedJson::array();
   for (const qoc_ocrDictionaryResult &result : elements(answer.results->results)) {

@@ -1,5 +1,6 @@
 #include "output.hpp"
 
+#include "marks.hpp"
 #include "text.hpp"
 
 #include <algorithm>
@@ -10,32 +11,6 @@ namespace {
 
 constexpr std::size_t idWidth = 8, textWidth = 27, editsWidth = 5;
 constexpr std::size_t maxShown = 60; ///< Longer texts are cut, so that a line stays a line.
-
-struct Mark {
-  qoc_ocrDictionaryPositionStatus status;
-  char mark;
-  const char *color; ///< As a terminal takes it.
-  const char *meaning;
-};
-
-constexpr Mark marks[] = {
-    {qoc_ocrDictionaryPositionStatus_primary, '.', "32", "first candidate"},
-    {qoc_ocrDictionaryPositionStatus_primarySwap, '~', "36", "first candidate, swapped"},
-    {qoc_ocrDictionaryPositionStatus_secondary, ':', "34", "another candidate"},
-    {qoc_ocrDictionaryPositionStatus_secondarySwap, ';', "35", "another candidate, swapped"},
-    {qoc_ocrDictionaryPositionStatus_substituted, 'x', "31", "substituted"},
-    {qoc_ocrDictionaryPositionStatus_substitutedSpace, '_', "31", "substituted by a space"},
-    {qoc_ocrDictionaryPositionStatus_noMatch, '!', "31", "no match"},
-    {qoc_ocrDictionaryPositionStatus_inserted, '+', "33", "inserted"},
-    {qoc_ocrDictionaryPositionStatus_deleted, '-', "33", "deleted"},
-    {qoc_ocrDictionaryPositionStatus_deletedIgnored, ',', "90", "ignored"},
-};
-
-const Mark &markOf(qoc_ocrDictionaryPositionStatus status) {
-  const auto *found = std::find_if(std::begin(marks), std::end(marks),
-                                   [&](const Mark &mark) { return mark.status == status; });
-  return found == std::end(marks) ? marks[qoc_ocrDictionaryPositionStatus_noMatch - 1] : *found;
-}
 
 /// A text that is built cell by cell; counts characters, not bytes, and leaves colours out of the count.
 class Row {
@@ -105,21 +80,6 @@ std::vector<Char32> shownText(const qoc_ocrDictionaryResult &result) {
   return codes;
 }
 
-/// How messages call a reading: by its id where it has one, else by its line.
-std::string nameOf(const Reading &reading) {
-  if (reading.id.is_null()) return std::to_string(reading.line);
-  return reading.id.is_string() ? reading.id.get<std::string>() : reading.id.dump();
-}
-
-std::string modeOf(qoc_ocrDictionaryMode mode) {
-  switch (mode) {
-  case qoc_ocrDictionaryMode_lexicon: return "words";
-  case qoc_ocrDictionaryMode_fielding: return "fielding";
-  case qoc_ocrDictionaryMode_regularExpression: return "pattern";
-  default: return "";
-  }
-}
-
 /// A line that names what was not handed to the library; none where that is nothing.
 std::string describeLeftOut(const Reading &reading, const Answer &answer) {
   if (answer.leftOut.empty()) return "";
@@ -170,13 +130,13 @@ std::string describeAsTable(const Reading &reading, const Answer &answer, bool i
   std::size_t i = 0;
   for (const qoc_ocrDictionaryResult &result : elements(answer.results->results)) {
     Row row(isColored);
-    addCell(row, lines.empty() ? nameOf(reading) : "", idWidth);
+    addCell(row, lines.empty() ? reading.name() : "", idWidth);
     const Statuses inputStatuses = elements(result.statusWRTInputStringSwapChar);
     const Statuses resultStatuses = elements(result.resultStringStatus);
     addText(row, text, inputStatuses, textWidth);
     addText(row, shownText(result), resultStatuses, textWidth);
     addCell(row, std::to_string(result.numEdits), editsWidth);
-    addCell(row, i < answer.lines.size() ? "line " + std::to_string(answer.lines[i] + 1) : modeOf(result.mode), 9);
+    addCell(row, i < answer.lines.size() ? "line " + std::to_string(answer.lines[i] + 1) : sourceName(result.mode), 9);
     ++i;
     addMarks(row, inputStatuses);
     row.add(" / ");
@@ -185,7 +145,7 @@ std::string describeAsTable(const Reading &reading, const Answer &answer, bool i
   }
   if (lines.empty()) {
     Row row(isColored);
-    addCell(row, nameOf(reading), idWidth);
+    addCell(row, reading.name(), idWidth);
     addText(row, text, {}, textWidth);
     row.add("no result");
     lines = row.finish();
@@ -193,12 +153,13 @@ std::string describeAsTable(const Reading &reading, const Answer &answer, bool i
   return lines + describeLeftOut(reading, answer);
 }
 
-std::string tableLegend() {
-  std::string legend;
-  for (const Mark &mark : marks) {
-    legend += std::string("  ") + mark.mark + "  " + mark.meaning + "\n";
+const char *sourceName(qoc_ocrDictionaryMode mode) {
+  switch (mode) {
+  case qoc_ocrDictionaryMode_lexicon: return "words";
+  case qoc_ocrDictionaryMode_fielding: return "fielding";
+  case qoc_ocrDictionaryMode_regularExpression: return "pattern";
+  default: return "";
   }
-  return legend;
 }
 
 } // namespace qoc::program

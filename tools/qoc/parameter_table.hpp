@@ -98,7 +98,9 @@ template <typename P> void readParameterObject(const JsonNode &node, const Param
   addKeys(table.choices);
   for (const auto &[key, unused] : node.value().items()) {
     const JsonNode member = node.member(key);
-    if (!readParameter(member, key, table, params)) member.fail("unknown key; expected one of " + known);
+    node.attempt([&, key = key] {
+      if (!readParameter(member, key, table, params)) member.fail("unknown key; expected one of " + known);
+    });
   }
   check(table.validate(&params), node.where());
 }

@@ -16,6 +16,9 @@ inline constexpr Char32 max7Bits = 0x7F;
 /// Throws Trouble "PLACE: byte N: …" where the text is not UTF-8; N counts from 1.
 void checkUtf8(std::string_view text, const std::string &place);
 
+/// The text with U+FFFD for what is not UTF-8.
+std::string validUtf8(std::string_view text);
+
 /// The character codes of a valid UTF-8 text.
 std::vector<Char32> decodeUtf8(std::string_view text);
 
@@ -33,6 +36,9 @@ bool isEncodable(Char32 code);
 
 /// The code in a form that does not command a terminal: control characters become their pictures.
 Char32 visible(Char32 code);
+
+/// A text in quotes, for messages, in a form that does not command a terminal.
+std::string quoted(const std::string &text);
 
 /// Removes one carriage return from the end, so that lines may end with CR LF.
 void dropCarriageReturn(std::string &line);

@@ -108,6 +108,11 @@ py::dict describeEntries(const Dictionary &dictionary) {
     fieldings.append(positions);
   }
   if (!fieldings.empty()) described["fieldings"] = fieldings;
+  py::list expressions;
+  for (std::size_t i = 0; i < dictionary.numRegularExpressions(); ++i) {
+    expressions.append(dictionary.regularExpression(i).source());
+  }
+  if (!expressions.empty()) described["regularExpressions"] = expressions;
   py::dict swaps;
   py::list groups, sequences;
   const SwapSet set = dictionary.swaps();

@@ -17,6 +17,7 @@ class Dictionary : public Value<qoc_ocrDictionary> {
 
   /// Adds an entry behind the others of its kind. Moved in, it costs no copy.
   void add(Lexicon lexicon) { detail::moveInto(c()->lexicons, std::move(lexicon)); }
+  void add(RegularExpression expression) { detail::moveInto(c()->regularExpressions, std::move(expression)); }
   void add(LineFielding lineFielding) { detail::moveInto(c()->fieldings, std::move(lineFielding)); }
 
   std::size_t numLexicons() const noexcept { return detail::elements(c()->lexicons).size(); }
@@ -33,12 +34,20 @@ class Dictionary : public Value<qoc_ocrDictionary> {
     require(qoc_ocrDictionary_getFieldingI(c(), detail::count(index), copy.c()));
     return copy;
   }
+  RegularExpression regularExpression(std::size_t index) const {
+    RegularExpression copy;
+    require(qoc_ocrDictionary_getRegularExpressionI(c(), detail::count(index), copy.c()));
+    return copy;
+  }
   /// Replaces an entry by a copy. Throws Error for an index that is too big.
   void set(std::size_t index, const Lexicon &lexicon) {
     require(qoc_ocrDictionary_setLexiconI(c(), detail::count(index), lexicon.c()));
   }
   void set(std::size_t index, const LineFielding &lineFielding) {
     require(qoc_ocrDictionary_setFieldingI(c(), detail::count(index), lineFielding.c()));
+  }
+  void set(std::size_t index, const RegularExpression &expression) {
+    require(qoc_ocrDictionary_setRegularExpressionI(c(), detail::count(index), expression.c()));
   }
   /// Removes a word list; later ones move down.
   void removeLexicon(std::size_t index) { require(qoc_ocrDictionary_removeLexiconI(c(), detail::count(index))); }

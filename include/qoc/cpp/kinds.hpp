@@ -11,6 +11,7 @@
 #include <cstdint>
 #include <initializer_list>
 #include <ranges>
+#include <string>
 
 namespace qoc {
 inline namespace v0 {
@@ -170,6 +171,36 @@ class LineFielding : public Value<qoc_ocrDictionaryLineFielding>, public detail:
   friend detail::Matching<LineFielding>;
   static constexpr auto isMatchOperation = qoc_ocrDictionaryLineFielding_isMatchMulti;
   static constexpr auto matchOperation = qoc_ocrDictionaryLineFielding_matchMulti;
+};
+
+/// A regular expression, which matches a reading as a whole. What it may hold stands in qoc/regex.h.
+class RegularExpression : public Value<qoc_ocrDictionaryRegularExpression>, public detail::Matching<RegularExpression> {
+ public:
+  using Value::Value;
+  RegularExpression() = default;
+  /// From a source. Throws Error with the status of its first fault.
+  template <Text T>
+  explicit RegularExpression(const T &source) {
+    std::wstring codes;
+    for (const Candidate &character : detail::decode(source)) {
+      codes += static_cast<wchar_t>(character.code);
+    }
+    require(qoc_ocrDictionaryRegularExpression_setStringT(c(), codes.c_str()));
+  }
+
+  /// The source as UTF-8.
+  std::string source() const {
+    Value<qstd_string> text;
+    require(qoc_ocrDictionaryRegularExpression_getString(c(), text.c()));
+    const std::span<const char> bytes = detail::elements(*text.c());
+    return {bytes.begin(), bytes.end()};
+  }
+  bool empty() const { return detail::flag(qoc_ocrDictionaryRegularExpression_getIsEmpty, c()); }
+
+ private:
+  friend detail::Matching<RegularExpression>;
+  static constexpr auto isMatchOperation = qoc_ocrDictionaryRegularExpression_isMatchMulti;
+  static constexpr auto matchOperation = qoc_ocrDictionaryRegularExpression_matchMulti;
 };
 
 }  // namespace v0

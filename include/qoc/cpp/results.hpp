@@ -5,6 +5,7 @@
 
 #include <qoc/cpp/string.hpp>
 
+#include <algorithm>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -46,6 +47,19 @@ namespace detail {
 inline PositionStatus toPositionStatus(const qoc_ocrDictionaryPositionStatus &status) noexcept {
   return static_cast<PositionStatus>(status);
 }
+
+/// What a position is of all that it may be.
+inline Candidate choose(std::span<const Candidate> valid, std::span<const Candidate> read) noexcept {
+  constexpr Candidate open{QOC_CHAR_EMPTY, 0};
+  const auto isValid = [valid](Char32 code) {
+    return std::ranges::any_of(valid, [code](const Candidate &candidate) { return candidate.code == code; });
+  };
+  if (valid.empty() || isValid(QOC_CHAR_ANY) || isValid(QOC_CHAR_ANY_NONSPACE)) return open;
+  for (const Candidate &candidate : read) {
+    if (isValid(candidate.code)) return candidate;
+  }
+  return valid.front();
+}
 }  // namespace detail
 
 /// What can be asked of a result, whoever owns it.
@@ -55,8 +69,8 @@ class ResultQueries {
   using Statuses = Sequence<qoc_ocrDictionaryPositionStatus, detail::toPositionStatus>;
 
   /// The text that the reading is, character by character. With more than one edit it is the text as it was aligned,
-  /// which may differ from the word. Where a position admits more than one character and the reading has none there,
-  /// it is the empty character, 0xF800.
+  /// which may differ from the word. Where a position may be several characters, it is what the reading has before what
+  /// is swapped for that, and the empty character 0xF800 where it may be anything.
   std::vector<Candidate> characters() const {
     std::vector<Candidate> text;
     if (mode() == Mode::lexicon) {
@@ -64,10 +78,12 @@ class ResultQueries {
       text.assign(word.begin(), word.end());
       return text;
     }
+    const std::vector<std::int32_t> places = isComputed() ? readingIndices() : std::vector<std::int32_t>();
     for (const std::span<const Candidate> candidates : valid()) {
-      const bool isOpen = candidates.empty() || candidates.front().code == QOC_CHAR_ANY ||
-                          candidates.front().code == QOC_CHAR_ANY_NONSPACE;
-      text.push_back(isOpen ? Candidate{QOC_CHAR_EMPTY, 0} : candidates.front());
+      const std::size_t i = text.size();
+      const bool isRead = i < places.size() && places[i] >= 0 && static_cast<std::size_t>(places[i]) < given().size();
+      text.push_back(detail::choose(
+          candidates, isRead ? given()[static_cast<std::size_t>(places[i])] : std::span<const Candidate>()));
     }
     return text;
   }

@@ -72,6 +72,7 @@ QOC_CPP_OBJECT(qoc_ocrDictionaryStringMulti)
 QOC_CPP_OBJECT(qoc_swapChar)
 QOC_CPP_OBJECT(qoc_swapCharSet)
 
+QOC_CPP_VECTOR(qstd_string, CharT)
 QOC_CPP_VECTOR(qstd_vector32s, std::int32_t)
 QOC_CPP_VECTOR(qstd_vectorChar32, Char32)
 QOC_CPP_VECTOR(qstd_vector_vectorChar32, qstd_vectorChar32)

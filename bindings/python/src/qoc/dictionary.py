@@ -87,7 +87,7 @@ class Dictionary:
         lexicons: Iterable[Iterable[str] | Mapping[str, Any]] = (),
         *,
         fieldings: Iterable[str | Sequence[Position]] = (),
-        expressions: Iterable[str | Mapping[str, Any]] = (),
+        expressions: Iterable[str] = (),
         swaps: Swaps | None = None,
         parameters: Parameters | None = None,
         directory: str | os.PathLike[str] = "",
