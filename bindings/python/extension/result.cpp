@@ -60,7 +60,7 @@ Comes from Dictionary.run and its kin. Positions are counted from 0.)");
       "edits", [](ResultView r) { return r.numEdits(); }, "How many characters were inserted, deleted or substituted.");
   property(
       "score", [](ResultView r) { return r.score() / scoreUnitsPerPoint; },
-      "The sum of scores that ranked the result, in the reader's own scale; 0.0 where the ranking did not need it.");
+      "The sum of the dictionary text's own scores at the positions that count; 0.0 for words of a dictionary file.");
   property(
       "mode", [](ResultView r) { return memberOf("Mode", static_cast<std::int32_t>(r.mode())); },
       "The Mode: the kind of dictionary entry that gave the result.");

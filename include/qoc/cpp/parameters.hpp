@@ -14,9 +14,9 @@ inline namespace v0 {
 
 /// What ranks first.
 enum class Ranking {
-  edits,            ///< The fewest edits.
-  primary,          ///< The highest scores of the primary candidates used.
-  primarySecondary  ///< The highest scores of all candidates used.
+  edits,            ///< The fewest edits, then the fewest missing characters, then the most primary ones.
+  primary,          ///< The fewest edits, then the most primary characters, then the mildest line status.
+  primarySecondary  ///< The same with primary and secondary characters counted together.
 };
 
 /// The options of a run: `{.maxEdits = 1}`.

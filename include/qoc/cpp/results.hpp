@@ -93,7 +93,7 @@ class ResultQueries {
   StringView dictionaryString() const noexcept { return record().dictionaryString; }
   /// Insertions, deletions and substitutions.
   std::int32_t numEdits() const noexcept { return record().numEdits; }
-  /// The sum of scores that ranked the result; 0 where the ranking did not need it.
+  /// The sum of the dictionary string's own scores at the positions that count; 0 where the ranking did not need it.
   std::int32_t score() const noexcept { return record().score; }
   Mode mode() const noexcept { return static_cast<Mode>(record().mode); }
   bool isComputed() const noexcept { return record().isComputed != 0; }

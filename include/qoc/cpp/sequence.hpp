@@ -74,9 +74,11 @@ class Sequence {
 }  // namespace v0
 }  // namespace qoc
 
+/// @cond
 template <class Element, auto Show>
 inline constexpr bool std::ranges::enable_borrowed_range<qoc::Sequence<Element, Show>> = true;
 template <class Element, auto Show>
 inline constexpr bool std::ranges::enable_view<qoc::Sequence<Element, Show>> = true;
+/// @endcond
 
 #endif

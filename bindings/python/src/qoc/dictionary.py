@@ -39,7 +39,8 @@ class Parameters:
     without_inserted: bool = False
     """Take inserted positions out of the results."""
     ranking: Literal["edits", "primary", "primary-secondary"] = "edits"
-    """What ranks first: the fewest edits, the highest scores of the first candidates used, or of all candidates used."""
+    """What goes first among results with equally few edits: the fewest missing characters ("edits"), the most primary
+    characters ("primary"), or the most primary and secondary ones ("primary-secondary")."""
 
 
 # The parameters by their names in the dictionary file.

@@ -1,4 +1,4 @@
-"""A local cluster of two worker processes. Named so that pytest does not collect it by itself: it needs Dask.
+"""A local cluster of two worker processes.
 
 The cluster is made by hand of a scheduler and two worker processes, so that one can be killed for good.
 """
