@@ -11,7 +11,7 @@ from __future__ import annotations
 
 import hashlib
 import pickle
-from typing import TYPE_CHECKING, Any, Iterable, Mapping
+from typing import TYPE_CHECKING, Any, Iterable, Mapping, cast
 
 import distributed
 from distributed.diagnostics.plugin import WorkerPlugin
@@ -20,14 +20,14 @@ from qoc.dictionary import Dictionary, ReadingLike, _reading_of
 from qoc.tables import Row, row_of
 
 if TYPE_CHECKING:
-    import dask.bag
-    import dask.dataframe
+    from dask.bag.core import Bag
+    from dask.dataframe.core import DataFrame
 
 # The dictionaries that this worker process holds, by their keys.
 _dictionaries: dict[str, Dictionary] = {}
 
 
-class _DictionaryPlugin(WorkerPlugin):  # type: ignore[misc]
+class _DictionaryPlugin(WorkerPlugin):
     """Holds a dictionary on a worker for as long as the plugin is registered."""
 
     def __init__(self, key: str, packed: bytes) -> None:
@@ -61,8 +61,8 @@ def ship(dictionary: Dictionary, client: distributed.Client) -> str:
 
 
 def run_bag(
-    dictionary: Dictionary, readings: dask.bag.Bag, *, client: distributed.Client, **changes: Any
-) -> dask.bag.Bag:
+    dictionary: Dictionary, readings: Bag, *, client: distributed.Client, **changes: Any
+) -> Bag:
     """Matches a bag of readings.
 
     Args:
@@ -81,12 +81,12 @@ def run_bag(
 
 def run_dataframe(
     dictionary: Dictionary,
-    frame: dask.dataframe.DataFrame,
+    frame: DataFrame,
     column: str,
     *,
     client: distributed.Client,
     **changes: Any,
-) -> dask.dataframe.DataFrame:
+) -> DataFrame:
     """Matches a column of readings and joins the best result of each to its row.
 
     Args:
@@ -151,7 +151,8 @@ def _series(values: Iterable[Any], kind: str, index: Any = None) -> Any:
 
 
 def _run_frame(frame: Any, column: str, key: str) -> Any:
-    best: list[Mapping[str, Any]] = [rows[0] if rows else {} for rows in _run_partition(frame[column], key)]
+    answers = _run_partition(frame[column], key)
+    best: list[Mapping[str, Any]] = [cast("Mapping[str, Any]", rows[0]) if rows else {} for rows in answers]
     return frame.assign(
         **{name: _series((row.get(name) for row in best), kind, frame.index) for name, kind in _COLUMNS.items()}
     )
