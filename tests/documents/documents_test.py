@@ -10,6 +10,7 @@ A block is fenced and names its language, or is indented and is known by its loo
     json       a dictionary file, read by the program; the files that it names exist for the occasion
     ndjson     readings, matched with a dictionary
     cmake      the end of a CMakeLists.txt whose program is `inspection`
+    python all the same, with packages that only the whole test installs
     text       the printed text of the block before; elsewhere nothing that could run
 """
 
@@ -32,6 +33,7 @@ SOURCE_DIR = pathlib.Path(os.environ["QOC_SOURCE_DIR"])
 LIBRARY = pathlib.Path(os.environ["QOC_LIBRARY"])
 PROGRAM = os.environ.get("QOC_PROGRAM")
 PYTHON_MODULE = os.environ.get("QOC_PYTHON_MODULE")
+TEST_ALL = os.environ.get("QOC_TEST_ALL") == "1"
 DOCUMENTS = sorted([*SOURCE_DIR.glob("*.md"), *(SOURCE_DIR / "docs").rglob("*.md")])
 
 
@@ -40,6 +42,7 @@ class Block(NamedTuple):
     line: int
     language: str
     text: str
+    needs_all: bool = False
 
     def __str__(self):
         return f"{self.document.relative_to(SOURCE_DIR)}:{self.line}"
@@ -53,7 +56,7 @@ def language_of_indented(text):
         return "json"
     if first.startswith(("find_package", "add_subdirectory")):
         return "cmake"
-    if re.match(r"(scripts/|cmake |ctest |qoc |cc |build/|gcovr |pip |npm |node )", first):
+    if re.match(r"([A-Z_]+=|tesseract |scripts/|cmake |ctest |qoc |cc |build/|gcovr |pip |npm |node )", first):
         return "sh"
     return "text"
 
@@ -62,10 +65,11 @@ def blocks_of(document):
     lines = document.read_text(encoding="utf-8").split("\n")
     found, i, after_blank = [], 0, True
     while i < len(lines):
-        fence = re.match(r"```(\S*)", lines[i])
+        fence = re.match(r"```(\S*)(?: (all))?", lines[i])
         if fence:
             end = next(k for k in range(i + 1, len(lines)) if lines[k].startswith("```"))
-            found.append(Block(document, i + 1, fence.group(1), "\n".join(lines[i + 1 : end]) + "\n"))
+            text = "\n".join(lines[i + 1 : end]) + "\n"
+            found.append(Block(document, i + 1, fence.group(1), text, fence.group(2) is not None))
             i = end + 1
         elif after_blank and lines[i].startswith("    ") and not re.match(r"\s*([-*]|\d+\.) ", lines[i]):
             end = i
@@ -184,7 +188,7 @@ class Documents(unittest.TestCase):
     def test_python(self):
         for document in DOCUMENTS:
             blocks = [(block, printed) for block, printed in outputs(blocks_of(document))
-                      if block.language in ("python", "pycon")]  # fmt: skip
+                      if block.language in ("python", "pycon") and (TEST_ALL or not block.needs_all)]  # fmt: skip
             if blocks:
                 with self.subTest(document=document.name):
                     content = json.dumps([[block.language, block.text, printed, str(block)] for block, printed in blocks])

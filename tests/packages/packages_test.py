@@ -97,9 +97,10 @@ class Packages(unittest.TestCase):
     def test_programs_are_built_against_the_development_package(self):
         install("g++", "pkg-config")
         consumer = SOURCE_DIR / "tests" / "build" / "consumer"
-        for source in ("main.c", "main.cpp"):
+        for source in ("main.c", "main.cpp", "main_hpp.cpp"):
             shutil.copy(consumer / source, ROOT / "tmp")
-        for compiler, source in (("gcc -std=c11", "main.c"), ("g++ -std=c++20", "main.cpp")):
+        for compiler, source in (("gcc -std=c11", "main.c"), ("g++ -std=c++17", "main.cpp"),
+                                 ("g++ -std=c++20", "main_hpp.cpp")):
             in_root("sh", "-c", f"{compiler} /tmp/{source} -o /tmp/consumer $(pkg-config --cflags --libs qoc)")
             self.assertEqual(in_root("/tmp/consumer").strip(), "A")
             in_root("sh", "-c", f"{compiler} /tmp/{source} -o /tmp/consumer $(pkg-config --cflags qoc) -l:libqoc.a "

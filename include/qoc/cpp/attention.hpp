@@ -7,11 +7,25 @@
 
 #include <concepts>
 #include <exception>
-#include <stop_token>
 #include <utility>
+
+#if __has_include(<stop_token>)
+#include <stop_token>
+#endif
 
 namespace qoc {
 inline namespace v0 {
+
+#if defined(__cpp_lib_jthread)
+/// What interrupts a run from outside.
+using StopToken = std::stop_token;
+#else
+/// Stands in where the standard library has no stop tokens: interrupts nothing. AttentionScope interrupts there, too.
+struct StopToken {
+  static constexpr bool stop_possible() noexcept { return false; }
+  static constexpr bool stop_requested() noexcept { return false; }
+};
+#endif
 
 /**
  * While it lives, the library's work in this thread is interrupted as soon as `shallStop` gives true or throws.
@@ -63,7 +77,7 @@ namespace detail {
 
 /// Calls a function of the library so that the token interrupts it.
 template <std::invocable F>
-auto interruptible(const std::stop_token &stop, F &&call) {
+auto interruptible(const StopToken &stop, F &&call) {
   if (!stop.stop_possible()) return call();
   const AttentionScope scope([&stop] { return stop.stop_requested(); });
   return call();

@@ -63,14 +63,14 @@ class Dictionary : public Value<qoc_ocrDictionary> {
    *
    * @param stop interrupts the run: an Error with the status QSYS_STATUS_INTERRUPTED
    */
-  Results run(const Reading &reading, const Parameters &parameters = {}, const std::stop_token &stop = {}) const {
+  Results run(const Reading &reading, const Parameters &parameters = {}, const StopToken &stop = {}) const {
     Results results;
     require(tryRun(reading, parameters, results, stop));
     return results;
   }
   /// The same with other swaps than the dictionary's own.
   Results run(const Reading &reading, const Parameters &parameters, const SwapSet &swaps,
-              const std::stop_token &stop = {}) const {
+              const StopToken &stop = {}) const {
     Results results;
     require(tryRun(reading, parameters, swaps, results, stop));
     return results;
@@ -79,17 +79,17 @@ class Dictionary : public Value<qoc_ocrDictionary> {
   /// As run, into results that can be used again and again; throws nothing. After a failure the results may hold what
   /// was merged so far.
   Status tryRun(const Reading &reading, const Parameters &parameters, Results &results,
-                const std::stop_token &stop = {}) const noexcept {
+                const StopToken &stop = {}) const noexcept {
     return runWith(reading, parameters, &c()->swapCharSet, results, stop);
   }
   Status tryRun(const Reading &reading, const Parameters &parameters, const SwapSet &swaps, Results &results,
-                const std::stop_token &stop = {}) const noexcept {
+                const StopToken &stop = {}) const noexcept {
     return runWith(reading, parameters, swaps.c(), results, stop);
   }
 
  private:
   Status runWith(const Reading &reading, const Parameters &parameters, const qoc_swapCharSet *swaps, Results &results,
-                 const std::stop_token &stop) const noexcept {
+                 const StopToken &stop) const noexcept {
     const qoc_ocrDictionaryRunParams params = parameters.c();
     const Status valid = qoc_ocrDictionaryRunParams_validate(&params);
     if (!valid.isSuccess()) return valid;

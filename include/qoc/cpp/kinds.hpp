@@ -24,7 +24,7 @@ class Matching {
  public:
   /// Whether a reading can be read as this entry.
   bool isMatch(const Reading &reading, const Parameters &parameters = {}, const SwapSet *swaps = nullptr,
-               const std::stop_token &stop = {}) const {
+               const StopToken &stop = {}) const {
     const qoc_ocrDictionaryRunParams params = parameters.c();
     require(qoc_ocrDictionaryRunParams_validate(&params));
     qsys_bool isMatch = 0;
@@ -36,7 +36,7 @@ class Matching {
 
   /// Every way in which a reading can be read as this entry, ranked.
   Results match(const Reading &reading, const Parameters &parameters = {}, const SwapSet *swaps = nullptr,
-                const std::stop_token &stop = {}) const {
+                const StopToken &stop = {}) const {
     const qoc_ocrDictionaryRunParams params = parameters.c();
     require(qoc_ocrDictionaryRunParams_validate(&params));
     Results results;
@@ -157,7 +157,7 @@ class LineFielding : public Value<qoc_ocrDictionaryLineFielding>, public detail:
 
   /// Forces a reading into the shape; exactly one result, which is not computed where nothing could be placed.
   Results force(const Reading &reading, const FieldingParameters &parameters = {}, const SwapSet *swaps = nullptr,
-                const std::stop_token &stop = {}) const {
+                const StopToken &stop = {}) const {
     const qoc_ocrDictionaryFieldingRunParams params = parameters.c();
     Results results;
     require(detail::interruptible(stop, [&] {
