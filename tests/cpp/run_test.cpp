@@ -155,16 +155,18 @@ TEST(CppDictionary, HoldsEntriesOfAllKinds) {
   dictionary.add(qoc::LineFielding{digit, qoc::PositionFielding("-"), digit});
   dictionary.add(qoc::Lexicon{"word"});
   dictionary.add(qoc::Lexicon{"other"});
-  EXPECT_EQ(dictionary.numLexicons(), 2u);
-  EXPECT_EQ(dictionary.numLineFieldings(), 1u);
+  EXPECT_EQ(dictionary.lexicons().size(), 2u);
+  EXPECT_EQ(dictionary.lineFieldings().size(), 1u);
   EXPECT_EQ(dictionary.run("1-2").front().mode(), qoc::Mode::fielding);
   EXPECT_EQ(dictionary.run("1-2").front().utf8(), "1-2");
-  EXPECT_EQ(dictionary.lexicon(1), qoc::Lexicon{"other"});
+  EXPECT_EQ(dictionary.lexicons()[1], qoc::Lexicon{"other"});
   dictionary.set(1, qoc::Lexicon{"changed"});
-  EXPECT_EQ(dictionary.lexicon(1).words().front().utf8(), "changed");
+  EXPECT_EQ(dictionary.lexicons()[1].words().front().utf8(), "changed");
   dictionary.removeLexicon(0);
-  EXPECT_EQ(dictionary.numLexicons(), 1u);
-  EXPECT_THROW((void)dictionary.lexicon(1), qoc::Error);
+  EXPECT_EQ(dictionary.lexicons().size(), 1u);
+  EXPECT_THROW(dictionary.set(1, qoc::Lexicon{"absent"}), qoc::Error);
+  EXPECT_EQ(qoc::Lexicon(dictionary.lexicons().front()), qoc::Lexicon{"changed"});
+  EXPECT_TRUE(dictionary.lexicons().front().isMatch("changed"));
   EXPECT_THROW(dictionary.removeLexicon(1), qoc::Error);
 }
 
@@ -231,7 +233,7 @@ TEST(CppKinds, RegularExpressionsMatch) {
   ASSERT_EQ(results.size(), 1u);
   EXPECT_EQ(results.front().mode(), qoc::Mode::regularExpression);
   EXPECT_EQ(results.front().utf8(), "AB12");
-  EXPECT_EQ(dictionary.regularExpression(0), expression);
+  EXPECT_EQ(dictionary.regularExpressions().front(), expression);
   EXPECT_FALSE(qoc::attempt([] { return qoc::RegularExpression("(a"); }));
 }
 

@@ -72,8 +72,7 @@ py::str textOfCodes(std::span<const Char32> codes) {
   return textOf(characters);
 }
 
-template <class Position>
-py::dict describePosition(const Position &position) {
+py::dict describePosition(PositionFieldingView position) {
   constexpr std::pair<std::uint32_t, const char *> classes[] = {{QOC_FIELDING_UPPER, "upper"},
                                                                 {QOC_FIELDING_LOWER, "lower"},
                                                                 {QOC_FIELDING_DIGIT, "digit"},
@@ -93,24 +92,22 @@ py::dict describePosition(const Position &position) {
 py::dict describeEntries(const Dictionary &dictionary) {
   py::dict described;
   py::list lexicons;
-  for (std::size_t i = 0; i < dictionary.numLexicons(); ++i) {
-    const Lexicon lexicon = dictionary.lexicon(i);
+  for (const LexiconView lexicon : dictionary.lexicons()) {
     py::list words(lexicon.size());
     for (std::size_t k = 0; k < lexicon.size(); ++k) words[k] = textOf(lexicon.words()[k].characters());
     lexicons.append(py::dict(py::arg("words") = words));
   }
   if (!lexicons.empty()) described["lexicons"] = lexicons;
   py::list fieldings;
-  for (std::size_t i = 0; i < dictionary.numLineFieldings(); ++i) {
+  for (const LineFieldingView line : dictionary.lineFieldings()) {
     py::list positions;
-    const LineFielding line = dictionary.lineFielding(i);
-    for (const auto &position : line.positions()) positions.append(describePosition(position));
+    for (const PositionFieldingView position : line.positions()) positions.append(describePosition(position));
     fieldings.append(positions);
   }
   if (!fieldings.empty()) described["fieldings"] = fieldings;
   py::list expressions;
-  for (std::size_t i = 0; i < dictionary.numRegularExpressions(); ++i) {
-    expressions.append(dictionary.regularExpression(i).source());
+  for (const RegularExpressionView expression : dictionary.regularExpressions()) {
+    expressions.append(expression.source());
   }
   if (!expressions.empty()) described["regularExpressions"] = expressions;
   py::dict swaps;
@@ -137,7 +134,7 @@ class FittingReading {
     constexpr Char32 max7Bits = 0x7F;
     const auto isOther = [](const Candidate &candidate) { return candidate.code > max7Bits; };
     const auto hasOther = [&](auto candidates) { return std::ranges::any_of(candidates, isOther); };
-    if (dictionary.numLineFieldings() == 0 || std::ranges::none_of(reading, hasOther)) return;
+    if (dictionary.lineFieldings().empty() || std::ranges::none_of(reading, hasOther)) return;
     changed_.emplace();
     for (const std::span<const Candidate> candidates : reading) {
       std::vector<Candidate> kept;
@@ -304,6 +301,13 @@ void defineDictionary(py::module_ &module) {
           py::arg("text"), py::arg("name"), py::arg("directory"))
       .def("parameters", [](const SharedDictionary &shared) { return describe(shared.parameters); })
       .def("entries", [](const SharedDictionary &shared) { return describeEntries(shared.dictionary); })
+      .def("sizes",
+           [](const SharedDictionary &shared) {
+             py::list words;
+             for (const LexiconView lexicon : shared.dictionary.lexicons()) words.append(lexicon.size());
+             return py::make_tuple(words, shared.dictionary.lineFieldings().size(),
+                                   shared.dictionary.regularExpressions().size());
+           })
       .def("is_empty", [](const SharedDictionary &shared) { return shared.dictionary.empty(); })
       .def("is_equal",
            [](const SharedDictionary &a, const SharedDictionary &b) { return a.dictionary == b.dictionary; })

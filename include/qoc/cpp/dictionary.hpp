@@ -8,11 +8,22 @@
 namespace qoc {
 inline namespace v0 {
 
+namespace detail {
+inline LexiconView viewLexicon(const qoc_ocrDictionaryLexicon &lexicon) noexcept { return lexicon; }
+inline LineFieldingView viewLineFielding(const qoc_ocrDictionaryLineFielding &line) noexcept { return line; }
+inline RegularExpressionView viewRegularExpression(const qoc_ocrDictionaryRegularExpression &expression) noexcept {
+  return expression;
+}
+}  // namespace detail
+
 /// What a reading may legitimately be: entries of any kind, and what the reader confuses.
 ///
 /// Any number of threads may run one dictionary at once, while nobody changes it.
 class Dictionary : public Value<qoc_ocrDictionary> {
  public:
+  using Lexicons = Sequence<qoc_ocrDictionaryLexicon, detail::viewLexicon>;
+  using LineFieldings = Sequence<qoc_ocrDictionaryLineFielding, detail::viewLineFielding>;
+  using RegularExpressions = Sequence<qoc_ocrDictionaryRegularExpression, detail::viewRegularExpression>;
   using Value::Value;
 
   /// Adds an entry behind the others of its kind. Moved in, it costs no copy.
@@ -20,24 +31,11 @@ class Dictionary : public Value<qoc_ocrDictionary> {
   void add(RegularExpression expression) { detail::moveInto(c()->regularExpressions, std::move(expression)); }
   void add(LineFielding lineFielding) { detail::moveInto(c()->fieldings, std::move(lineFielding)); }
 
-  std::size_t numLexicons() const noexcept { return detail::elements(c()->lexicons).size(); }
-  std::size_t numLineFieldings() const noexcept { return detail::elements(c()->fieldings).size(); }
-  std::size_t numRegularExpressions() const noexcept { return detail::elements(c()->regularExpressions).size(); }
-  /// A copy of an entry. Throws Error for an index that is too big.
-  Lexicon lexicon(std::size_t index) const {
-    Lexicon copy;
-    require(qoc_ocrDictionary_getLexiconI(c(), detail::count(index), copy.c()));
-    return copy;
-  }
-  LineFielding lineFielding(std::size_t index) const {
-    LineFielding copy;
-    require(qoc_ocrDictionary_getFieldingI(c(), detail::count(index), copy.c()));
-    return copy;
-  }
-  RegularExpression regularExpression(std::size_t index) const {
-    RegularExpression copy;
-    require(qoc_ocrDictionary_getRegularExpressionI(c(), detail::count(index), copy.c()));
-    return copy;
+  /// The entries of each kind, in order: ranges of views.
+  Lexicons lexicons() const noexcept { return Lexicons(detail::elements(c()->lexicons)); }
+  LineFieldings lineFieldings() const noexcept { return LineFieldings(detail::elements(c()->fieldings)); }
+  RegularExpressions regularExpressions() const noexcept {
+    return RegularExpressions(detail::elements(c()->regularExpressions));
   }
   /// Replaces an entry by a copy. Throws Error for an index that is too big.
   void set(std::size_t index, const Lexicon &lexicon) {

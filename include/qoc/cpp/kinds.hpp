@@ -12,45 +12,85 @@
 #include <initializer_list>
 #include <ranges>
 #include <string>
+#include <vector>
 
 namespace qoc {
 inline namespace v0 {
 
 namespace detail {
 
-/// The matching that all kinds of entry have. Self names its operations.
+/// The library's matching for a kind of entry.
+template <class Record>
+struct Kind;
+
+#define QOC_CPP_KIND(T)                               \
+  template <>                                         \
+  struct Kind<T> {                                    \
+    static constexpr auto isMatch = T##_isMatchMulti; \
+    static constexpr auto match = T##_matchMulti;     \
+  };
+QOC_CPP_KIND(qoc_ocrDictionaryLexicon)
+QOC_CPP_KIND(qoc_ocrDictionaryLineFielding)
+QOC_CPP_KIND(qoc_ocrDictionaryRegularExpression)
+#undef QOC_CPP_KIND
+
+}  // namespace detail
+
+/// What can be asked of an entry of any kind, whoever owns it. Without swaps, none are allowed.
 template <class Self>
-class Matching {
+class EntryQueries {
  public:
   /// Whether a reading can be read as this entry.
   bool isMatch(const Reading &reading, const Parameters &parameters = {}, const SwapSet *swaps = nullptr,
                const StopToken &stop = {}) const {
-    const qoc_ocrDictionaryRunParams params = parameters.c();
-    require(qoc_ocrDictionaryRunParams_validate(&params));
     qsys_bool isMatch = 0;
-    require(interruptible(stop, [&] {
-      return Self::isMatchOperation(record(), reading.c(), &params, swaps ? swaps->c() : nullptr, &isMatch);
-    }));
+    call([](auto... arguments) { return Operations<>::isMatch(arguments...); }, reading, parameters, swaps, stop,
+         &isMatch);
     return isMatch != 0;
   }
 
   /// Every way in which a reading can be read as this entry, ranked.
   Results match(const Reading &reading, const Parameters &parameters = {}, const SwapSet *swaps = nullptr,
                 const StopToken &stop = {}) const {
-    const qoc_ocrDictionaryRunParams params = parameters.c();
-    require(qoc_ocrDictionaryRunParams_validate(&params));
     Results results;
-    require(interruptible(stop, [&] {
-      return Self::matchOperation(record(), reading.c(), &params, swaps ? swaps->c() : nullptr, results.c());
-    }));
+    call([](auto... arguments) { return Operations<>::match(arguments...); }, reading, parameters, swaps, stop,
+         results.c());
     return results;
   }
 
  private:
-  const auto *record() const noexcept { return static_cast<const Self &>(*this).c(); }
+  // Self is complete only when an operation is called.
+  template <class S = Self>
+  using Operations = detail::Kind<typename S::Record>;
+
+  template <class Operation, class Out>
+  void call(Operation operation, const Reading &reading, const Parameters &parameters, const SwapSet *swaps,
+            const StopToken &stop, Out *out) const {
+    const qoc_ocrDictionaryRunParams params = parameters.c();
+    require(qoc_ocrDictionaryRunParams_validate(&params));
+    const auto *record = static_cast<const Self &>(*this).c();
+    const qoc_swapCharSet *set = swaps != nullptr ? swaps->c() : nullptr;
+    require(detail::interruptible(stop, [&] { return operation(record, reading.c(), &params, set, out); }));
+  }
 };
 
-}  // namespace detail
+/// What can be asked of a word list, whoever owns it.
+template <class Self>
+class LexiconQueries : public EntryQueries<Self> {
+ public:
+  using Words = Sequence<qoc_ocrDictionaryString, detail::viewString>;
+
+  /// The words, shortest first.
+  Words words() const noexcept { return Words(detail::elements(static_cast<const Self &>(*this).c()->strings)); }
+  std::size_t size() const noexcept { return words().size(); }
+  bool empty() const noexcept { return words().empty(); }
+};
+
+/// A word list that belongs to a dictionary.
+class LexiconView : public View<qoc_ocrDictionaryLexicon>, public LexiconQueries<LexiconView> {
+ public:
+  using View::View;
+};
 
 /// Ranges of words: of String, or of what makes one.
 template <class R>
@@ -58,9 +98,8 @@ concept WordRange =
     std::ranges::input_range<R> && std::convertible_to<std::ranges::range_reference_t<R>, String> && !Text<R>;
 
 /// A word list, kept by length, shortest first.
-class Lexicon : public Value<qoc_ocrDictionaryLexicon>, public detail::Matching<Lexicon> {
+class Lexicon : public Value<qoc_ocrDictionaryLexicon>, public LexiconQueries<Lexicon> {
  public:
-  using Words = Sequence<qoc_ocrDictionaryString, detail::viewString>;
   using Value::Value;
   Lexicon() = default;
 
@@ -69,25 +108,17 @@ class Lexicon : public Value<qoc_ocrDictionaryLexicon>, public detail::Matching<
 
   /// From words. Throws Error for an empty word and for one that stands twice, unless they are to be skipped.
   template <WordRange R>
-  requires(!std::same_as<std::remove_cvref_t<R>, Lexicon>) explicit Lexicon(R &&words, Faults faults = Faults::refuse) {
+  explicit Lexicon(R &&words, Faults faults = Faults::refuse) {
     set(std::forward<R>(words), faults);
   }
   Lexicon(std::initializer_list<String> words) { set(words, Faults::refuse); }
 
-  /// The words, shortest first.
-  Words words() const noexcept { return Words(detail::elements(c()->strings)); }
-  std::size_t size() const noexcept { return words().size(); }
-  bool empty() const noexcept { return words().empty(); }
   /// Adds a word. Throws Error where it is there already.
   void add(const String &word) { require(qoc_ocrDictionaryLexicon_addString(c(), word.c())); }
   /// Removes a word. Throws Error where it is not there.
   void remove(const String &word) { require(qoc_ocrDictionaryLexicon_removeString(c(), word.c())); }
 
  private:
-  friend detail::Matching<Lexicon>;
-  static constexpr auto isMatchOperation = qoc_ocrDictionaryLexicon_isMatchMulti;
-  static constexpr auto matchOperation = qoc_ocrDictionaryLexicon_matchMulti;
-
   template <WordRange R>
   void set(R &&words, Faults faults) {
     Value<qstd_vector_qoc_ocrDictionaryString> strings;
@@ -98,8 +129,28 @@ class Lexicon : public Value<qoc_ocrDictionaryLexicon>, public detail::Matching<
   }
 };
 
+/// What can be asked of a position of a line, whoever owns it.
+template <class Self>
+class PositionFieldingQueries {
+ public:
+  /// The classes admitted: a sum of QOC_FIELDING_UPPER and its like.
+  std::uint32_t classes() const noexcept { return static_cast<const Self &>(*this).c()->fieldingBits; }
+  /// The listed characters.
+  std::span<const Char32> characters() const noexcept {
+    return detail::elements(static_cast<const Self &>(*this).c()->fieldingCharacters);
+  }
+};
+
+/// A position of a line that belongs to another object.
+class PositionFieldingView : public View<qoc_ocrDictionaryPositionFielding>,
+                             public PositionFieldingQueries<PositionFieldingView> {
+ public:
+  using View::View;
+};
+
 /// What one position of a line admits: classes of characters, and listed ones.
-class PositionFielding : public Value<qoc_ocrDictionaryPositionFielding> {
+class PositionFielding : public Value<qoc_ocrDictionaryPositionFielding>,
+                         public PositionFieldingQueries<PositionFielding> {
  public:
   using Value::Value;
   /// Everything but the space.
@@ -113,10 +164,6 @@ class PositionFielding : public Value<qoc_ocrDictionaryPositionFielding> {
     set(0, String(characters));
   }
 
-  std::uint32_t classes() const noexcept { return c()->fieldingBits; }
-  /// The listed characters.
-  std::span<const Char32> characters() const noexcept { return detail::elements(c()->fieldingCharacters); }
-
  private:
   void set(std::uint32_t classes, const String &characters) {
     std::vector<Char32> codes;
@@ -128,30 +175,20 @@ class PositionFielding : public Value<qoc_ocrDictionaryPositionFielding> {
 };
 
 namespace detail {
-/// A position of a line fielding, to be read.
-class PositionFieldingView : public View<qoc_ocrDictionaryPositionFielding> {
- public:
-  using View::View;
-  std::uint32_t classes() const noexcept { return c()->fieldingBits; }
-  std::span<const Char32> characters() const noexcept { return elements(c()->fieldingCharacters); }
-};
-inline PositionFieldingView viewPositionFielding(const qoc_ocrDictionaryPositionFielding &position) noexcept {
+inline PositionFieldingView viewPosition(const qoc_ocrDictionaryPositionFielding &position) noexcept {
   return position;
 }
 }  // namespace detail
 
-/// The shape of a line: for every position what it admits.
-class LineFielding : public Value<qoc_ocrDictionaryLineFielding>, public detail::Matching<LineFielding> {
+/// What can be asked of a line fielding, whoever owns it.
+template <class Self>
+class LineFieldingQueries : public EntryQueries<Self> {
  public:
-  using Positions = Sequence<qoc_ocrDictionaryPositionFielding, detail::viewPositionFielding>;
-  using Value::Value;
-  LineFielding() = default;
-  LineFielding(std::initializer_list<PositionFielding> positions) {
-    for (const PositionFielding &position : positions) append(position);
-  }
+  using Positions = Sequence<qoc_ocrDictionaryPositionFielding, detail::viewPosition>;
 
-  void append(PositionFielding position) { detail::moveInto(c()->positions, std::move(position)); }
-  Positions positions() const noexcept { return Positions(detail::elements(c()->positions)); }
+  Positions positions() const noexcept {
+    return Positions(detail::elements(static_cast<const Self &>(*this).c()->positions));
+  }
   std::size_t size() const noexcept { return positions().size(); }
   bool empty() const noexcept { return positions().empty(); }
 
@@ -159,22 +196,60 @@ class LineFielding : public Value<qoc_ocrDictionaryLineFielding>, public detail:
   Results force(const Reading &reading, const FieldingParameters &parameters = {}, const SwapSet *swaps = nullptr,
                 const StopToken &stop = {}) const {
     const qoc_ocrDictionaryFieldingRunParams params = parameters.c();
+    const auto *record = static_cast<const Self &>(*this).c();
+    const qoc_swapCharSet *set = swaps != nullptr ? swaps->c() : nullptr;
     Results results;
     require(detail::interruptible(stop, [&] {
-      return qoc_ocrDictionaryLineFielding_runFieldingParams(c(), swaps ? swaps->c() : nullptr, reading.c(), &params,
-                                                             results.c());
+      return qoc_ocrDictionaryLineFielding_runFieldingParams(record, set, reading.c(), &params, results.c());
     }));
     return results;
   }
+};
 
- private:
-  friend detail::Matching<LineFielding>;
-  static constexpr auto isMatchOperation = qoc_ocrDictionaryLineFielding_isMatchMulti;
-  static constexpr auto matchOperation = qoc_ocrDictionaryLineFielding_matchMulti;
+/// A line fielding that belongs to a dictionary.
+class LineFieldingView : public View<qoc_ocrDictionaryLineFielding>, public LineFieldingQueries<LineFieldingView> {
+ public:
+  using View::View;
+};
+
+/// The shape of a line: for every position what it admits.
+class LineFielding : public Value<qoc_ocrDictionaryLineFielding>, public LineFieldingQueries<LineFielding> {
+ public:
+  using Value::Value;
+  LineFielding() = default;
+  LineFielding(std::initializer_list<PositionFielding> positions) {
+    for (const PositionFielding &position : positions) append(position);
+  }
+
+  void append(PositionFielding position) { detail::moveInto(c()->positions, std::move(position)); }
+};
+
+/// What can be asked of a regular expression, whoever owns it.
+template <class Self>
+class RegularExpressionQueries : public EntryQueries<Self> {
+ public:
+  /// The source as UTF-8.
+  std::string source() const {
+    Value<qstd_string> text;
+    require(qoc_ocrDictionaryRegularExpression_getString(static_cast<const Self &>(*this).c(), text.c()));
+    const std::span<const char> bytes = detail::elements(*text.c());
+    return {bytes.begin(), bytes.end()};
+  }
+  bool empty() const {
+    return detail::flag(qoc_ocrDictionaryRegularExpression_getIsEmpty, static_cast<const Self &>(*this).c());
+  }
+};
+
+/// A regular expression that belongs to a dictionary.
+class RegularExpressionView : public View<qoc_ocrDictionaryRegularExpression>,
+                              public RegularExpressionQueries<RegularExpressionView> {
+ public:
+  using View::View;
 };
 
 /// A regular expression, which matches a reading as a whole. What it may hold stands in qoc/regex.h.
-class RegularExpression : public Value<qoc_ocrDictionaryRegularExpression>, public detail::Matching<RegularExpression> {
+class RegularExpression : public Value<qoc_ocrDictionaryRegularExpression>,
+                          public RegularExpressionQueries<RegularExpression> {
  public:
   using Value::Value;
   RegularExpression() = default;
@@ -182,25 +257,9 @@ class RegularExpression : public Value<qoc_ocrDictionaryRegularExpression>, publ
   template <Text T>
   explicit RegularExpression(const T &source) {
     std::wstring codes;
-    for (const Candidate &character : detail::decode(source)) {
-      codes += static_cast<wchar_t>(character.code);
-    }
+    for (const Candidate &character : detail::decode(source)) codes += static_cast<wchar_t>(character.code);
     require(qoc_ocrDictionaryRegularExpression_setStringT(c(), codes.c_str()));
   }
-
-  /// The source as UTF-8.
-  std::string source() const {
-    Value<qstd_string> text;
-    require(qoc_ocrDictionaryRegularExpression_getString(c(), text.c()));
-    const std::span<const char> bytes = detail::elements(*text.c());
-    return {bytes.begin(), bytes.end()};
-  }
-  bool empty() const { return detail::flag(qoc_ocrDictionaryRegularExpression_getIsEmpty, c()); }
-
- private:
-  friend detail::Matching<RegularExpression>;
-  static constexpr auto isMatchOperation = qoc_ocrDictionaryRegularExpression_isMatchMulti;
-  static constexpr auto matchOperation = qoc_ocrDictionaryRegularExpression_matchMulti;
 };
 
 }  // namespace v0

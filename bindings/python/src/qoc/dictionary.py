@@ -218,11 +218,9 @@ class Dictionary:
         return _restore, (self._core.entries(), self._parameters)
 
     def __repr__(self) -> str:
-        described = self._core.entries()
-        parts = [f"{len(lexicon['words'])} words" for lexicon in described.get("lexicons", [])]
-        for key, name in (("fieldings", "fieldings"), ("regularExpressions", "regular expressions")):
-            if key in described:
-                parts.append(f"{len(described[key])} {name}")
+        words, fieldings, expressions = self._core.sizes()
+        parts = [f"{n} words" for n in words]
+        parts += [f"{n} {name}" for n, name in ((fieldings, "fieldings"), (expressions, "regular expressions")) if n]
         return f"<Dictionary: {', '.join(parts) or 'empty'}>"
 
     @classmethod
