@@ -241,10 +241,11 @@ uint64_t firstSeed() {
   return given ? std::strtoull(given, nullptr, 10) : std::random_device()();
 }
 
-void compareCases(const std::function<std::string(Random &)> &body) {
+void compareCases(const std::function<std::string(Random &)> &body) { compareCases(numCases(), body); }
+
+void compareCases(int32_t count, const std::function<std::string(Random &)> &body) {
+  ASSERT_GT(numCases(), 0) << "QOC_RANDOM_CASES is no number of cases";
   const uint64_t first = firstSeed();
-  const int32_t count = numCases();
-  ASSERT_GT(count, 0) << "QOC_RANDOM_CASES is no number of cases";
   for (int32_t i = 0; i < count; ++i) {
     const uint64_t seed = first + static_cast<uint64_t>(i);
     Random random(seed);

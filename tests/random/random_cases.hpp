@@ -86,6 +86,8 @@ uint64_t firstSeed();
 /** Compares numCases() cases; the body gives a description of the difference, or "", or fails an assertion of its own.
  * Stops at the first difference. */
 void compareCases(const std::function<std::string(Random &)> &body);
+/** The same with a number of cases of its own, as a share of numCases(). */
+void compareCases(int32_t count, const std::function<std::string(Random &)> &body);
 
 /** Counts the attention polls of this thread while it lives, and interrupts at one of them where the limit is not 0. */
 class CountedPolls {

@@ -132,21 +132,21 @@ std::string compareWays(Random &random, const Alphabet &alphabet, const Pattern 
 }
 
 TEST(RegexRandom, FindsTheWaysOfABacktrackingMatcherInItsOrder) {
-  compareCases(cases, [](Random &random) {
+  compareCases([](Random &random) {
     const Alphabet alphabet = randomAlphabet(random);
     return compareWays(random, alphabet, randomPattern(random, alphabet.letters, 4), 5);
   });
 }
 
 TEST(RegexRandom, FindsTheSameWithMorePositionsThanAWordHasBits) {
-  compareCases(cases / 5, [](Random &random) {
+  compareCases(numCases() / 5, [](Random &random) {
     const Alphabet alphabet = randomAlphabet(random);
     return compareWays(random, alphabet, widened(random, randomPattern(random, alphabet.letters, 4)), 5);
   });
 }
 
 TEST(RegexRandom, FindsTheSameInLongerSequences) {
-  compareCases(cases / 50, [](Random &random) {
+  compareCases(numCases() / 50, [](Random &random) {
     const Alphabet alphabet = randomAlphabet(random);
     return compareWays(random, alphabet, randomPattern(random, alphabet.letters, 3), 12);
   });
@@ -154,7 +154,7 @@ TEST(RegexRandom, FindsTheSameInLongerSequences) {
 
 TEST(RegexRandom, AgreesWithTheStandardLibraryOnWholeMatches) {
   int32_t numMatches = 0;
-  compareCases(100'000, [&](Random &random) -> std::string {
+  compareCases([&](Random &random) -> std::string {
     const std::vector<uint32_t> letters = {'a', 'b', 'c'};
     std::string source = sourceOf(random, randomPattern(random, letters, 3));
     for (size_t at = 0; (at = source.find("\\x{", at)) != std::string::npos; ++at) {
@@ -171,7 +171,7 @@ TEST(RegexRandom, AgreesWithTheStandardLibraryOnWholeMatches) {
     numMatches += actual ? 1 : 0;
     return actual == expected ? "" : "expression " + source + ", text " + text + ": " + (actual ? "a match" : "none");
   });
-  EXPECT_GT(numMatches, 5'000);
+  EXPECT_GE(numMatches, numCases() / 20);
 }
 
 }  // namespace

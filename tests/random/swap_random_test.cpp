@@ -160,7 +160,7 @@ TEST(SwapCharSetRandom, OfSwapsIsAsTheReference) {
     EXPECT_EQ(elements(set->expansion->twoToTwo).size(), expected.twoToTwo.size());
     return "";
   });
-  EXPECT_GT(numAccepted, random_cases::numCases() / 20) << "too few cases of accepted swaps";
+  EXPECT_GE(numAccepted, random_cases::numCases() / 20) << "too few cases of accepted swaps";
 }
 
 TEST(StringExpandRandom, GivesTheVariantsOfTheReference) {
@@ -207,7 +207,7 @@ TEST(StringExpandRandom, GivesTheVariantsOfTheReference) {
                ? "the variants are" + actual.value + "\nnot" + expected.value + "\n  swaps " + toText(&*swaps)
                : course;
   });
-  EXPECT_GT(numSwapped, random_cases::numCases() / 50) << "too few cases with swaps";
+  EXPECT_GE(numSwapped, random_cases::numCases() / 50) << "too few cases with swaps";
 }
 
 }  // namespace

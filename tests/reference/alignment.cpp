@@ -268,6 +268,18 @@ std::vector<uint32_t> equivalents(uint32_t code, const Swaps *swaps) {
   return std::vector<uint32_t>(reached.begin(), reached.end());
 }
 
+std::vector<uint32_t> equivalentsMulti(const Position &candidates, const Swaps *swaps) {
+  if (candidates.empty()) return {};
+  std::vector<uint32_t> out = equivalents(candidates[0].code, swaps);
+  auto contains = [&](uint32_t code) { return std::find(out.begin(), out.end(), code) != out.end(); };
+  for (size_t k = 1; k < candidates.size(); ++k) {
+    if (!contains(candidates[k].code)) out.push_back(candidates[k].code);
+    for (uint32_t code : equivalents(candidates[k].code, swaps))
+      if (!contains(code) && code != candidates[0].code) out.push_back(code);
+  }
+  return out;
+}
+
 bool isMatch(const Character &a, const Character &b, const Swaps *swaps) {
   if (a.code == emptyCode || b.code == emptyCode) return false;
   if (a.code == b.code || a.code == anyCode || b.code == anyCode) return true;

@@ -3,50 +3,20 @@
 #include <functional>
 
 #include "reference/alignment.hpp"
+#include "reference/expansion.hpp"
 #include "reference/ranking.hpp"
 
 namespace reference {
 
 namespace {
 
-using qoc::swap_reference::SwapSet;
 using Sequence = std::vector<TokenCodes>;
 
-TokenCodes tokensOf(const Position &position, const SwapSet *swaps) {
+TokenCodes tokensOf(const Position &position, const Swaps *swaps) {
   if (position.empty()) return {emptyCode};
-  TokenCodes candidates;
-  for (const Character &candidate : position) candidates.push_back(candidate.code);
-  TokenCodes tokens = {candidates[0]};
-  for (uint32_t code : (swaps ? *swaps : SwapSet()).equivalentsMulti(candidates)) tokens.push_back(code);
+  TokenCodes tokens = {position[0].code};
+  for (uint32_t code : equivalentsMulti(position, swaps)) tokens.push_back(code);
   return tokens;
-}
-
-bool hasMultiSwap(const SwapSet *swaps) { return swaps && !(swaps->oneToTwo.empty() && swaps->twoToTwo.empty()); }
-
-struct Variant {
-  Reading reading;
-  std::vector<int32_t> positions;
-};
-
-/** The variants of a reading with the positions they come from; scores are those of unscored candidates. */
-std::vector<Variant> variantsOf(const Reading &reading, const SwapSet &swaps) {
-  qoc::swap_reference::Reading codes;
-  for (const Position &position : reading) {
-    codes.emplace_back();
-    for (const Character &candidate : position) codes.back().push_back(candidate.code);
-  }
-  qoc::swap_reference::Expansion expansion = swaps.expand(codes);
-  std::vector<Variant> variants;
-  for (size_t i = 0; i < expansion.variants.size(); ++i) {
-    Variant variant;
-    for (const auto &position : expansion.variants[i]) {
-      variant.reading.emplace_back();
-      for (uint32_t code : position) variant.reading.back().push_back({code, 0});
-    }
-    if (i < expansion.positions.size()) variant.positions = expansion.positions[i];
-    variants.push_back(variant);
-  }
-  return variants;
 }
 
 enum class Edit { none, insertion, deletion, substitution };
@@ -56,7 +26,7 @@ using OnWays = std::function<bool(Edit edit, int32_t place, const std::vector<Ma
 
 /** Matches the span [s, e) as it is and with every edit. @return false when it was stopped */
 bool matchSpan(const Pattern &pattern, const Reading &reading, int32_t s, int32_t e, const RunParams *params,
-               const SwapSet *swaps, const OnWays &onWays) {
+               const Swaps *swaps, const OnWays &onWays) {
   Sequence sequence;
   for (int32_t i = s; i < e; ++i) sequence.push_back(tokensOf(reading[static_cast<size_t>(i)], swaps));
   const int32_t length = e - s;
@@ -100,7 +70,7 @@ void searchSpans(const Reading &reading, const RunParams &params, Polls &polls,
   }
 }
 
-bool isReadingMatch(const Pattern &pattern, const Reading &reading, const RunParams *params, const SwapSet *swaps,
+bool isReadingMatch(const Pattern &pattern, const Reading &reading, const RunParams *params, const Swaps *swaps,
                     Polls &polls) {
   polls.poll();
   bool isMatch = false;
@@ -136,14 +106,17 @@ Result resultOf(const Reading &reading, int32_t s, int32_t e, Edit edit, int32_t
   return result;
 }
 
-ResultSet matchReading(const Pattern &pattern, const Reading &reading, const RunParams *params, const SwapSet *swaps,
+ResultSet matchReading(const Pattern &pattern, const Reading &reading, const RunParams *params, const Swaps *swaps,
                        Polls &polls) {
   ResultSet out;
   out.isComputed = true;
   Buckets buckets;
+  size_t numWays = 0;
   const auto match = [&](int32_t s, int32_t e) {
     matchSpan(pattern, reading, s, e, params, swaps,
               [&](Edit edit, int32_t place, const std::vector<MatchedWay> &ways) {
+                numWays += ways.size();
+                if (numWays > 5000) throw TooManySteps();
                 for (const MatchedWay &way : ways) addToBuckets(buckets, resultOf(reading, s, e, edit, place, way));
                 return true;
               });
@@ -165,20 +138,20 @@ ResultSet matchReading(const Pattern &pattern, const Reading &reading, const Run
 
 }  // namespace
 
-bool RegularExpression::isMatchMulti(const Reading &reading, const RunParams *params, const SwapSet *swaps,
+bool RegularExpression::isMatchMulti(const Reading &reading, const RunParams *params, const Swaps *swaps,
                                      Polls &polls) const {
   if (!hasMultiSwap(swaps)) return isReadingMatch(pattern, reading, params, swaps, polls);
-  for (const Variant &variant : variantsOf(reading, *swaps))
+  for (const Variant &variant : expand(reading, *swaps, polls))
     if (isReadingMatch(pattern, variant.reading, params, swaps, polls)) return true;
   return false;
 }
 
-ResultSet RegularExpression::matchMulti(const Reading &reading, const RunParams *params, const SwapSet *swaps,
+ResultSet RegularExpression::matchMulti(const Reading &reading, const RunParams *params, const Swaps *swaps,
                                         Polls &polls) const {
   ResultSet out;
   if (hasMultiSwap(swaps)) {
     bool isFirst = true;
-    for (const Variant &variant : variantsOf(reading, *swaps)) {
+    for (const Variant &variant : expand(reading, *swaps, polls)) {
       if (params && params->returnBestOnly != 0 && params->maxEdits == 1 && isExactBest(out)) break;
       ResultSet found = matchReading(pattern, variant.reading, params, swaps, polls);
       setGiven(found, reading, variant.positions);

@@ -5,7 +5,6 @@
 
 #include "reference/records.hpp"
 #include "reference/regex.hpp"
-#include "reference/swap_reference.hpp"
 
 namespace reference {
 
@@ -15,9 +14,9 @@ struct RegularExpression {
   Pattern pattern;
 
   /** @param[in] params may be null @param[in] swaps may be null, here and below */
-  bool isMatchMulti(const Reading &reading, const RunParams *params, const qoc::swap_reference::SwapSet *swaps,
+  bool isMatchMulti(const Reading &reading, const RunParams *params, const Swaps *swaps,
                     Polls &polls) const;
-  ResultSet matchMulti(const Reading &reading, const RunParams *params, const qoc::swap_reference::SwapSet *swaps,
+  ResultSet matchMulti(const Reading &reading, const RunParams *params, const Swaps *swaps,
                        Polls &polls) const;
 };
 

@@ -51,7 +51,8 @@ void requireEntries(const DictionaryFile &file) {
   qsys_bool isEmpty = 0;
   check(qoc_ocrDictionary_getIsEmpty(file.dictionary.get(), &isEmpty), file.name);
   if (isEmpty != 0) {
-    throw Trouble(file.name + ": the dictionary has no entries; expected at least one in \"lexicons\" or \"fieldings\"");
+    throw Trouble(file.name + ": the dictionary has no entries; expected at least one in \"lexicons\", \"fieldings\" "
+                              "or \"regularExpressions\"");
   }
 }
 

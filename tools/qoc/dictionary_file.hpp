@@ -29,6 +29,7 @@ struct DictionaryFile {
 #define QOC_DICTIONARY_SECTIONS(X)                                                                                     \
   X("lexicons", readLexicons)                                                                                          \
   X("fieldings", readFieldings)                                                                                        \
+  X("regularExpressions", readRegularExpressions)                                                                      \
   X("swaps", readSwaps)                                                                                                \
   X("parameters", readParameters)                                                                                      \
   X("fitParameters", readFitParameters)

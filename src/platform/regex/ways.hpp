@@ -52,6 +52,8 @@ class WayFinder {
   }
 
  private:
+  static constexpr std::size_t workPerPlace = 16;  // Of a way, whoever takes it copies the tokens of every place.
+
   struct Label {
     MatchedTokens tokens;
     Set positions;
@@ -116,6 +118,7 @@ class WayFinder {
         QOC_TRY(followersOf(position, followers));
         path.push_back({followers, 0, states_.followersOf(told) & live_[i + 1], states_.none()});
       } else if (isEmpty(told)) {
+        QOC_TRY(states_.meter().add(workPerPlace * way.size()));
         QOC_TRY(onWay(Way(way)));
       }
     }
