@@ -255,6 +255,21 @@ TEST(CppParameters, SurviveTheWayThroughTheRecord) {
   EXPECT_EQ(qoc::Parameters::of(defaults), qoc::Parameters{});
 }
 
+TEST(CppParameters, OfFieldingRunsSurviveTheWayThroughTheRecord) {
+  const qoc::FieldingParameters all{.placement = qoc::Placement::longPart,
+                                    .minLength = 2,
+                                    .maxLength = 9,
+                                    .maxSkipped = 3,
+                                    .minReach = 1,
+                                    .trimEmptyEnds = false,
+                                    .ignoreDeletedSpaces = false,
+                                    .ranking = qoc::Ranking::primarySecondary};
+  EXPECT_EQ(qoc::FieldingParameters::of(all.c()), all);
+  qoc_ocrDictionaryFieldingRunParams defaults{};
+  ASSERT_EQ(qoc_ocrDictionaryFieldingRunParams_construct(&defaults), 0);
+  EXPECT_EQ(qoc::FieldingParameters::of(defaults), qoc::FieldingParameters{});
+}
+
 TEST(CppInterrupt, AStopTokenEndsARun) {
   const qoc::Dictionary dictionary = large();
   std::stop_source source;

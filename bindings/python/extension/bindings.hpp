@@ -29,11 +29,14 @@ py::list candidatesOf(std::span<const Candidate> candidates);
 /// A list with one such list for each position.
 py::list positionsOf(ReadingView reading);
 
-/// Options from an object with the attributes of qoc.Parameters.
-Parameters parametersOf(py::handle parameters);
+/// Options, Parameters or FieldingParameters, from an object with the attributes of qoc.Parameters or
+/// qoc.FitParameters.
+template <class Record>
+Record optionsOf(py::handle object);
 
-/// Options as a dict with the names of qoc.Parameters.
-py::dict describe(const Parameters &parameters);
+/// The same as a dict.
+template <class Record>
+py::dict describe(const Record &record);
 
 /// Raises qoc.Error with a status of the library, or MemoryError.
 [[noreturn]] void raise(Status status, const std::string &where = {});

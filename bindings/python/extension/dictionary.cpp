@@ -23,6 +23,7 @@ constexpr auto waitInterval = std::chrono::milliseconds(50);
 struct SharedDictionary {
   Dictionary dictionary;
   Parameters parameters;
+  FieldingParameters fitParameters;
 };
 
 /// Runs `work` without Python's lock; Ctrl-C interrupts it.
@@ -53,6 +54,7 @@ std::unique_ptr<SharedDictionary> readWith(Read &&read) {
       read(file);
       std::swap(*made->dictionary.c(), *file.dictionary.get());
       made->parameters = Parameters::of(*file.params.get());
+      made->fitParameters = FieldingParameters::of(*file.fitParams.get());
     } catch (const program::Trouble &refused) {
       trouble = refused.what();
     } catch (const program::Interrupted &) {
@@ -152,13 +154,35 @@ class FittingReading {
 };
 
 py::list runOne(const SharedDictionary &shared, const Reading &reading, const py::object &options) {
-  const Parameters parameters = parametersOf(options);
+  const Parameters parameters = optionsOf<Parameters>(options);
   Results results;
   withoutLock([&] {
     const FittingReading fitting(shared.dictionary, reading);
     require(shared.dictionary.tryRun(fitting.get(), parameters, results));
   });
   return listOf(std::move(results));
+}
+
+/// A reading forced into each line: the result with the fewest edits, of equal ones the earliest line's.
+py::object fit(const SharedDictionary &shared, const Reading &reading, const py::object &options) {
+  const auto parameters = optionsOf<FieldingParameters>(options);
+  Results best;
+  std::size_t bestLine = 0;
+  if (reading.empty()) return py::none();
+  withoutLock([&] {
+    const FittingReading fitting(shared.dictionary, reading);
+    const SwapSet swaps = shared.dictionary.swaps();
+    const auto lines = shared.dictionary.lineFieldings();
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+      Results results = lines[i].force(fitting.get(), parameters, &swaps);
+      if (!results.front().isComputed()) continue;
+      if (!best.empty() && best.front().numEdits() <= results.front().numEdits()) continue;
+      best = std::move(results);
+      bestLine = i;
+    }
+  });
+  if (best.empty()) return py::none();
+  return py::make_tuple(bestLine, listOf(std::move(best))[0]);
 }
 
 /// Many readings matched by several threads, in any order, into results in the order of the readings.
@@ -264,7 +288,7 @@ class ManyRuns {
 
 py::list runMany(const SharedDictionary &shared, const py::list &readings, const py::object &options,
                  std::size_t numThreads, const py::object &progress) {
-  const Parameters parameters = parametersOf(options);
+  const Parameters parameters = optionsOf<Parameters>(options);
   std::vector<const Reading *> pointers;
   for (const py::handle reading : readings) pointers.push_back(reading.cast<const Reading *>());
   const std::size_t total = pointers.size();
@@ -300,6 +324,7 @@ void defineDictionary(py::module_ &module) {
           },
           py::arg("text"), py::arg("name"), py::arg("directory"))
       .def("parameters", [](const SharedDictionary &shared) { return describe(shared.parameters); })
+      .def("fit_parameters", [](const SharedDictionary &shared) { return describe(shared.fitParameters); })
       .def("entries", [](const SharedDictionary &shared) { return describeEntries(shared.dictionary); })
       .def("sizes",
            [](const SharedDictionary &shared) {
@@ -312,6 +337,7 @@ void defineDictionary(py::module_ &module) {
       .def("is_equal",
            [](const SharedDictionary &a, const SharedDictionary &b) { return a.dictionary == b.dictionary; })
       .def("run", runOne, py::arg("reading"), py::arg("parameters"))
+      .def("fit", fit, py::arg("reading"), py::arg("parameters"))
       .def("run_many", runMany, py::arg("readings"), py::arg("parameters"), py::arg("threads"), py::arg("progress"));
 }
 

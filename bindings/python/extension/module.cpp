@@ -13,37 +13,60 @@ PyObject *errorType = nullptr;
 
 constexpr auto signalInterval = std::chrono::milliseconds(50);
 
-struct IntegerOption {
+/// The options of a record by their names in Python.
+template <class Record>
+struct Options;
+
+template <class Value>
+struct Choice {
   const char *name;
-  std::int32_t Parameters::*field;
-};
-constexpr IntegerOption integerOptions[] = {
-    {"max_edits", &Parameters::maxEdits},
-    {"min_length", &Parameters::minLength},
-    {"max_length", &Parameters::maxLength},
+  Value value;
 };
 
-struct FlagOption {
-  const char *name;
-  bool Parameters::*field;
-};
-constexpr FlagOption flagOptions[] = {
-    {"substitution", &Parameters::substitution},
-    {"missing", &Parameters::missing},
-    {"extra", &Parameters::extra},
-    {"best_only", &Parameters::bestOnly},
-    {"window", &Parameters::window},
-    {"without_inserted", &Parameters::withoutInserted},
+template <>
+struct Options<Parameters> {
+  static constexpr std::pair<const char *, std::int32_t Parameters::*> numbers[] = {
+      {"max_edits", &Parameters::maxEdits},
+      {"min_length", &Parameters::minLength},
+      {"max_length", &Parameters::maxLength},
+  };
+  static constexpr std::pair<const char *, bool Parameters::*> flags[] = {
+      {"substitution", &Parameters::substitution},
+      {"missing", &Parameters::missing},
+      {"extra", &Parameters::extra},
+      {"best_only", &Parameters::bestOnly},
+      {"window", &Parameters::window},
+      {"without_inserted", &Parameters::withoutInserted},
+  };
+  static constexpr Choice<Ranking> rankings[] = {
+      {"edits", Ranking::edits}, {"primary", Ranking::primary}, {"primary-secondary", Ranking::primarySecondary}};
+  template <class Visit>
+  static void eachChoice(Visit &&visit) {
+    visit("ranking", &Parameters::ranking, rankings);
+  }
 };
 
-struct RankingName {
-  const char *name;
-  Ranking ranking;
-};
-constexpr RankingName rankingNames[] = {
-    {"edits", Ranking::edits},
-    {"primary", Ranking::primary},
-    {"primary-secondary", Ranking::primarySecondary},
+template <>
+struct Options<FieldingParameters> {
+  static constexpr std::pair<const char *, std::int32_t FieldingParameters::*> numbers[] = {
+      {"min_length", &FieldingParameters::minLength},
+      {"max_length", &FieldingParameters::maxLength},
+      {"max_skipped", &FieldingParameters::maxSkipped},
+      {"min_reach", &FieldingParameters::minReach},
+  };
+  static constexpr std::pair<const char *, bool FieldingParameters::*> flags[] = {
+      {"trim_empty_ends", &FieldingParameters::trimEmptyEnds},
+      {"ignore_deleted_spaces", &FieldingParameters::ignoreDeletedSpaces},
+  };
+  static constexpr Choice<Placement> placements[] = {
+      {"whole", Placement::whole}, {"part", Placement::part}, {"long-part", Placement::longPart}};
+  static constexpr Choice<Ranking> rankings[] = {{"primary", Ranking::primary},
+                                                 {"primary-secondary", Ranking::primarySecondary}};
+  template <class Visit>
+  static void eachChoice(Visit &&visit) {
+    visit("placement", &FieldingParameters::placement, placements);
+    visit("ranking", &FieldingParameters::ranking, rankings);
+  }
 };
 
 template <class List>
@@ -100,30 +123,43 @@ py::list positionsOf(ReadingView reading) {
   return list;
 }
 
-Parameters parametersOf(py::handle object) {
-  Parameters parameters;
-  for (const IntegerOption &option : integerOptions) {
-    parameters.*option.field = object.attr(option.name).cast<std::int32_t>();
-  }
-  for (const FlagOption &option : flagOptions) parameters.*option.field = object.attr(option.name).cast<bool>();
-  const auto ranking = object.attr("ranking").cast<std::string>();
-  for (const RankingName &choice : rankingNames) {
-    if (ranking != choice.name) continue;
-    parameters.ranking = choice.ranking;
-    return parameters;
-  }
-  throw py::value_error("ranking is \"" + ranking + "\"; expected \"edits\", \"primary\" or \"primary-secondary\"");
+template <class Record>
+Record optionsOf(py::handle object) {
+  Record record;
+  for (const auto &[name, field] : Options<Record>::numbers) record.*field = object.attr(name).cast<std::int32_t>();
+  for (const auto &[name, field] : Options<Record>::flags) record.*field = object.attr(name).cast<bool>();
+  Options<Record>::eachChoice([&](const char *name, auto field, const auto &choices) {
+    const auto chosen = object.attr(name).template cast<std::string>();
+    std::string known;
+    for (const auto &choice : choices) {
+      if (chosen == choice.name) {
+        record.*field = choice.value;
+        return;
+      }
+      known += (known.empty() ? "\"" : ", \"") + std::string(choice.name) + "\"";
+    }
+    throw py::value_error(std::string(name) + " is \"" + chosen + "\"; expected one of " + known);
+  });
+  return record;
 }
 
-py::dict describe(const Parameters &parameters) {
+template <class Record>
+py::dict describe(const Record &record) {
   py::dict values;
-  for (const IntegerOption &option : integerOptions) values[option.name] = parameters.*option.field;
-  for (const FlagOption &option : flagOptions) values[option.name] = parameters.*option.field;
-  for (const RankingName &choice : rankingNames) {
-    if (parameters.ranking == choice.ranking) values["ranking"] = choice.name;
-  }
+  for (const auto &[name, field] : Options<Record>::numbers) values[name] = record.*field;
+  for (const auto &[name, field] : Options<Record>::flags) values[name] = record.*field;
+  Options<Record>::eachChoice([&](const char *name, auto field, const auto &choices) {
+    for (const auto &choice : choices) {
+      if (record.*field == choice.value) values[name] = choice.name;
+    }
+  });
   return values;
 }
+
+template Parameters optionsOf<Parameters>(py::handle);
+template FieldingParameters optionsOf<FieldingParameters>(py::handle);
+template py::dict describe<Parameters>(const Parameters &);
+template py::dict describe<FieldingParameters>(const FieldingParameters &);
 
 bool SignalWatch::operator()() {
   const auto now = std::chrono::steady_clock::now();

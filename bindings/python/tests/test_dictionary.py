@@ -163,3 +163,34 @@ def test_fieldings_pass_over_candidates_that_they_do_not_know():
     assert dictionary.run([[("Ä", 90), ("A", 80)], "1"])[0].text == "A1"
     assert dictionary.run("Ä1") == []
     assert [len(results) for results in dictionary.run_many(["A1", "Ä1"])] == [1, 0]
+
+
+def test_a_reading_is_forced_into_the_best_fielding():
+    dictionary = qoc.Dictionary(fieldings=["99", "A9"], swaps={"groups": ["B8"]})
+    fielding, result = dictionary.fit([[("8", 90)], "7"])
+    assert (fielding, result.text) == (0, "87")
+    fielding, result = dictionary.fit([[("B", 90), ("3", 20)], "7"], placement="whole")
+    assert result.text in ("B7", "87", "37")
+    assert result.mode is Mode.FIELDING
+    assert dictionary.fit("") is None
+    with pytest.raises(ValueError, match="placement"):
+        dictionary.fit("A7", placement="half")
+    with pytest.raises(qoc.Error):
+        dictionary.fit([[("A", 1), ("A", 2)], "7"])
+
+
+def test_expressions_match_and_survive():
+    dictionary = qoc.Dictionary(expressions=["[A-Z]{2}[0-9]+ä?"])
+    (result,) = dictionary.run("AB12ä")
+    assert (result.text, result.mode) == ("AB12ä", Mode.REGULAR_EXPRESSION)
+    assert pickle.loads(pickle.dumps(dictionary)) == dictionary
+    with pytest.raises(qoc.Error, match="regularExpressions/0"):
+        qoc.Dictionary(expressions=["(a"])
+
+
+def test_fit_parameters_come_from_the_file_and_go_back():
+    content = {"fieldings": ["A9"], "fitParameters": {"placement": "part", "minReach": 1}}
+    dictionary = qoc.Dictionary.from_dict(content)
+    assert dictionary.fit_parameters == qoc.FitParameters(placement="part", min_reach=1)
+    assert dictionary.to_dict()["fitParameters"] == content["fitParameters"]
+    assert pickle.loads(pickle.dumps(dictionary)) == dictionary

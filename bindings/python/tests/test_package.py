@@ -55,3 +55,4 @@ def test_everything_public_is_described(name):
 def test_the_parameters_are_the_extensions():
     core = _qoc.Dictionary.read_text('{"lexicons": [{"words": ["a"]}]}', "name", "")
     assert qoc.Parameters(**core.parameters()) == qoc.Parameters()
+    assert qoc.FitParameters(**core.fit_parameters()) == qoc.FitParameters()

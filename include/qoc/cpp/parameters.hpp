@@ -71,28 +71,52 @@ struct Parameters {
   friend bool operator==(const Parameters &, const Parameters &) noexcept = default;
 };
 
+/// What of a line is placed along a reading.
+enum class Placement {
+  longPart = 0,  ///< Any part of it; a line that is too short for minLength and minReach is a failure.
+  whole = 1,     ///< The whole line, at every offset.
+  part = 2       ///< Any part of it.
+};
+
 /// The options of a fielding run; see qoc_ocrDictionaryFieldingRunParams.
 struct FieldingParameters {
-  bool wholeLine = true;  ///< Place the whole line, at every offset; else parts of a line that is long enough.
-  /// The smallest and the largest part of the line that is placed.
+  Placement placement = Placement::whole;
+  /// Positions of the shortest and the longest part of a line that is placed; they bind where parts are.
   std::int32_t minLength = 1, maxLength = std::numeric_limits<std::int32_t>::max();
-  std::int32_t limitA = std::numeric_limits<std::int32_t>::max();  ///< Most positions skipped at the start of the line.
-  std::int32_t limitB = 0;    ///< A part from position s is longer than limitB - s.
-  bool trimEmptyEnds = true;  ///< Empty ends of the reading do not count as overlap; not with wholeLine.
-  bool ignoreDeletedSpaces = true;
+  /// Positions at the start of a line that a part may leave out.
+  std::int32_t maxSkipped = std::numeric_limits<std::int32_t>::max();
+  std::int32_t minReach = 0;           ///< Positions of the line, from its start, beyond which a part must reach.
+  bool trimEmptyEnds = true;           ///< Empty ends of the reading are no part of it; binds where parts are placed.
+  bool ignoreDeletedSpaces = true;     ///< Spaces of the reading that are left out count as ignored.
   Ranking ranking = Ranking::primary;  ///< Ranking::primarySecondary to let the other candidates decide too.
 
   /// The library's record.
   qoc_ocrDictionaryFieldingRunParams c() const noexcept {
-    return {.fieldingMode = wholeLine ? 1 : 0,
+    return {.fieldingMode = static_cast<std::int32_t>(placement),
             .minStringLength = minLength,
             .maxStringLength = maxLength,
-            .limitA = limitA,
-            .limitB = limitB,
+            .limitA = maxSkipped,
+            .limitB = minReach,
             .trimEmptyEnds = trimEmptyEnds,
             .fieldingOption7 = ignoreDeletedSpaces,
             .rankingVariant = ranking == Ranking::primarySecondary ? 15 : 3};
   }
+
+  /// The options that a record of the library stands for.
+  static FieldingParameters of(const qoc_ocrDictionaryFieldingRunParams &params) noexcept {
+    return {.placement = params.fieldingMode == 0   ? Placement::longPart
+                         : params.fieldingMode == 1 ? Placement::whole
+                                                    : Placement::part,
+            .minLength = params.minStringLength,
+            .maxLength = params.maxStringLength,
+            .maxSkipped = params.limitA,
+            .minReach = params.limitB,
+            .trimEmptyEnds = params.trimEmptyEnds != 0,
+            .ignoreDeletedSpaces = params.fieldingOption7 != 0,
+            .ranking = params.rankingVariant == 15 ? Ranking::primarySecondary : Ranking::primary};
+  }
+
+  friend bool operator==(const FieldingParameters &, const FieldingParameters &) noexcept = default;
 };
 
 }  // namespace v0

@@ -12,13 +12,14 @@ better), lengths are in characters.
 """
 
 from qoc._qoc import Error, Reading, Result
-from qoc.dictionary import Dictionary, Parameters
+from qoc.dictionary import Dictionary, FitParameters, Parameters
 from qoc.enums import Mode, PositionStatus
 from qoc.tables import row_of, rows
 
 __all__ = [
     "Dictionary",
     "Error",
+    "FitParameters",
     "Mode",
     "Parameters",
     "PositionStatus",

@@ -43,6 +43,29 @@ class Parameters:
     characters ("primary"), or the most primary and secondary ones ("primary-secondary")."""
 
 
+@dataclass(frozen=True)
+class FitParameters:
+    """How readings are forced into lines of a fixed shape."""
+
+    placement: Literal["whole", "part", "long-part"] = "whole"
+    """What is placed along the reading: the whole line, any part of it, or the same where a line too short for
+    min_length and min_reach is an error."""
+    min_length: int = 1
+    """Positions of the shortest part of a line that is placed; binds where parts are."""
+    max_length: int = 2**31 - 1
+    """Positions of the longest part of a line that is placed; binds where parts are."""
+    max_skipped: int = 2**31 - 1
+    """Positions at the start of a line that a part may leave out."""
+    min_reach: int = 0
+    """Positions of the line, from its start, beyond which a part must reach."""
+    trim_empty_ends: bool = True
+    """Positions without a candidate at the ends of a reading are no part of it; binds where parts are placed."""
+    ignore_deleted_spaces: bool = True
+    """Spaces of the reading that are left out count as ignored."""
+    ranking: Literal["primary", "primary-secondary"] = "primary"
+    """Which placement ranks first: that with the most first candidates used, or with the most candidates used."""
+
+
 # The parameters by their names in the dictionary file.
 _FILE_KEYS = {
     "max_edits": "maxEdits",
@@ -53,6 +76,16 @@ _FILE_KEYS = {
     "max_length": "maxLength",
     "best_only": "returnBestOnly",
     "window": "window",
+    "ranking": "ranking",
+}
+_FIT_FILE_KEYS = {
+    "placement": "placement",
+    "min_length": "minLength",
+    "max_length": "maxLength",
+    "max_skipped": "maxSkipped",
+    "min_reach": "minReach",
+    "trim_empty_ends": "trimEmptyEnds",
+    "ignore_deleted_spaces": "ignoreDeletedSpaces",
     "ranking": "ranking",
 }
 
@@ -77,6 +110,7 @@ class Dictionary:
         expressions: regular expressions, in the notation of the dictionary file.
         swaps: what the reader confuses, a mapping as in the dictionary file.
         parameters: how readings are matched where a run does not say otherwise.
+        fit_parameters: how readings are forced into lines where a fit does not say otherwise.
         directory: where relative paths of word list files start.
 
     Raises:
@@ -91,6 +125,7 @@ class Dictionary:
         expressions: Iterable[str] = (),
         swaps: Swaps | None = None,
         parameters: Parameters | None = None,
+        fit_parameters: FitParameters | None = None,
         directory: str | os.PathLike[str] = "",
     ) -> None:
         if isinstance(lexicons, str):
@@ -104,6 +139,7 @@ class Dictionary:
         content = {key: value for key, value in content.items() if value}
         self._core = _read_content(content, os.fspath(directory))
         self._parameters = parameters or Parameters()
+        self._fit_parameters = fit_parameters or FitParameters()
 
     @classmethod
     def from_file(cls, path: str | os.PathLike[str]) -> Dictionary:
@@ -132,24 +168,33 @@ class Dictionary:
         """How readings are matched where a run does not say otherwise."""
         return self._parameters
 
+    @property
+    def fit_parameters(self) -> FitParameters:
+        """How readings are forced into lines where a fit does not say otherwise."""
+        return self._fit_parameters
+
     def with_parameters(self, **changes: Any) -> Dictionary:
         """The same dictionary with other parameters. Costs no copy.
 
         Args:
             **changes: fields of Parameters.
         """
-        return self._of_core(self._core, replace(self._parameters, **changes))
+        return self._of_core(self._core, replace(self._parameters, **changes), self._fit_parameters)
 
     def to_dict(self) -> dict[str, Any]:
         """The content as a dictionary file holds it, words included: json.dump of it makes such a file."""
         described = self._core.entries()
-        changes = {
-            _FILE_KEYS[field.name]: getattr(self._parameters, field.name)
-            for field in fields(Parameters)
-            if field.name in _FILE_KEYS and getattr(self._parameters, field.name) != field.default
-        }
-        if changes:
-            described["parameters"] = changes
+        for key, parameters, names in (
+            ("parameters", self._parameters, _FILE_KEYS),
+            ("fitParameters", self._fit_parameters, _FIT_FILE_KEYS),
+        ):
+            changes = {
+                names[field.name]: getattr(parameters, field.name)
+                for field in fields(parameters)
+                if field.name in names and getattr(parameters, field.name) != field.default
+            }
+            if changes:
+                described[key] = changes
         return described
 
     def run(self, reading: ReadingLike, parameters: Parameters | None = None, **changes: Any) -> list[Result]:
@@ -172,6 +217,27 @@ class Dictionary:
         a position that has no other is taken as empty.
         """
         return self._core.run(_reading_of(reading), self._options(parameters, changes))
+
+    def fit(
+        self, reading: ReadingLike, parameters: FitParameters | None = None, **changes: Any
+    ) -> tuple[int, Result] | None:
+        """Forces a reading into the shape of a fielding, whatever it takes.
+
+        Args:
+            reading: a Reading, or what makes one.
+            parameters: how; by default the dictionary's own fit_parameters.
+            **changes: fields of FitParameters that are to be otherwise.
+
+        Returns:
+            The index of the fielding with the fewest edits, of equal ones the earliest, and the result; None for an
+            empty reading, and where no part of any could be placed.
+
+        Raises:
+            Error: for parameters out of their range, and for a reading that has two candidates of one character at a
+                position.
+        """
+        chosen = self._fit_parameters if parameters is None else parameters
+        return self._core.fit(_reading_of(reading), replace(chosen, **changes) if changes else chosen)
 
     def run_many(
         self,
@@ -210,12 +276,16 @@ class Dictionary:
     def __eq__(self, other: object) -> bool:
         if not isinstance(other, Dictionary):
             return NotImplemented
-        return self._core.is_equal(other._core) and self._parameters == other._parameters
+        return (
+            self._core.is_equal(other._core)
+            and self._parameters == other._parameters
+            and self._fit_parameters == other._fit_parameters
+        )
 
     __hash__ = None  # type: ignore[assignment]
 
     def __reduce__(self) -> tuple[Any, ...]:
-        return _restore, (self._core.entries(), self._parameters)
+        return _restore, (self._core.entries(), self._parameters, self._fit_parameters)
 
     def __repr__(self) -> str:
         words, fieldings, expressions = self._core.sizes()
@@ -224,10 +294,16 @@ class Dictionary:
         return f"<Dictionary: {', '.join(parts) or 'empty'}>"
 
     @classmethod
-    def _of_core(cls, core: _qoc.Dictionary, parameters: Parameters | None = None) -> Dictionary:
+    def _of_core(
+        cls,
+        core: _qoc.Dictionary,
+        parameters: Parameters | None = None,
+        fit_parameters: FitParameters | None = None,
+    ) -> Dictionary:
         made = cls.__new__(cls)
         made._core = core
         made._parameters = parameters or Parameters(**core.parameters())
+        made._fit_parameters = fit_parameters or FitParameters(**core.fit_parameters())
         return made
 
     def _options(self, parameters: Parameters | None, changes: Mapping[str, Any]) -> Parameters:
@@ -235,8 +311,8 @@ class Dictionary:
         return replace(chosen, **changes) if changes else chosen
 
 
-def _restore(content: dict[str, Any], parameters: Parameters) -> Dictionary:
-    return Dictionary._of_core(_read_content(content, ""), parameters)
+def _restore(content: dict[str, Any], parameters: Parameters, fit_parameters: FitParameters) -> Dictionary:
+    return Dictionary._of_core(_read_content(content, ""), parameters, fit_parameters)
 
 
 def _read_content(content: dict[str, Any], directory: str) -> _qoc.Dictionary:
