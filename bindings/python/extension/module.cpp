@@ -126,8 +126,9 @@ py::list positionsOf(ReadingView reading) {
 template <class Record>
 Record optionsOf(py::handle object) {
   Record record;
-  for (const auto &[name, field] : Options<Record>::numbers) record.*field = object.attr(name).cast<std::int32_t>();
-  for (const auto &[name, field] : Options<Record>::flags) record.*field = object.attr(name).cast<bool>();
+  for (const auto &[name, field] : Options<Record>::numbers)
+    record.*field = object.attr(name).template cast<std::int32_t>();
+  for (const auto &[name, field] : Options<Record>::flags) record.*field = object.attr(name).template cast<bool>();
   Options<Record>::eachChoice([&](const char *name, auto field, const auto &choices) {
     const auto chosen = object.attr(name).template cast<std::string>();
     std::string known;
