@@ -191,7 +191,8 @@ class Documents(unittest.TestCase):
                       if block.language in ("python", "pycon") and (TEST_ALL or not block.needs_all)]  # fmt: skip
             if blocks:
                 with self.subTest(document=document.name):
-                    content = json.dumps([[block.language, block.text, printed, str(block)] for block, printed in blocks])
+                    content = json.dumps(
+                        [[block.language, block.text, printed, str(block)] for block, printed in blocks])  # fmt: skip
                     printed = self.run_command([sys.executable, __file__, "--python"], text=content)
                     self.assertEqual(printed, "")
 
@@ -223,8 +224,8 @@ class Documents(unittest.TestCase):
         with tempfile.TemporaryDirectory() as directory:
             prefix = pathlib.Path(directory) / "installed"
             for component in ("runtime", "development"):
-                self.run_command([os.environ["QOC_CMAKE"], "--install", os.environ["QOC_BINARY_DIR"], "--prefix", prefix,
-                                  "--component", component])  # fmt: skip
+                self.run_command([os.environ["QOC_CMAKE"], "--install", os.environ["QOC_BINARY_DIR"],
+                                  "--prefix", prefix, "--component", component])  # fmt: skip
             for i, (block, _) in enumerate(blocks):
                 project = pathlib.Path(directory) / f"project{i}"
                 project.mkdir()
@@ -261,7 +262,8 @@ class Links(unittest.TestCase):
 
     def test_named_files_exist(self):
         """What the documents name in code marks as a path of the project is there."""
-        top = "|".join(sorted(re.escape(path.name) for path in SOURCE_DIR.iterdir() if path.is_dir() and path.name[0] != "."))
+        directories = [path.name for path in SOURCE_DIR.iterdir() if path.is_dir() and path.name[0] != "."]
+        top = "|".join(re.escape(name) for name in sorted(directories))
         for document in DOCUMENTS:
             if document.name == "CHANGELOG.md":
                 continue

@@ -4,8 +4,8 @@ from __future__ import annotations
 
 from typing import Iterable, Iterator, TypedDict
 
-from qoc._qoc import Reading, Result
-from qoc.dictionary import ReadingLike
+from qoc._qoc import Result
+from qoc.dictionary import ReadingLike, _reading_of
 
 
 class Row(TypedDict):
@@ -40,7 +40,7 @@ def row_of(index: int, reading: ReadingLike, rank: int = -1, result: Result | No
         rank: the result's rank, from 0.
         result: the result; without one the row says that there is none.
     """
-    given = reading if isinstance(reading, str) else reading.text if isinstance(reading, Reading) else Reading(reading).text
+    given = reading if isinstance(reading, str) else _reading_of(reading).text
     if result is None:
         return Row(reading=index, given=given, rank=-1, text=None, edits=None, score=None, mode=None,
                    line_status=None, statuses=None, ignored_prefix=None, ignored_suffix=None)  # fmt: skip
