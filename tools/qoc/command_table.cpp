@@ -5,6 +5,7 @@
 #include "explain.hpp"
 #include "fit_parameters.hpp"
 #include "generate.hpp"
+#include "learn.hpp"
 #include "report.hpp"
 #include "run.hpp"
 #include "run_parameters.hpp"
@@ -316,6 +317,29 @@ std::vector<CommandSpec> makeTable() {
                    "0 the dictionary has no faults, 1 it has some, 2 bad usage, or it cannot be read",
                    {"qoc check --dictionary words.json"},
                    checkDictionary});
+  OptionSpec threshold = number("--threshold", "How often a confusion must be seen to be learnt; default 3",
+                                [](Options &options, long long n) { options.threshold = static_cast<std::size_t>(n); });
+  threshold.least = 1;
+  OptionSpec folds = number("--parts", "Parts for the cross-validation; default 5",
+                            [](Options &options, long long n) { options.numFolds = static_cast<unsigned>(n); });
+  folds.least = 2;
+  folds.greatest = 1000;
+  table.push_back({"learn",
+                   "Learn what a reader confuses from readings whose truth is known",
+                   {"Aligns every reading that has a \"truth\" with it, counts what was read for what, and writes the "
+                    "confusions that were seen often enough: with their counts, the penalty that follows from them, how "
+                    "many more readings each alone makes right and wrong, and the sections for a dictionary file.",
+                    "What it says of all of them together is cross-validated: each part of the readings is judged with "
+                    "what the other parts teach.",
+                    interruption},
+                   true,
+                   joined({{dictionaryOption(), jsonOption("Write one JSON object instead of a table"), std::move(threshold),
+                            std::move(folds)},
+                           inputOptions(), runOptions, resolvingOptions()}),
+                   false,
+                   plainExitCodes,
+                   {"qoc learn --dictionary serials.json readings.ndjson"},
+                   learn});
   table.push_back({"swaps",
                    "Print what a dictionary's swaps make equivalent",
                    {},
