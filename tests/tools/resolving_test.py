@@ -42,8 +42,8 @@ class ResolvingTest(ProgramTest):
         self.assertEqual(sorted(text["text"] for text in resolved["alternatives"]), ["14", "37"])
 
     def test_two_words_that_fit_equally_are_unsure(self):
-        resolved, = self.resolve({"lexicons": [{"words": ["car", "cat"]}], "parameters": {"maxEdits": 1}},
-                                 reading("c", "a", "x"))
+        resolved, = self.resolve({"lexicons": [{"words": ["winner", "winter"]}], "parameters": {"maxEdits": 1}},
+                                 reading(*"winxer"))
         self.assertEqual((resolved["outcome"], resolved["margin"]), ("unsure", 0))
 
     def test_a_check_digit_decides(self):
@@ -104,9 +104,11 @@ class ResolvingTest(ProgramTest):
         refused({"fieldings": ["99"], "checks": [{"method": "no"}]}, "/checks/0/method", "luhn")
         refused({"fieldings": ["99"], "checks": [{}]}, "method")
         refused({"fieldings": ["9999"], "checks": [{"method": "vehicle"}]}, "does not fit", "4 characters", "length")
-        refused({"fieldings": ["9999"], "checks": [{"method": "luhn", "parts": [[2, 6]]}]}, "does not fit", "leaves the text")
+        refused({"fieldings": ["9999"], "checks": [{"method": "luhn", "parts": [[2, 6]]}]}, "does not fit",
+                "leaves the text")
         refused({"regularExpressions": ["9"], "checks": [{"method": "luhn", "parts": [[2, 2]]}]}, "refused", "empty")
-        refused({"regularExpressions": ["9"], "checks": [{"method": "vehicle", "parts": [[0, 16]]}]}, "refused", "length")
+        refused({"regularExpressions": ["9"], "checks": [{"method": "vehicle", "parts": [[0, 16]]}]}, "refused",
+                "length")
         refused({"lexicons": [{"words": ["79927398713", "79927398710"]}], "checks": [{"method": "luhn"}]},
                 "79927398710", "does not pass")
 
