@@ -77,7 +77,7 @@ qsys_status replaceWords(qoc_ocrDictionaryLexicon &lexicon, Fill fill) {
     frame.local<qoc_ocrDictionaryLexicon_destruct>(&fresh);
     QOC_TRY(fill(fresh.strings));
     sortByLength(fresh.strings);
-    QOC_TRY(qoc::rebuildIndex(fresh));
+    qoc::renewIndex(fresh);
     std::swap(lexicon, fresh);
     return QSYS_STATUS_OK;
   });

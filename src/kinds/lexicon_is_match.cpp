@@ -25,7 +25,7 @@ class WordTest {
     isMatch = false;
     if (const LexiconIndex *index = indexOf(lexicon_)) {
       // What the whole reading does not cover, none of its parts does.
-      QOC_TRY(index->cover(matches_, covered_));
+      index->prepare(matches_, query_);
     }
     const std::int32_t n = matches_.size();
     const auto testWhole = [&](Characters word, bool &answer) { return test_.isMatch(word, params_, answer); };
@@ -48,7 +48,7 @@ class WordTest {
         QOC_TRY(qsys_attention_check());
       }
       const auto word = static_cast<std::size_t>(k);
-      if (std::popcount(index->signature(word) & ~covered_) <= maxEdits) {
+      if (index->mayMatch(k, query_, maxEdits)) {
         QOC_TRY(test(view(words[word]), isMatch));
       } else {
         QOC_TRY(passOverWindows(matches_.size(), params_));
@@ -81,7 +81,7 @@ class WordTest {
   const qoc_ocrDictionaryRunParams *params_;
   ReadingMatches &matches_;
   MatchTest test_;
-  std::uint64_t covered_ = 0;
+  IndexQuery query_;
 };
 
 qsys_status isMatchOne(const qoc_ocrDictionaryLexicon &lexicon, const qoc_ocrDictionaryStringMulti &reading,

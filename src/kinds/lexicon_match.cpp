@@ -6,8 +6,9 @@
 #include "kinds/lexicon_match.hpp"
 
 #include <algorithm>
-#include <bit>
+#include <vector>
 
+#include "platform/system/attention.hpp"
 #include "text/alignment.hpp"
 #include "text/reading_of.hpp"
 
@@ -53,6 +54,88 @@ qsys_status stopEarly(const qoc_ocrDictionaryRunParams *params, const qoc_ocrDic
   return QSYS_STATUS_OK;
 }
 
+/// The attention checks between one word and another: one at every word whose index is a multiple of wordsPerPoll, and where windows
+/// are searched one for each of their starts at every word.
+class WordPolls {
+ public:
+  WordPolls(const WordRange &range, std::int32_t numPositions, const qoc_ocrDictionaryRunParams *params)
+      : next_(range.first), numStarts_(params != nullptr && params->matchOption9 != 0 ? numPositions : 0) {}
+
+  /// Passes over the words up to the given one, and asks what is asked before it is looked at.
+  qsys_status pollBefore(std::int32_t word) {
+    QOC_TRY(passOver(word));
+    next_ = word + 1;
+    return word % wordsPerPoll == 0 ? qsys_attention_check() : static_cast<qsys_status>(QSYS_STATUS_OK);
+  }
+  /// Passes over all words up to the given one.
+  qsys_status passOver(std::int32_t word) {
+    const auto numBelow = [](std::int64_t index) { return (index + wordsPerPoll - 1) / wordsPerPoll; };
+    const std::int64_t times = numBelow(word) - numBelow(next_) + (std::int64_t{word} - next_) * numStarts_;
+    next_ = word;
+    return checkAttention(times);
+  }
+
+ private:
+  std::int32_t next_, numStarts_;
+};
+
+/// One reading against the words of a lexicon.
+class WordMatcher {
+ public:
+  WordMatcher(const qoc_ocrDictionaryLexicon &lexicon, const LexiconIndex &index,
+              const qoc_ocrDictionaryStringMulti &reading, const qoc_ocrDictionaryRunParams *params,
+              const qoc_swapCharSet *set)
+      : words_(view(lexicon.strings)),
+        index_(index),
+        params_(params),
+        range_(findLengthRange(lexicon, sizeOf(reading), params)),
+        polls_(range_, sizeOf(reading), params),
+        matches_(reading, set),
+        aligner_(matches_, Aligner::Kind::multi) {}
+
+  /// Merges the results of every word into `results`, in the words' order; `scratch` is for the results of one.
+  qsys_status matchAll(qoc_ocrDictionaryResultSet &scratch, qoc_ocrDictionaryResultSet &results) {
+    if (range_.first >= range_.end) {
+      return QSYS_STATUS_OK;
+    }
+    index_.prepare(matches_, query_);
+    const std::int32_t maxEdits = params_ != nullptr ? std::max(params_->maxEdits, 0) : 0;
+    if (params_ != nullptr && params_->matchOption9 != 0) {
+      for (std::int32_t word = range_.first; word < range_.end; ++word) {
+        if (index_.mayMatch(word, query_, maxEdits)) {
+          found_.push_back(word);
+        }
+      }
+    } else {
+      index_.find(query_, maxEdits, range_.first, range_.end, found_);
+    }
+    QOC_TRY(alignFound(scratch, results));
+    return polls_.passOver(range_.end);
+  }
+
+ private:
+  qsys_status alignFound(qoc_ocrDictionaryResultSet &scratch, qoc_ocrDictionaryResultSet &results) {
+    qoc_ocrDictionaryRunParams working = params_ != nullptr ? *params_ : qoc_ocrDictionaryRunParams{};
+    for (const std::int32_t word : found_) {
+      QOC_TRY(polls_.pollBefore(word));
+      QOC_TRY(stopEarly(params_, results, working));
+      QOC_TRY(aligner_.align(words_[static_cast<std::size_t>(word)], params_ != nullptr ? &working : nullptr, scratch));
+      QOC_TRY(qoc_ocrDictionaryResultSet_merge(&results, &scratch, params_));
+    }
+    return QSYS_STATUS_OK;
+  }
+
+  std::span<const qoc_ocrDictionaryString> words_;
+  const LexiconIndex &index_;
+  const qoc_ocrDictionaryRunParams *params_;
+  WordRange range_;
+  WordPolls polls_;
+  ReadingMatches matches_;
+  Aligner aligner_;
+  IndexQuery query_;
+  std::vector<std::int32_t> found_;
+};
+
 /// Aligns every word worth trying with one reading.
 qsys_status matchWords(const qoc_ocrDictionaryLexicon &lexicon, const qoc_ocrDictionaryStringMulti &reading,
                        const qoc_ocrDictionaryRunParams *params, const qoc_swapCharSet *set,
@@ -62,29 +145,10 @@ qsys_status matchWords(const qoc_ocrDictionaryLexicon &lexicon, const qoc_ocrDic
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
     QOC_TRY(makeLocal(frame, scratch));
     const LexiconIndex *index = indexOf(lexicon);
-    const auto words = view(lexicon.strings);
-    const WordRange range = findLengthRange(lexicon, sizeOf(reading), params);
-    if (index == nullptr || range.first >= range.end) {
+    if (index == nullptr) {
       return QSYS_STATUS_OK;
     }
-    qoc_ocrDictionaryRunParams working = params != nullptr ? *params : qoc_ocrDictionaryRunParams{};
-    ReadingMatches matches(reading, set);
-    Aligner aligner(matches, Aligner::Kind::multi);
-    std::uint64_t covered = 0;
-    QOC_TRY(index->cover(matches, covered));
-    for (std::int32_t k = range.first; k < range.end; ++k) {
-      if (k % wordsPerPoll == 0) {
-        QOC_TRY(qsys_attention_check());
-      }
-      const std::uint64_t uncovered = index->signature(static_cast<std::size_t>(k)) & ~covered;
-      if (std::popcount(uncovered) > std::max(working.maxEdits, 0)) {
-        QOC_TRY(passOverWindows(sizeOf(reading), params));
-        continue;
-      }
-      QOC_TRY(stopEarly(params, results, working));
-      QOC_TRY(aligner.align(words[static_cast<std::size_t>(k)], params != nullptr ? &working : nullptr, scratch));
-      QOC_TRY(qoc_ocrDictionaryResultSet_merge(&results, &scratch, params));
-    }
+    QOC_TRY(WordMatcher(lexicon, *index, reading, params, set).matchAll(scratch, results));
     return qoc_ocrDictionaryResultSet_sort(&results, params, 1);
   });
 }

@@ -94,7 +94,7 @@ qsys_status append(qoc_ocrDictionaryResult &result, std::span<const qoc_ocrDicti
 qsys_status Aligner::align(const qoc_ocrDictionaryString &word, const qoc_ocrDictionaryRunParams *params,
                            qoc_ocrDictionaryResultSet &results) {
   QOC_TRY(qoc_ocrDictionaryResultSet_reset(&results));
-  QOC_TRY(rows_.set(view(word), matches_));
+  rows_.set(view(word), matches_);
   Task task(word, params);
   const std::int32_t n = matches_.size();
   QOC_TRY(alignWindow(task, {0, n}));
