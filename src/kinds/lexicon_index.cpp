@@ -5,14 +5,13 @@
 #include <mutex>
 #include <optional>
 
+#include "kinds/lexicon_roads.hpp"
 #include "text/bit_distance.hpp"
 
 namespace qoc {
 
 namespace {
 
-/// Shorter lists are scanned only: a trie does not pay.
-constexpr std::int32_t minWordsForTries = 512;
 /// Nodes are found by 32 bits; this many words of the tries' longest lengths stay within them.
 constexpr std::int32_t maxWordsForTries = 40'000'000;
 /// Beyond this the walks prune too little.
@@ -41,7 +40,7 @@ LexiconIndex::LexiconIndex(std::span<const qoc_ocrDictionaryString> words) : tab
       signatures_.push_back(signature);
     }
   }
-  if (letters_.numWords() >= minWordsForTries && letters_.numWords() <= maxWordsForTries) {
+  if (letters_.numWords() >= lexiconRoads().minWordsForTries && letters_.numWords() <= maxWordsForTries) {
     forward_ = WordTrie(letters_, WordTrie::Direction::forward, &equals_);
     backward_ = WordTrie(letters_, WordTrie::Direction::backward);
   }
@@ -66,8 +65,7 @@ void LexiconIndex::prepare(const ReadingMatches &matches, IndexQuery &query) con
 void LexiconIndex::find(const IndexQuery &query, std::int32_t maxEdits, std::int32_t first, std::int32_t end,
                         std::vector<std::int32_t> &found) const {
   found.clear();
-  const bool hasTries = letters_.numWords() >= minWordsForTries && letters_.numWords() <= maxWordsForTries;
-  if (!hasTries || !query.hasRows || query.numPositions < 2 || maxEdits > maxEditsInTries) {
+  if (forward_.isEmpty() || !query.hasRows || query.numPositions < 2 || maxEdits > maxEditsInTries) {
     scan(query, maxEdits, first, end, found);
     return;
   }

@@ -1,13 +1,39 @@
 // The match of a lexicon: every word that can be read in a reading, ranked.
 //
-// Words are kept by length, so the ones worth trying are one run of the list. Each is first tested by its signature (see
-// LexiconIndex), which refuses only words that no alignment accepts; the others are aligned.
+// The road that is followed: every word of an admissible length is aligned with the reading, in the lexicon's order; the results of
+// each are merged into those so far, which may drop newcomers; the first of all is the best. What is done is less. The index finds the
+// words that have an alignment of few enough edits (see LexiconIndex), for the others give no results and change nothing; and what is
+// merged are outlines (see LexiconResults), which compare as the results would.
+//
+// **Where only the best is asked for**, words of many edits need not be looked at once one of few is there. Let E be the least number of
+// edits of any result, and S any part of the words, in order, that holds every word with a result of E edits. Claim: merging only the
+// words of S gives the same best result, in all its fields. It holds in the default ranking for exact results (E = 0), and for
+// results of the edit table (maxEdits of 2 and more, E > 0); with maxEdits 1 and E = 1 every word of a result is in S anyway.
+//
+// - A newcomer of more edits than the list's first result is appended, before anything but edits is compared, so that it
+//   changes no result but by the order indexes that the sort after it sets. Those decide only whether the walk drops a newcomer that
+//   ties with an old result in all keys of the primary-rank order before the index. Call that a tie.
+// - In the cases named, ties agree in all keys of the default order too: edits, deleted positions and primary ones are keys of both, and
+//   the secondary positions are all that are not primary in an exact result, and none in one of the table. Duplicates agree as well.
+//   So what is dropped leaves a result of equal rank in the list that came before it, and the stable sort keeps that in front. By
+//   induction the first result is always the earliest of the least default keys among all words merged: the same in S and in all.
+// - What the comparisons cache in the best result B: B is never dropped, so its own walk compares it with results of E edits only
+//   (others are decided by edits), passes those that are worse, and ends at the first that is better. Its matched positions and its
+//   score are cached at the first result that agrees with it in primary positions and line status; it ties with none. Results that agree in
+//   these and in the default keys act alike, and of such a kind a list always holds the earliest, whatever was dropped behind it; so
+//   the kinds and their order are the same in S and in all. After that B is the first of the list, and every later newcomer of E edits is
+//   compared with it first, whatever the rest of the list holds.
+// - The order index of the best result is 0, as the sort of the finished set writes it, or as it was in a list of one.
+//
+// So the search begins with no edits and allows one more as long as nothing is found within those allowed.
 
 #include "kinds/lexicon_match.hpp"
 
 #include <algorithm>
 #include <vector>
 
+#include "kinds/lexicon_results.hpp"
+#include "kinds/lexicon_roads.hpp"
 #include "platform/system/attention.hpp"
 #include "text/alignment.hpp"
 #include "text/reading_of.hpp"
@@ -61,8 +87,11 @@ class WordPolls {
   WordPolls(const WordRange &range, std::int32_t numPositions, const qoc_ocrDictionaryRunParams *params)
       : next_(range.first), numStarts_(params != nullptr && params->matchOption9 != 0 ? numPositions : 0) {}
 
-  /// Passes over the words up to the given one, and asks what is asked before it is looked at.
+  /// Passes over the words up to the given one, and asks what is asked before it is looked at; words passed before are done with.
   qsys_status pollBefore(std::int32_t word) {
+    if (word < next_) {
+      return QSYS_STATUS_OK;
+    }
     QOC_TRY(passOver(word));
     next_ = word + 1;
     return word % wordsPerPoll == 0 ? qsys_attention_check() : static_cast<qsys_status>(QSYS_STATUS_OK);
@@ -82,74 +111,123 @@ class WordPolls {
 /// One reading against the words of a lexicon.
 class WordMatcher {
  public:
-  WordMatcher(const qoc_ocrDictionaryLexicon &lexicon, const LexiconIndex &index,
-              const qoc_ocrDictionaryStringMulti &reading, const qoc_ocrDictionaryRunParams *params,
-              const qoc_swapCharSet *set)
+  /// How many results are needed: every one, or only the first of the finished set.
+  enum class Wanted { all, best };
+
+  WordMatcher(const qoc_ocrDictionaryLexicon &lexicon, const qoc_ocrDictionaryStringMulti &reading,
+              const qoc_ocrDictionaryRunParams *params, const qoc_swapCharSet *set, Wanted wanted)
       : words_(view(lexicon.strings)),
-        index_(index),
+        index_(lexiconRoads().usesIndex ? indexOf(lexicon) : nullptr),
         params_(params),
+        wanted_(wanted),
+        maxEdits_(params != nullptr ? std::max(params->maxEdits, 0) : 0),
+        searchesWindows_(params != nullptr && params->matchOption9 != 0),
         range_(findLengthRange(lexicon, sizeOf(reading), params)),
         polls_(range_, sizeOf(reading), params),
         matches_(reading, set),
-        aligner_(matches_, Aligner::Kind::multi) {}
+        aligner_(matches_, Aligner::Kind::multi),
+        outlined_(words_, params != nullptr) {}
 
-  /// Merges the results of every word into `results`, in the words' order; `scratch` is for the results of one.
-  qsys_status matchAll(qoc_ocrDictionaryResultSet &scratch, qoc_ocrDictionaryResultSet &results) {
+  /// Fills `results`, which were reset, ranked but not finished.
+  qsys_status match(qoc_ocrDictionaryResultSet &results) {
     if (range_.first >= range_.end) {
       return QSYS_STATUS_OK;
     }
-    index_.prepare(matches_, query_);
-    const std::int32_t maxEdits = params_ != nullptr ? std::max(params_->maxEdits, 0) : 0;
-    if (params_ != nullptr && params_->matchOption9 != 0) {
-      for (std::int32_t word = range_.first; word < range_.end; ++word) {
-        if (index_.mayMatch(word, query_, maxEdits)) {
-          found_.push_back(word);
-        }
-      }
-    } else {
-      index_.find(query_, maxEdits, range_.first, range_.end, found_);
+    if (index_ != nullptr) {
+      index_->prepare(matches_, query_);
     }
-    QOC_TRY(alignFound(scratch, results));
-    return polls_.passOver(range_.end);
+    const bool isDefaultRanking = params_ == nullptr || (params_->rankingMode != 1 && params_->finalizeEachResult == 0);
+    if (lexiconRoads().usesOutlines && isDefaultRanking && !searchesWindows_) {
+      QOC_TRY(matchByOutlines(results));
+    } else {
+      find(maxEdits_);
+      QOC_TRY(alignFound(results));
+    }
+    QOC_TRY(polls_.passOver(range_.end));
+    return qoc_ocrDictionaryResultSet_sort(&results, params_, 1);
   }
 
  private:
-  qsys_status alignFound(qoc_ocrDictionaryResultSet &scratch, qoc_ocrDictionaryResultSet &results) {
+  /// Finds the words worth aligning: all that have an alignment of at most maxEdits edits, and perhaps others.
+  void find(std::int32_t maxEdits) {
+    found_.clear();
+    if (index_ != nullptr && !searchesWindows_) {
+      index_->find(query_, maxEdits, range_.first, range_.end, found_);
+      return;
+    }
+    for (std::int32_t word = range_.first; word < range_.end; ++word) {
+      if (index_ == nullptr || index_->mayMatch(word, query_, maxEdits)) {
+        found_.push_back(word);
+      }
+    }
+  }
+
+  /// Every word's results are made and merged.
+  qsys_status alignFound(qoc_ocrDictionaryResultSet &results) {
+    qoc_ocrDictionaryResultSet scratch;
+    return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
+      QOC_TRY(makeLocal(frame, scratch));
+      qoc_ocrDictionaryRunParams working = params_ != nullptr ? *params_ : qoc_ocrDictionaryRunParams{};
+      for (const std::int32_t word : found_) {
+        QOC_TRY(polls_.pollBefore(word));
+        QOC_TRY(stopEarly(params_, results, working));
+        QOC_TRY(aligner_.align(words_[static_cast<std::size_t>(word)], params_ != nullptr ? &working : nullptr, scratch));
+        QOC_TRY(qoc_ocrDictionaryResultSet_merge(&results, &scratch, params_));
+      }
+      return QSYS_STATUS_OK;
+    });
+  }
+
+  /// The same with outlines, of which results are made at the end.
+  qsys_status matchByOutlines(qoc_ocrDictionaryResultSet &results) {
+    const bool isBounded = wanted_ == Wanted::best && lexiconRoads().usesBound;
+    for (std::int32_t edits = isBounded ? 0 : maxEdits_;; ++edits) {
+      find(edits);
+      QOC_TRY(outlineFound());
+      if (edits == maxEdits_ || (!outlined_.isEmpty() && outlined_.leastEdits() <= edits)) {
+        break;
+      }
+    }
+    return outlined_.makeResults(aligner_, wanted_ == Wanted::best ? 1 : INT32_MAX, results);
+  }
+
+  qsys_status outlineFound() {
+    outlined_.clear();
     qoc_ocrDictionaryRunParams working = params_ != nullptr ? *params_ : qoc_ocrDictionaryRunParams{};
     for (const std::int32_t word : found_) {
       QOC_TRY(polls_.pollBefore(word));
-      QOC_TRY(stopEarly(params_, results, working));
-      QOC_TRY(aligner_.align(words_[static_cast<std::size_t>(word)], params_ != nullptr ? &working : nullptr, scratch));
-      QOC_TRY(qoc_ocrDictionaryResultSet_merge(&results, &scratch, params_));
+      if (stopsEarly(params_, working) && !outlined_.isEmpty() && outlined_.leastEdits() == 0) {
+        working.maxEdits = 0;
+      }
+      std::span<const Outline> outlines;
+      QOC_TRY(aligner_.outline(words_[static_cast<std::size_t>(word)], params_ != nullptr ? &working : nullptr, outlines));
+      outlined_.merge(word, outlines);
     }
     return QSYS_STATUS_OK;
   }
 
   std::span<const qoc_ocrDictionaryString> words_;
-  const LexiconIndex &index_;
+  const LexiconIndex *index_;
   const qoc_ocrDictionaryRunParams *params_;
+  Wanted wanted_;
+  std::int32_t maxEdits_;
+  bool searchesWindows_;
   WordRange range_;
   WordPolls polls_;
   ReadingMatches matches_;
   Aligner aligner_;
+  LexiconResults outlined_;
   IndexQuery query_;
   std::vector<std::int32_t> found_;
 };
 
-/// Aligns every word worth trying with one reading.
+/// Matches every word worth trying with one reading.
 qsys_status matchWords(const qoc_ocrDictionaryLexicon &lexicon, const qoc_ocrDictionaryStringMulti &reading,
-                       const qoc_ocrDictionaryRunParams *params, const qoc_swapCharSet *set,
+                       const qoc_ocrDictionaryRunParams *params, const qoc_swapCharSet *set, WordMatcher::Wanted wanted,
                        qoc_ocrDictionaryResultSet &results) {
   QOC_TRY(qoc_ocrDictionaryResultSet_reset(&results));
-  qoc_ocrDictionaryResultSet scratch;
-  return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    QOC_TRY(makeLocal(frame, scratch));
-    const LexiconIndex *index = indexOf(lexicon);
-    if (index == nullptr) {
-      return QSYS_STATUS_OK;
-    }
-    QOC_TRY(WordMatcher(lexicon, *index, reading, params, set).matchAll(scratch, results));
-    return qoc_ocrDictionaryResultSet_sort(&results, params, 1);
+  return inFrame<1>([&](Frame<1> &) -> qsys_status {
+    return WordMatcher(lexicon, reading, params, set, wanted).match(results);
   });
 }
 
@@ -163,7 +241,8 @@ qsys_status matchVariants(const qoc_ocrDictionaryLexicon &lexicon, const qoc_ocr
     bool isFirst = true;
     return forEachVariant(reading, set, [&](const auto &variant, const auto &inputIndices, bool &) -> qsys_status {
       QOC_TRY(stopEarly(params, results, working));
-      QOC_TRY(matchWords(lexicon, variant, params != nullptr ? &working : nullptr, &set, scratch));
+      // What a variant adds depends on all of its results, so all are needed.
+      QOC_TRY(matchWords(lexicon, variant, params != nullptr ? &working : nullptr, &set, WordMatcher::Wanted::all, scratch));
       QOC_TRY(qoc_ocrDictionaryResultSet_setGiven(&scratch, &reading, &inputIndices));
       if (isFirst) {
         isFirst = false;
@@ -189,7 +268,9 @@ qsys_status qoc_ocrDictionaryLexicon_matchMulti(const qoc_ocrDictionaryLexicon *
   if (qoc::hasVariants(set)) {
     QOC_TRY(qoc::matchVariants(*lexicon, *reading, params, *set, *results));
   } else {
-    QOC_TRY(qoc::matchWords(*lexicon, *reading, params, set, *results));
+    const bool isBest = params != nullptr && params->returnBestOnly != 0;
+    QOC_TRY(qoc::matchWords(*lexicon, *reading, params, set,
+                            isBest ? qoc::WordMatcher::Wanted::best : qoc::WordMatcher::Wanted::all, *results));
   }
   QOC_TRY(qoc_ocrDictionaryResultSet_finalize(results, params));
   results->isComputed = 1;

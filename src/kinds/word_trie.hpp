@@ -42,6 +42,7 @@ class WordTrie {
     }
   }
 
+  bool isEmpty() const noexcept { return nodes_.empty(); }
   std::size_t numBytes() const noexcept { return nodes_.capacity(); }
 
  private:

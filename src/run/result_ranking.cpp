@@ -17,8 +17,12 @@
 #include "frame/frame.hpp"
 #include "run/result_set_ops.hpp"
 
+using qoc::fewerFirst;
 using qoc::Frame;
 using qoc::inFrame;
+using qoc::maskPrimary;
+using qoc::maskPrimaryAndSecondary;
+using qoc::moreFirst;
 using qoc::present;
 using qoc::statusesOf;
 
@@ -27,15 +31,9 @@ namespace {
 using Result = qoc_ocrDictionaryResult;
 using Status = qoc_ocrDictionaryPositionStatus;
 
-constexpr std::int32_t maskPrimary = 3;
-constexpr std::int32_t maskPrimaryAndSecondary = 15;
-
 std::int32_t countOf(const Result &result, Status status) {
   return static_cast<std::int32_t>(std::ranges::count(statusesOf(result), status));
 }
-
-int fewerFirst(std::int32_t a, std::int32_t b) { return a < b ? -1 : a > b ? 1 : 0; }
-int moreFirst(std::int32_t a, std::int32_t b) { return fewerFirst(b, a); }
 
 std::int32_t numDeleted(const Result &result) { return result.deleted.core.size; }
 
@@ -86,44 +84,27 @@ int computedFirst(const Result &a, const Result &b) {
   return a.isComputed != 0 ? -1 : 1;
 }
 
-/// The scoring orders; they differ in whether a secondary position is as good as a primary one.
-int compareByScore(Result &a, Result &b, bool withSecondary) {
-  if (const int order = computedFirst(a, b); order != 0) {
-    return order;
-  }
-  if (const int order = fewerFirst(a.numEdits, b.numEdits); order != 0) {
-    return order;
-  }
-  const auto numGood = [withSecondary](const Result &result) {
+/// A result as the scoring orders see it.
+struct RankedResult {
+  Result &result;
+
+  std::int32_t numEdits() const { return result.numEdits; }
+  std::int32_t numGood(bool withSecondary) const {
     return countOf(result, qoc_ocrDictionaryPositionStatus_primary) +
            (withSecondary ? countOf(result, qoc_ocrDictionaryPositionStatus_secondary) : 0);
-  };
-  if (const int order = moreFirst(numGood(a), numGood(b)); order != 0) {
-    return order;
   }
-  a.scoreStatusMask = b.scoreStatusMask = withSecondary ? maskPrimaryAndSecondary : maskPrimary;
-  const auto lineStatus = [withSecondary](const Result &result) {
-    const Status status = result.resultStringLineStatus;
-    const bool isSecondary = status == qoc_ocrDictionaryPositionStatus_secondary ||
-                             status == qoc_ocrDictionaryPositionStatus_secondarySwap;
-    return withSecondary && isSecondary ? status - 2 : status;
-  };
-  if (const int order = fewerFirst(lineStatus(a), lineStatus(b)); order != 0) {
-    return order;
-  }
-  // Deliberate: the matched positions are counted and kept, and decide nothing.
-  numMatchedPositionsOf(a);
-  numMatchedPositionsOf(b);
-  if (const int order = moreFirst(scoreOf(a), scoreOf(b)); order != 0) {
-    return order;
-  }
-  if (const int order = fewerFirst(numDeleted(a), numDeleted(b)); order != 0) {
-    return order;
-  }
-  if (const int order = fewerFirst(numInsertedOf(a), numInsertedOf(b)); order != 0) {
-    return order;
-  }
-  return fewerFirst(a.orderIndex, b.orderIndex);
+  void setMask(std::int32_t mask) { result.scoreStatusMask = mask; }
+  Status lineStatus() const { return result.resultStringLineStatus; }
+  void countMatched() { numMatchedPositionsOf(result); }
+  std::int32_t score() { return scoreOf(result); }
+  std::int32_t numDeleted() const { return ::numDeleted(result); }
+  std::int32_t numInserted() { return numInsertedOf(result); }
+  std::int32_t orderIndex() const { return result.orderIndex; }
+};
+
+int compareComputedByScore(Result &a, Result &b, bool withSecondary) {
+  const int order = computedFirst(a, b);
+  return order != 0 ? order : qoc::compareByScore(RankedResult{a}, RankedResult{b}, withSecondary);
 }
 
 using Order = int (*)(Result &, Result &);
@@ -188,8 +169,8 @@ int qoc::compareDefault(Result &a, Result &b) {
   return fewerFirst(a.orderIndex, b.orderIndex);
 }
 
-int qoc::comparePrimary(Result &a, Result &b) { return compareByScore(a, b, false); }
-int qoc::comparePrimaryAndSecondary(Result &a, Result &b) { return compareByScore(a, b, true); }
+int qoc::comparePrimary(Result &a, Result &b) { return compareComputedByScore(a, b, false); }
+int qoc::comparePrimaryAndSecondary(Result &a, Result &b) { return compareComputedByScore(a, b, true); }
 
 qsys_status qoc_ocrDictionaryResultVector_sort(qstd_vector_qoc_ocrDictionaryResult *results,
                                                const qoc_ocrDictionaryRunParams *params, qsys_bool isDescending) {
