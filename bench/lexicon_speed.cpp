@@ -1,6 +1,8 @@
 // How long a dictionary run takes on one long word list, beside a plain scan of the same words; as JSON for scripts/performance.
 //
-//   qoc_lexicon_speed WORD-FILE [NUMBER-OF-READINGS [NUMBER-OF-WORDS]]
+//   qoc_lexicon_speed WORD-FILE [NUMBER-OF-READINGS [NUMBER-OF-WORDS [--one=EDITS]]]
+//
+// With --one every reading is run once with that many edits for its best result, and nothing is printed: for counting instructions.
 //
 // Readings are words of the list with one random edit each, from a fixed seed. Every reading is run three times, and the least time
 // counts, since whatever else the machine does can only add to it; medians and 99th percentiles are over the readings.
@@ -25,6 +27,8 @@
 #include <vector>
 
 #include "kinds/lexicon_index.hpp"
+#include "reference/convert.hpp"
+#include "reference/lexicon.hpp"
 #include "text/bit_distance.hpp"
 
 namespace {
@@ -174,6 +178,29 @@ void makeMulti(const std::string &text, std::size_t numCandidates, qoc_ocrDictio
   }
 }
 
+/// The reference model of the tests on the same words, for a few readings.
+void printModel(const qoc_ocrDictionaryLexicon &lexicon, const std::vector<std::string> &readings) {
+  reference::Lexicon model;
+  model.strings = reference::fromRecord(lexicon.strings);
+  qoc_ocrDictionaryRunParams params;
+  qoc_ocrDictionaryRunParams_construct(&params);
+  params.returnBestOnly = 0;
+  std::printf(",\n  \"model\": [");
+  for (const int maxEdits : {0, 1, 2}) {
+    params.maxEdits = maxEdits;
+    const Times times = measure(5, [&](std::size_t i) {
+      reference::Reading reading;
+      for (const char letter : readings[i]) {
+        reading.push_back({{static_cast<std::uint32_t>(letter), 0}});
+      }
+      reference::Polls polls;
+      model.matchMulti(reading, &params, nullptr, polls);
+    });
+    std::printf("%s    {\"edits\": %d, \"median\": %.1f}", maxEdits == 0 ? "\n" : ",\n", maxEdits, times.median);
+  }
+  std::printf("\n  ]");
+}
+
 }  // namespace
 
 int main(int argc, char **argv) {
@@ -218,18 +245,28 @@ int main(int argc, char **argv) {
   const auto indexStart = Clock::now();
   const qoc::LexiconIndex *index = qoc::indexOf(*lexicon);
   const double indexTime = microsecondsSince(indexStart) / 1e6;
+  const std::vector<std::string> readings = makeReadings(words, numReadings);
+  qoc_ocrDictionaryResultSet results;
+  qoc_ocrDictionaryResultSet_construct(&results);
+  qoc_ocrDictionaryRunParams params;
+  qoc_ocrDictionaryRunParams_construct(&params);
+  if (argc > 4 && std::string_view(argv[4]).starts_with("--one=")) {
+    params.maxEdits = std::atoi(argv[4] + std::string_view("--one=").size());
+    for (const std::string &text : readings) {
+      qoc_ocrDictionaryStringMulti reading;
+      qoc_ocrDictionaryStringMulti_constructStringT(&reading, text.c_str());
+      qoc_ocrDictionary_runMulti(&dictionary, &reading, &params, &results);
+      qoc_ocrDictionaryStringMulti_destruct(&reading);
+    }
+    return 0;
+  }
   const double perWord = 1.0 / static_cast<double>(words.size());
   std::printf("{\n  \"words\": %zu, \"readings\": %zu, \"fillSeconds\": %.3f, \"setSeconds\": %.3f, \"indexSeconds\": %.3f,\n",
               words.size(), numReadings, fillTime, setTime, indexTime);
   std::printf("  \"bytesPerWord\": %.1f, \"indexBytesPerWord\": %.1f,\n  \"rows\": [",
               static_cast<double>(numBytes - bytesBefore) * perWord, static_cast<double>(index->numBytes()) * perWord);
 
-  const std::vector<std::string> readings = makeReadings(words, numReadings);
   const FlatWords flat(words);
-  qoc_ocrDictionaryResultSet results;
-  qoc_ocrDictionaryResultSet_construct(&results);
-  qoc_ocrDictionaryRunParams params;
-  qoc_ocrDictionaryRunParams_construct(&params);
   const char *separator = "\n";
   for (std::size_t numCandidates : {1, 3}) {
     std::vector<qoc_ocrDictionaryStringMulti> multis(numReadings);
@@ -274,7 +311,11 @@ int main(int argc, char **argv) {
                 times.p99, static_cast<double>(numFound) / static_cast<double>(3 * numScanned));
     separator = ",\n";
   }
-  std::printf("\n  ]\n}\n");
+  std::printf("\n  ]");
+  if (words.size() <= 10'000) {
+    printModel(*lexicon, readings);
+  }
+  std::printf("\n}\n");
   qoc_ocrDictionaryResultSet_destruct(&results);
   qoc_ocrDictionary_destruct(&dictionary);
   qsys_memory_setTable(nullptr);

@@ -140,7 +140,8 @@ const LexiconIndex *indexOf(const qoc_ocrDictionaryLexicon &lexicon) {
   }
   auto &shared = *static_cast<SharedIndex *>(lexicon.index);
   std::call_once(shared.isMade, [&] { shared.index.emplace(words); });
-  return &*shared.index;
+  // Words that were put into the vector itself are not known to the index.
+  return shared.index->numWords() == words.size() ? &*shared.index : nullptr;
 }
 
 void renewIndex(qoc_ocrDictionaryLexicon &lexicon) {

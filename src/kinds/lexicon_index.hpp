@@ -55,6 +55,7 @@ class LexiconIndex {
   void find(const IndexQuery &query, std::int32_t maxEdits, std::int32_t first, std::int32_t end,
             std::vector<std::int32_t> &found) const;
 
+  std::size_t numWords() const noexcept { return signatures_.size(); }
   /// The bytes that the index takes.
   std::size_t numBytes() const noexcept;
 
@@ -71,7 +72,7 @@ class LexiconIndex {
   WordTrie forward_, backward_;
 };
 
-/// The index of a lexicon's words, made when it is first asked for; null for a lexicon without words. Any number of threads may ask.
+/// The index of a lexicon's words, made when it is first asked for; null where there is none. Any number of threads may ask.
 const LexiconIndex *indexOf(const qoc_ocrDictionaryLexicon &lexicon);
 /// Gives the lexicon an index of its own, for its words as they are now.
 void renewIndex(qoc_ocrDictionaryLexicon &lexicon);

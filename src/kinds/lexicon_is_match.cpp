@@ -1,9 +1,9 @@
 // The yes-or-no match of a lexicon.
 
 #include <algorithm>
-#include <bit>
 
 #include "kinds/lexicon_match.hpp"
+#include "kinds/lexicon_roads.hpp"
 #include "text/match_test.hpp"
 #include "text/reading_of.hpp"
 #include "text/window_search.hpp"
@@ -19,13 +19,17 @@ namespace {
 class WordTest {
  public:
   WordTest(const qoc_ocrDictionaryLexicon &lexicon, const qoc_ocrDictionaryRunParams *params, ReadingMatches &matches)
-      : lexicon_(lexicon), params_(params), matches_(matches), test_(matches) {}
+      : lexicon_(lexicon),
+        index_(lexiconRoads().usesIndex ? indexOf(lexicon) : nullptr),
+        params_(params),
+        matches_(matches),
+        test_(matches) {}
 
   qsys_status isMatch(bool &isMatch) {
     isMatch = false;
-    if (const LexiconIndex *index = indexOf(lexicon_)) {
+    if (index_ != nullptr) {
       // What the whole reading does not cover, none of its parts does.
-      index->prepare(matches_, query_);
+      index_->prepare(matches_, query_);
     }
     const std::int32_t n = matches_.size();
     const auto testWhole = [&](Characters word, bool &answer) { return test_.isMatch(word, params_, answer); };
@@ -40,7 +44,6 @@ class WordTest {
   template <class Test>
   qsys_status tryWords(std::int32_t numPositions, Test test, bool &isMatch) {
     const auto words = view(lexicon_.strings);
-    const LexiconIndex *index = indexOf(lexicon_);
     const std::int32_t maxEdits = params_ != nullptr ? std::max(params_->maxEdits, 0) : 0;
     const WordRange range = findLengthRange(lexicon_, numPositions, params_);
     for (std::int32_t k = range.first; k < range.end && !isMatch; ++k) {
@@ -48,7 +51,7 @@ class WordTest {
         QOC_TRY(qsys_attention_check());
       }
       const auto word = static_cast<std::size_t>(k);
-      if (index->mayMatch(k, query_, maxEdits)) {
+      if (index_ == nullptr || index_->mayMatch(k, query_, maxEdits)) {
         QOC_TRY(test(view(words[word]), isMatch));
       } else {
         QOC_TRY(passOverWindows(matches_.size(), params_));
@@ -78,6 +81,7 @@ class WordTest {
   }
 
   const qoc_ocrDictionaryLexicon &lexicon_;
+  const LexiconIndex *index_;
   const qoc_ocrDictionaryRunParams *params_;
   ReadingMatches &matches_;
   MatchTest test_;

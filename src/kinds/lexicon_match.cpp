@@ -30,6 +30,7 @@
 #include "kinds/lexicon_match.hpp"
 
 #include <algorithm>
+#include <utility>
 #include <vector>
 
 #include "kinds/lexicon_results.hpp"
@@ -172,7 +173,7 @@ class WordMatcher {
         QOC_TRY(polls_.pollBefore(word));
         QOC_TRY(stopEarly(params_, results, working));
         QOC_TRY(aligner_.align(words_[static_cast<std::size_t>(word)], params_ != nullptr ? &working : nullptr, scratch));
-        QOC_TRY(qoc_ocrDictionaryResultSet_merge(&results, &scratch, params_));
+        QOC_TRY(mergeTaking(results, scratch, params_));
       }
       return QSYS_STATUS_OK;
     });
@@ -246,9 +247,10 @@ qsys_status matchVariants(const qoc_ocrDictionaryLexicon &lexicon, const qoc_ocr
       QOC_TRY(qoc_ocrDictionaryResultSet_setGiven(&scratch, &reading, &inputIndices));
       if (isFirst) {
         isFirst = false;
-        return qoc_ocrDictionaryResultSet_assign(&results, &scratch);
+        std::swap(results, scratch);
+        return QSYS_STATUS_OK;
       }
-      return qoc_ocrDictionaryResultSet_merge(&results, &scratch, params);
+      return mergeTaking(results, scratch, params);
     });
   });
 }
@@ -311,7 +313,7 @@ qsys_status qoc_ocrDictionaryLexicon_matchStrings(const qoc_ocrDictionaryLexicon
       for (qoc_ocrDictionaryResult &result : qoc::edit(scratch.results)) {
         QOC_TRY(qstd_vector32s_assign(&result.inputIndices, &inputIndices));
       }
-      QOC_TRY(qoc_ocrDictionaryResultSet_merge(results, &scratch, params));
+      QOC_TRY(qoc::mergeTaking(*results, scratch, params));
     }
     return QSYS_STATUS_OK;
   }));

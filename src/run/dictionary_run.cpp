@@ -39,7 +39,7 @@ qsys_status runEntries(Run &run, const Entries &entries) {
     QOC_TRY(stopEarly(run));
     QOC_TRY(MatchMulti(&entry, run.reading, &run.working, run.set, &run.scratch));
     // With the caller's params: the working copy's edits are no matter of the merge.
-    QOC_TRY(qoc_ocrDictionaryResultSet_merge(run.results, &run.scratch, run.params));
+    QOC_TRY(qoc::mergeTaking(*run.results, run.scratch, run.params));
   }
   return QSYS_STATUS_OK;
 }
