@@ -59,15 +59,15 @@ typedef char CharT;          /**< A character of an 8-bit text, always read as a
   X(QSTD_STATUS_SIZE_INVALID, 0x80000201u, "the size is negative or larger than a container can be")                   \
   X(QSTD_STATUS_INDEX_INVALID, 0x80000202u, "the index or range does not lie within the container")                    \
   X(QSTD_STATUS_CONTAINER_EMPTY, 0x80000203u, "the container is empty")                                                \
-  X(QSTD_STATUS_REGEX_SYNTAX, 0x80001381u, "the expression contains something that is not understood")                 \
-  X(QSTD_STATUS_REGEX_TOO_LARGE, 0x80001382u, "the expression is too large or too deeply nested")                      \
-  X(QSTD_STATUS_REGEX_GROUP_OPEN, 0x80001383u, "a group is opened and not closed")                                     \
-  X(QSTD_STATUS_REGEX_GROUP_CLOSE, 0x80001384u, "a group is closed that was not opened")                               \
-  X(QSTD_STATUS_REGEX_CLASS_OPEN, 0x80001385u, "a character class is opened and not closed")                           \
-  X(QSTD_STATUS_REGEX_CLASS_INVALID, 0x80001386u, "a character class is empty or has a range in falling order")        \
-  X(QSTD_STATUS_REGEX_REPEAT_ALONE, 0x80001387u, "a repetition has nothing to repeat")                                 \
-  X(QSTD_STATUS_REGEX_REPEAT_INVALID, 0x80001388u, "a repetition count is malformed, falling or too large")            \
-  X(QSTD_STATUS_REGEX_ESCAPE, 0x80001389u, "a backslash is followed by nothing, or by something that it cannot mark")  \
+  X(QSTD_STATUS_REGEX_PARENTHESIS, 0x80001381u, "a parenthesis is opened and not closed, or closed and not opened")    \
+  X(QSTD_STATUS_REGEX_TOO_LARGE, 0x80001382u, "the expression is too large once its counts are written out")           \
+  X(QSTD_STATUS_REGEX_SYNTAX, 0x80001383u, "the expression contains something that is not understood")                 \
+  X(QSTD_STATUS_REGEX_CLASS_OPEN, 0x80001384u, "a character class is opened and not closed")                           \
+  X(QSTD_STATUS_REGEX_RANGE_REVERSED, 0x80001385u, "a range of a character class is in falling order")                 \
+  X(QSTD_STATUS_REGEX_CLASS_EMPTY, 0x80001386u, "a character class is empty")                                          \
+  X(QSTD_STATUS_REGEX_ESCAPE, 0x80001387u, "a backslash is followed by nothing, or by something that it cannot mark")  \
+  X(QSTD_STATUS_REGEX_REPEAT_ALONE, 0x80001388u, "a repetition has nothing to repeat")                                 \
+  X(QSTD_STATUS_REGEX_REPEAT_INVALID, 0x80001389u, "the counts of a repetition are falling or too large")              \
   X(QOC_STATUS_NO_SUCH_VALUE, 0x800013A0u, "the value does not exist in the requested form")                           \
   X(QOC_STATUS_SWAP_CONTAINED, 0x800013A1u, "the sequences of the swap are equal, or one contains the other")          \
   X(QOC_STATUS_SWAP_SAME_CHARACTER, 0x800013A2u, "the two characters of the swap are the same")                        \
@@ -81,14 +81,14 @@ typedef char CharT;          /**< A character of an 8-bit text, always read as a
   X(QOC_STATUS_NOT_COMPUTED, 0x800013ADu, "the result holds no finished match")                                        \
   X(QOC_STATUS_POSITION_NEGATIVE, 0x800013AFu, "the position is negative")                                             \
   X(QOC_STATUS_POSITION_TOO_BIG, 0x800013B0u, "the position lies beyond the string")                                   \
-  X(QOC_STATUS_EXPRESSION_GROUP_OPEN, 0x800013B1u, "the regular expression opens a group and does not close it")       \
-  X(QOC_STATUS_EXPRESSION_SYNTAX, 0x800013B2u, "the regular expression contains something that is not understood")     \
-  X(QOC_STATUS_EXPRESSION_GROUP_CLOSE, 0x800013B3u, "the regular expression closes a group that was not opened")       \
-  X(QOC_STATUS_EXPRESSION_CLASS, 0x800013B4u, "the regular expression has a malformed character class")                \
-  X(QOC_STATUS_EXPRESSION_REPEAT_ALONE, 0x800013B5u, "the regular expression repeats nothing")                         \
-  X(QOC_STATUS_EXPRESSION_REPEAT_INVALID, 0x800013B6u, "the regular expression has a malformed repetition count")      \
-  X(QOC_STATUS_EXPRESSION_ESCAPE, 0x800013B7u, "the regular expression has a malformed backslash sequence")            \
-  X(QOC_STATUS_EXPRESSION_TOO_LARGE, 0x800013B8u, "the regular expression is too large or too deeply nested")          \
+  X(QOC_STATUS_EXPRESSION_SYNTAX, 0x800013B1u, "the regular expression contains something that is not understood")     \
+  X(QOC_STATUS_EXPRESSION_PARENTHESIS, 0x800013B2u, "the regular expression has an unbalanced parenthesis")            \
+  X(QOC_STATUS_EXPRESSION_CLASS_OPEN, 0x800013B3u, "the regular expression opens a class and does not close it")       \
+  X(QOC_STATUS_EXPRESSION_CLASS, 0x800013B4u, "the regular expression has an empty class or a falling range")          \
+  X(QOC_STATUS_EXPRESSION_ESCAPE, 0x800013B5u, "the regular expression has a malformed backslash sequence")            \
+  X(QOC_STATUS_EXPRESSION_REPEAT_ALONE, 0x800013B6u, "the regular expression repeats nothing")                         \
+  X(QOC_STATUS_EXPRESSION_REPEAT_INVALID, 0x800013B7u, "the regular expression has falling or too large counts")       \
+  X(QOC_STATUS_EXPRESSION_TOO_LARGE, 0x800013B8u, "the regular expression is too large")                               \
   X(QOC_STATUS_LENGTHS_REVERSED, 0x800013B9u, "the smallest length is greater than the largest")                       \
   X(QOC_STATUS_MIN_LENGTH_INVALID, 0x800013BAu, "the smallest length is less than 1")                                  \
   X(QOC_STATUS_CANDIDATES_MISSING, 0x800013BEu, "a position of the reading has no candidate")                          \

@@ -3,8 +3,7 @@
 
 #include <qoc/system.h>
 
-#include <new>
-
+#include "platform/system/exceptions.hpp"
 #include "platform/system/present.hpp"
 
 namespace qoc {
@@ -53,17 +52,6 @@ class Frame {
   std::int32_t count_ = 0;
   qsys_cleanupEntry entries_[Capacity] = {};
 };
-
-/// The status of the exception that is being handled: the only ones that can arise come from running out of memory.
-inline qsys_status statusOfException() noexcept {
-  try {
-    throw;
-  } catch (const std::bad_alloc &) {
-    return QSYS_STATUS_OUT_OF_MEMORY;
-  } catch (...) {
-    return QSYS_STATUS_INTERNAL;
-  }
-}
 
 /// Runs body(frame) in a fresh frame. In the body a plain `return status` is right on every path; no exception gets out.
 ///

@@ -6,6 +6,7 @@
 #include "frame/frame.hpp"
 #include "kinds/lexicon_index.hpp"
 #include "run/result_set_ops.hpp"
+#include "swap/variants.hpp"
 
 namespace qoc {
 
@@ -22,36 +23,6 @@ inline constexpr std::int32_t wordsPerPoll = 128;
 /// Whether a run with these params looks for one edit only until an exact result is there.
 inline bool stopsEarly(const qoc_ocrDictionaryRunParams *params, const qoc_ocrDictionaryRunParams &working) noexcept {
   return params != nullptr && params->returnBestOnly != 0 && working.maxEdits == 1;
-}
-
-/// Makes every reading that the set's multi-character swaps make of a reading, with the input indices of their positions, and calls
-/// visit(variant, inputIndices, isDone) for each in order until one sets isDone.
-template <class Visit>
-qsys_status forEachVariant(const qoc_ocrDictionaryStringMulti &reading, const qoc_swapCharSet &set, Visit visit) {
-  qstd_vector_qoc_ocrDictionaryStringMulti variants;
-  qstd_vector_vector32s positions;
-  qstd_vector32s none;  // The empty variant of an empty reading has no list of positions.
-  return inFrame<3>([&](Frame<3> &frame) -> qsys_status {
-    QOC_TRY(qstd_vector_qoc_ocrDictionaryStringMulti_constructEmpty(&variants));
-    frame.template local<qstd_vector_qoc_ocrDictionaryStringMulti_destruct>(&variants);
-    QOC_TRY(qstd_vector_vector32s_constructEmpty(&positions));
-    frame.template local<qstd_vector_vector32s_destruct>(&positions);
-    QOC_TRY(qstd_vector32s_constructEmpty(&none));
-    frame.template local<qstd_vector32s_destruct>(&none);
-    QOC_TRY(qoc_swapCharSet_multiSwapStrings(&set, &reading, &variants, &positions));
-    const auto lists = viewAs<qstd_vector32s>(positions);
-    bool isDone = false;
-    for (std::size_t k = 0; k < static_cast<std::size_t>(sizeOf(variants)) && !isDone; ++k) {
-      QOC_TRY(visit(viewAs<qoc_ocrDictionaryStringMulti>(variants)[k], k < lists.size() ? lists[k] : none, isDone));
-    }
-    return QSYS_STATUS_OK;
-  });
-}
-
-/// Whether matching with this set, which may be null, takes variants of the reading.
-inline bool hasVariants(const qoc_swapCharSet *set) noexcept {
-  qsys_bool has = 0;
-  return set != nullptr && qoc_swapCharSet_hasMultiSwap(set, &has) >= 0 && has != 0;
 }
 
 }  // namespace qoc

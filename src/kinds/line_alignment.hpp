@@ -14,22 +14,25 @@
 //
 // So whether a range's characters are admitted does not depend on its end: the length only says which alignments are
 // tried. Every pair of line position and reading position is asked at most once, when it is first needed, and leaves a
-// bit behind; an alignment is then a test of two runs of bits. Three diagonals are needed for one start, and the starts
-// rise, so the bits of three are kept.
+// bit behind. Line positions that admit the same share a row of bits, one for each reading position; where such
+// positions follow each other, as in dates and numbers, their part of a diagonal is a run of bits in one row.
+//
+// A run of bits is tested for its first refusal, and that tells more than yes or no: behind place k a refusal at
+// position r refuses every place up to r as well, so that the next place to try is found at once.
 //
 // The invariant: pairs are asked in the order in which plain enumeration would ask them first, so that the first
-// failure is the same. Cost: P questions and P / 64 words for every start, and P^2 / 64 words at worst where one-edit
-// alignments hold.
+// failure is the same. Cost: a question for every pair of what is different in the line and a reading position, a few
+// words for every start, and for every alignment that holds.
 
 #include <qoc/line_fielding.h>
 
 #include <algorithm>
 #include <bit>
-#include <cstring>
-#include <memory>
+#include <vector>
 
 #include "frame/frame.hpp"
 #include "text/views.hpp"
+#include "text/window_search.hpp"
 
 namespace qoc {
 
@@ -48,15 +51,8 @@ class Admission {
  public:
   Admission(const qoc_ocrDictionaryLineFielding &lineFielding, const qoc_ocrDictionaryStringMulti &reading,
             const qoc_swapCharSet *set, AskAdmission ask)
-      : line_(view(lineFielding)),
-        reading_(view(reading)),
-        set_(set),
-        ask_(ask),
-        numWords_(line_.size() / 64 + 1),
-        words_(static_cast<std::uint64_t *>(qsys_memory_alloc_internal(numDiagonals * 2 * numWords_ * 8))) {
-    if (words_ == nullptr) {
-      throw std::bad_alloc();
-    }
+      : line_(view(lineFielding)), reading_(view(reading)), set_(set), ask_(ask), numWords_(reading_.size() / 64 + 1) {
+    findRows();
   }
 
   std::int32_t numLinePositions() const noexcept { return static_cast<std::int32_t>(line_.size()); }
@@ -65,53 +61,95 @@ class Admission {
     return line_[static_cast<std::size_t>(position)];
   }
 
-  /// True when positions begin to end - 1 of the line admit what the reading holds on the diagonal; asks up to the
-  /// first refusal.
-  qsys_status allAdmitted(std::int32_t diagonal, std::int32_t begin, std::int32_t end, bool &answer) {
-    Diagonal bits = bitsOf(diagonal);
-    answer = true;
+  /// The first of the positions begin to end - 1 of the line that refuses what the reading holds on the diagonal, or
+  /// `end`; asks up to that.
+  qsys_status findRefusal(std::int32_t diagonal, std::int32_t begin, std::int32_t end, std::int32_t &refusal) {
     while (begin < end) {
-      const auto word = static_cast<std::size_t>(begin) / 64;
-      const int bit = begin % 64;
-      const int numAdmitted = std::countr_one(bits.admitted[word] >> bit);
+      const Place place = places_[static_cast<std::size_t>(begin)];
+      const std::int32_t runEnd = std::min(place.runEnd, end);
+      const auto read = static_cast<std::size_t>(diagonal + begin);
+      std::uint64_t *known = rowOf(place.row);
+      std::uint64_t *admitted = known + numWords_;
+      const std::size_t bit = read % 64;
+      const std::int32_t numAdmitted = std::countr_one(admitted[read / 64] >> bit);
       if (numAdmitted > 0) {
-        begin += std::min(numAdmitted, 64 - bit);
+        begin = std::min(begin + numAdmitted, runEnd);
         continue;
       }
       const std::uint64_t mask = std::uint64_t{1} << bit;
-      if ((bits.known[word] & mask) != 0) {
-        answer = false;
-        return QSYS_STATUS_OK;
+      if ((known[read / 64] & mask) != 0) {
+        break;
       }
       bool isAdmitted = false;
-      QOC_TRY(ask_(line_[static_cast<std::size_t>(begin)], reading_[static_cast<std::size_t>(diagonal + begin)], set_,
-                   isAdmitted));
-      bits.known[word] |= mask;
-      bits.admitted[word] |= isAdmitted ? mask : 0;
+      QOC_TRY(ask_(linePosition(begin), reading_[read], set_, isAdmitted));
+      known[read / 64] |= mask;
+      if (!isAdmitted) {
+        break;
+      }
+      admitted[read / 64] |= mask;
+      ++begin;
     }
+    refusal = begin;
+    return QSYS_STATUS_OK;
+  }
+
+  /// True when all positions before `end` admit what the reading holds on the diagonal. What is known of the last
+  /// diagonal asked for is kept.
+  qsys_status isPrefixAdmitted(std::int32_t diagonal, std::int32_t end, bool &answer) {
+    if (prefix_.diagonal != diagonal) {
+      prefix_ = {diagonal, 0, false};
+    }
+    if (prefix_.end < end && !prefix_.isRefused) {
+      QOC_TRY(findRefusal(diagonal, prefix_.end, end, prefix_.end));
+      prefix_.isRefused = prefix_.end < end;
+    }
+    answer = prefix_.end >= end;
     return QSYS_STATUS_OK;
   }
 
  private:
-  static constexpr std::size_t numDiagonals = 3;
-  static constexpr std::int32_t noDiagonal = -2;
-
-  struct Diagonal {
-    std::uint64_t *known, *admitted;
-  };
-  struct Free {
-    void operator()(std::uint64_t *words) const noexcept { qsys_memory_free_internal(words); }
+  /// What a position of the line knows of its row, and of the positions behind it that have the same one.
+  struct Place {
+    std::int32_t row, runEnd;
   };
 
-  // A diagonal is never below -1. One that is new takes the place of the one three below it.
-  Diagonal bitsOf(std::int32_t diagonal) noexcept {
-    const auto slot = static_cast<std::size_t>(diagonal + 1) % numDiagonals;
-    std::uint64_t *first = words_.get() + slot * 2 * numWords_;
-    if (kept_[slot] != diagonal) {
-      kept_[slot] = diagonal;
-      std::memset(first, 0, 2 * numWords_ * 8);
+  static bool areSame(const qoc_ocrDictionaryPositionFielding &a, const qoc_ocrDictionaryPositionFielding &b) noexcept {
+    return a.fieldingBits == b.fieldingBits &&
+           std::ranges::equal(viewAs<Char32>(a.fieldingCharacters), viewAs<Char32>(b.fieldingCharacters));
+  }
+
+  /// Gives every position its row. Of a line with many different positions only the last few are looked through, so
+  /// that equal ones may have rows of their own.
+  void findRows() {
+    constexpr std::size_t numLookedThrough = 16;
+    std::vector<std::size_t> different;  // The first position of every row.
+    places_.resize(line_.size());
+    for (std::size_t i = 0; i < line_.size(); ++i) {
+      std::size_t row = different.size();
+      const std::size_t least = row > numLookedThrough ? row - numLookedThrough : 0;
+      while (row > least && !areSame(line_[different[row - 1]], line_[i])) {
+        --row;
+      }
+      if (row == least) {
+        different.push_back(i);
+        row = different.size();
+      }
+      places_[i].row = static_cast<std::int32_t>(row - 1);
     }
-    return {first, first + numWords_};
+    for (std::size_t i = line_.size(); i-- > 0;) {
+      const bool goesOn = i + 1 < line_.size() && places_[i + 1].row == places_[i].row;
+      places_[i].runEnd = goesOn ? places_[i + 1].runEnd : static_cast<std::int32_t>(i) + 1;
+    }
+    rows_.resize(different.size());
+  }
+
+  /// The bits of a row: known ones, and admitted ones behind them. Made when they are first needed.
+  std::uint64_t *rowOf(std::int32_t row) {
+    std::vector<std::uint64_t> &bits = rows_[static_cast<std::size_t>(row)];
+    if (bits.empty()) {
+      bits.resize(2 * numWords_);
+    }
+    return bits.data();
   }
 
   std::span<const qoc_ocrDictionaryPositionFielding> line_;
@@ -119,8 +157,12 @@ class Admission {
   const qoc_swapCharSet *set_;
   AskAdmission ask_;
   std::size_t numWords_;
-  std::unique_ptr<std::uint64_t[], Free> words_;
-  std::int32_t kept_[numDiagonals] = {noDiagonal, noDiagonal, noDiagonal};
+  std::vector<Place> places_;
+  std::vector<std::vector<std::uint64_t>> rows_;
+  struct {
+    std::int32_t diagonal, end;
+    bool isRefused;  // The position `end` refuses.
+  } prefix_ = {-2, 0, false};
 };
 
 enum class LineEdit { none, missing, extra, substituted };
@@ -143,29 +185,6 @@ inline bool lengthPasses(const qoc_ocrDictionaryRunParams *params, std::int32_t 
   return qoc_ocrDictionaryRunParams_satisfiesStringLength(params, length, &isSatisfied) >= 0 && isSatisfied != 0;
 }
 
-/// Whether the alignment holds for the range that starts at `start`; its length fits the alignment's kind.
-inline qsys_status holds(Admission &admission, std::int32_t start, LineAlignment alignment, bool &isPrefixAdmitted,
-                         bool &answer) {
-  const std::int32_t end = admission.numLinePositions();
-  const std::int32_t place = alignment.place;
-  answer = false;
-  QOC_TRY(admission.allAdmitted(start, 0, place, isPrefixAdmitted));
-  if (!isPrefixAdmitted) {
-    return QSYS_STATUS_OK;
-  }
-  switch (alignment.edit) {
-    case LineEdit::missing:
-      return admission.allAdmitted(start - 1, place + 1, end, answer);
-    case LineEdit::extra:
-      return admission.allAdmitted(start + 1, place, end, answer);
-    case LineEdit::substituted:
-      return admission.allAdmitted(start, place + 1, end, answer);
-    case LineEdit::none:
-      break;
-  }
-  return admission.allAdmitted(start, place, end, answer);
-}
-
 /// Hands every alignment of the range to onAlignment(alignment, goOn) in order, until that clears goOn.
 template <class OnAlignment>
 qsys_status forEachAlignment(Admission &admission, std::int32_t start, std::int32_t length,
@@ -175,7 +194,7 @@ qsys_status forEachAlignment(Admission &admission, std::int32_t start, std::int3
   bool goOn = true;
   if (length == numPositions && lengthPasses(params, length)) {
     bool isAdmitted = false;
-    QOC_TRY(admission.allAdmitted(start, 0, numPositions, isAdmitted));
+    QOC_TRY(admission.isPrefixAdmitted(start, numPositions, isAdmitted));
     if (isAdmitted) {
       QOC_TRY(onAlignment(LineAlignment{LineEdit::none, 0}, goOn));
     }
@@ -183,69 +202,53 @@ qsys_status forEachAlignment(Admission &admission, std::int32_t start, std::int3
   if (params == nullptr || params->maxEdits == 0) {
     return QSYS_STATUS_OK;
   }
+  // The diagonal behind the edited place, and the first position that is compared on it, both as distances.
   const struct {
     LineEdit edit;
     std::int32_t option;
     std::int64_t dictionaryLength;
+    std::int32_t diagonal, next;
   } kinds[] = {
-      {LineEdit::missing, params->matchOption2, std::int64_t{length} + 1},
-      {LineEdit::extra, params->matchOption4, std::int64_t{length} - 1},
-      {LineEdit::substituted, params->matchOption1, length},
+      {LineEdit::missing, params->matchOption2, std::int64_t{length} + 1, -1, 1},
+      {LineEdit::extra, params->matchOption4, std::int64_t{length} - 1, 1, 0},
+      {LineEdit::substituted, params->matchOption1, length, 0, 1},
   };
   for (const auto &kind : kinds) {
     if (kind.option == 0 || kind.dictionaryLength != numPositions || !lengthPasses(params, numPositions)) {
       continue;
     }
     // Deliberate: an extra character is looked for at P places only, so that the last character is never the one.
-    for (std::int32_t place = 0; goOn && place < numPositions; ++place) {
+    for (std::int32_t place = 0; goOn && place < numPositions;) {
       if (kind.edit == LineEdit::missing &&
           (length == 0 || (rule == EmptyPositionRule::emptyRangeOrFirst && place == 0))) {
         qsys_bool isEmpty = 0;
         QOC_TRY(qoc_ocrDictionaryPositionFielding_isEmpty(&admission.linePosition(place), &isEmpty));
         if (isEmpty != 0) {
+          ++place;
           continue;
         }
       }
       bool isPrefixAdmitted = false;
-      bool answer = false;
-      QOC_TRY(holds(admission, start, {kind.edit, place}, isPrefixAdmitted, answer));
+      QOC_TRY(admission.isPrefixAdmitted(start, place, isPrefixAdmitted));
       if (!isPrefixAdmitted) {
-        break;  // Nor is any longer prefix.
+        break;  // Nor does any later place hold.
       }
-      if (answer) {
-        QOC_TRY(onAlignment(LineAlignment{kind.edit, place}, goOn));
+      std::int32_t refusal = 0;
+      QOC_TRY(admission.findRefusal(start + kind.diagonal, place + kind.next, numPositions, refusal));
+      if (refusal < numPositions) {
+        place = refusal + 1 - kind.next;
+        if (place == numPositions) {
+          // The last place is passed over, but what it asks for before the refusal is asked.
+          QOC_TRY(admission.isPrefixAdmitted(start, numPositions - 1, isPrefixAdmitted));
+        }
+        continue;
       }
+      QOC_TRY(onAlignment(LineAlignment{kind.edit, place}, goOn));
+      ++place;
     }
   }
   return QSYS_STATUS_OK;
 }
-
-/// The ends that a window search tries for one start: from a first end upward while an end lies within the reading and,
-/// both taken as unsigned, is not above a bound. A negative first end is therefore nearly always above it, and ends the
-/// search of this start.
-class WindowEnds {
- public:
-  WindowEnds(std::int32_t start, std::int32_t readingLength, const qoc_ocrDictionaryRunParams &params) noexcept
-      : first_(static_cast<std::int32_t>(static_cast<std::uint32_t>(start) +
-                                         static_cast<std::uint32_t>(params.minStringLength) -
-                                         static_cast<std::uint32_t>(params.maxEdits))),
-        bound_(static_cast<std::uint32_t>(start) + static_cast<std::uint32_t>(params.maxStringLength) + 1u +
-               static_cast<std::uint32_t>(params.maxEdits)),
-        readingLength_(readingLength) {}
-
-  std::int32_t first() const noexcept { return first_; }
-
-  /// True when the search comes to the end, which is not negative.
-  bool visits(std::int64_t end) const noexcept {
-    const bool isBelowBound = first_ < 0 ? bound_ == UINT32_MAX : static_cast<std::uint64_t>(end) <= bound_;
-    return first_ <= end && end <= readingLength_ && isBelowBound;
-  }
-
- private:
-  std::int32_t first_;
-  std::uint32_t bound_;
-  std::int32_t readingLength_;
-};
 
 /// Runs run(start, length, goOn) for every window of the reading that the line can fit with one edit at most, in order,
 /// until that clears goOn. Before the first window of a start, fitting or not, and before each fitting one,
@@ -257,17 +260,16 @@ qsys_status forEachWindow(const Admission &admission, const qoc_ocrDictionaryRun
   bool goOn = true;
   for (std::int32_t start = 0; goOn && start < readingLength; ++start) {
     QOC_TRY(qsys_attention_check());
-    const WindowEnds ends(start, readingLength, params);
-    if (!ends.visits(std::max(ends.first(), start + 1))) {
+    const WindowEnds ends = findWindowEnds(start, readingLength, params);
+    if (ends.last < ends.first) {
       continue;
     }
     QOC_TRY(beforeWindow());
     const std::int64_t fitting = std::int64_t{start} + admission.numLinePositions();
-    for (std::int64_t end = std::max<std::int64_t>(fitting - 1, start + 1); goOn && end <= fitting + 1; ++end) {
-      if (ends.visits(end)) {
-        QOC_TRY(beforeWindow());
-        QOC_TRY(run(start, static_cast<std::int32_t>(end - start), goOn));
-      }
+    const std::int64_t lastFitting = std::min<std::int64_t>(ends.last, fitting + 1);
+    for (std::int64_t end = std::max<std::int64_t>(ends.first, fitting - 1); goOn && end <= lastFitting; ++end) {
+      QOC_TRY(beforeWindow());
+      QOC_TRY(run(start, static_cast<std::int32_t>(end - start), goOn));
     }
   }
   return QSYS_STATUS_OK;

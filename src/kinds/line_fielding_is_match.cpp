@@ -2,8 +2,9 @@
 
 #include <qoc/line_fielding.h>
 
-#include "kinds/lexicon_match.hpp"
 #include "kinds/line_alignment.hpp"
+#include "swap/variants.hpp"
+#include "text/reading_of.hpp"
 
 using namespace qoc;
 
@@ -58,10 +59,7 @@ qsys_status qoc_ocrDictionaryLineFielding_isMatch(const qoc_ocrDictionaryLineFie
   if (!present({lineFielding, input, isMatch})) {
     return QSYS_STATUS_OK;
   }
-  qoc_ocrDictionaryStringMulti reading;
-  return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    QOC_TRY(qoc_ocrDictionaryStringMulti_constructString(&reading, input));
-    frame.local<qoc_ocrDictionaryStringMulti_destruct>(&reading);
+  return withReadingOf(*input, [&](const qoc_ocrDictionaryStringMulti &reading) {
     return qoc_ocrDictionaryLineFielding_isMatchMulti(lineFielding, &reading, params, set, isMatch);
   });
 }

@@ -2,9 +2,10 @@
 
 #include <qoc/line_fielding.h>
 
-#include "kinds/lexicon_match.hpp"
 #include "kinds/line_alignment.hpp"
 #include "run/result_set_ops.hpp"
+#include "swap/variants.hpp"
+#include "text/reading_of.hpp"
 
 using namespace qoc;
 
@@ -198,10 +199,7 @@ qsys_status qoc_ocrDictionaryLineFielding_match(const qoc_ocrDictionaryLineField
   if (!present({lineFielding, input, results})) {
     return QSYS_STATUS_OK;
   }
-  qoc_ocrDictionaryStringMulti reading;
-  return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    QOC_TRY(qoc_ocrDictionaryStringMulti_constructString(&reading, input));
-    frame.local<qoc_ocrDictionaryStringMulti_destruct>(&reading);
+  return withReadingOf(*input, [&](const qoc_ocrDictionaryStringMulti &reading) {
     return qoc_ocrDictionaryLineFielding_matchMulti(lineFielding, &reading, params, set, results);
   });
 }

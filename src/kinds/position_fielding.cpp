@@ -16,6 +16,10 @@ namespace {
 constexpr std::uint32_t allBits =
     QOC_FIELDING_UPPER | QOC_FIELDING_LOWER | QOC_FIELDING_DIGIT | QOC_FIELDING_SPACE | QOC_FIELDING_NONSPACE;
 
+bool hasBit(const qoc_ocrDictionaryPositionFielding &positionFielding, std::uint32_t bit) noexcept {
+  return (positionFielding.fieldingBits & bit) != 0;
+}
+
 std::span<const Char32> listed(const qoc_ocrDictionaryPositionFielding &positionFielding) noexcept {
   return viewAs<Char32>(positionFielding.fieldingCharacters);
 }
@@ -32,7 +36,21 @@ bool isListedAlone(const qoc_ocrDictionaryPositionFielding &positionFielding) no
   return positionFielding.fieldingBits == 0 && listed(positionFielding).size() == 1;
 }
 
-qsys_status codesOf(const qstd_vector_qoc_ocrDictionaryChar &characters, qstd_vectorChar32 &codes) {
+bool allowsSpace(const qoc_ocrDictionaryPositionFielding &positionFielding) noexcept {
+  return hasBit(positionFielding, QOC_FIELDING_SPACE) || lists(positionFielding, U' ');
+}
+
+/// Every query: writes query(positionFielding) to *answer.
+template <class Answer, class Query>
+qsys_status give(const qoc_ocrDictionaryPositionFielding *positionFielding, Answer *answer, Query query,
+                 int line = __builtin_LINE()) noexcept {
+  if (present({positionFielding, answer}, line)) {
+    *answer = query(*positionFielding);
+  }
+  return QSYS_STATUS_OK;
+}
+
+qsys_status appendCodes(const qstd_vector_qoc_ocrDictionaryChar &characters, qstd_vectorChar32 &codes) {
   QOC_TRY(qstd_vectorChar32_reserve(&codes, characters.core.size));
   for (const qoc_ocrDictionaryChar &character : view(characters)) {
     Char32 code = QOC_CHAR_EMPTY;
@@ -45,6 +63,18 @@ qsys_status codesOf(const qstd_vector_qoc_ocrDictionaryChar &characters, qstd_ve
     QOC_TRY(qstd_vectorChar32_pushBack(&codes, &code));
   }
   return QSYS_STATUS_OK;
+}
+
+/// Runs body(codes) with the codes of the characters, which must all be text characters or empty.
+template <class Body>
+qsys_status withCodesOf(const qstd_vector_qoc_ocrDictionaryChar &characters, Body body) {
+  qstd_vectorChar32 codes;
+  return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
+    QOC_TRY(qstd_vectorChar32_constructEmpty(&codes));
+    frame.local<qstd_vectorChar32_destruct>(&codes);
+    QOC_TRY(appendCodes(characters, codes));
+    return body(&codes);
+  });
 }
 
 }  // namespace
@@ -119,11 +149,8 @@ qsys_status qoc_ocrDictionaryPositionFielding_setFieldingBits(qoc_ocrDictionaryP
 
 qsys_status qoc_ocrDictionaryPositionFielding_getFielding(const qoc_ocrDictionaryPositionFielding *positionFielding,
                                                           uint32_t *bits) {
-  if (!present({positionFielding, bits})) {
-    return QSYS_STATUS_OK;
-  }
-  *bits = positionFielding->fieldingBits;
-  return QSYS_STATUS_OK;
+  return give(positionFielding, bits,
+              [](const qoc_ocrDictionaryPositionFielding &asked) { return asked.fieldingBits; });
 }
 
 qsys_status qoc_ocrDictionaryPositionFielding_getFieldingBits(const qoc_ocrDictionaryPositionFielding *positionFielding,
@@ -166,13 +193,9 @@ qsys_status qoc_ocrDictionaryPositionFielding_setDictCharacters(qoc_ocrDictionar
   if (!present({positionFielding, characters})) {
     return QSYS_STATUS_OK;
   }
-  qstd_vectorChar32 codes;
-  return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    QOC_TRY(qstd_vectorChar32_constructEmpty(&codes));
-    frame.local<qstd_vectorChar32_destruct>(&codes);
-    QOC_TRY(codesOf(*characters, codes));
-    // Deliberate: neither duplicates nor the empty character are refused on this road.
-    return qstd_vectorChar32_assign(&positionFielding->fieldingCharacters, &codes);
+  // Deliberate: neither duplicates nor the empty character are refused on this road.
+  return withCodesOf(*characters, [&](const qstd_vectorChar32 *codes) {
+    return qstd_vectorChar32_assign(&positionFielding->fieldingCharacters, codes);
   });
 }
 
@@ -182,100 +205,67 @@ qsys_status qoc_ocrDictionaryPositionFielding_setDictCharactersAndFieldingBits(
   if (!present({positionFielding, characters})) {
     return QSYS_STATUS_OK;
   }
-  qstd_vectorChar32 codes;
-  return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    QOC_TRY(qstd_vectorChar32_constructEmpty(&codes));
-    frame.local<qstd_vectorChar32_destruct>(&codes);
-    QOC_TRY(codesOf(*characters, codes));
-    return qoc_ocrDictionaryPositionFielding_setFieldingCharactersAndFieldingBits(positionFielding, &codes, bits);
+  return withCodesOf(*characters, [&](const qstd_vectorChar32 *codes) {
+    return qoc_ocrDictionaryPositionFielding_setFieldingCharactersAndFieldingBits(positionFielding, codes, bits);
   });
 }
 
 qsys_status qoc_ocrDictionaryPositionFielding_getFieldingCharacters(
     const qoc_ocrDictionaryPositionFielding *positionFielding, const qstd_vectorChar32 **characters) {
-  if (!present({positionFielding, characters})) {
-    return QSYS_STATUS_OK;
-  }
-  *characters = &positionFielding->fieldingCharacters;
-  return QSYS_STATUS_OK;
+  return give(positionFielding, characters,
+              [](const qoc_ocrDictionaryPositionFielding &asked) { return &asked.fieldingCharacters; });
 }
 
 qsys_status qoc_ocrDictionaryPositionFielding_hasFieldingBits(const qoc_ocrDictionaryPositionFielding *positionFielding,
                                                               qsys_bool *has) {
-  if (!present({positionFielding, has})) {
-    return QSYS_STATUS_OK;
-  }
-  *has = positionFielding->fieldingBits != 0;
-  return QSYS_STATUS_OK;
+  return give(positionFielding, has,
+              [](const qoc_ocrDictionaryPositionFielding &asked) { return asked.fieldingBits != 0; });
 }
 
 qsys_status qoc_ocrDictionaryPositionFielding_hasFieldingCharacters(
     const qoc_ocrDictionaryPositionFielding *positionFielding, qsys_bool *has) {
-  if (!present({positionFielding, has})) {
-    return QSYS_STATUS_OK;
-  }
-  *has = !listed(*positionFielding).empty();
-  return QSYS_STATUS_OK;
+  return give(positionFielding, has,
+              [](const qoc_ocrDictionaryPositionFielding &asked) { return !listed(asked).empty(); });
 }
 
 qsys_status qoc_ocrDictionaryPositionFielding_isEmpty(const qoc_ocrDictionaryPositionFielding *positionFielding,
                                                       qsys_bool *isEmpty) {
-  if (!present({positionFielding, isEmpty})) {
-    return QSYS_STATUS_OK;
-  }
-  *isEmpty = positionFielding->fieldingBits == 0 && listed(*positionFielding).empty();
-  return QSYS_STATUS_OK;
+  return give(positionFielding, isEmpty, [](const qoc_ocrDictionaryPositionFielding &asked) {
+    return asked.fieldingBits == 0 && listed(asked).empty();
+  });
 }
 
 qsys_status qoc_ocrDictionaryPositionFielding_isAnyCharacter(const qoc_ocrDictionaryPositionFielding *positionFielding,
                                                              qsys_bool *isAny) {
-  if (!present({positionFielding, isAny})) {
-    return QSYS_STATUS_OK;
-  }
-  const qoc_ocrDictionaryPositionFielding &asked = *positionFielding;
-  const bool hasSpaceBit = (asked.fieldingBits & QOC_FIELDING_SPACE) != 0;
-  const bool hasNonspaceBit = (asked.fieldingBits & QOC_FIELDING_NONSPACE) != 0;
-  *isAny = (hasSpaceBit && hasNonspaceBit) || lists(asked, QOC_CHAR_ANY) ||
-           (lists(asked, U' ') && (hasNonspaceBit || lists(asked, QOC_CHAR_ANY_NONSPACE)));
-  return QSYS_STATUS_OK;
+  return give(positionFielding, isAny, [](const qoc_ocrDictionaryPositionFielding &asked) {
+    return (hasBit(asked, QOC_FIELDING_SPACE) && hasBit(asked, QOC_FIELDING_NONSPACE)) || lists(asked, QOC_CHAR_ANY) ||
+           (lists(asked, U' ') && (hasBit(asked, QOC_FIELDING_NONSPACE) || lists(asked, QOC_CHAR_ANY_NONSPACE)));
+  });
 }
 
 qsys_status qoc_ocrDictionaryPositionFielding_isAnyNonspaceCharacter(
     const qoc_ocrDictionaryPositionFielding *positionFielding, qsys_bool *isAny) {
-  if (!present({positionFielding, isAny})) {
-    return QSYS_STATUS_OK;
-  }
-  const qoc_ocrDictionaryPositionFielding &asked = *positionFielding;
-  const bool allowsSpace = (asked.fieldingBits & QOC_FIELDING_SPACE) != 0 || lists(asked, U' ');
-  *isAny = !allowsSpace && ((asked.fieldingBits & QOC_FIELDING_NONSPACE) != 0 || lists(asked, QOC_CHAR_ANY_NONSPACE));
-  return QSYS_STATUS_OK;
+  return give(positionFielding, isAny, [](const qoc_ocrDictionaryPositionFielding &asked) {
+    return !allowsSpace(asked) && (hasBit(asked, QOC_FIELDING_NONSPACE) || lists(asked, QOC_CHAR_ANY_NONSPACE));
+  });
 }
 
 qsys_status qoc_ocrDictionaryPositionFielding_getIsSingleCharacter(
     const qoc_ocrDictionaryPositionFielding *positionFielding, qsys_bool *isSingle) {
-  if (!present({positionFielding, isSingle})) {
-    return QSYS_STATUS_OK;
-  }
-  *isSingle = isSpaceAlone(*positionFielding) || isListedAlone(*positionFielding);
-  return QSYS_STATUS_OK;
+  return give(positionFielding, isSingle, [](const qoc_ocrDictionaryPositionFielding &asked) {
+    return isSpaceAlone(asked) || isListedAlone(asked);
+  });
 }
 
 qsys_status qoc_ocrDictionaryPositionFielding_getSingleCharacter(
     const qoc_ocrDictionaryPositionFielding *positionFielding, Char32 *code) {
-  if (!present({positionFielding, code})) {
-    return QSYS_STATUS_OK;
-  }
-  *code = isSpaceAlone(*positionFielding)    ? Char32{U' '}
-          : isListedAlone(*positionFielding) ? listed(*positionFielding).front()
-                                             : Char32{QOC_CHAR_EMPTY};
-  return QSYS_STATUS_OK;
+  return give(positionFielding, code, [](const qoc_ocrDictionaryPositionFielding &asked) {
+    return isSpaceAlone(asked) ? Char32{U' '} : isListedAlone(asked) ? listed(asked).front() : Char32{QOC_CHAR_EMPTY};
+  });
 }
 
 qsys_status qoc_ocrDictionaryPositionFielding_getAllowsSpace(const qoc_ocrDictionaryPositionFielding *positionFielding,
                                                              qsys_bool *allows) {
-  if (!present({positionFielding, allows})) {
-    return QSYS_STATUS_OK;
-  }
-  *allows = (positionFielding->fieldingBits & QOC_FIELDING_SPACE) != 0 || lists(*positionFielding, U' ');
-  return QSYS_STATUS_OK;
+  return give(positionFielding, allows,
+              [](const qoc_ocrDictionaryPositionFielding &asked) { return allowsSpace(asked); });
 }

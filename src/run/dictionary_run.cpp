@@ -92,10 +92,8 @@ qsys_status qoc_ocrDictionary_runSwapCharSetMulti(const qoc_ocrDictionary *dicti
     QOC_TRY((runEntries<qoc_ocrDictionaryLexicon_matchMulti, qoc_ocrDictionaryLexicon>(run, dictionary->lexicons)));
     QOC_TRY((runEntries<qoc_ocrDictionaryLineFielding_matchMulti, qoc_ocrDictionaryLineFielding>(
         run, dictionary->fieldings)));
-    // Expressions have their place in the order; so far every one of them is empty and has no results.
-    for (std::int32_t i = 0; i < dictionary->regularExpressions.core.size; ++i) {
-      QOC_TRY(qsys_attention_check());
-    }
+    QOC_TRY((runEntries<qoc_ocrDictionaryRegularExpression_matchMulti, qoc_ocrDictionaryRegularExpression>(
+        run, dictionary->regularExpressions)));
     QOC_TRY(qoc_ocrDictionaryResultVector_sort(&results->results, params, 1));
     if (results->isComputed == 0) {
       QOC_TRY(qoc_ocrDictionaryResultSet_reset(results));

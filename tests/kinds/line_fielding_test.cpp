@@ -389,6 +389,14 @@ TEST(LineFieldingMatch, ACandidateBeyondSevenBitsFailsWhereItIsAsked) {
   EXPECT_FALSE(fits(line("A"), accented)) << "nothing is asked where the length does not fit";
 }
 
+TEST(LineFieldingMatch, ACandidateBeyondSevenBitsFailsAtAPlaceThatIsRefusedAnyway) {
+  // Without the first character the 7 is refused; without the second one it is too, but the first is asked before it.
+  qsys_bool isMatch = 2;
+  EXPECT_EQ(qoc_ocrDictionaryLineFielding_isMatchMulti(line("*A"), reading(U"\u00E9 8 7"), runParams({.maxEdits = 1}),
+                                                       nullptr, &isMatch),
+            QOC_STATUS_NO_SUCH_VALUE);
+}
+
 TEST(LineFieldingMatch, PollsOnceForTheReadingAndOnceForEachStart) {
   const auto windows = runParams({.matchOption9 = 1});
   const auto count = [](auto &&work) {

@@ -48,7 +48,7 @@ struct Case {
 };
 
 TEST(AlignmentRandom, editDistance) {
-  compareCases(cases, [](Random &random) -> std::string {
+  compareCases([](Random &random) -> std::string {
     Case c(random);
     int32_t actual = -1;
     qsys_status status =
@@ -63,7 +63,7 @@ TEST(AlignmentRandom, editDistance) {
 }
 
 TEST(AlignmentRandom, isMatch) {
-  compareCases(cases, [](Random &random) {
+  compareCases([](Random &random) {
     Case c(random);
     auto expected = ofModel<bool>(c.pollLimit, [&](Polls &polls) {
       return reference::isMatch(c.word, c.input, pointer(c.params), pointer(c.swaps), polls);
@@ -80,7 +80,7 @@ TEST(AlignmentRandom, isMatch) {
 }
 
 TEST(AlignmentRandom, isMatchMulti) {
-  compareCases(cases, [](Random &random) {
+  compareCases([](Random &random) {
     Case c(random);
     auto expected = ofModel<bool>(c.pollLimit, [&](Polls &polls) {
       return reference::isMatchMulti(c.word, c.reading, pointer(c.params), pointer(c.swaps), polls);
@@ -97,7 +97,7 @@ TEST(AlignmentRandom, isMatchMulti) {
 }
 
 TEST(AlignmentRandom, match) {
-  compareCases(cases, [](Random &random) {
+  compareCases([](Random &random) {
     Case c(random);
     auto expected = ofModel<ResultSet>(c.pollLimit, [&](Polls &polls) {
       return reference::match(c.word, c.input, pointer(c.params), pointer(c.swaps), polls);
@@ -114,7 +114,7 @@ TEST(AlignmentRandom, match) {
 }
 
 TEST(AlignmentRandom, matchMulti) {
-  compareCases(cases, [](Random &random) {
+  compareCases([](Random &random) {
     Case c(random);
     auto expected = ofModel<ResultSet>(c.pollLimit, [&](Polls &polls) {
       return reference::matchMulti(c.word, c.reading, pointer(c.params), pointer(c.swaps), polls);

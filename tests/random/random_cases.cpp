@@ -1,7 +1,12 @@
 #include "random/random_cases.hpp"
 
+#include <algorithm>
 #include <cstdlib>
 #include <random>
+
+#include "reference/alignment.hpp"
+#include "reference/expansion.hpp"
+#include "reference/swap_reference.hpp"
 
 namespace random_cases {
 
@@ -17,6 +22,20 @@ Alphabet randomAlphabet(Random &random) {
   Alphabet alphabet{{'a', 'b'}, random.oneIn(3) ? 10 : 1000};
   if (random.oneIn(2)) {
     alphabet.letters.push_back(random.oneIn(3) ? ' ' : 'c');
+  }
+  return alphabet;
+}
+
+Alphabet randomLineAlphabet(Random &random) {
+  Alphabet alphabet{{}, random.oneIn(3) ? 20 : 1000};
+  for (const uint32_t letter : {'A', 'b', '7', '8', ' '}) {
+    if (random.oneIn(2)) {
+      alphabet.letters.push_back(letter);
+    }
+  }
+  alphabet.letters.push_back(random.pick<uint32_t>({'A', '8', '-'}));
+  if (random.oneIn(12)) {
+    alphabet.letters.push_back(random.pick<uint32_t>({0xE9, 0xFFFFFFC3, 0x7F, 0x80}));
   }
   return alphabet;
 }
@@ -81,37 +100,157 @@ std::optional<RunParams> randomParams(Random &random, int32_t nullOneIn) {
   return params;
 }
 
-std::optional<Swaps> randomSwaps(Random &random, const Alphabet &alphabet) {
-  if (random.oneIn(2)) {
-    return std::nullopt;
+void limitCount(std::optional<RunParams> &params) {
+  if (params && params->maxEdits == 0x7FFFFFFF) {
+    params->maxEdits = 0x40000000;
   }
-  Swaps swaps;
-  const int32_t groups = random.between(0, 2);
-  for (int32_t g = 0; g < groups; ++g) {
-    // A letter outside the alphabet lets groups overlap in a character that no string holds.
-    std::vector<uint32_t> pool = alphabet.letters;
-    pool.push_back('x');
+}
+
+namespace {
+
+/** The letters of a swap set, of which those without a text character have no place in its tables. One outside the
+ * alphabet lets groups overlap in a character that no string holds. */
+std::vector<uint32_t> swappedLetters(const Alphabet &alphabet) {
+  std::vector<uint32_t> letters = {'x'};
+  for (uint32_t letter : alphabet.letters) {
+    if (letter < 0x1000) {
+      letters.push_back(letter);
+    }
+  }
+  return letters;
+}
+
+std::vector<std::vector<uint32_t>> randomGroups(Random &random, const std::vector<uint32_t> &letters) {
+  std::vector<std::vector<uint32_t>> groups;
+  const int32_t count = random.between(0, 2);
+  for (int32_t g = 0; g < count; ++g) {
     std::vector<uint32_t> group;
-    for (uint32_t letter : pool) {
-      if (random.oneIn(2)) {
+    for (uint32_t letter : letters) {
+      if (random.oneIn(2) && std::find(group.begin(), group.end(), letter) == group.end()) {
         group.push_back(letter);
       }
     }
     if (group.size() >= 2) {
-      swaps.groups.push_back(group);
+      groups.push_back(group);
     }
+  }
+  return groups;
+}
+
+/** Swaps of one to two characters on either side, rarely of three, of which some are single-character swaps. */
+std::vector<reference::Swap> randomSwapList(Random &random, const std::vector<uint32_t> &letters) {
+  std::vector<reference::Swap> swaps(static_cast<size_t>(random.between(1, 4)));
+  const auto fill = [&](std::vector<uint32_t> &codes) {
+    codes.resize(random.oneIn(30) ? 3 : static_cast<size_t>(random.between(1, 2)));
+    for (uint32_t &code : codes) {
+      code = letters[static_cast<size_t>(random.below(static_cast<int32_t>(letters.size())))];
+    }
+  };
+  for (reference::Swap &swap : swaps) {
+    do {
+      fill(swap.first);
+      fill(swap.second);
+    } while (swap.first == swap.second);
   }
   return swaps;
 }
 
-void compareCases(int32_t count, const std::function<std::string(Random &)> &body) {
+}  // namespace
+
+std::optional<Swaps> randomSwaps(Random &random, const Alphabet &alphabet) {
+  if (random.oneIn(2)) {
+    return std::nullopt;
+  }
+  const std::vector<uint32_t> letters = swappedLetters(alphabet);
+  if (!random.oneIn(3)) {
+    return Swaps{randomGroups(random, letters), {}};
+  }
+  Swaps swaps{{}, randomSwapList(random, letters)};
+  qoc::swap_reference::SwapSet set;
+  const auto isAccepted = [&] {
+    std::vector<qoc::swap_reference::Swap> list;
+    for (const reference::Swap &swap : swaps.swaps) {
+      list.push_back({swap.first, swap.second});
+    }
+    return set.setSwaps(list) == qoc::swap_reference::GroupFault::none;
+  };
+  // Single-character swaps that make no groups are left out.
+  while (!isAccepted()) {
+    const auto isSingle = [](const reference::Swap &swap) { return swap.first.size() + swap.second.size() == 2; };
+    swaps.swaps.erase(std::find_if(swaps.swaps.begin(), swaps.swaps.end(), isSingle));
+  }
+  swaps.groups = set.groups;
+  return swaps;
+}
+
+void limitVariants(Reading &reading, const std::optional<Swaps> &swaps) {
+  reference::Polls polls;
+  while (reference::hasMultiSwap(pointer(swaps)) && reference::expand(reading, *swaps, polls).size() > 16) {
+    reading.pop_back();
+  }
+}
+
+void limitVariants(Word &input, const std::optional<Swaps> &swaps) {
+  Reading reading = reference::toReading(input);
+  limitVariants(reading, swaps);
+  input.resize(reading.size());
+}
+
+PositionFielding randomPositionFielding(Random &random, const Alphabet &alphabet) {
+  PositionFielding fielding;
+  fielding.bits = random.oneIn(2) ? 0 : random.pick<uint32_t>({1, 2, 4, 8, 16, 5, 24, 12});
+  if (random.oneIn(6)) {
+    fielding.bits = static_cast<uint32_t>(random.below(32));
+  }
+  const int32_t count = random.oneIn(2) ? 0 : random.between(1, 3);
+  for (int32_t i = 0; i < count; ++i) {
+    const uint32_t code =
+        random.oneIn(16)
+            ? random.pick({reference::emptyCode, reference::anyCode, reference::anyNonspaceCode, uint32_t{0xE9}})
+            : randomCode(random, alphabet);
+    if (!fielding.lists(code)) {
+      fielding.listed.push_back(code);
+    }
+  }
+  return fielding;
+}
+
+LineFielding randomLineFielding(Random &random, const Alphabet &alphabet, int32_t longest) {
+  LineFielding line;
+  line.positions.resize(static_cast<size_t>(random.between(random.oneIn(10) ? 0 : 1, longest)));
+  for (PositionFielding &fielding : line.positions) {
+    do {
+      fielding = randomPositionFielding(random, alphabet);
+    } while (fielding.isEmpty() && !random.oneIn(6));
+  }
+  return line;
+}
+
+int32_t numCases() {
+#ifdef NDEBUG
+  const int32_t byDefault = 10'000;
+#else
+  const int32_t byDefault = 1'000;  // Not optimised, and perhaps under a sanitizer.
+#endif
+  const char *given = std::getenv("QOC_RANDOM_CASES");
+  return given ? static_cast<int32_t>(std::strtol(given, nullptr, 10)) : byDefault;
+}
+
+uint64_t firstSeed() {
   const char *given = std::getenv("QOC_SEED");
-  const uint64_t first = given ? std::strtoull(given, nullptr, 10) : std::random_device()();
+  return given ? std::strtoull(given, nullptr, 10) : std::random_device()();
+}
+
+void compareCases(const std::function<std::string(Random &)> &body) { compareCases(numCases(), body); }
+
+void compareCases(int32_t count, const std::function<std::string(Random &)> &body) {
+  ASSERT_GT(numCases(), 0) << "QOC_RANDOM_CASES is no number of cases";
+  const uint64_t first = firstSeed();
   for (int32_t i = 0; i < count; ++i) {
     const uint64_t seed = first + static_cast<uint64_t>(i);
     Random random(seed);
     std::string difference = body(random);
-    if (!difference.empty()) {
+    if (!difference.empty() || testing::Test::HasFailure()) {
       ADD_FAILURE() << difference << "\nRepeat with QOC_SEED=" << seed;
       return;
     }

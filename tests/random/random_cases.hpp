@@ -5,7 +5,7 @@
  * Random small cases, and how the library is compared with the reference model on them.
  *
  * Every test begins at a fresh seed; the environment's QOC_SEED sets it, so that the seed of a failure repeats that
- * case first.
+ * case first. QOC_RANDOM_CASES sets the number of cases of every test.
  */
 
 #include <gtest/gtest.h>
@@ -19,7 +19,9 @@
 namespace random_cases {
 
 using reference::fromRecord;
+using reference::LineFielding;
 using reference::Position;
+using reference::PositionFielding;
 using reference::Reading;
 using reference::RunParams;
 using reference::Swaps;
@@ -52,23 +54,39 @@ struct Alphabet {
 };
 
 Alphabet randomAlphabet(Random &random);
+/** Letters, digits and spaces, and at times characters that are no text. */
+Alphabet randomLineAlphabet(Random &random);
 uint32_t randomCode(Random &random, const Alphabet &alphabet);
 Word randomWord(Random &random, const Alphabet &alphabet, int32_t longest);
 std::vector<Word> randomWords(Random &random, const Alphabet &alphabet, int32_t most, int32_t longest);
 Reading randomReading(Random &random, const Alphabet &alphabet, int32_t longest);
 /** Run parameters with every option varied; `nullOneIn` of 0 for never none. */
 std::optional<RunParams> randomParams(Random &random, int32_t nullOneIn);
-/** No swap set, or groups that may overlap, and may be none. */
+/** Spares a search for parts or ranges the largest number of edits, with which plain enumeration counts through two
+ * thousand million ends before it finds one. */
+void limitCount(std::optional<RunParams> &params);
+/** No swap set, or groups that may overlap, and may be none, or multi-character swaps with or without groups. */
 std::optional<Swaps> randomSwaps(Random &random, const Alphabet &alphabet);
+/** Shortens a reading until the swaps make few variants of it. */
+void limitVariants(Reading &reading, const std::optional<Swaps> &swaps);
+void limitVariants(Word &input, const std::optional<Swaps> &swaps);
+PositionFielding randomPositionFielding(Random &random, const Alphabet &alphabet);
+LineFielding randomLineFielding(Random &random, const Alphabet &alphabet, int32_t longest);
 
 template <typename T>
 const T *pointer(const std::optional<T> &value) {
   return value ? &*value : nullptr;
 }
 
-inline constexpr int32_t cases = 100'000;
+/** How many cases every random comparison has: QOC_RANDOM_CASES, or by default as many as take few seconds. */
+int32_t numCases();
+/** The seed of a test's first case: QOC_SEED, or a fresh one. */
+uint64_t firstSeed();
 
-/** Compares that many cases; the body gives a description of the difference, or "". Stops at the first difference. */
+/** Compares numCases() cases; the body gives a description of the difference, or "", or fails an assertion of its own.
+ * Stops at the first difference. */
+void compareCases(const std::function<std::string(Random &)> &body);
+/** The same with a number of cases of its own, as a share of numCases(). */
 void compareCases(int32_t count, const std::function<std::string(Random &)> &body);
 
 /** Counts the attention polls of this thread while it lives, and interrupts at one of them where the limit is not 0. */
@@ -105,6 +123,8 @@ Outcome<T> ofModel(int64_t limit, const std::function<T(reference::Polls &)> &op
     outcome.value = operation(polls);
   } catch (const reference::Interrupted &) {
     outcome.status = CountedPolls::interruptStatus;
+  } catch (const reference::Failed &failed) {
+    outcome.status = failed.status;
   }
   outcome.polls = polls.count;
   return outcome;

@@ -108,7 +108,7 @@ std::string described(const std::string &difference, const RunParams *params, co
 }
 
 TEST(RankingRandom, sameResult) {
-  compareCases(cases, [](Random &random) -> std::string {
+  compareCases([](Random &random) -> std::string {
     Alphabet alphabet = randomAlphabet(random);
     Results pair = randomResults(random, alphabet, 2, true);
     if (pair.size() < 2) {
@@ -179,7 +179,7 @@ TEST(RankingRandom, sameResult) {
 }
 
 TEST(RankingRandom, sort) {
-  compareCases(cases, [](Random &random) {
+  compareCases([](Random &random) {
     Alphabet alphabet = randomAlphabet(random);
     std::optional<RunParams> params = randomParams(random, 10);
     const bool descending = !random.oneIn(4);
@@ -200,7 +200,7 @@ TEST(RankingRandom, sort) {
 }
 
 TEST(RankingRandom, sortKeepsTheMembersWhereSomeAreUncomputed) {
-  compareCases(cases, [](Random &random) {
+  compareCases([](Random &random) {
     Alphabet alphabet = randomAlphabet(random);
     std::optional<RunParams> params = randomParams(random, 10);
     ResultSet expected{true, randomResults(random, alphabet, 6, true)};
@@ -217,7 +217,7 @@ TEST(RankingRandom, sortKeepsTheMembersWhereSomeAreUncomputed) {
 }
 
 TEST(RankingRandom, merge) {
-  compareCases(cases, [](Random &random) {
+  compareCases([](Random &random) {
     Alphabet alphabet = randomAlphabet(random);
     std::optional<RunParams> params = randomParams(random, 10);
     ResultSet expected = randomSet(random, alphabet, false);
@@ -243,7 +243,7 @@ TEST(RankingRandom, merge) {
 }
 
 TEST(RankingRandom, buckets) {
-  compareCases(cases, [](Random &random) -> std::string {
+  compareCases([](Random &random) -> std::string {
     Alphabet alphabet = randomAlphabet(random);
     std::optional<RunParams> params = randomParams(random, 10);
     Results candidates = randomResults(random, alphabet, 6, false);
@@ -294,7 +294,7 @@ TEST(RankingRandom, buckets) {
 }
 
 TEST(RankingRandom, finalize) {
-  compareCases(cases, [](Random &random) {
+  compareCases([](Random &random) {
     Alphabet alphabet = randomAlphabet(random);
     std::optional<RunParams> params = randomParams(random, 10);
     ResultSet expected = randomSet(random, alphabet, false);

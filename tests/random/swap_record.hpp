@@ -16,6 +16,10 @@ namespace random_cases {
 using HeldSwapCharSet = reference::Held<qoc_swapCharSet, qoc_swapCharSet_construct, qoc_swapCharSet_destruct>;
 using HeldGroups = reference::Held<qstd_vector_vectorChar32, qstd_vector_vectorChar32_constructEmpty,
                                    qstd_vector_vectorChar32_destruct>;
+using HeldCodes = reference::Held<qstd_vectorChar32, qstd_vectorChar32_constructEmpty, qstd_vectorChar32_destruct>;
+using HeldSwapChar = reference::Held<qoc_swapChar, qoc_swapChar_construct, qoc_swapChar_destruct>;
+using HeldSwapChars = reference::Held<qstd_vector_qoc_swapChar, qstd_vector_qoc_swapChar_constructEmpty,
+                                      qstd_vector_qoc_swapChar_destruct>;
 
 /** Holds the library's swap set for the model's; null where the model has none. */
 class SwapRecord {
@@ -24,15 +28,25 @@ class SwapRecord {
     if (!swaps) {
       return;
     }
-    HeldGroups groups;
-    qstd_vector_vectorChar32_resize(&groups, static_cast<int32_t>(swaps->groups.size()));
-    for (size_t i = 0; i < swaps->groups.size(); ++i) {
-      qstd_vectorChar32 *group = nullptr;
-      qstd_vector_vectorChar32_getElement(&groups, static_cast<int32_t>(i), &group);
-      qstd_vectorChar32_assignElements(group, swaps->groups[i].data(), static_cast<int32_t>(swaps->groups[i].size()));
-    }
     set_ = std::make_unique<HeldSwapCharSet>();
-    EXPECT_EQ(qoc_swapCharSet_setEquiv(set_->get(), &groups), 0);
+    if (swaps->swaps.empty()) {
+      HeldGroups groups;
+      for (const std::vector<uint32_t> &group : swaps->groups) {
+        HeldCodes codes;
+        reference::toRecord(group, &codes);
+        qstd_vector_vectorChar32_pushBack(&groups, codes.get());
+      }
+      EXPECT_EQ(qoc_swapCharSet_setEquiv(set_->get(), &groups), 0);
+    } else {
+      HeldSwapChars list;
+      for (const reference::Swap &swap : swaps->swaps) {
+        HeldSwapChar record;
+        reference::toRecord(swap.first, &record->first);
+        reference::toRecord(swap.second, &record->second);
+        qstd_vector_qoc_swapChar_pushBack(&list, record.get());
+      }
+      EXPECT_EQ(qoc_swapCharSet_setSwapCharacters(set_->get(), &list), 0);
+    }
   }
   const qoc_swapCharSet *get() const { return set_ ? set_->get() : nullptr; }
 

@@ -12,10 +12,6 @@ namespace {
 
 constexpr int32_t unreachable = 0x3FFFFFFF;
 
-int32_t sizeOf(const auto &vector) { return static_cast<int32_t>(vector.size()); }
-
-const auto &at(const auto &vector, int32_t i) { return vector[static_cast<size_t>(i)]; }
-
 /** A table of (m + 1) by (n + 1) cells, reached as table(i, j). */
 template <typename T>
 class Table {
@@ -30,20 +26,6 @@ class Table {
   int32_t width_;
   std::vector<T> cells_;
 };
-
-/** Whether b can be reached from a through characters that stand together in a group. */
-bool isEquivalent(uint32_t a, uint32_t b, const Swaps &swaps) {
-  std::set<uint32_t> reached{a};
-  for (bool grows = true; grows;) {
-    grows = false;
-    for (const std::vector<uint32_t> &group : swaps.groups) {
-      bool touches = std::any_of(group.begin(), group.end(), [&](uint32_t code) { return reached.count(code) > 0; });
-      if (touches)
-        for (uint32_t code : group) grows = reached.insert(code).second || grows;
-    }
-  }
-  return reached.count(b) > 0;
-}
 
 /** Calls back for every window [start, end) of a search, polling once a start; ends where the callback says so. */
 void searchWindows(int32_t n, int32_t m, const RunParams &params, Polls &polls,
@@ -271,10 +253,38 @@ ResultSet finished(const Buckets &buckets, const RunParams *params) {
 
 }  // namespace
 
+std::vector<uint32_t> equivalents(uint32_t code, const Swaps *swaps) {
+  if (!swaps || swaps->groups.empty()) return {};
+  std::set<uint32_t> reached{code};
+  for (bool grows = true; grows;) {
+    grows = false;
+    for (const std::vector<uint32_t> &group : swaps->groups) {
+      bool touches = std::any_of(group.begin(), group.end(), [&](uint32_t c) { return reached.count(c) > 0; });
+      if (touches)
+        for (uint32_t c : group) grows = reached.insert(c).second || grows;
+    }
+  }
+  reached.erase(code);
+  return std::vector<uint32_t>(reached.begin(), reached.end());
+}
+
+std::vector<uint32_t> equivalentsMulti(const Position &candidates, const Swaps *swaps) {
+  if (candidates.empty()) return {};
+  std::vector<uint32_t> out = equivalents(candidates[0].code, swaps);
+  auto contains = [&](uint32_t code) { return std::find(out.begin(), out.end(), code) != out.end(); };
+  for (size_t k = 1; k < candidates.size(); ++k) {
+    if (!contains(candidates[k].code)) out.push_back(candidates[k].code);
+    for (uint32_t code : equivalents(candidates[k].code, swaps))
+      if (!contains(code) && code != candidates[0].code) out.push_back(code);
+  }
+  return out;
+}
+
 bool isMatch(const Character &a, const Character &b, const Swaps *swaps) {
   if (a.code == emptyCode || b.code == emptyCode) return false;
   if (a.code == b.code || a.code == anyCode || b.code == anyCode) return true;
-  return swaps && isEquivalent(a.code, b.code, *swaps);
+  const std::vector<uint32_t> others = equivalents(a.code, swaps);
+  return std::find(others.begin(), others.end(), b.code) != others.end();
 }
 
 bool isMatchMulti(const Character &a, const Position &candidates, const Swaps *swaps) {

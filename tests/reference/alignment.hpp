@@ -7,7 +7,12 @@
 
 namespace reference {
 
-/** @param[in] swaps may be null, here and below: no swaps */
+/** The characters that can be reached from a code through groups, ascending and without the code itself.
+ * @param[in] swaps may be null, here and below: no swaps */
+std::vector<uint32_t> equivalents(uint32_t code, const Swaps *swaps);
+/** The equivalents of the first candidate, then the other candidates and their equivalents, each once and the first
+ * candidate's code never through an equivalence. */
+std::vector<uint32_t> equivalentsMulti(const Position &candidates, const Swaps *swaps);
 bool isMatch(const Character &a, const Character &b, const Swaps *swaps);
 bool isMatchMulti(const Character &a, const Position &candidates, const Swaps *swaps);
 /** Grades a match; noMatch where there is none. */

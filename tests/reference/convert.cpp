@@ -4,14 +4,6 @@ namespace reference {
 
 namespace {
 
-void toRecord(const std::vector<Character> &characters, qstd_vector_qoc_ocrDictionaryChar *record) {
-  qstd_vector_qoc_ocrDictionaryChar_clear(record);
-  for (const Character &character : characters) {
-    qoc_ocrDictionaryChar element{character.code, character.score};
-    qstd_vector_qoc_ocrDictionaryChar_pushBack(record, &element);
-  }
-}
-
 void toRecord(const std::vector<int32_t> &numbers, qstd_vector32s *record) {
   qstd_vector32s_assignElements(record, numbers.data(), static_cast<int32_t>(numbers.size()));
 }
@@ -33,10 +25,6 @@ auto elements(const Vector &vector, Convert convert) {
     out.push_back(convert(first[i]));
   }
   return out;
-}
-
-std::vector<Character> fromRecord(const qstd_vector_qoc_ocrDictionaryChar &record) {
-  return elements<qoc_ocrDictionaryChar>(record, [](const auto &c) { return Character{c.code, c.score}; });
 }
 
 std::vector<int32_t> fromRecord(const qstd_vector32s &record) {
@@ -71,6 +59,14 @@ std::string text(const std::vector<T> &values) {
     out += (out.size() > 1 ? " " : "") + text(value);
   }
   return out + "]";
+}
+
+std::string textOfCodes(const std::vector<uint32_t> &codes) {
+  std::string out;
+  for (uint32_t code : codes) {
+    out += text(Character{code, 0});
+  }
+  return out;
 }
 
 bool identical(int64_t a, int64_t b) { return a == b; }
@@ -110,6 +106,30 @@ class Differences {
 
 }  // namespace
 
+void toRecord(const std::vector<Character> &characters, qstd_vector_qoc_ocrDictionaryChar *record) {
+  qstd_vector_qoc_ocrDictionaryChar_clear(record);
+  for (const Character &character : characters) {
+    qoc_ocrDictionaryChar element{character.code, character.score};
+    qstd_vector_qoc_ocrDictionaryChar_pushBack(record, &element);
+  }
+}
+
+void toRecord(const Position &position, qoc_ocrDictionaryCharMulti *record) { toRecord(position, &record->candidates); }
+
+void toRecord(const std::vector<uint32_t> &codes, qstd_vectorChar32 *record) {
+  qstd_vectorChar32_assignElements(record, codes.data(), static_cast<int32_t>(codes.size()));
+}
+
+void toRecord(const PositionFielding &fielding, qoc_ocrDictionaryPositionFielding *record) {
+  record->fieldingBits = fielding.bits;
+  toRecord(fielding.listed, &record->fieldingCharacters);
+}
+
+void toRecord(const LineFielding &line, qoc_ocrDictionaryLineFielding *record) {
+  fill<qoc_ocrDictionaryPositionFielding>(line.positions, &record->positions,
+                                          qstd_vector_qoc_ocrDictionaryPositionFielding_resize);
+}
+
 void toRecord(const Word &word, qoc_ocrDictionaryString *record) { toRecord(word, &record->characters); }
 
 void toRecord(const Reading &reading, qoc_ocrDictionaryStringMulti *record) {
@@ -117,7 +137,7 @@ void toRecord(const Reading &reading, qoc_ocrDictionaryStringMulti *record) {
   qstd_vector_qoc_ocrDictionaryCharMulti_resize(&record->positions, static_cast<int32_t>(reading.size()));
   auto *first = static_cast<qoc_ocrDictionaryCharMulti *>(record->positions.core.elements);
   for (size_t i = 0; i < reading.size(); ++i) {
-    toRecord(reading[i], &first[i].candidates);
+    toRecord(reading[i], first + i);
   }
 }
 
@@ -164,6 +184,14 @@ void toRecord(const ResultSet &set, qoc_ocrDictionaryResultSet *record) {
 
 void toRecord(const Buckets &buckets, qstd_vector_vector_qoc_ocrDictionaryResult *record) {
   fill<qstd_vector_qoc_ocrDictionaryResult>(buckets, record, qstd_vector_vector_qoc_ocrDictionaryResult_resize);
+}
+
+Word fromRecord(const qstd_vector_qoc_ocrDictionaryChar &record) {
+  return elements<qoc_ocrDictionaryChar>(record, [](const auto &c) { return Character{c.code, c.score}; });
+}
+
+std::vector<uint32_t> fromRecord(const qstd_vectorChar32 &record) {
+  return elements<Char32>(record, [](Char32 code) { return code; });
 }
 
 Word fromRecord(const qoc_ocrDictionaryString &record) { return fromRecord(record.characters); }
@@ -323,11 +351,22 @@ std::string toText(const Swaps *swaps) {
   }
   std::string out;
   for (const std::vector<uint32_t> &group : swaps->groups) {
-    out += "{";
-    for (uint32_t code : group) {
-      out += text(Character{code, 0});
-    }
-    out += "}";
+    out += "{" + textOfCodes(group) + "}";
+  }
+  for (const Swap &swap : swaps->swaps) {
+    out += "(" + textOfCodes(swap.first) + "/" + textOfCodes(swap.second) + ")";
+  }
+  return out;
+}
+
+std::string toText(const PositionFielding &fielding) {
+  return "(" + text(fielding.bits) + " " + textOfCodes(fielding.listed) + ")";
+}
+
+std::string toText(const LineFielding &line) {
+  std::string out;
+  for (const PositionFielding &fielding : line.positions) {
+    out += toText(fielding);
   }
   return out;
 }

@@ -5,9 +5,9 @@
 
 #include <string>
 
-#include <qoc/lexicon.h>
+#include <qoc/dictionary.h>
 
-#include "reference/records.hpp"
+#include "reference/line_fielding.hpp"
 
 namespace reference {
 
@@ -43,6 +43,10 @@ using HeldResults = Held<qstd_vector_qoc_ocrDictionaryResult, qstd_vector_qoc_oc
 using HeldBuckets =
     Held<qstd_vector_vector_qoc_ocrDictionaryResult, qstd_vector_vector_qoc_ocrDictionaryResult_constructEmpty,
          qstd_vector_vector_qoc_ocrDictionaryResult_destruct>;
+using HeldPositionFielding = Held<qoc_ocrDictionaryPositionFielding, qoc_ocrDictionaryPositionFielding_construct,
+                                  qoc_ocrDictionaryPositionFielding_destruct>;
+using HeldLineFielding = Held<qoc_ocrDictionaryLineFielding, qoc_ocrDictionaryLineFielding_construct,
+                              qoc_ocrDictionaryLineFielding_destruct>;
 using HeldLexicon =
     Held<qoc_ocrDictionaryLexicon, qoc_ocrDictionaryLexicon_construct, qoc_ocrDictionaryLexicon_destruct>;
 
@@ -53,7 +57,15 @@ void toRecord(const Result &result, qoc_ocrDictionaryResult *record);
 void toRecord(const Results &results, qstd_vector_qoc_ocrDictionaryResult *record);
 void toRecord(const ResultSet &set, qoc_ocrDictionaryResultSet *record);
 void toRecord(const Buckets &buckets, qstd_vector_vector_qoc_ocrDictionaryResult *record);
+void toRecord(const Word &characters, qstd_vector_qoc_ocrDictionaryChar *record);
+void toRecord(const Position &position, qoc_ocrDictionaryCharMulti *record);
+void toRecord(const std::vector<uint32_t> &codes, qstd_vectorChar32 *record);
+/** Sets bits and list whatever the setters would say of them. */
+void toRecord(const PositionFielding &fielding, qoc_ocrDictionaryPositionFielding *record);
+void toRecord(const LineFielding &line, qoc_ocrDictionaryLineFielding *record);
 
+Word fromRecord(const qstd_vector_qoc_ocrDictionaryChar &record);
+std::vector<uint32_t> fromRecord(const qstd_vectorChar32 &record);
 Word fromRecord(const qoc_ocrDictionaryString &record);
 Reading fromRecord(const qoc_ocrDictionaryStringMulti &record);
 std::vector<Word> fromRecord(const qstd_vector_qoc_ocrDictionaryString &record);
@@ -90,6 +102,8 @@ std::string toText(const Word &word);
 std::string toText(const Reading &reading);
 std::string toText(const RunParams *params);
 std::string toText(const Swaps *swaps);
+std::string toText(const PositionFielding &fielding);
+std::string toText(const LineFielding &line);
 std::string toText(const Result &result);
 std::string toText(const ResultSet &set);
 

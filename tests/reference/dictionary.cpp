@@ -8,12 +8,16 @@ ResultSet Dictionary::runMulti(const Reading &reading, const RunParams &params, 
                                Polls &polls) const {
   ResultSet out;
   RunParams working = params;
-  for (const Lexicon &lexicon : lexicons) {
-    polls.poll();
-    if (params.returnBestOnly != 0 && params.maxEdits == 1 && isExactBest(out)) working.maxEdits = 0;
-    ResultSet scratch = lexicon.matchMulti(reading, &working, swaps, polls);
-    merge(out, scratch, &params);
-  }
+  auto runEntries = [&](const auto &entries) {
+    for (const auto &entry : entries) {
+      polls.poll();
+      if (params.returnBestOnly != 0 && params.maxEdits == 1 && isExactBest(out)) working.maxEdits = 0;
+      ResultSet scratch = entry.matchMulti(reading, &working, swaps, polls);
+      merge(out, scratch, &params);
+    }
+  };
+  runEntries(lexicons);
+  runEntries(fieldings);
   sortResults(out.results, &params, true);
   if (!out.isComputed) {
     out.results.clear();

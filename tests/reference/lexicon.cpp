@@ -1,6 +1,7 @@
 #include "reference/lexicon.hpp"
 
 #include "reference/alignment.hpp"
+#include "reference/expansion.hpp"
 #include "reference/ranking.hpp"
 
 namespace reference {
@@ -83,6 +84,25 @@ ResultSet matchWords(const std::vector<Word> &strings, const Reading &reading, c
   return out;
 }
 
+/** Whether some word matches the reading or, where no windows are searched, a part of it. */
+bool testReading(const std::vector<Word> &strings, const Reading &reading, const RunParams *params, const Swaps *swaps,
+                 Polls &polls) {
+  if (testWords(strings, reading, params, swaps, polls)) return true;
+  if (params && params->matchOption9 != 0) return false;
+  const int64_t shortest = params ? params->minStringLength : 1;
+  const int64_t longest = params ? params->maxStringLength : 0x7FFFFFFF;
+  const int64_t edits = params ? params->maxEdits : 0;
+  const int32_t n = static_cast<int32_t>(reading.size());
+  for (int32_t s = 0; s < n; ++s) {
+    polls.poll();
+    for (int32_t end = wrap(s + shortest - edits); end <= n; ++end) {
+      if (aboveUnsigned(end, wrap(s + longest + 1 + edits))) break;
+      if (end > s && testWords(strings, substrExtend(reading, s, end - s), params, swaps, polls)) return true;
+    }
+  }
+  return false;
+}
+
 }  // namespace
 
 int32_t Lexicon::setStrings(const std::vector<Word> &list) {
@@ -118,24 +138,31 @@ int32_t Lexicon::removeString(const Word &word) {
 }
 
 bool Lexicon::isMatchMulti(const Reading &reading, const RunParams *params, const Swaps *swaps, Polls &polls) const {
-  if (testWords(strings, reading, params, swaps, polls)) return true;
-  if (params && params->matchOption9 != 0) return false;
-  const int64_t shortest = params ? params->minStringLength : 1;
-  const int64_t longest = params ? params->maxStringLength : 0x7FFFFFFF;
-  const int64_t edits = params ? params->maxEdits : 0;
-  const int32_t n = static_cast<int32_t>(reading.size());
-  for (int32_t s = 0; s < n; ++s) {
-    polls.poll();
-    for (int32_t end = wrap(s + shortest - edits); end <= n; ++end) {
-      if (aboveUnsigned(end, wrap(s + longest + 1 + edits))) break;
-      if (end > s && testWords(strings, substrExtend(reading, s, end - s), params, swaps, polls)) return true;
-    }
-  }
+  if (!hasMultiSwap(swaps)) return testReading(strings, reading, params, swaps, polls);
+  for (const Variant &variant : expand(reading, *swaps, polls))
+    if (testReading(strings, variant.reading, params, swaps, polls)) return true;
   return false;
 }
 
 ResultSet Lexicon::matchMulti(const Reading &reading, const RunParams *params, const Swaps *swaps, Polls &polls) const {
-  ResultSet out = matchWords(strings, reading, params, swaps, polls);
+  ResultSet out;
+  if (!hasMultiSwap(swaps)) {
+    out = matchWords(strings, reading, params, swaps, polls);
+  } else {
+    RunParams working{};
+    if (params) working = *params;
+    bool isFirst = true;
+    for (const Variant &variant : expand(reading, *swaps, polls)) {
+      if (params && params->returnBestOnly != 0 && working.maxEdits == 1 && isExactBest(out)) working.maxEdits = 0;
+      ResultSet scratch = matchWords(strings, variant.reading, params ? &working : nullptr, swaps, polls);
+      setGiven(scratch, reading, variant.positions);
+      if (isFirst)
+        out = scratch;
+      else
+        merge(out, scratch, params);
+      isFirst = false;
+    }
+  }
   out.isComputed = true;
   finalize(out, params);
   return out;

@@ -159,6 +159,10 @@ void sortResults(Results &results, const RunParams *params, bool descending) {
     }
 }
 
+bool ranksBefore(Result &a, Result &b, int32_t rankingVariant) {
+  return (rankingVariant == 3 ? comparePrimaryRank(a, b) : comparePrimaryAndSecondary(a, b)) < 0;
+}
+
 void addToBuckets(Buckets &buckets, const Result &result) {
   size_t k = static_cast<size_t>(result.numEdits);
   if (buckets.size() <= k) buckets.resize(k + 1);

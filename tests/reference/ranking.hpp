@@ -15,6 +15,9 @@ bool compareEqual(const Result &a, const Result &b);
 /** Ranks results in place. @param[in] params may be null */
 void sortResults(Results &results, const RunParams *params, bool descending);
 
+/** Whether a comes before b in the scoring order of the variant, which leaves its counters cached in both. */
+bool ranksBefore(Result &a, Result &b, int32_t rankingVariant);
+
 /** Files a copy under its number of edits, with givenSwap made a copy of given. */
 void addToBuckets(Buckets &buckets, const Result &result);
 void addToBuckets(Buckets &buckets, const Results &results);

@@ -17,6 +17,8 @@ namespace reference {
 
 inline constexpr uint32_t emptyCode = 0xF800;
 inline constexpr uint32_t anyCode = 0xF801;
+inline constexpr uint32_t anyNonspaceCode = 0xF802;
+inline constexpr uint32_t space = 32;
 
 /** Position statuses. */
 enum : int32_t {
@@ -97,13 +99,24 @@ struct ResultSet {
   Results results;
 };
 
-/** What the reader confuses: groups of characters of which each may stand for each other. */
+/** One confusion of two sequences. */
+struct Swap {
+  std::vector<uint32_t> first, second;
+};
+
+/** What the reader confuses. */
 struct Swaps {
-  std::vector<std::vector<uint32_t>> groups;
+  std::vector<std::vector<uint32_t>> groups;  ///< Of characters of which each may stand for each other.
+  std::vector<Swap> swaps;                    ///< What the set was made of, where it was made of swaps.
 };
 
 /** Thrown when a poll says that the work is to end. */
 struct Interrupted {};
+
+/** Thrown where an operation fails. */
+struct Failed {
+  int32_t status;
+};
 
 /** Counts the polls of the attention check; the poll number `limit` (from 1) interrupts. */
 struct Polls {
@@ -118,6 +131,10 @@ struct Polls {
 
 /** 32-bit sums and differences that wrap around. */
 constexpr int32_t wrap(int64_t value) { return static_cast<int32_t>(static_cast<uint32_t>(value)); }
+
+/** The size and the elements of a vector by the signed numbers that the operations count in. */
+int32_t sizeOf(const auto &vector) { return static_cast<int32_t>(vector.size()); }
+auto &at(auto &vector, int32_t i) { return vector[static_cast<size_t>(i)]; }
 
 /** Whether a > b where both are read as unsigned 32-bit numbers. */
 inline bool aboveUnsigned(int32_t a, int32_t b) { return static_cast<uint32_t>(a) > static_cast<uint32_t>(b); }

@@ -1,6 +1,5 @@
 #pragma once
-// Swap character sets and string expansion, step by step and slow. The library is compared with this; it must never
-// ship.
+// Swap character sets, step by step and slow. The library is compared with this; it must never ship.
 
 #include <algorithm>
 #include <cstdint>
@@ -28,15 +27,6 @@ struct OneToTwo {
 };
 struct TwoToTwo {
   Code fromFirst, fromSecond, toFirst, toSecond;
-};
-
-/// A position of a reading: its candidates' codes.
-using Position = Codes;
-using Reading = std::vector<Position>;
-
-struct Expansion {
-  std::vector<Reading> variants;
-  std::vector<std::vector<std::int32_t>> positions;
 };
 
 /// Whether the pair is refused as a swap: equal, or the shorter in the longer, but for its very end.
@@ -171,40 +161,6 @@ class SwapSet {
            table[static_cast<std::size_t>(indexes[a])][static_cast<std::size_t>(indexes[b])];
   }
 
-  bool isMatchMulti(Code a, const Position &candidates) const {
-    return std::any_of(candidates.begin(), candidates.end(), [&](Code b) { return isMatchChar(a, b); });
-  }
-
-  /// Every variant of the reading, whose first character stands at position p.
-  Expansion expand(const Reading &s, std::int32_t p = 0) const {
-    Expansion result;
-    if (s.empty()) {
-      result.variants.emplace_back();
-      return result;
-    }
-    const Expansion one = expand(Reading(s.begin() + 1, s.end()), p + 1);
-    append(result, {s[0]}, {p}, one);
-    for (const OneToTwo &r : oneToTwo) {
-      if (isMatchMulti(r.single, s[0])) {
-        append(result, {{emptyCode, r.pairFirst}, {emptyCode, r.pairSecond}}, {p, p}, one);
-      }
-    }
-    if (s.size() >= 2) {
-      const Expansion two = expand(Reading(s.begin() + 2, s.end()), p + 2);
-      for (const TwoToTwo &r : twoToTwo) {
-        if (isMatchMulti(r.fromFirst, s[0]) && isMatchMulti(r.fromSecond, s[1])) {
-          append(result, {{emptyCode, r.toFirst}, {emptyCode, r.toSecond}}, {p, p + 1}, two);
-        }
-      }
-      for (const OneToTwo &r : oneToTwo) {
-        if (isMatchMulti(r.pairFirst, s[0]) && isMatchMulti(r.pairSecond, s[1])) {
-          append(result, {{emptyCode, r.single}}, {p}, two);
-        }
-      }
-    }
-    return result;
-  }
-
  private:
   void makeTable() {
     const std::size_t numCharacters = distinct.size();
@@ -265,20 +221,6 @@ class SwapSet {
       }
     }
     return merged;
-  }
-
-  static void append(Expansion &result, const Reading &head, const std::vector<std::int32_t> &headPositions,
-                     const Expansion &tail) {
-    for (std::size_t k = 0; k < tail.variants.size(); ++k) {
-      Reading variant = head;
-      variant.insert(variant.end(), tail.variants[k].begin(), tail.variants[k].end());
-      result.variants.push_back(variant);
-      std::vector<std::int32_t> positions = headPositions;
-      if (k < tail.positions.size()) {
-        positions.insert(positions.end(), tail.positions[k].begin(), tail.positions[k].end());
-      }
-      result.positions.push_back(positions);
-    }
   }
 };
 

@@ -32,6 +32,10 @@ inline void require(qsys_status status) {
   X(qstd_wstring, wchar_t)                                                              \
   X(qstd_vector_qstd_wstring, qstd_wstring)                                             \
   X(qstd_vector_qstd_span32, qstd_span32)                                               \
+  X(qstd_vector_qstd_token, qstd_token)                                                 \
+  X(qstd_vector_qstd_tokenMulti, qstd_tokenMulti)                                       \
+  X(qstd_vector_qstd_tokenMatcherResult, qstd_tokenMatcherResult)                       \
+  X(qstd_vector_qstd_tokenMatcherResultWord, qstd_tokenMatcherResultWord)               \
   X(qstd_vector_qoc_ocrDictionaryChar, qoc_ocrDictionaryChar)                           \
   X(qstd_vector_vector_qoc_ocrDictionaryChar, qstd_vector_qoc_ocrDictionaryChar)        \
   X(qstd_vector_qoc_ocrDictionaryCharMulti, qoc_ocrDictionaryCharMulti)                 \
@@ -52,6 +56,11 @@ inline void require(qsys_status status) {
 /// Every object type with a default constructor.
 #define QOC_TEST_OBJECTS(X)             \
   X(qstd_span32)                        \
+  X(qstd_token)                         \
+  X(qstd_tokenMulti)                    \
+  X(qstd_tokenMatcherResult)            \
+  X(qstd_tokenMatcherResultWord)        \
+  X(qstd_regex)                         \
   X(qoc_ocrDictionaryChar)              \
   X(qoc_ocrDictionaryCharMulti)         \
   X(qoc_ocrDictionaryString)            \

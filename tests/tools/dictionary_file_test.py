@@ -64,7 +64,7 @@ class DictionaryFileTest(ProgramTest):
         self.assert_refused({"parameters": {"ranking": "score"}}, " /parameters/ranking: ", '"primary-secondary"')
 
     def test_unknown_keys(self):
-        self.assert_refused({"lexicon": []}, " /lexicon: unknown key; expected one of ", '"lexicons", "parameters"')
+        self.assert_refused({"lexicon": []}, " /lexicon: unknown key; expected one of ", '"lexicons", "fieldings", "swaps", "parameters", "fitParameters"')
         self.assert_refused({"lexicons": [{"word": []}]}, " /lexicons/0/word: unknown key", '"words", "file"')
         self.assert_refused({"parameters": {"max/edits": 1}}, " /parameters/max~1edits: unknown key", '"maxEdits"')
 
@@ -143,14 +143,19 @@ class DictionaryFileTest(ProgramTest):
     def test_the_schema_knows_the_keys(self):
         with open(ROOT / "docs" / "dictionary.schema.json", encoding="utf-8") as file:
             properties = json.load(file)["properties"]
-        parameters = properties["parameters"]["properties"]
-        defaults = {key: parameter["default"] for key, parameter in parameters.items()}
-        self.write("dictionary.json", {"lexicons": [{"words": ["word"]}], "parameters": defaults})
-        self.assertEqual(self.read("word"), "word")
-        self.write("dictionary.json", {"parameters": {"unknown": 1}})
+        self.assert_known_keys({"unknown": 1}, properties)
+        self.assert_known_keys({"swaps": {"unknown": 1}}, properties["swaps"]["properties"])
+        for section in ("parameters", "fitParameters"):
+            parameters = properties[section]["properties"]
+            defaults = {key: parameter["default"] for key, parameter in parameters.items()}
+            self.write("dictionary.json", {"lexicons": [{"words": ["word"]}], section: defaults})
+            self.assertEqual(self.read("word"), "word")
+            self.assert_known_keys({section: {"unknown": 1}}, parameters)
+
+    def assert_known_keys(self, content, keys):
+        self.write("dictionary.json", content)
         _, _, err = self.run_program("run", "-d", "dictionary.json", stdin="")
-        known = {word for word in err.split('"') if word.isalpha()}
-        self.assertEqual(known, set(parameters))
+        self.assertEqual({word for word in err.split('"') if word.isalpha()}, set(keys))
 
 
 if __name__ == "__main__":

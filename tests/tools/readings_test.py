@@ -227,7 +227,7 @@ class ReadingsTest(ProgramTest):
 
 
 class JsonOutputTest(ProgramTest):
-    FIELDS = {"isComputed": bool, "given": list, "dictionaryString": str, "dictionaryCharacters": list,
+    FIELDS = {"text": str, "isComputed": bool, "given": list, "dictionaryString": str, "dictionaryCharacters": list,
               "resultStringStatus": list, "statusWRTInputStringSwapChar": list, "resultStringLineStatus": str,
               "deleted": list, "numIgnoredPrefixCharacters": int, "numIgnoredSuffixCharacters": int,
               "startFieldIndex": int, "scoreStatusMask": int, "mode": str, "givenSwap": list, "inputIndices": list,
@@ -237,7 +237,7 @@ class JsonOutputTest(ProgramTest):
 
     def test_every_field(self):
         answer, = self.run_json("-d", self.dictionary("word", maxEdits=1), stdin='{"id":"x","text":"ward"}\n')
-        self.assertEqual(list(answer), ["type", "version", "file", "line", "id", "text", "results"])
+        self.assertEqual(list(answer), ["type", "version", "file", "line", "id", "text", "leftOut", "results"])
         self.assertEqual((answer["type"], answer["version"], answer["file"], answer["line"], answer["id"],
                           answer["text"]), ("reading", 1, "standard input", 1, "x", "ward"))
         result, = answer["results"]

@@ -3,7 +3,7 @@
 import re
 import unittest
 
-from program import ProgramTest, ROOT
+from program import ProgramTest
 
 
 class UsageTest(ProgramTest):
@@ -21,12 +21,6 @@ class UsageTest(ProgramTest):
             self.assertIn(option, out)
         for default in ("default 0", "default 1", "default 2147483647", "default edits", "default auto"):
             self.assertIn(default, re.sub(r"\s+", " ", out))
-
-    def test_the_man_page_names_the_same_options(self):
-        _, out, _ = self.run_program("run", "--help")
-        helped = set(re.findall(r"--[a-z-]+", out)) | {"--version"}
-        page = (ROOT / "docs" / "qoc.1").read_text(encoding="utf-8")
-        self.assertEqual({"-" + name for name in re.findall(r"Fl (-[a-z-]+)", page)}, helped)
 
     def test_version(self):
         code, out, err = self.run_program("--version")

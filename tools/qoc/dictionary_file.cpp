@@ -1,5 +1,6 @@
 #include "dictionary_file.hpp"
 
+#include "fit_parameters.hpp"
 #include "line_reader.hpp"
 #include "run_parameters.hpp"
 #include "trouble.hpp"
@@ -18,22 +19,33 @@ constexpr Section sections[] = {QOC_DICTIONARY_SECTIONS(QOC_DICTIONARY_SECTION)}
 
 } // namespace
 
-void readParameters(const JsonNode &node, DictionaryFile &into) { readRunParameters(node, *into.params.get()); }
+void readParameters(const JsonNode &node, DictionaryFile &into) {
+  readParameterObject(node, runParameters, *into.params.get());
+}
 
-void readDictionaryFile(const std::string &path, DictionaryFile &into) {
-  const std::string name = path == "-" ? "standard input" : path;
+void readFitParameters(const JsonNode &node, DictionaryFile &into) {
+  readParameterObject(node, fitParameters, *into.fitParams.get());
+}
+
+void readDictionaryFile(const std::string &path, DictionaryFile &into, std::vector<std::string> *faults) {
+  into.name = path == "-" ? "standard input" : path;
   into.directory = path == "-" ? std::filesystem::path() : std::filesystem::path(path).parent_path();
-  const Json document = parseJson(readWhole(path), name);
-  const JsonNode root(document, name);
+  const Json document = parseJson(readWhole(path), into.name);
+  const JsonNode root(document, into.name, faults);
 #define QOC_DICTIONARY_KEY(key, read) key,
-  root.requireObject({QOC_DICTIONARY_SECTIONS(QOC_DICTIONARY_KEY)});
+  root.attempt([&] { root.requireObject({QOC_DICTIONARY_SECTIONS(QOC_DICTIONARY_KEY)}); });
 #undef QOC_DICTIONARY_KEY
   for (const Section &section : sections) {
-    if (root.has(section.key)) section.read(root.member(section.key), into);
+    if (root.has(section.key)) root.attempt([&] { section.read(root.member(section.key), into); });
   }
+}
+
+void requireEntries(const DictionaryFile &file) {
   qsys_bool isEmpty = 0;
-  check(qoc_ocrDictionary_getIsEmpty(into.dictionary.get(), &isEmpty), name);
-  if (isEmpty) root.fail("the dictionary has no entries; expected \"lexicons\" with at least one word list");
+  check(qoc_ocrDictionary_getIsEmpty(file.dictionary.get(), &isEmpty), file.name);
+  if (isEmpty != 0) {
+    throw Trouble(file.name + ": the dictionary has no entries; expected at least one in \"lexicons\" or \"fieldings\"");
+  }
 }
 
 } // namespace qoc::program

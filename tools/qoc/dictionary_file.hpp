@@ -6,7 +6,9 @@
 #include "objects.hpp"
 
 #include <filesystem>
+#include <span>
 #include <string>
+#include <vector>
 
 namespace qoc::program {
 
@@ -14,13 +16,21 @@ namespace qoc::program {
 struct DictionaryFile {
   Dictionary dictionary;
   RunParams params;                ///< The defaults, and over them what the file says.
+  FitParams fitParams;             ///< The same for the fielding run.
+  std::string name;                ///< What messages call the file.
   std::filesystem::path directory; ///< Where the file lies; paths in it start there.
+
+  std::span<const qoc_ocrDictionaryLineFielding> lines() const { return elements(dictionary->fieldings); }
 };
 
-/// The keys of the file's outermost object, and what reads each: its own file, and one line here.
+/// The keys of the file's outermost object, and what reads each: its own file, and one line here. They are read in
+/// this order, whatever theirs is in the file.
 #define QOC_DICTIONARY_SECTIONS(X)                                                                                     \
   X("lexicons", readLexicons)                                                                                          \
-  X("parameters", readParameters)
+  X("fieldings", readFieldings)                                                                                        \
+  X("swaps", readSwaps)                                                                                                \
+  X("parameters", readParameters)                                                                                      \
+  X("fitParameters", readFitParameters)
 
 #define QOC_DECLARE_DICTIONARY_SECTION(key, read) void read(const JsonNode &node, DictionaryFile &into);
 QOC_DICTIONARY_SECTIONS(QOC_DECLARE_DICTIONARY_SECTION)
@@ -28,6 +38,11 @@ QOC_DICTIONARY_SECTIONS(QOC_DECLARE_DICTIONARY_SECTION)
 
 /// Reads a dictionary file ("-" is standard input). Throws Trouble that names the file, and the line and
 /// column or the JSON path.
-void readDictionaryFile(const std::string &path, DictionaryFile &into);
+/// @param faults where not null, takes the messages of all faults of a file that is JSON, instead of throwing the first;
+/// what is read then is of no use if there are any
+void readDictionaryFile(const std::string &path, DictionaryFile &into, std::vector<std::string> *faults = nullptr);
+
+/// Throws Trouble where the file has nothing that a reading could be matched with.
+void requireEntries(const DictionaryFile &file);
 
 } // namespace qoc::program

@@ -4,6 +4,7 @@
 #include "text.hpp"
 #include "trouble.hpp"
 
+#include <optional>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
@@ -68,22 +69,34 @@ private:
 void readWordFile(const JsonNode &node, const std::filesystem::path &directory, WordList &words) {
   const std::string &name = node.string("the path of a text file with one word a line");
   if (name.empty()) node.failExpected("the path of a text file with one word a line");
-  try {
-    LineReader reader((directory / name).string());
-    const auto place = [&](std::size_t line) { return reader.name() + ":" + std::to_string(line); };
-    for (std::string line; reader.next(line);) {
-      dropCarriageReturn(line);
-      words.add(line, reader.lineNumber(), place);
+  const auto inFile = [&](const auto &part) {
+    try {
+      part();
+    } catch (const Trouble &trouble) {
+      throw Trouble(std::string(trouble.what()) + " (" + node.where() + ")");
     }
-  } catch (const Trouble &trouble) {
-    throw Trouble(std::string(trouble.what()) + " (" + node.where() + ")");
+  };
+  std::optional<LineReader> reader;
+  inFile([&] { reader.emplace((directory / name).string()); });
+  const auto place = [&](std::size_t line) { return reader->name() + ":" + std::to_string(line); };
+  std::string line;
+  const auto hasNext = [&] {
+    bool hasLine = false;
+    inFile([&] { hasLine = reader->next(line); });
+    return hasLine;
+  };
+  while (hasNext()) {
+    dropCarriageReturn(line);
+    node.attempt([&] { inFile([&] { words.add(line, reader->lineNumber(), place); }); });
   }
 }
 
 void readWords(const JsonNode &node, WordList &words) {
   const std::size_t n = node.requireArray("an array of words");
   const auto place = [&](std::size_t index) { return node.element(index).where(); };
-  for (std::size_t i = 0; i < n; ++i) words.add(node.element(i).string("a word, as a string"), i, place);
+  for (std::size_t i = 0; i < n; ++i) {
+    node.attempt([&] { words.add(node.element(i).string("a word, as a string"), i, place); });
+  }
 }
 
 bool readMayRepeat(const JsonNode &lexicon) {
@@ -95,6 +108,16 @@ bool readMayRepeat(const JsonNode &lexicon) {
   return choice == "skip";
 }
 
+/// Reads a word list into the place where it stays, so that a long list is not copied.
+void readLexicon(const JsonNode &entry, const std::filesystem::path &directory, qoc_ocrDictionaryLexicon *lexicon) {
+  entry.requireObject({"words", "file", "duplicates"});
+  if (entry.has("words") == entry.has("file")) entry.fail("expected either \"words\" or \"file\"");
+  WordList words(readMayRepeat(entry));
+  if (entry.has("words")) readWords(entry.member("words"), words);
+  else readWordFile(entry.member("file"), directory, words);
+  words.moveInto(lexicon, entry.where());
+}
+
 } // namespace
 
 void readLexicons(const JsonNode &node, DictionaryFile &into) {
@@ -102,18 +125,12 @@ void readLexicons(const JsonNode &node, DictionaryFile &into) {
   for (std::size_t i = 0; i < n; ++i) {
     checkInterrupt();
     const JsonNode entry = node.element(i);
-    entry.requireObject({"words", "file", "duplicates"});
-    if (entry.has("words") == entry.has("file")) entry.fail("expected either \"words\" or \"file\"");
-    WordList words(readMayRepeat(entry));
-    if (entry.has("words")) readWords(entry.member("words"), words);
-    else readWordFile(entry.member("file"), into.directory, words);
-    // The entry is made in its place, so that a long list is not copied.
     auto *lexicons = &into.dictionary->lexicons;
     check(qstd_vector_qoc_ocrDictionaryLexicon_resize(lexicons, static_cast<std::int32_t>(i) + 1), entry.where());
     qoc_ocrDictionaryLexicon *lexicon = nullptr;
     check(qstd_vector_qoc_ocrDictionaryLexicon_getElement(lexicons, static_cast<std::int32_t>(i), &lexicon),
           entry.where());
-    words.moveInto(lexicon, entry.where());
+    entry.attempt([&] { readLexicon(entry, into.directory, lexicon); });
   }
 }
 

@@ -31,6 +31,11 @@ extern "C" void onInterrupt(int) {
   errno = saved;
 }
 
+qsys_status onAttention(void *context) {
+  const auto &isStopped = *static_cast<const std::atomic<bool> *>(context);
+  return isInterrupted.load() != 0 || isStopped.load() ? QSYS_STATUS_INTERRUPTED : 0;
+}
+
 } // namespace
 
 InterruptGuard::InterruptGuard() {
@@ -51,8 +56,20 @@ InterruptGuard::~InterruptGuard() {
   close(wakePipe[1]);
 }
 
+ThreadAttention::ThreadAttention(const std::atomic<bool> &isStopped) {
+  // The library hands the context back as it came; the handler only reads it.
+  qsys_attention_setHandler(onAttention, const_cast<std::atomic<bool> *>(&isStopped));
+}
+
+ThreadAttention::~ThreadAttention() { qsys_attention_setHandler(nullptr, nullptr); }
+
 void checkInterrupt() {
   if (isInterrupted.load() != 0) throw Interrupted{};
+}
+
+bool isReadable(int descriptor) {
+  pollfd wait{descriptor, POLLIN, 0};
+  return poll(&wait, 1, 0) > 0;
 }
 
 void waitReadable(int descriptor) {

@@ -2,6 +2,8 @@
 
 /// @file Ctrl-C: it ends the library's work through the attention check, and waiting for input through a pipe.
 
+#include <atomic>
+
 namespace qoc::program {
 
 /// From its construction to its destruction the first SIGINT interrupts cleanly; a second one ends the process as ever.
@@ -13,8 +15,21 @@ public:
   ~InterruptGuard();
 };
 
+/// While it lives, the library's work in the calling thread ends when SIGINT has come, or when it is stopped.
+class ThreadAttention {
+public:
+  /// @param isStopped set by another thread to end the work
+  explicit ThreadAttention(const std::atomic<bool> &isStopped);
+  ThreadAttention(const ThreadAttention &) = delete;
+  ThreadAttention &operator=(const ThreadAttention &) = delete;
+  ~ThreadAttention();
+};
+
 /// Throws Interrupted when SIGINT has come.
 void checkInterrupt();
+
+/// Whether the descriptor can be read without waiting.
+bool isReadable(int descriptor);
 
 /// Waits until the descriptor can be read. Throws Interrupted when SIGINT comes first.
 void waitReadable(int descriptor);

@@ -100,7 +100,7 @@ void JsonNode::requireObject(std::initializer_list<std::string_view> keys) const
   requireObject("an object with keys of " + known);
   for (const auto &[key, unused] : value_.items()) {
     if (std::find(keys.begin(), keys.end(), key) == keys.end()) {
-      member(key).fail("unknown key; expected one of " + known);
+      attempt([&] { member(key).fail("unknown key; expected one of " + known); });
     }
   }
 }
@@ -111,7 +111,7 @@ std::size_t JsonNode::requireArray(const std::string &what) const {
 }
 
 JsonNode JsonNode::member(std::string_view key) const {
-  JsonNode node(*value_.find(key), place_);
+  JsonNode node(*value_.find(key), place_, faults_);
   node.path_ = path_ + "/";
   for (const char character : key) { // As RFC 6901 writes keys.
     if (character == '~') node.path_ += "~0";
@@ -122,7 +122,7 @@ JsonNode JsonNode::member(std::string_view key) const {
 }
 
 JsonNode JsonNode::element(std::size_t index) const {
-  JsonNode node(value_[index], place_);
+  JsonNode node(value_[index], place_, faults_);
   node.path_ = path_ + "/" + std::to_string(index);
   return node;
 }

@@ -2,12 +2,15 @@
 
 /// @file JSON that people or programs wrote: parsing and checking, with messages that say where.
 
+#include "trouble.hpp"
+
 #include <nlohmann/json.hpp>
 
 #include <cstdint>
 #include <initializer_list>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace qoc::program {
 
@@ -24,7 +27,9 @@ class JsonNode {
 public:
   /// @param value outlives the node
   /// @param place what messages start with, such as the file's name
-  JsonNode(const Json &value, std::string place) : value_(value), place_(std::move(place)) {}
+  /// @param faults takes the messages of faults that `attempt` meets; null: the first fault is thrown
+  JsonNode(const Json &value, std::string place, std::vector<std::string> *faults = nullptr)
+      : value_(value), place_(std::move(place)), faults_(faults) {}
 
   const Json &value() const { return value_; }
   /// What messages about this value start with: "FILE: /path".
@@ -34,6 +39,17 @@ public:
   [[noreturn]] void fail(const std::string &message) const;
   /// Throws Trouble that says what was expected instead of this value.
   [[noreturn]] void failExpected(const std::string &expected) const;
+
+  /// Does a part of the reading that others do not depend on: where faults are collected, one in it does not keep the
+  /// rest from being read.
+  template <typename Part> void attempt(const Part &part) const {
+    try {
+      part();
+    } catch (const Trouble &trouble) {
+      if (faults_ == nullptr) throw;
+      faults_->emplace_back(trouble.what());
+    }
+  }
 
   /// Requires an object that has no other keys than these.
   void requireObject(std::initializer_list<std::string_view> keys) const;
@@ -54,6 +70,7 @@ private:
   const Json &value_;
   std::string place_;
   std::string path_;
+  std::vector<std::string> *faults_;
 };
 
 } // namespace qoc::program

@@ -13,7 +13,6 @@ namespace qoc::program {
 namespace {
 
 constexpr std::size_t bufferBytes = std::size_t{1} << 16;
-constexpr const char byteOrderMark[] = "\xEF\xBB\xBF";
 
 int openForReading(const std::string &path, const std::string &name) {
   if (path == "-") return STDIN_FILENO;
@@ -36,7 +35,7 @@ LineReader::~LineReader() {
 }
 
 bool LineReader::fill() {
-  if (beforeWait_) beforeWait_();
+  if (beforeWait_ && !isReadable(descriptor_)) beforeWait_();
   for (;;) {
     waitReadable(descriptor_);
     const ssize_t n = read(descriptor_, buffer_.data(), buffer_.size());
@@ -63,9 +62,13 @@ bool LineReader::next(std::string &line) {
     line.append(first, n);
     begin_ += n + (feed ? 1 : 0);
     numBytes_ += n + (feed ? 1 : 0);
+    endedWithFeed_ = feed != nullptr;
     if (feed) break;
   }
-  if (lineNumber_ == 1 && line.starts_with(byteOrderMark)) line.erase(0, sizeof byteOrderMark - 1);
+  if (lineNumber_ == 1 && line.starts_with(byteOrderMark)) {
+    hadByteOrderMark_ = true;
+    line.erase(0, sizeof byteOrderMark - 1);
+  }
   return hasLine;
 }
 

@@ -1,5 +1,4 @@
-#include "options.hpp"
-#include "run.hpp"
+#include "command_line.hpp"
 
 #include <cstdio>
 #include <exception>
@@ -8,7 +7,7 @@ int main(int argc, char **argv) {
   try {
     int exitCode = 0;
     const auto options = qoc::program::readOptions(argc, argv, exitCode);
-    return options ? qoc::program::run(*options) : exitCode;
+    return options ? options->command(*options) : exitCode;
   } catch (const std::exception &error) {
     std::fprintf(stderr, "qoc: %s\n", error.what());
     return 2;

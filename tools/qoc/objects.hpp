@@ -38,6 +38,21 @@ using RunParams =
     Owned<qoc_ocrDictionaryRunParams, qoc_ocrDictionaryRunParams_construct, qoc_ocrDictionaryRunParams_destruct>;
 using Strings = Owned<qstd_vector_qoc_ocrDictionaryString, qstd_vector_qoc_ocrDictionaryString_constructEmpty,
                       qstd_vector_qoc_ocrDictionaryString_destruct>;
+using CharSets = Owned<qstd_vector_vectorChar32, qstd_vector_vectorChar32_constructEmpty,
+                       qstd_vector_vectorChar32_destruct>;
+using CharSet = Owned<qstd_vectorChar32, qstd_vectorChar32_constructEmpty, qstd_vectorChar32_destruct>;
+using DictionaryString =
+    Owned<qoc_ocrDictionaryString, qoc_ocrDictionaryString_construct, qoc_ocrDictionaryString_destruct>;
+using FitParams = Owned<qoc_ocrDictionaryFieldingRunParams, qoc_ocrDictionaryFieldingRunParams_construct,
+                        qoc_ocrDictionaryFieldingRunParams_destruct>;
+using LineFielding =
+    Owned<qoc_ocrDictionaryLineFielding, qoc_ocrDictionaryLineFielding_construct, qoc_ocrDictionaryLineFielding_destruct>;
+using PositionFielding = Owned<qoc_ocrDictionaryPositionFielding, qoc_ocrDictionaryPositionFielding_construct,
+                               qoc_ocrDictionaryPositionFielding_destruct>;
+using SwapChar = Owned<qoc_swapChar, qoc_swapChar_construct, qoc_swapChar_destruct>;
+using SwapChars = Owned<qstd_vector_qoc_swapChar, qstd_vector_qoc_swapChar_constructEmpty,
+                        qstd_vector_qoc_swapChar_destruct>;
+using SwapCharSet = Owned<qoc_swapCharSet, qoc_swapCharSet_construct, qoc_swapCharSet_destruct>;
 using Integers = Owned<qstd_vector32s, qstd_vector32s_constructEmpty, qstd_vector32s_destruct>;
 
 #define QOC_PROGRAM_ELEMENTS(V, T)                                                                                     \
@@ -49,10 +64,14 @@ using Integers = Owned<qstd_vector32s, qstd_vector32s_constructEmpty, qstd_vecto
   }
 /// The elements of a vector; they stay where they are until the vector changes.
 QOC_PROGRAM_ELEMENTS(qstd_vector32s, std::int32_t)
+QOC_PROGRAM_ELEMENTS(qstd_vectorChar32, Char32)
+QOC_PROGRAM_ELEMENTS(qstd_vector_qoc_swapChar, qoc_swapChar)
+QOC_PROGRAM_ELEMENTS(qstd_vector_qoc_ocrDictionaryLineFielding, qoc_ocrDictionaryLineFielding)
 QOC_PROGRAM_ELEMENTS(qstd_vector_qoc_ocrDictionaryChar, qoc_ocrDictionaryChar)
 QOC_PROGRAM_ELEMENTS(qstd_vector_qoc_ocrDictionaryCharMulti, qoc_ocrDictionaryCharMulti)
 QOC_PROGRAM_ELEMENTS(qstd_vector_qoc_ocrDictionaryPositionStatus, qoc_ocrDictionaryPositionStatus)
 QOC_PROGRAM_ELEMENTS(qstd_vector_qoc_ocrDictionaryResult, qoc_ocrDictionaryResult)
+QOC_PROGRAM_ELEMENTS(qstd_vector_qoc_ocrDictionaryLexicon, qoc_ocrDictionaryLexicon)
 #undef QOC_PROGRAM_ELEMENTS
 
 } // namespace qoc::program

@@ -1,13 +1,15 @@
 #pragma once
 
-/// @file The command line.
+/// @file What the command line asks for.
 
+#include "parameter_table.hpp"
+#include "progress.hpp"
 #include "readings.hpp"
 
+#include <qoc/fielding_run.h>
 #include <qoc/run_params.h>
 
-#include <functional>
-#include <optional>
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -19,15 +21,21 @@ enum class ColorChoice { automatic, always, never };
 struct Options {
   std::string dictionary;
   std::vector<std::string> readings; ///< "-" alone where none is named.
-  ReadingFormat from = ReadingFormat::detect;
+  ReadingOptions input;
+  std::uint64_t skip = 0; ///< Readings to pass over.
+  unsigned jobs = 1;      ///< Threads; 0 is one for each processor.
   ColorChoice color = ColorChoice::automatic;
-  bool isJson = false;
-  /// What is to change in the dictionary file's run parameters.
-  std::vector<std::function<void(qoc_ocrDictionaryRunParams &)>> overrides;
+  ProgressChoice progress = ProgressChoice::automatic;
+  bool isJson = false, isTsv = false;
+  std::string to;           ///< The format that is written back or converted to; empty for none.
+  std::string output;       ///< Where documents and reports go; empty for standard output.
+  bool isEveryLine = false; ///< The fielding run gives a result for each line of the dictionary.
+  std::string id;           ///< The only reading to explain; empty for all.
+  std::string images;       ///< Where pictures lie that readings do not name.
+  std::string title = "What was read, and what it is"; ///< Of a report.
+  Overrides<qoc_ocrDictionaryRunParams> overrides;     ///< What is to change in the dictionary file's run parameters.
+  Overrides<qoc_ocrDictionaryFieldingRunParams> fitOverrides; ///< The same for the fielding run.
+  int (*command)(const Options &options) = nullptr;           ///< What is asked for; gives the exit code.
 };
-
-/// Reads the command line. Help, version and errors are written here.
-/// @return the options, or nothing where the program is to end with `exitCode`
-std::optional<Options> readOptions(int argc, char **argv, int &exitCode);
 
 } // namespace qoc::program

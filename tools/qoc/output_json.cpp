@@ -2,7 +2,10 @@
 
 #include "text.hpp"
 
+#include <algorithm>
+#include <optional>
 #include <unordered_map>
+#include <vector>
 
 namespace qoc::program {
 namespace {
@@ -134,13 +137,61 @@ OrderedJson numbersOf(const qstd_vector32s &numbers) {
   return list;
 }
 
-OrderedJson resultOf(const qoc_ocrDictionaryResult &result, GivenScores &scores) {
+/// The result's text, or null where a position is left open.
+OrderedJson wholeTextOf(const qoc_ocrDictionaryResult &result) {
+  std::string text;
+  for (const Char32 code : resultText(result)) {
+    if (code == QOC_CHAR_EMPTY) return nullptr;
+    appendUtf8(text, code);
+  }
+  return text;
+}
+
+/// What was not handed to the library.
+OrderedJson leftOutOf(const Reading &reading, const Answer &answer) {
+  OrderedJson list = OrderedJson::array();
+  for (const LeftOut &leftOut : answer.leftOut) {
+    const Candidate &candidate = reading.positions[leftOut.position][leftOut.index];
+    OrderedJson entry;
+    entry["position"] = leftOut.position;
+    entry["candidate"] = OrderedJson::array({characterOf(candidate.code), OrderedJson(candidate.givenScore)});
+    list.push_back(std::move(entry));
+  }
+  return list;
+}
+
+/// What a fielding run did at each position of the line.
+/// @param places by position of the line: where it stands in the reading, or -1
+OrderedJson linePositionsOf(const qoc_ocrDictionaryResult &result, const Reading &reading,
+                            std::span<const std::int32_t> places) {
+  const auto statuses = elements(result.resultStringStatus);
+  const std::vector<Char32> text = resultText(result);
+  OrderedJson list = OrderedJson::array();
+  for (std::size_t i = 0; i < std::min(statuses.size(), text.size()); ++i) {
+    const bool isRead = i < places.size() && places[i] >= 0;
+    const auto input = isRead ? static_cast<std::size_t>(places[i]) : 0;
+    OrderedJson entry;
+    entry["input"] = isRead ? OrderedJson(input) : OrderedJson(nullptr);
+    entry["read"] = isRead ? characterOf(reading.positions[input].front().code) : OrderedJson(nullptr);
+    entry["character"] = characterOf(text[i]);
+    entry["status"] = statusOf(statuses[i]);
+    list.push_back(std::move(entry));
+  }
+  return list;
+}
+
+/// @param line the index of the line that a fielding run placed; null for other runs
+OrderedJson resultOf(const qoc_ocrDictionaryResult &result, const Reading &reading, const std::size_t *line,
+                     GivenScores &scores) {
   Integers indices; // By position of the result: where it stands in the input.
   if (result.isComputed) {
     check(qoc_ocrDictionaryResult_getInputStringIndicesOfResultStringCharacters(&result, indices.get()), "a result");
   }
   const std::span<const std::int32_t> places = elements(*indices.get());
   OrderedJson object;
+  if (line != nullptr) object["fielding"] = *line;
+  object["text"] = wholeTextOf(result);
+  if (line != nullptr) object["positions"] = linePositionsOf(result, reading, places);
   object["isComputed"] = result.isComputed != 0;
   object["mode"] = modeOf(result.mode);
   object["dictionaryString"] = textOf(result.dictionaryString);
@@ -172,7 +223,18 @@ OrderedJson resultOf(const qoc_ocrDictionaryResult &result, GivenScores &scores)
 
 } // namespace
 
-std::string describeAsJson(const Reading &reading, const qoc_ocrDictionaryResultSet &results) {
+void addCompanions(nlohmann::ordered_json &object, const Reading &reading) {
+  if (reading.box) object["box"] = describeBox(*reading.box);
+  if (!reading.boxes.empty()) {
+    OrderedJson &boxes = object["boxes"] = OrderedJson::array();
+    for (const std::optional<Box> &box : reading.boxes) {
+      boxes.push_back(box ? OrderedJson(describeBox(*box)) : OrderedJson());
+    }
+  }
+  if (!reading.image.empty()) object["image"] = reading.image;
+}
+
+std::string describeAsJson(const Reading &reading, const Answer &answer) {
   GivenScores scores(reading);
   OrderedJson object;
   object["type"] = "reading";
@@ -181,8 +243,14 @@ std::string describeAsJson(const Reading &reading, const qoc_ocrDictionaryResult
   object["line"] = reading.line;
   object["id"] = reading.id;
   object["text"] = reading.text();
+  addCompanions(object, reading);
+  object["leftOut"] = leftOutOf(reading, answer);
   OrderedJson &list = object["results"] = OrderedJson::array();
-  for (const qoc_ocrDictionaryResult &result : elements(results.results)) list.push_back(resultOf(result, scores));
+  for (const qoc_ocrDictionaryResult &result : elements(answer.results->results)) {
+    const std::size_t i = list.size();
+    const std::size_t *line = i < answer.lines.size() ? &answer.lines[i] : nullptr;
+    list.push_back(resultOf(result, reading, line, scores));
+  }
   // A file's name need not be UTF-8; everything else is.
   return object.dump(-1, ' ', false, OrderedJson::error_handler_t::replace) + "\n";
 }

@@ -1,5 +1,6 @@
 #include "output.hpp"
 
+#include "marks.hpp"
 #include "text.hpp"
 
 #include <algorithm>
@@ -11,47 +12,18 @@ namespace {
 constexpr std::size_t idWidth = 8, textWidth = 27, editsWidth = 5;
 constexpr std::size_t maxShown = 60; ///< Longer texts are cut, so that a line stays a line.
 
-struct Mark {
-  qoc_ocrDictionaryPositionStatus status;
-  char mark;
-  const char *color; ///< As a terminal takes it.
-  const char *meaning;
-};
-
-constexpr Mark marks[] = {
-    {qoc_ocrDictionaryPositionStatus_primary, '.', "32", "first candidate"},
-    {qoc_ocrDictionaryPositionStatus_primarySwap, '~', "36", "first candidate, swapped"},
-    {qoc_ocrDictionaryPositionStatus_secondary, ':', "34", "another candidate"},
-    {qoc_ocrDictionaryPositionStatus_secondarySwap, ';', "35", "another candidate, swapped"},
-    {qoc_ocrDictionaryPositionStatus_substituted, 'x', "31", "substituted"},
-    {qoc_ocrDictionaryPositionStatus_substitutedSpace, '_', "31", "substituted by a space"},
-    {qoc_ocrDictionaryPositionStatus_noMatch, '!', "31", "no match"},
-    {qoc_ocrDictionaryPositionStatus_inserted, '+', "33", "inserted"},
-    {qoc_ocrDictionaryPositionStatus_deleted, '-', "33", "deleted"},
-    {qoc_ocrDictionaryPositionStatus_deletedIgnored, ',', "90", "ignored"},
-};
-
-const Mark &markOf(qoc_ocrDictionaryPositionStatus status) {
-  const auto *found = std::find_if(std::begin(marks), std::end(marks),
-                                   [&](const Mark &mark) { return mark.status == status; });
-  return found == std::end(marks) ? marks[qoc_ocrDictionaryPositionStatus_noMatch - 1] : *found;
-}
-
 /// A text that is built cell by cell; counts characters, not bytes, and leaves colours out of the count.
 class Row {
 public:
   explicit Row(bool isColored) : isColored_(isColored) {}
 
-  /// Adds a character; control characters are shown by their pictures, so that no text commands the terminal.
+  /// Adds a character, in its visible form.
   void add(Char32 code, const char *color = nullptr) {
     if (isColored_ && color != color_) {
       text_ += color ? std::string("\x1b[") + color + "m" : "\x1b[0m";
       color_ = color;
     }
-    if (code < 0x20) code += 0x2400;
-    else if (code == 0x7F) code = 0x2421;
-    else if (code >= 0x80 && code < 0xA0) code = 0xFFFD;
-    appendUtf8(text_, code);
+    appendUtf8(text_, visible(code));
     ++size_;
   }
   void add(const std::string &text) {
@@ -102,30 +74,44 @@ void addCell(Row &row, const std::string &text, std::size_t width) {
   row.endCell(start, width);
 }
 
-std::vector<Char32> codesOf(const qoc_ocrDictionaryString &string) {
-  std::vector<Char32> codes;
-  for (const qoc_ocrDictionaryChar &character : elements(string.characters)) {
-    codes.push_back(character.code == QOC_CHAR_EMPTY ? 0x2205 : character.code);
-  }
+std::vector<Char32> shownText(const qoc_ocrDictionaryResult &result) {
+  std::vector<Char32> codes = resultText(result);
+  std::replace(codes.begin(), codes.end(), Char32{QOC_CHAR_EMPTY}, Char32{0x2205});
   return codes;
 }
 
-/// How messages call a reading: by its id where it has one, else by its line.
-std::string nameOf(const Reading &reading) {
-  if (reading.id.is_null()) return std::to_string(reading.line);
-  return reading.id.is_string() ? reading.id.get<std::string>() : reading.id.dump();
-}
-
-std::string modeOf(qoc_ocrDictionaryMode mode) {
-  switch (mode) {
-  case qoc_ocrDictionaryMode_lexicon: return "words";
-  case qoc_ocrDictionaryMode_fielding: return "fielding";
-  case qoc_ocrDictionaryMode_regularExpression: return "pattern";
-  default: return "";
+/// A line that names what was not handed to the library; none where that is nothing.
+std::string describeLeftOut(const Reading &reading, const Answer &answer) {
+  if (answer.leftOut.empty()) return "";
+  Row row(false);
+  addCell(row, "", idWidth);
+  row.add("left out, beyond 7 bits:");
+  for (const LeftOut &leftOut : answer.leftOut) {
+    row.add(&leftOut == &answer.leftOut.front() ? " " : ", ");
+    row.add(reading.positions[leftOut.position][leftOut.index].code);
+    row.add(" at " + std::to_string(leftOut.position + 1));
   }
+  return row.finish();
 }
 
 } // namespace
+
+std::vector<Char32> resultText(const qoc_ocrDictionaryResult &result) {
+  std::vector<Char32> codes;
+  if (result.mode == qoc_ocrDictionaryMode_lexicon) {
+    for (const qoc_ocrDictionaryChar &character : elements(result.dictionaryString.characters)) {
+      codes.push_back(character.code);
+    }
+    return codes;
+  }
+  for (const qoc_ocrDictionaryCharMulti &position : elements(result.valid.positions)) {
+    const std::span<const qoc_ocrDictionaryChar> candidates = elements(position.candidates);
+    const bool isOpen = candidates.empty() || candidates.front().code == QOC_CHAR_ANY ||
+                        candidates.front().code == QOC_CHAR_ANY_NONSPACE;
+    codes.push_back(isOpen ? Char32{QOC_CHAR_EMPTY} : candidates.front().code);
+  }
+  return codes;
+}
 
 std::string tableHead() {
   Row row(false);
@@ -137,19 +123,21 @@ std::string tableHead() {
   return row.finish();
 }
 
-std::string describeAsTable(const Reading &reading, const qoc_ocrDictionaryResultSet &results, bool isColored) {
+std::string describeAsTable(const Reading &reading, const Answer &answer, bool isColored) {
   std::vector<Char32> text;
   for (const std::vector<Candidate> &candidates : reading.positions) text.push_back(candidates.front().code);
   std::string lines;
-  for (const qoc_ocrDictionaryResult &result : elements(results.results)) {
+  std::size_t i = 0;
+  for (const qoc_ocrDictionaryResult &result : elements(answer.results->results)) {
     Row row(isColored);
-    addCell(row, lines.empty() ? nameOf(reading) : "", idWidth);
+    addCell(row, lines.empty() ? reading.name() : "", idWidth);
     const Statuses inputStatuses = elements(result.statusWRTInputStringSwapChar);
     const Statuses resultStatuses = elements(result.resultStringStatus);
     addText(row, text, inputStatuses, textWidth);
-    addText(row, codesOf(result.dictionaryString), resultStatuses, textWidth);
+    addText(row, shownText(result), resultStatuses, textWidth);
     addCell(row, std::to_string(result.numEdits), editsWidth);
-    addCell(row, modeOf(result.mode), 9);
+    addCell(row, i < answer.lines.size() ? "line " + std::to_string(answer.lines[i] + 1) : sourceName(result.mode), 9);
+    ++i;
     addMarks(row, inputStatuses);
     row.add(" / ");
     addMarks(row, resultStatuses);
@@ -157,20 +145,21 @@ std::string describeAsTable(const Reading &reading, const qoc_ocrDictionaryResul
   }
   if (lines.empty()) {
     Row row(isColored);
-    addCell(row, nameOf(reading), idWidth);
+    addCell(row, reading.name(), idWidth);
     addText(row, text, {}, textWidth);
     row.add("no result");
     lines = row.finish();
   }
-  return lines;
+  return lines + describeLeftOut(reading, answer);
 }
 
-std::string tableLegend() {
-  std::string legend;
-  for (const Mark &mark : marks) {
-    legend += std::string("  ") + mark.mark + "  " + mark.meaning + "\n";
+const char *sourceName(qoc_ocrDictionaryMode mode) {
+  switch (mode) {
+  case qoc_ocrDictionaryMode_lexicon: return "words";
+  case qoc_ocrDictionaryMode_fielding: return "fielding";
+  case qoc_ocrDictionaryMode_regularExpression: return "pattern";
+  default: return "";
   }
-  return legend;
 }
 
 } // namespace qoc::program

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <string>
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -12,10 +13,19 @@ namespace {
 constexpr std::uint64_t barWidth = 30;
 constexpr std::chrono::milliseconds interval{100};
 
+/// Minutes and seconds, with hours where there are any.
+std::string shownDuration(double seconds) {
+  const auto whole = static_cast<unsigned long long>(std::min(seconds, 359999.0) + 0.5);
+  char text[32];
+  if (whole < 3600) std::snprintf(text, sizeof text, "%llu:%02llu", whole / 60, whole % 60);
+  else std::snprintf(text, sizeof text, "%llu:%02llu:%02llu", whole / 3600, whole / 60 % 60, whole % 60);
+  return text;
+}
+
 } // namespace
 
-ProgressBar::ProgressBar(const std::vector<std::string> &paths) {
-  if (isatty(STDERR_FILENO) == 0 || isatty(STDOUT_FILENO) != 0) return;
+ProgressBar::ProgressBar(const std::vector<std::string> &paths, ProgressChoice choice) {
+  if (choice == ProgressChoice::never || isatty(STDERR_FILENO) == 0 || isatty(STDOUT_FILENO) != 0) return;
   for (const std::string &path : paths) {
     struct stat status {};
     const int failed = path == "-" ? fstat(STDIN_FILENO, &status) : stat(path.c_str(), &status);
@@ -25,7 +35,7 @@ ProgressBar::ProgressBar(const std::vector<std::string> &paths) {
   isActive_ = totalBytes_ > 0;
 }
 
-void ProgressBar::show(std::uint64_t numBytes, std::uint64_t numReadings) {
+void ProgressBar::show(std::uint64_t numBytes, std::uint64_t numReadings, std::uint64_t numWithResult) {
   if (!isActive_) return;
   const auto now = std::chrono::steady_clock::now();
   if (now < next_) return;
@@ -33,8 +43,14 @@ void ProgressBar::show(std::uint64_t numBytes, std::uint64_t numReadings) {
   const std::uint64_t done = std::min(numBytes, totalBytes_);
   const std::uint64_t numFull = barWidth * done / totalBytes_;
   const std::string bar = std::string(numFull, '#') + std::string(barWidth - numFull, ' ');
-  std::fprintf(stderr, "\r[%s] %3llu %%  %llu readings\x1b[K", bar.c_str(),
-               static_cast<unsigned long long>(100 * done / totalBytes_), static_cast<unsigned long long>(numReadings));
+  const double seconds = std::chrono::duration<double>(now - start_).count();
+  const double share = static_cast<double>(done) / static_cast<double>(totalBytes_);
+  const double secondsLeft = share > 0 ? seconds * (1 - share) / share : 0;
+  std::fprintf(stderr, "\r[%s] %3.0f %%  %llu readings, %.0f/s, %.1f %% with a result, %s left\x1b[K", bar.c_str(),
+               100 * share, static_cast<unsigned long long>(numReadings),
+               seconds > 0 ? static_cast<double>(numReadings) / seconds : 0.0,
+               numReadings > 0 ? 100.0 * static_cast<double>(numWithResult) / static_cast<double>(numReadings) : 0.0,
+               shownDuration(secondsLeft).c_str());
   std::fflush(stderr);
   isShown_ = true;
 }

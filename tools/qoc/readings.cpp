@@ -1,9 +1,11 @@
 #include "readings.hpp"
 
+#include "page_document.hpp"
 #include "text.hpp"
 #include "trouble.hpp"
 
 #include <cmath>
+#include <filesystem>
 #include <limits>
 
 namespace qoc::program {
@@ -25,13 +27,22 @@ void readText(const std::string &text, const std::string &place, Reading &readin
   }
 }
 
-std::int32_t readScore(const JsonNode &node) {
-  if (!node.value().is_number()) node.failExpected("a score, as a number");
-  const double scaled = std::round(node.value().get<double>() * scoreUnitsPerPoint);
+/// A score as the library gets it, where it can.
+std::optional<std::int32_t> inUnits(double score) {
+  const double scaled = std::round(score * scoreUnitsPerPoint);
   if (!(scaled >= std::numeric_limits<std::int32_t>::min() && scaled <= std::numeric_limits<std::int32_t>::max())) {
-    node.failExpected("a score from -21474836.48 to 21474836.47");
+    return std::nullopt;
   }
   return static_cast<std::int32_t>(scaled);
+}
+
+constexpr const char *scoreRange = "a score from -21474836.48 to 21474836.47";
+
+std::int32_t readScore(const JsonNode &node) {
+  if (!node.value().is_number()) node.failExpected("a score, as a number");
+  const std::optional<std::int32_t> units = inUnits(node.value().get<double>());
+  if (!units) node.failExpected(scoreRange);
+  return *units;
 }
 
 Candidate readCandidate(const JsonNode &node) {
@@ -58,11 +69,46 @@ void readPositions(const JsonNode &node, Reading &reading) {
   }
 }
 
+Box readBox(const JsonNode &node) {
+  const std::string shape = "a box, as [LEFT, TOP, RIGHT, BOTTOM]";
+  if (node.requireArray(shape) != 4) node.failExpected(shape);
+  double sides[4];
+  for (std::size_t i = 0; i < 4; ++i) {
+    const JsonNode side = node.element(i);
+    if (!side.value().is_number()) side.failExpected("a number");
+    sides[i] = side.value().get<double>();
+  }
+  return {sides[0], sides[1], sides[2], sides[3]};
+}
+
+/// What comes beside the characters: boxes, the picture, and what stood there.
+void readCompanions(const JsonNode &root, Reading &reading) {
+  if (root.has("box")) reading.box = readBox(root.member("box"));
+  if (root.has("boxes")) {
+    const JsonNode boxes = root.member("boxes");
+    if (boxes.requireArray("an array with a box or null for each position") != reading.positions.size()) {
+      boxes.fail("found " + std::to_string(boxes.value().size()) + " boxes; expected one for each of the " +
+                 std::to_string(reading.positions.size()) + " positions");
+    }
+    for (std::size_t i = 0; i < boxes.value().size(); ++i) {
+      const JsonNode box = boxes.element(i);
+      reading.boxes.push_back(box.value().is_null() ? std::nullopt : std::optional(readBox(box)));
+    }
+  }
+  if (root.has("image")) {
+    reading.image = pathBeside(reading.file, root.member("image").string("the path of a picture, as a string"));
+  }
+  // These two are people's own keys; what does not look like ours is passed over as any other key is.
+  for (const auto &[key, target] : {std::pair("truth", &reading.truth), std::pair("kind", &reading.kind)}) {
+    if (root.has(key) && root.member(key).value().is_string()) *target = root.member(key).value();
+  }
+}
+
 void readObject(const std::string &line, const LineReader &reader, Reading &reading) {
   const Json document = parseJson(line, reader.name(), reader.lineNumber());
   const JsonNode root(document, reader.place());
   root.requireObject("a reading, as an object with \"positions\" or \"text\"");
-  if (root.has("id")) {
+  if (root.has("id") && !root.member("id").value().is_null()) {
     const JsonNode id = root.member("id");
     if (!id.value().is_string() && !id.value().is_number()) id.failExpected("a string or a number");
     reading.id = id.value();
@@ -75,9 +121,120 @@ void readObject(const std::string &line, const LineReader &reader, Reading &read
   } else {
     root.fail("neither \"positions\" nor \"text\"; expected one of them");
   }
+  readCompanions(root, reading);
+}
+
+/// A reading a line.
+class LinesReader : public FormatReader {
+public:
+  /// @param first the line that was read to see what the file is
+  LinesReader(LineReader &lines, bool isJson, std::string first)
+      : lines_(lines), isJson_(isJson), line_(std::move(first)) {}
+
+  bool next(Reading &reading) override {
+    while (hasLine_ || lines_.next(line_)) {
+      hasLine_ = false;
+      if (isJson_ && line_.find_first_not_of(whiteSpace) == std::string::npos) continue;
+      reading.line = lines_.lineNumber();
+      if (isJson_) {
+        readObject(line_, lines_, reading);
+      } else {
+        dropCarriageReturn(line_);
+        readText(line_, lines_.place(), reading);
+      }
+      return true;
+    }
+    return false;
+  }
+
+private:
+  LineReader &lines_;
+  bool isJson_;
+  std::string line_;
+  bool hasLine_ = true;
+};
+
+/// The lines or words of a document.
+class DocumentReader : public FormatReader {
+public:
+  explicit DocumentReader(std::shared_ptr<PageDocument> document) : document_(std::move(document)) {}
+
+  bool next(Reading &reading) override {
+    if (index_ == document_->numReadings()) return false;
+    document_->getReading(index_++, reading);
+    reading.document = document_;
+    return true;
+  }
+
+private:
+  std::shared_ptr<PageDocument> document_;
+  std::size_t index_ = 0;
+};
+
+/// Whether a first line begins a document of XML rather than a reading that happens to begin with "<".
+bool isXmlStart(const std::string &line) {
+  if (line.starts_with("\xFF\xFE") || line.starts_with("\xFE\xFF")) return true; // Refused later, with a reason.
+  const std::size_t first = line.find_first_not_of(whiteSpace);
+  if (first == std::string::npos || line[first] != '<') return false;
+  for (const char *start : {"<?xml", "<!DOCTYPE", "<!doctype", "<!--", "<html", "<alto", "<PcGts"}) {
+    if (line.compare(first, std::string_view(start).size(), start) == 0) return true;
+  }
+  const std::size_t colon = line.find(':', first); // A root element with a namespace's prefix.
+  return colon != std::string::npos &&
+         (line.compare(colon + 1, 4, "alto") == 0 || line.compare(colon + 1, 5, "PcGts") == 0);
+}
+
+std::shared_ptr<PageDocument> readDocument(LineReader &lines, std::string first, const ReadingOptions &options) {
+  std::string bytes = std::move(first);
+  bytes += '\n';
+  const std::string tooLarge = lines.name() + ": the document is too large; expected at most " +
+                               std::to_string(maxDocumentBytes) + " bytes";
+  for (std::string line; lines.next(line);) {
+    bytes += line;
+    bytes += '\n';
+    if (bytes.size() > maxDocumentBytes) throw Trouble(tooLarge);
+  }
+  if (!lines.endedWithFeed()) bytes.pop_back();
+  if (lines.hadByteOrderMark()) bytes.insert(0, byteOrderMark);
+  auto document = std::make_shared<PageDocument>(std::move(bytes), lines.name(), options.format);
+  switch (document->format()) {
+  case ReadingFormat::hocr: readHocr(*document); break;
+  case ReadingFormat::alto: readAlto(*document); break;
+  default: readPage(*document);
+  }
+  document->finish(options.unit);
+  return document;
+}
+
+bool isXml(ReadingFormat format) {
+  return format == ReadingFormat::hocr || format == ReadingFormat::alto || format == ReadingFormat::page;
+}
+
+ReadingFormat detectFormat(const std::string &line) {
+  const std::size_t first = line.find_first_not_of(whiteSpace);
+  if (first != std::string::npos && line[first] == '{') return ReadingFormat::ndjson;
+  if (isTsvHead(line)) return ReadingFormat::tsv;
+  return ReadingFormat::text;
 }
 
 } // namespace
+
+Candidate makeCandidate(Char32 code, double score, const std::string &place) {
+  requireAllowed(code, place);
+  const std::optional<std::int32_t> units = inUnits(score);
+  if (!units) throw Trouble(place + ": expected " + scoreRange);
+  return {code, *units, score};
+}
+
+Json describeBox(const Box &box) {
+  Json sides = Json::array();
+  for (const double side : {box.left, box.top, box.right, box.bottom}) {
+    constexpr double exact = 9007199254740992.0; // Whole numbers up to here stand as themselves.
+    if (std::trunc(side) == side && std::abs(side) < exact) sides.push_back(static_cast<std::int64_t>(side));
+    else sides.push_back(side);
+  }
+  return sides;
+}
 
 std::string Reading::text() const {
   std::string text;
@@ -85,41 +242,53 @@ std::string Reading::text() const {
   return text;
 }
 
-ReadingSource::ReadingSource(std::vector<std::string> paths, ReadingFormat format, std::function<void()> beforeWait)
-    : paths_(std::move(paths)), givenFormat_(format), beforeWait_(std::move(beforeWait)) {}
+std::string Reading::name() const {
+  if (id.is_null()) return std::to_string(line);
+  return id.is_string() ? id.get<std::string>() : id.dump();
+}
 
-bool ReadingSource::nextLine() {
-  for (;;) {
-    if (reader_ && reader_->next(line_)) return true;
-    if (reader_) numFinishedBytes_ += reader_->numBytes();
-    reader_.reset();
-    if (nextPath_ == paths_.size()) return false;
-    reader_ = std::make_unique<LineReader>(paths_[nextPath_++], beforeWait_);
-    format_ = givenFormat_;
+std::string pathBeside(const std::string &naming, const std::string &path) {
+  return path.empty() ? path : (std::filesystem::path(naming).parent_path() / path).string();
+}
+
+ReadingSource::ReadingSource(std::vector<std::string> paths, ReadingOptions options, std::function<void()> beforeWait)
+    : paths_(std::move(paths)), options_(options), beforeWait_(std::move(beforeWait)) {}
+
+void ReadingSource::open(const std::string &path) {
+  lines_ = std::make_unique<LineReader>(path, beforeWait_);
+  std::string first;
+  if (!lines_->next(first)) return; // An empty file has no readings, whatever it is.
+  const bool isDetected = options_.format == ReadingFormat::detect;
+  if (isXml(options_.format) || (isDetected && isXmlStart(first))) {
+    const std::shared_ptr<PageDocument> document = readDocument(*lines_, std::move(first), options_);
+    if (onDocument_) onDocument_(document);
+    reader_ = std::make_unique<DocumentReader>(document);
+    return;
   }
+  const ReadingFormat format = isDetected ? detectFormat(first) : options_.format;
+  if (format != ReadingFormat::tsv) {
+    reader_ = std::make_unique<LinesReader>(*lines_, format == ReadingFormat::ndjson, std::move(first));
+    return;
+  }
+  if (!isTsvHead(first)) {
+    throw Trouble(lines_->place() + ": expected the head of a table of words: \"level\", \"page_num\", … \"text\"");
+  }
+  reader_ = readTsv(*lines_, options_.unit);
 }
 
 bool ReadingSource::next(Reading &reading) {
-  while (nextLine()) {
-    const std::size_t first = line_.find_first_not_of(whiteSpace);
-    if (format_ == ReadingFormat::detect) {
-      const bool isObject = first != std::string::npos && line_[first] == '{';
-      format_ = isObject ? ReadingFormat::ndjson : ReadingFormat::text;
+  for (;;) {
+    if (reader_) {
+      reading = Reading();
+      reading.file = lines_->name();
+      if (reader_->next(reading)) return true;
+      reader_.reset();
     }
-    if (format_ == ReadingFormat::ndjson && first == std::string::npos) continue;
-    reading.file = reader_->name();
-    reading.line = reader_->lineNumber();
-    reading.id = nullptr;
-    reading.positions.clear();
-    if (format_ == ReadingFormat::ndjson) {
-      readObject(line_, *reader_, reading);
-    } else {
-      dropCarriageReturn(line_);
-      readText(line_, reader_->place(), reading);
-    }
-    return true;
+    if (lines_) numFinishedBytes_ += lines_->numBytes();
+    lines_.reset();
+    if (nextPath_ == paths_.size()) return false;
+    open(paths_[nextPath_++]);
   }
-  return false;
 }
 
 } // namespace qoc::program

@@ -1,6 +1,6 @@
 #pragma once
 
-/// @file The command `run`.
+/// @file The commands `run` and `fit`.
 
 #include "options.hpp"
 
@@ -9,5 +9,9 @@ namespace qoc::program {
 /// Matches the readings with the dictionary and writes what came of it.
 /// @return the exit code: 0 every reading had a result, 1 some had none, 2 trouble
 int run(const Options &options);
+
+/// Forces the readings into the dictionary's lines and writes what came of it.
+/// @return as `run`
+int fit(const Options &options);
 
 } // namespace qoc::program

@@ -18,6 +18,12 @@ void checkUtf8(std::string_view text, const std::string &place) {
                 ") is not UTF-8; expected UTF-8 text");
 }
 
+std::string validUtf8(std::string_view text) {
+  std::string valid;
+  utf8::replace_invalid(text.begin(), text.end(), std::back_inserter(valid));
+  return valid;
+}
+
 std::vector<Char32> decodeUtf8(std::string_view text) {
   std::vector<Char32> codes;
   codes.reserve(text.size());
@@ -38,6 +44,24 @@ bool isEncodable(Char32 code) { return code <= 0x10FFFF && (code < 0xD800 || cod
 
 void appendUtf8(std::string &text, Char32 code) {
   utf8::append(isEncodable(code) ? code : 0xFFFD, std::back_inserter(text));
+}
+
+std::string encodeUtf8(Char32 code) {
+  std::string text;
+  appendUtf8(text, code);
+  return text;
+}
+
+Char32 visible(Char32 code) {
+  if (code < 0x20) return code + 0x2400;
+  if (code == 0x7F) return 0x2421;
+  return code >= 0x80 && code < 0xA0 ? 0xFFFD : code;
+}
+
+std::string quoted(const std::string &text) {
+  std::string shown;
+  for (const Char32 code : decodeUtf8(text)) appendUtf8(shown, visible(code));
+  return "\"" + shown + "\"";
 }
 
 void dropCarriageReturn(std::string &line) {

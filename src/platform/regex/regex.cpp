@@ -1,13 +1,155 @@
-// The life of regular expressions.
+// Regular expressions as values: their life, their sources, and what they match.
 
 #include "qoc/regex.h"
 
+#include <limits>
+#include <memory>
+#include <string>
+
 #include "platform/containers/vector_family.hpp"
-#include "platform/system/present.hpp"
+#include "platform/regex/shared_expression.hpp"
+#include "platform/regex/ways.hpp"
+#include "platform/system/exceptions.hpp"
 
 QOC_DEFINE_TYPE_CHECKS(qstd_regex)
 
-using qoc::present;
+using namespace qoc;
+
+namespace {
+
+void release(const SharedExpression *shared) noexcept {
+  if (shared != nullptr && shared->numHolders.fetch_sub(1, std::memory_order_acq_rel) == 1) {
+    delete shared;
+  }
+}
+
+/// Text characters as codes: each a signed byte.
+std::vector<Char32> codesOf(const qstd_string *text) {
+  std::vector<Char32> codes;
+  codes.reserve(static_cast<std::size_t>(text->core.size));
+  for (const CharT character : viewAs<CharT>(*text)) {
+    codes.push_back(static_cast<Char32>(static_cast<std::int32_t>(static_cast<std::int8_t>(character))));
+  }
+  return codes;
+}
+
+std::vector<Char32> codesOf(const wchar_t *text) {
+  std::vector<Char32> codes;
+  for (; *text != L'\0'; ++text) {
+    codes.push_back(static_cast<Char32>(*text));
+  }
+  return codes;
+}
+
+/// Appends a code as text: the byte that it is the sign extension of, or else in UTF-8, whose scheme is carried on
+/// beyond its last character for codes that are none.
+void appendText(Char32 code, std::string &text) {
+  if (code < 0x80 || code >= 0xFFFFFF80) {
+    text += static_cast<char>(static_cast<std::uint8_t>(code));
+    return;
+  }
+  int numFollowing = 1;
+  while (numFollowing < 6 && (static_cast<std::uint64_t>(code) >> (5 * numFollowing + 6)) != 0) {
+    ++numFollowing;
+  }
+  const unsigned lead = 0xFF00u >> (numFollowing + 1);
+  text += static_cast<char>(static_cast<std::uint8_t>(lead | (static_cast<std::uint64_t>(code) >> (6 * numFollowing))));
+  for (int i = numFollowing - 1; i >= 0; --i) {
+    text += static_cast<char>(static_cast<std::uint8_t>(0x80 | (code >> (6 * i) & 0x3F)));
+  }
+}
+
+/// Compiles a source; the empty one gives null.
+qsys_status compile(std::vector<Char32> &&source, std::unique_ptr<const SharedExpression> &compiled,
+                    std::int32_t &errorPlace) {
+  errorPlace = -1;
+  compiled = nullptr;
+  if (source.size() > static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max())) {
+    errorPlace = 0;
+    return QSTD_STATUS_REGEX_TOO_LARGE;
+  }
+  if (source.empty()) {
+    return QSYS_STATUS_OK;
+  }
+  Syntax syntax;
+  const SyntaxError error = parseExpression(source, syntax);
+  if (error.status < 0) {
+    errorPlace = error.place;
+    return error.status;
+  }
+  auto made = std::make_unique<SharedExpression>();
+  const qsys_status status = made->expression.compile(std::move(syntax));
+  if (status < 0) {
+    errorPlace = status == QSTD_STATUS_REGEX_TOO_LARGE ? 0 : -1;
+    return status;
+  }
+  made->source = std::move(source);
+  compiled = std::move(made);
+  return QSYS_STATUS_OK;
+}
+
+template <class Source>
+qsys_status set(qstd_regex *regex, Source source) {
+  if (!present({regex, source})) {
+    return QSYS_STATUS_OK;
+  }
+  return withoutExceptions([&]() -> qsys_status {
+    std::unique_ptr<const SharedExpression> compiled;
+    std::int32_t place = -1;
+    QOC_TRY(compile(codesOf(source), compiled, place));
+    release(sharedOf(*regex));
+    regex->shared = compiled.release();
+    return QSYS_STATUS_OK;
+  });
+}
+
+template <class Source>
+qsys_status construct(qstd_regex *regex, Source source) {
+  if (!present({regex, source})) {
+    return QSYS_STATUS_OK;
+  }
+  regex->shared = nullptr;
+  return set(regex, source);
+}
+
+template <class Source>
+qsys_status findError(Source source, std::int32_t *place) {
+  if (!present({source, place})) {
+    return QSYS_STATUS_OK;
+  }
+  *place = -1;
+  return withoutExceptions([&] {
+    std::unique_ptr<const SharedExpression> compiled;
+    return compile(codesOf(source), compiled, *place);
+  });
+}
+
+/// Makes what a way tells of one place.
+qsys_status fill(qstd_tokenMatcherResult &result, const qstd_tokenMulti &multi, const MatchedTokens &matched) {
+  QOC_TRY(qstd_vector_qstd_token_reserve(&result.tokens, static_cast<std::int32_t>(matched.size())));
+  for (const std::int32_t index : matched) {
+    QOC_TRY(qstd_vector_qstd_token_pushBack(&result.tokens, &tokenAt(multi, static_cast<std::size_t>(index))));
+  }
+  result.isPrimary = !matched.empty() && matched.front() == 0 ? 1 : 0;
+  return QSYS_STATUS_OK;
+}
+
+/// Appends a way, filled in place so that nothing is copied.
+qsys_status append(Way way, std::span<const qstd_tokenMulti *const> sequence,
+                   qstd_vector_qstd_tokenMatcherResultWord &words) {
+  if (words.core.size == std::numeric_limits<std::int32_t>::max()) {
+    return QSTD_STATUS_SIZE_INVALID;
+  }
+  QOC_TRY(qstd_vector_qstd_tokenMatcherResultWord_resize(&words, words.core.size + 1));
+  qstd_vector_qstd_tokenMatcherResult &positions = editAs<qstd_tokenMatcherResultWord>(words).back().positions;
+  QOC_TRY(qstd_vector_qstd_tokenMatcherResult_resize(&positions, static_cast<std::int32_t>(way.size())));
+  for (std::size_t i = 0; i < way.size(); ++i) {
+    QOC_TRY(fill(editAs<qstd_tokenMatcherResult>(positions)[i], *sequence[i], *way[i]));
+  }
+  return QSYS_STATUS_OK;
+}
+
+}  // namespace
 
 qsys_status qstd_regex_construct(qstd_regex *object) {
   if (present({object})) {
@@ -17,26 +159,91 @@ qsys_status qstd_regex_construct(qstd_regex *object) {
 }
 
 qsys_status qstd_regex_constructCopy(qstd_regex *object, const qstd_regex *source) {
-  if (present({object, source})) {
-    object->shared = source->shared;
+  if (!present({object, source})) {
+    return QSYS_STATUS_OK;
   }
-  return QSYS_STATUS_OK;
+  object->shared = nullptr;
+  return qstd_regex_assign(object, source);
 }
 
 qsys_status qstd_regex_assign(qstd_regex *object, const qstd_regex *source) {
-  return qstd_regex_constructCopy(object, source);
+  if (!present({object, source})) {
+    return QSYS_STATUS_OK;
+  }
+  const SharedExpression *shared = sharedOf(*source);
+  if (shared != nullptr) {
+    shared->numHolders.fetch_add(1, std::memory_order_relaxed);
+  }
+  release(sharedOf(*object));
+  object->shared = shared;
+  return QSYS_STATUS_OK;
 }
 
 qsys_status qstd_regex_destruct(qstd_regex *object) {
   if (present({object})) {
+    release(sharedOf(*object));
     object->shared = nullptr;
   }
   return QSYS_STATUS_OK;
 }
 
+qsys_status qstd_regex_constructString(qstd_regex *regex, const qstd_string *source) {
+  return construct(regex, source);
+}
+qsys_status qstd_regex_constructStringT(qstd_regex *regex, const wchar_t *source) { return construct(regex, source); }
+qsys_status qstd_regex_setString(qstd_regex *regex, const qstd_string *source) { return set(regex, source); }
+qsys_status qstd_regex_setStringT(qstd_regex *regex, const wchar_t *source) { return set(regex, source); }
+
+qsys_status qstd_regex_getString(const qstd_regex *regex, qstd_string *source) {
+  if (!present({regex, source})) {
+    return QSYS_STATUS_OK;
+  }
+  return withoutExceptions([&] {
+    std::string text;
+    if (const SharedExpression *shared = sharedOf(*regex)) {
+      for (const Char32 code : shared->source) {
+        appendText(code, text);
+      }
+    }
+    return text.size() > static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max())
+               ? qsys_status{QSTD_STATUS_SIZE_INVALID}
+               : qstd_string_assignElements(source, text.data(), static_cast<std::int32_t>(text.size()));
+  });
+}
+
+qsys_status qstd_regex_findError(const qstd_string *source, int32_t *place) { return findError(source, place); }
+qsys_status qstd_regex_findErrorT(const wchar_t *source, int32_t *place) { return findError(source, place); }
+
 qsys_status qstd_regex_compareEqual(const qstd_regex *a, const qstd_regex *b, qsys_bool *isEqual) {
   if (present({a, b, isEqual})) {
-    *isEqual = a->shared == b->shared ? 1 : 0;
+    const SharedExpression *sharedA = sharedOf(*a);
+    const SharedExpression *sharedB = sharedOf(*b);
+    // No empty source is held, so null is equal to null alone.
+    const bool haveSources = sharedA != nullptr && sharedB != nullptr;
+    *isEqual = sharedA == sharedB || (haveSources && sharedA->source == sharedB->source) ? 1 : 0;
   }
   return QSYS_STATUS_OK;
+}
+
+qsys_status qstd_regex_parseTokenMulti(const qstd_regex *regex, const qstd_vector_qstd_tokenMulti *sequence,
+                                       qstd_vector_qstd_tokenMatcherResultWord *words) {
+  if (!present({regex, sequence, words})) {
+    return QSYS_STATUS_OK;
+  }
+  QOC_TRY(qstd_vector_qstd_tokenMatcherResultWord_clear(words));
+  const qsys_status status = withoutExceptions([&] {
+    std::vector<const qstd_tokenMulti *> places;
+    for (const qstd_tokenMulti &multi : viewAs<qstd_tokenMulti>(*sequence)) {
+      places.push_back(&multi);
+    }
+    return withStates(expressionOf(*regex), [&](auto &states) {
+      return WayFinder(states, std::span<const qstd_tokenMulti *const>(places)).find([&](Way way) {
+        return append(way, places, *words);
+      });
+    });
+  });
+  if (status < 0) {
+    qstd_vector_qstd_tokenMatcherResultWord_clearAndFreeMemory(words);
+  }
+  return status;
 }

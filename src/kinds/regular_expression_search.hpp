@@ -1,0 +1,356 @@
+#pragma once
+// Which spans of a reading match an expression, with no edit or with one: what both forms of the match go through, yes
+// or no and with results, in the order and with the polls of plain enumeration.
+//
+// The idea. Plainly, every span is matched as it is, and then with one edit at every place, each a sequence of its own:
+// thousands of sequences for a reading of 40 positions. Here the positions of the expression that may take a token next
+// are followed through the reading on two levels, without an edit and behind one:
+//
+//     insertion     from level 0 to 1 through a position that takes no character of the reading
+//     substitution  from level 0 to 1 through a position that takes a character which it does not accept
+//     deletion      from level 0 to 1 past a character that no position takes
+//
+// so one pass from a start tells for every end whether a span matches, and one pass from the end of the reading tells
+// for every start whether any does. Only for a span that matches are the places of the edit looked for: an edit at i
+// fits when what may come next at i, by level 0 from the start, meets what may have come before by the way back from the
+// end. And only for a place that fits are the ways of the sequence listed.
+//
+// Cost: a few steps of the automaton for every position of the reading, and for every start where something matches;
+// results aside, nothing else depends on the number of spans.
+
+#include <qoc/regular_expression.h>
+
+#include "platform/regex/shared_expression.hpp"
+#include "platform/regex/states.hpp"
+#include "swap/equivalents.hpp"
+#include "text/window_search.hpp"
+
+namespace qoc {
+
+enum class ExpressionEdit { none, insertion, deletion, substitution };
+
+/// What is tried on a span.
+struct Attempts {
+  bool exact = false, insertion = false, deletion = false, substitution = false;
+
+  bool any() const noexcept { return exact || anyEdit(); }
+  bool anyEdit() const noexcept { return insertion || deletion || substitution; }
+};
+
+/// The lengths that count: those that the parameters, which may be null, admit and the expression has.
+class LengthLimits {
+ public:
+  LengthLimits(const Expression &expression, const qoc_ocrDictionaryRunParams *params) noexcept
+      : expression_(expression), params_(params) {}
+
+  /// What is to be tried on a span of so many positions.
+  Attempts attemptsFor(std::int32_t length) const noexcept {
+    const std::int64_t n = length;
+    const bool mayEdit = params_ != nullptr && params_->maxEdits != 0;
+    Attempts attempts;
+    attempts.exact = admits(n);
+    attempts.insertion = mayEdit && params_->matchOption2 != 0 && admits(n + 1);
+    attempts.deletion = mayEdit && params_->matchOption4 != 0 && n > 0 && admits(n - 1);
+    attempts.substitution = mayEdit && params_->matchOption1 != 0 && n > 0 && admits(n);
+    return attempts;
+  }
+
+  /// What may be tried on any of a reading's spans.
+  Attempts attemptsForAny(std::int32_t readingLength) const noexcept {
+    const std::int64_t n = readingLength;
+    const bool mayEdit = params_ != nullptr && params_->maxEdits != 0;
+    const std::int64_t least = expression_.minLength();
+    Attempts attempts;
+    attempts.exact = least <= n;
+    attempts.insertion = mayEdit && params_->matchOption2 != 0 && least <= n + 1;
+    attempts.deletion = mayEdit && params_->matchOption4 != 0 && least <= n - 1;
+    attempts.substitution = mayEdit && params_->matchOption1 != 0 && least <= n;
+    return attempts;
+  }
+
+  /// Whether anything is to be tried on a reading of so many positions.
+  bool mayMatch(std::int32_t readingLength) const noexcept {
+    const bool hasSpans = params_ != nullptr && params_->matchOption9 != 0;
+    return attemptsFor(readingLength).any() || (hasSpans && attemptsForAny(readingLength).any());
+  }
+
+ private:
+  bool admits(std::int64_t length) const noexcept {
+    return length >= expression_.minLength() && length <= expression_.maxLength() &&
+           (params_ == nullptr || (params_->minStringLength <= length && length <= params_->maxStringLength));
+  }
+
+  const Expression &expression_;
+  const qoc_ocrDictionaryRunParams *params_;
+};
+
+template <class States>
+class SpanSearch {
+ public:
+  using Set = typename States::Set;
+
+  SpanSearch(States &states, Positions reading, const qoc_swapCharSet *set)
+      : states_(states), reading_(reading), set_(set) {}
+
+  std::int32_t size() const noexcept { return static_cast<std::int32_t>(reading_.size()); }
+
+  /// Whether the span matches by any of the attempts.
+  qsys_status isMatch(std::int32_t start, std::int32_t end, Attempts attempts, bool &answer) {
+    answer = false;
+    if (!attempts.any()) {
+      return QSYS_STATUS_OK;
+    }
+    return forEachEnd(start, end, attempts, [&](std::int32_t at, bool isExact, bool isEdited) {
+      answer = at == end && ((attempts.exact && isExact) || isEdited);
+    });
+  }
+
+  /// Calls onMatch(edit, place), which returns a status, for every attempt that matches the span, in order. The place
+  /// of an edit is a position of the reading.
+  template <class OnMatch>
+  qsys_status forEachMatch(std::int32_t start, std::int32_t end, Attempts attempts, OnMatch onMatch) {
+    QOC_TRY(findNext(start, end));
+    const bool reachesEnd = next_.size() == static_cast<std::size_t>(end - start) + 1;
+    if (attempts.exact && reachesEnd && next_.back().isEnd) {
+      QOC_TRY(onMatch(ExpressionEdit::none, start));
+    }
+    if (!attempts.anyEdit()) {
+      return QSYS_STATUS_OK;
+    }
+    QOC_TRY(findBehind(start, end));
+    const auto tryPlaces = [&](ExpressionEdit edit, std::int32_t endOfPlaces) -> qsys_status {
+      const std::int32_t reached = start + static_cast<std::int32_t>(next_.size());
+      for (std::int32_t place = start; place < endOfPlaces && place < reached; ++place) {
+        if (fits(edit, start, end, place)) {
+          QOC_TRY(onMatch(edit, place));
+        }
+      }
+      return QSYS_STATUS_OK;
+    };
+    if (attempts.insertion) {
+      QOC_TRY(tryPlaces(ExpressionEdit::insertion, end + 1));
+    }
+    if (attempts.deletion) {
+      QOC_TRY(tryPlaces(ExpressionEdit::deletion, end));
+    }
+    return attempts.substitution ? tryPlaces(ExpressionEdit::substitution, end) : QSYS_STATUS_OK;
+  }
+
+  /// Calls onSpan(start, end, goOn), which returns a status, for the spans that may match, in order, until one clears
+  /// goOn. Asks for attention at every start. Whether the search is to stop is asked, of mayStop(), wherever it would be
+  /// before a span, matching or not.
+  template <class MayStop, class OnSpan>
+  qsys_status forEachSpan(const qoc_ocrDictionaryRunParams &params, Attempts attempts, MayStop mayStop, OnSpan onSpan) {
+    QOC_TRY(findStarts(attempts));
+    const std::int32_t n = size();
+    for (std::int32_t start = 0; start < n; ++start) {
+      QOC_TRY(qsys_attention_check());
+      const auto last = static_cast<std::uint32_t>(
+          wrappingSum(wrappingSum(wrappingSum(start, params.maxStringLength), 1), params.maxEdits));
+      const std::int32_t leastEnd = wrappingDifference(wrappingSum(start, params.minStringLength), params.maxEdits);
+      const std::int32_t firstEnd = firstEndBehind(start, leastEnd, last);
+      const auto isEnd = [&](std::int32_t end) {
+        return firstEnd >= 0 && end >= firstEnd && end <= n && static_cast<std::uint32_t>(end) <= last;
+      };
+      if (!isEnd(firstEnd)) {
+        continue;
+      }
+      if (mayStop()) {
+        return QSYS_STATUS_OK;
+      }
+      if (!isStart_[static_cast<std::size_t>(start)]) {
+        continue;
+      }
+      ends_.clear();
+      QOC_TRY(forEachEnd(start, n, attempts, [&](std::int32_t at, bool isExact, bool isEdited) {
+        if ((isExact || isEdited) && isEnd(at)) {
+          ends_.push_back(at);
+        }
+      }));
+      for (const std::int32_t end : ends_) {
+        bool goOn = true;
+        QOC_TRY(onSpan(start, end, goOn));
+        if (!goOn || (end < n && isEnd(end + 1) && mayStop())) {
+          return QSYS_STATUS_OK;
+        }
+      }
+    }
+    return QSYS_STATUS_OK;
+  }
+
+ private:
+  /// Level 0 before a position of the reading.
+  struct Next {
+    Set takers;  ///< The positions of the expression that may take its character.
+    bool isEnd;  ///< Whether the expression may end here.
+  };
+
+  /// Of the reading's first positions: the positions of the expression that accept a candidate there, or an equivalent
+  /// of one.
+  qsys_status findAccepting(std::int32_t numFirst) {
+    if (accepting_.empty()) {
+      accepting_.reserve(reading_.size());
+    }
+    while (accepting_.size() < static_cast<std::size_t>(numFirst)) {
+      Set set = states_.none();
+      std::size_t numCodes = 1;
+      for (const qoc_ocrDictionaryChar &candidate : view(reading_[accepting_.size()])) {
+        states_.addAccepting(candidate.code, set);
+        ++numCodes;
+        forEachEquivalent(set_, candidate.code, [&](Char32 equivalent) {
+          states_.addAccepting(equivalent, set);
+          ++numCodes;
+        });
+      }
+      accepting_.push_back(std::move(set));
+      QOC_TRY(states_.tick(numCodes));
+    }
+    return QSYS_STATUS_OK;
+  }
+  const Set &acceptingAt(std::int32_t at) const noexcept { return accepting_[static_cast<std::size_t>(at)]; }
+
+  /// Follows both levels from a start, and calls onEnd(at, isExact, isEdited) for every end up to the last while anything
+  /// can still match.
+  template <class OnEnd>
+  qsys_status forEachEnd(std::int32_t start, std::int32_t lastEnd, Attempts attempts, OnEnd onEnd) {
+    Set takers = states_.first();  // The positions that may take the next character, on either level.
+    Set editedTakers = states_.none();
+    bool isExact = states_.expression().isNullable();
+    bool isEdited = false;
+    for (std::int32_t at = start;; ++at) {
+      if (attempts.insertion) {
+        editedTakers |= states_.followersOf(takers);
+        isEdited = isEdited || intersects(takers, states_.last());
+      }
+      onEnd(at, isExact, isEdited);
+      const bool isOver = isEmpty(takers) && isEmpty(editedTakers) && !(attempts.deletion && isExact);
+      if (at == lastEnd || isOver) {
+        return QSYS_STATUS_OK;
+      }
+      QOC_TRY(findAccepting(at + 1));
+      QOC_TRY(states_.tick(3));
+      Set edited = editedTakers & acceptingAt(at);
+      if (attempts.substitution) {
+        edited |= takers;
+      }
+      editedTakers = states_.followersOf(edited);
+      isEdited = intersects(edited, states_.last());
+      if (attempts.deletion) {
+        editedTakers |= takers;
+        isEdited = isEdited || isExact;
+      }
+      takers &= acceptingAt(at);
+      isExact = intersects(takers, states_.last());
+      takers = states_.followersOf(takers);
+    }
+  }
+
+  /// Tells of every start whether some span from it may match, by both levels from the end of the reading.
+  qsys_status findStarts(Attempts attempts) {
+    const std::int32_t n = size();
+    isStart_.assign(static_cast<std::size_t>(n), false);
+    if (!attempts.any()) {
+      return QSYS_STATUS_OK;
+    }
+    QOC_TRY(findAccepting(n));
+    // What may have come before a position, such that a match ends there or later.
+    Set behind = states_.last();
+    Set editedBehind = attempts.insertion ? states_.predecessorsOf(behind) : states_.none();
+    bool isAnyFromNext = states_.expression().isNullable();  // Whether an exact match begins at the next position.
+    for (std::int32_t at = n - 1; at >= 0; --at) {
+      QOC_TRY(states_.tick(3));
+      const Set takers = acceptingAt(at) & behind;
+      Set editedTakers = acceptingAt(at) & editedBehind;
+      if (attempts.substitution) {
+        editedTakers |= behind;
+      }
+      Set nextBehind = states_.predecessorsOf(takers) | states_.last();
+      if (attempts.insertion) {
+        editedTakers |= nextBehind;
+      }
+      const bool isExactStart = intersects(states_.first(), takers);
+      isStart_[static_cast<std::size_t>(at)] = isExactStart || intersects(states_.first(), editedTakers) ||
+                                               (attempts.deletion && isAnyFromNext);
+      editedBehind = states_.predecessorsOf(editedTakers);
+      if (attempts.deletion) {
+        editedBehind |= behind;
+      }
+      behind = std::move(nextBehind);
+      isAnyFromNext = isExactStart || states_.expression().isNullable();
+    }
+    return QSYS_STATUS_OK;
+  }
+
+  /// Level 0 of a span, as far as it reaches.
+  qsys_status findNext(std::int32_t start, std::int32_t end) {
+    next_.clear();
+    next_.push_back({states_.first(), states_.expression().isNullable()});
+    for (std::int32_t at = start; at < end; ++at) {
+      QOC_TRY(findAccepting(at + 1));
+      QOC_TRY(states_.tick(1));
+      const Set taking = next_.back().takers & acceptingAt(at);
+      if (isEmpty(taking)) {
+        break;
+      }
+      next_.push_back({states_.followersOf(taking), intersects(taking, states_.last())});
+    }
+    return QSYS_STATUS_OK;
+  }
+
+  /// For each position of the span and its end: what may have come before when the rest is matched without an edit.
+  qsys_status findBehind(std::int32_t start, std::int32_t end) {
+    QOC_TRY(findAccepting(end));
+    behind_.assign(static_cast<std::size_t>(end - start) + 1, states_.none());
+    behind_.back() = states_.last();
+    for (std::int32_t at = end; at-- > start;) {
+      QOC_TRY(states_.tick(1));
+      const auto i = static_cast<std::size_t>(at - start);
+      behind_[i] = states_.predecessorsOf(acceptingAt(at) & behind_[i + 1]);
+      if (isEmpty(behind_[i])) {
+        break;
+      }
+    }
+    return QSYS_STATUS_OK;
+  }
+
+  /// Whether the span matches with the edit at the place; level 0 reaches it.
+  bool fits(ExpressionEdit edit, std::int32_t start, std::int32_t end, std::int32_t place) {
+    const auto i = static_cast<std::size_t>(place - start);
+    switch (edit) {
+      case ExpressionEdit::insertion:
+        return intersects(next_[i].takers, behind_[i]);
+      case ExpressionEdit::substitution:
+        return intersects(next_[i].takers, behind_[i + 1]);
+      case ExpressionEdit::deletion:
+        return place + 1 == end ? next_[i].isEnd
+                                : intersects(next_[i].takers, acceptingAt(place + 1) & behind_[i + 2]);
+      case ExpressionEdit::none:
+        break;
+    }
+    return false;
+  }
+
+  States &states_;
+  Positions reading_;
+  const qoc_swapCharSet *set_;
+  std::vector<Set> accepting_;  ///< Of the reading's first positions, as far as they were needed.
+  std::vector<Next> next_;
+  std::vector<Set> behind_;
+  std::vector<bool> isStart_;
+  std::vector<std::int32_t> ends_;
+};
+
+/// Whether a span's match is looked for at all.
+inline bool searchesSpans(const qoc_ocrDictionaryRunParams *params) noexcept {
+  return params != nullptr && params->matchOption9 != 0;
+}
+
+/// The polls of a search that can find nothing.
+inline qsys_status passOverStarts(std::int32_t readingLength, const qoc_ocrDictionaryRunParams *params) {
+  for (std::int32_t start = 0; searchesSpans(params) && start < readingLength; ++start) {
+    QOC_TRY(qsys_attention_check());
+  }
+  return QSYS_STATUS_OK;
+}
+
+}  // namespace qoc

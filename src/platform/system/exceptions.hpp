@@ -1,0 +1,31 @@
+#pragma once
+// Exceptions become statuses before they reach the C face.
+
+#include <qoc/base.h>
+
+#include <new>
+
+namespace qoc {
+
+/// The status of the exception that is being handled: the only ones that can arise come from running out of memory.
+inline qsys_status statusOfException() noexcept {
+  try {
+    throw;
+  } catch (const std::bad_alloc &) {
+    return QSYS_STATUS_OUT_OF_MEMORY;
+  } catch (...) {
+    return QSYS_STATUS_INTERNAL;
+  }
+}
+
+/// The status that body() returns, or that of the exception that ends it.
+template <class Body>
+qsys_status withoutExceptions(Body &&body) noexcept {
+  try {
+    return body();
+  } catch (...) {
+    return statusOfException();
+  }
+}
+
+}  // namespace qoc

@@ -1,0 +1,178 @@
+// Random comparison of the regular expressions with a plain backtracking matcher, and with the standard library's.
+
+#include <qoc/regex.h>
+
+#include <regex>
+
+#include "random/random_cases.hpp"
+#include "random/random_patterns.hpp"
+#include "support/owned.hpp"
+
+namespace random_cases {
+namespace {
+
+using qoc::test::elements;
+using qoc::test::Owned;
+using qoc::test::require;
+using reference::MatchedPlace;
+using reference::MatchedWay;
+using reference::Pattern;
+using reference::TokenCodes;
+
+Owned<qstd_regex> compiled(const std::string &source) {
+  return Owned<qstd_regex>([&](qstd_regex *regex) {
+    const auto text = Owned<qstd_string>([&](qstd_string *string) {
+      return qstd_string_constructFromBlock(string, source.data(), static_cast<int32_t>(source.size()));
+    });
+    return qstd_regex_constructString(regex, text);
+  });
+}
+
+Owned<qstd_vector_qstd_tokenMulti> tokensOf(const std::vector<TokenCodes> &sequence) {
+  Owned<qstd_vector_qstd_tokenMulti> tokens;
+  for (const TokenCodes &codes : sequence) {
+    Owned<qstd_tokenMulti> multi;
+    // A place that is any character is also what a multi is that was never set.
+    if (codes != TokenCodes{reference::anyCode}) {
+      require(qstd_tokenMulti_setChar32(multi, codes.at(0)));
+      for (size_t k = 1; k < codes.size(); ++k) {
+        Owned<qstd_token> token;
+        require(qstd_token_setChar32(token, codes[k]));
+        require(qstd_vector_qstd_token_pushBack(&multi->alternatives, token));
+      }
+    }
+    require(qstd_vector_qstd_tokenMulti_pushBack(tokens, multi));
+  }
+  return tokens;
+}
+
+std::vector<MatchedWay> waysOf(const Owned<qstd_regex> &regex, const std::vector<TokenCodes> &sequence) {
+  Owned<qstd_vector_qstd_tokenMatcherResultWord> words;
+  require(qstd_regex_parseTokenMulti(regex, tokensOf(sequence), words));
+  std::vector<MatchedWay> ways;
+  for (const qstd_tokenMatcherResultWord &word : elements(words)) {
+    MatchedWay way;
+    for (const qstd_tokenMatcherResult &result : elements(word.positions)) {
+      MatchedPlace place;
+      place.isPrimary = result.isPrimary != 0;
+      for (const qstd_token &token : elements(result.tokens)) {
+        Char32 code = 0;
+        require(qstd_token_getChar(&token, &code));
+        place.codes.push_back(code);
+      }
+      way.push_back(place);
+    }
+    ways.push_back(way);
+  }
+  return ways;
+}
+
+std::string toText(const std::vector<MatchedWay> &ways) {
+  std::string out;
+  for (const MatchedWay &way : ways) {
+    out += "\n   ";
+    for (const MatchedPlace &place : way) {
+      out += place.isPrimary ? " !" : " ";
+      for (const uint32_t code : place.codes) {
+        out += code < 128 ? std::string(1, static_cast<char>(code)) : "{" + std::to_string(code) + "}";
+      }
+    }
+  }
+  return out;
+}
+
+std::vector<TokenCodes> randomSequence(Random &random, const Alphabet &alphabet, int32_t longest) {
+  std::vector<TokenCodes> sequence(static_cast<size_t>(random.between(0, longest)));
+  for (TokenCodes &codes : sequence) {
+    codes.resize(static_cast<size_t>(random.pick({1, 1, 2, 2, 3})));
+    for (uint32_t &code : codes) {
+      code = randomCode(random, alphabet);
+    }
+  }
+  return sequence;
+}
+
+/// Puts copies around an expression that no small sequence can match, so that it has more than 64 positions.
+Pattern widened(Random &random, const Pattern &pattern) {
+  Pattern never;
+  never.kind = Pattern::character;
+  never.set.ranges.push_back({'#', '#'});
+  Pattern many;
+  many.kind = Pattern::repeat;
+  many.parts.push_back(never);
+  many.least = many.most = 80;
+  Pattern choice;
+  choice.kind = Pattern::choice;
+  choice.parts = random.oneIn(2) ? std::vector<Pattern>{many, pattern} : std::vector<Pattern>{pattern, many};
+  return choice;
+}
+
+std::string compareWays(Random &random, const Alphabet &alphabet, const Pattern &pattern, int32_t longest) {
+  const std::string source = sourceOf(random, pattern);
+  const std::vector<TokenCodes> sequence = randomSequence(random, alphabet, longest);
+  std::vector<MatchedWay> expected;
+  try {
+    expected = findWays(pattern, sequence);
+  } catch (const reference::TooManySteps &) {
+    return "";
+  }
+  const std::vector<MatchedWay> actual = waysOf(compiled(source), sequence);
+  if (actual == expected) {
+    return "";
+  }
+  std::string places;
+  for (const TokenCodes &codes : sequence) {
+    places += " ";
+    for (const uint32_t code : codes) {
+      places += code < 128 ? std::string(1, static_cast<char>(code)) : "{" + std::to_string(code) + "}";
+    }
+  }
+  return "expression " + source + "\n  sequence" + places + "\n  expected" + toText(expected) + "\n  actual" +
+         toText(actual);
+}
+
+TEST(RegexRandom, FindsTheWaysOfABacktrackingMatcherInItsOrder) {
+  compareCases([](Random &random) {
+    const Alphabet alphabet = randomAlphabet(random);
+    return compareWays(random, alphabet, randomPattern(random, alphabet.letters, 4), 5);
+  });
+}
+
+TEST(RegexRandom, FindsTheSameWithMorePositionsThanAWordHasBits) {
+  compareCases(numCases() / 5, [](Random &random) {
+    const Alphabet alphabet = randomAlphabet(random);
+    return compareWays(random, alphabet, widened(random, randomPattern(random, alphabet.letters, 4)), 5);
+  });
+}
+
+TEST(RegexRandom, FindsTheSameInLongerSequences) {
+  compareCases(numCases() / 50, [](Random &random) {
+    const Alphabet alphabet = randomAlphabet(random);
+    return compareWays(random, alphabet, randomPattern(random, alphabet.letters, 3), 12);
+  });
+}
+
+TEST(RegexRandom, AgreesWithTheStandardLibraryOnWholeMatches) {
+  int32_t numMatches = 0;
+  compareCases([&](Random &random) -> std::string {
+    const std::vector<uint32_t> letters = {'a', 'b', 'c'};
+    std::string source = sourceOf(random, randomPattern(random, letters, 3));
+    for (size_t at = 0; (at = source.find("\\x{", at)) != std::string::npos; ++at) {
+      return "";  // The standard library has no such escape.
+    }
+    std::string text(static_cast<size_t>(random.between(0, 6)), 'a');
+    std::vector<TokenCodes> sequence;
+    for (char &character : text) {
+      character = static_cast<char>(random.pick({'a', 'b', 'c', 'd'}));
+      sequence.push_back({static_cast<uint32_t>(character)});
+    }
+    const bool expected = std::regex_match(text, std::regex(source, std::regex::ECMAScript));
+    const bool actual = !waysOf(compiled(source), sequence).empty();
+    numMatches += actual ? 1 : 0;
+    return actual == expected ? "" : "expression " + source + ", text " + text + ": " + (actual ? "a match" : "none");
+  });
+  EXPECT_GE(numMatches, numCases() / 20);
+}
+
+}  // namespace
+}  // namespace random_cases

@@ -1,0 +1,98 @@
+// Runs on several threads at once: one dictionary that nobody changes serves them all.
+
+#include <atomic>
+#include <thread>
+
+#include "run/run_builders.hpp"
+#include "swap/swaps.hpp"
+
+namespace qoc::test {
+namespace {
+
+constexpr int numThreads = 4;
+
+/// Two capital letters and two digits.
+Owned<qoc_ocrDictionaryLineFielding> codeLine() {
+  Owned<qoc_ocrDictionaryLineFielding> made;
+  for (const uint32_t bits : {QOC_FIELDING_UPPER, QOC_FIELDING_UPPER, QOC_FIELDING_DIGIT, QOC_FIELDING_DIGIT}) {
+    const Owned<qoc_ocrDictionaryPositionFielding> position([&](qoc_ocrDictionaryPositionFielding *fielding) {
+      return qoc_ocrDictionaryPositionFielding_constructFieldingBits(fielding, bits);
+    });
+    require(qstd_vector_qoc_ocrDictionaryPositionFielding_pushBack(&made->positions, position));
+  }
+  return made;
+}
+
+/// Entries of several kinds under a swap set with groups that share a character, a one-to-two and a two-to-two swap.
+Owned<qoc_ocrDictionary> mixedDictionary() {
+  auto dictionary = dictionaryOf({{"m0d", "corner", "modem"}, {"uucorn", "barn"}});
+  require(qoc_ocrDictionary_setFieldingIExtend(dictionary, 0, codeLine()));
+  require(qoc_ocrDictionary_setSwapCharSet(dictionary,
+                                           setOfSwaps({{U"0", U"O"}, {U"O", U"D"}, {U"m", U"rn"}, {U"vv", U"uu"}})));
+  return dictionary;
+}
+
+std::string resultsOfRun(const qoc_ocrDictionary *dictionary, std::string_view text,
+                         const qoc_ocrDictionaryRunParams *params) {
+  Owned<qoc_ocrDictionaryResultSet> set;
+  require(qoc_ocrDictionary_runMulti(dictionary, reading(text), params, set));
+  return describe(*set);
+}
+
+TEST(DictionaryThreads, OfRunsWithSwapsGetTheResultsOfOneAlone) {
+  const std::vector<std::string_view> texts = {"r|x n O d", "c o m e r", "v v c o r n", "b a m", "A D|8 O 1", "q"};
+  const auto params = runParams({.maxEdits = 1, .returnBestOnly = 0});
+  std::vector<std::string> expected;
+  const auto own = mixedDictionary();
+  for (const std::string_view text : texts) {
+    expected.push_back(resultsOfRun(own, text, params));
+  }
+  ASSERT_NE(expected[0].find("m0d"), std::string::npos);
+  ASSERT_NE(expected[2].find("uucorn"), std::string::npos);
+
+  // Nothing has been asked of the shared dictionary before, so that a run that still had to fill something would race.
+  const auto shared = mixedDictionary();
+  std::atomic<int> numWaiting = numThreads, numWrong = 0;
+  std::vector<std::thread> threads;
+  for (int t = 0; t < numThreads; ++t) {
+    threads.emplace_back([&, t] {
+      for (--numWaiting; numWaiting > 0;) {}
+      for (std::size_t i = 0; i < 5 * texts.size(); ++i) {
+        const std::size_t each = (i + static_cast<std::size_t>(t)) % texts.size();
+        numWrong += resultsOfRun(shared, texts[each], params) == expected[each] ? 0 : 1;
+      }
+    });
+  }
+  for (std::thread &thread : threads) {
+    thread.join();
+  }
+  EXPECT_EQ(numWrong, 0);
+}
+
+TEST(DictionaryThreads, AnInterruptOfOneThreadLeavesTheOthersAlone) {
+  const auto shared = mixedDictionary();
+  const auto params = runParams({.maxEdits = 1, .returnBestOnly = 0});
+  const std::string expected = resultsOfRun(shared, "c o m e r", params);
+  std::atomic<int32_t> stop = 0;
+  std::atomic<int> numWrong = 0;
+  qsys_status ended = QSYS_STATUS_OK;
+
+  std::thread interrupted([&] {
+    require(qsys_attention_setHandler(qsys_attention_flagHandler, &stop));
+    while (ended == QSYS_STATUS_OK) {
+      Owned<qoc_ocrDictionaryResultSet> set;
+      ended = qoc_ocrDictionary_runMulti(shared, reading("c o m e r"), params, set);
+    }
+  });
+  for (int i = 0; i < 20; ++i) {
+    numWrong += resultsOfRun(shared, "c o m e r", params) == expected ? 0 : 1;
+  }
+  stop = 1;
+  interrupted.join();
+
+  EXPECT_EQ(ended, QSYS_STATUS_INTERRUPTED);
+  EXPECT_EQ(numWrong, 0);
+}
+
+}  // namespace
+}  // namespace qoc::test
