@@ -30,11 +30,14 @@
 #include "kinds/lexicon_match.hpp"
 
 #include <algorithm>
+#include <iterator>
+#include <limits>
 #include <utility>
 #include <vector>
 
 #include "kinds/lexicon_results.hpp"
 #include "kinds/lexicon_roads.hpp"
+#include "kinds/variant_lattice.hpp"
 #include "platform/system/attention.hpp"
 #include "text/alignment.hpp"
 #include "text/reading_of.hpp"
@@ -81,6 +84,12 @@ qsys_status stopEarly(const qoc_ocrDictionaryRunParams *params, const qoc_ocrDic
   return QSYS_STATUS_OK;
 }
 
+/// The number of words of a range at which interrupts are asked for.
+std::int64_t numPolls(const WordRange &range) noexcept {
+  const auto numBelow = [](std::int64_t index) { return (index + wordsPerPoll - 1) / wordsPerPoll; };
+  return range.first < range.end ? numBelow(range.end) - numBelow(range.first) : 0;
+}
+
 /// The attention checks between one word and another: one at every word whose index is a multiple of wordsPerPoll, and where windows
 /// are searched one for each of their starts at every word.
 class WordPolls {
@@ -99,8 +108,7 @@ class WordPolls {
   }
   /// Passes over all words up to the given one.
   qsys_status passOver(std::int32_t word) {
-    const auto numBelow = [](std::int64_t index) { return (index + wordsPerPoll - 1) / wordsPerPoll; };
-    const std::int64_t times = numBelow(word) - numBelow(next_) + (std::int64_t{word} - next_) * numStarts_;
+    const std::int64_t times = numPolls({next_, word}) + (std::int64_t{word} - next_) * numStarts_;
     next_ = word;
     return checkAttention(times);
   }
@@ -115,11 +123,14 @@ class WordMatcher {
   /// How many results are needed: every one, or only the first of the finished set.
   enum class Wanted { all, best };
 
+  /// `known`, unless empty, holds every word worth aligning, ascending.
   WordMatcher(const qoc_ocrDictionaryLexicon &lexicon, const qoc_ocrDictionaryStringMulti &reading,
-              const qoc_ocrDictionaryRunParams *params, const qoc_swapCharSet *set, Wanted wanted)
+              const qoc_ocrDictionaryRunParams *params, const qoc_swapCharSet *set, Wanted wanted,
+              std::span<const std::int32_t> known = {})
       : words_(view(lexicon.strings)),
         index_(lexiconRoads().usesIndex ? indexOf(lexicon) : nullptr),
         params_(params),
+        known_(known),
         wanted_(wanted),
         maxEdits_(params != nullptr ? std::max(params->maxEdits, 0) : 0),
         searchesWindows_(params != nullptr && params->matchOption9 != 0),
@@ -134,7 +145,7 @@ class WordMatcher {
     if (range_.first >= range_.end) {
       return QSYS_STATUS_OK;
     }
-    if (index_ != nullptr) {
+    if (index_ != nullptr && known_.empty()) {
       index_->prepare(matches_, query_);
     }
     const bool isDefaultRanking = params_ == nullptr || (params_->rankingMode != 1 && params_->finalizeEachResult == 0);
@@ -152,6 +163,11 @@ class WordMatcher {
   /// Finds the words worth aligning: all that have an alignment of at most maxEdits edits, and perhaps others.
   void find(std::int32_t maxEdits) {
     found_.clear();
+    if (!known_.empty()) {
+      std::ranges::copy_if(known_, std::back_inserter(found_),
+                           [this](std::int32_t word) { return word >= range_.first && word < range_.end; });
+      return;
+    }
     if (index_ != nullptr && !searchesWindows_) {
       index_->find(query_, maxEdits, range_.first, range_.end, found_);
       return;
@@ -210,6 +226,7 @@ class WordMatcher {
   std::span<const qoc_ocrDictionaryString> words_;
   const LexiconIndex *index_;
   const qoc_ocrDictionaryRunParams *params_;
+  std::span<const std::int32_t> known_;
   Wanted wanted_;
   std::int32_t maxEdits_;
   bool searchesWindows_;
@@ -225,12 +242,140 @@ class WordMatcher {
 /// Matches every word worth trying with one reading.
 qsys_status matchWords(const qoc_ocrDictionaryLexicon &lexicon, const qoc_ocrDictionaryStringMulti &reading,
                        const qoc_ocrDictionaryRunParams *params, const qoc_swapCharSet *set, WordMatcher::Wanted wanted,
-                       qoc_ocrDictionaryResultSet &results) {
+                       qoc_ocrDictionaryResultSet &results, std::span<const std::int32_t> known = {}) {
   QOC_TRY(qoc_ocrDictionaryResultSet_reset(&results));
   return inFrame<1>([&](Frame<1> &) -> qsys_status {
-    return WordMatcher(lexicon, reading, params, set, wanted).match(results);
+    return WordMatcher(lexicon, reading, params, set, wanted, known).match(results);
   });
 }
+
+/// The variants of one reading against the words of a lexicon.
+class VariantMatcher {
+ public:
+  VariantMatcher(const qoc_ocrDictionaryLexicon &lexicon, const qoc_ocrDictionaryStringMulti &reading,
+                 const qoc_ocrDictionaryRunParams *params, const qoc_swapCharSet &set,
+                 qoc_ocrDictionaryResultSet &scratch, qoc_ocrDictionaryResultSet &results)
+      : lexicon_(lexicon),
+        reading_(reading),
+        params_(params),
+        set_(set),
+        scratch_(scratch),
+        results_(results),
+        working_(params != nullptr ? *params : qoc_ocrDictionaryRunParams{}) {}
+
+  /// Makes every variant and matches it.
+  qsys_status matchEach() {
+    bool isFirst = true;
+    return forEachVariant(reading_, set_, [&](const auto &variant, const auto &inputIndices, bool &) -> qsys_status {
+      return matchOne(variant, inputIndices, std::exchange(isFirst, false), {});
+    });
+  }
+
+  /// Makes and matches the variants that are near some word; the others would give no results.
+  qsys_status matchNear(const LexiconIndex &index) {
+    ExpansionChoices choices;
+    QOC_TRY(choices.find(*set_.expansion, reading_, &set_));
+    VariantLattice lattice;
+    const std::int32_t maxEdits = params_ != nullptr ? std::max(params_->maxEdits, 0) : 0;
+    QOC_TRY(lattice.build(reading_, choices, &set_, maxEdits));
+    const bool isCounted = isAttentionCounted();
+    std::uint64_t numVariants = 1;
+    if (isCounted) {
+      lattice.countVariants();
+      numVariants = 0;
+      for (const std::uint64_t number : lattice.numVariantsFrom(0)) {
+        numVariants += std::min(number, std::numeric_limits<std::uint64_t>::max() - numVariants);
+      }
+    }
+    QOC_TRY(checkAttention(static_cast<std::int64_t>(std::min<std::uint64_t>(numVariants, INT64_MAX))));
+    QOC_TRY(addNearWords(index, lattice, maxEdits));
+    return walk(lattice, choices, isCounted);
+  }
+
+ private:
+  qsys_status matchOne(const qoc_ocrDictionaryStringMulti &variant, const qstd_vector32s &inputIndices, bool isFirst,
+                       std::span<const std::int32_t> known) {
+    QOC_TRY(stopEarly(params_, results_, working_));
+    // What a variant adds depends on all of its results, so all are needed.
+    QOC_TRY(matchWords(lexicon_, variant, workingParams(), &set_, WordMatcher::Wanted::all, scratch_, known));
+    QOC_TRY(qoc_ocrDictionaryResultSet_setGiven(&scratch_, &reading_, &inputIndices));
+    if (isFirst) {
+      std::swap(results_, scratch_);
+      return QSYS_STATUS_OK;
+    }
+    return mergeTaking(results_, scratch_, params_);
+  }
+
+  qsys_status addNearWords(const LexiconIndex &index, VariantLattice &lattice, std::int32_t maxEdits) {
+    IndexQuery query;
+    index.prepare(lattice.symbolMatches(), query);
+    const auto words = view(lexicon_.strings);
+    const WordRange shortest = findLengthRange(lexicon_, lattice.leastLength(), params_);
+    const WordRange longest = findLengthRange(lexicon_, lattice.mostLength(), params_);
+    for (std::int32_t word = shortest.first; word < longest.end; ++word) {
+      if (word % wordsPerPoll == 0 && !isAttentionCounted()) {
+        QOC_TRY(qsys_attention_check());  // One more look of a ready handler tells nobody anything.
+      }
+      if (index.mayMatch(word, query, maxEdits) && !lattice.addWord(word, view(words[static_cast<std::size_t>(word)]))) {
+        lattice.visitAll();
+        break;
+      }
+    }
+    return QSYS_STATUS_OK;
+  }
+
+  qsys_status walk(VariantLattice &lattice, const ExpansionChoices &choices, bool isCounted) {
+    qoc_ocrDictionaryStringMulti variant;
+    qstd_vector32s inputIndices;
+    return inFrame<2>([&](Frame<2> &frame) -> qsys_status {
+      QOC_TRY(qoc_ocrDictionaryStringMulti_construct(&variant));
+      frame.local<qoc_ocrDictionaryStringMulti_destruct>(&variant);
+      QOC_TRY(qstd_vector32s_constructEmpty(&inputIndices));
+      frame.local<qstd_vector32s_destruct>(&inputIndices);
+      const auto visit = [&](std::span<const VariantLattice::Step> steps, bool isFirst,
+                             std::span<const std::int32_t> near) -> qsys_status {
+        QOC_TRY(qstd_vector_qoc_ocrDictionaryCharMulti_clear(&variant.positions));
+        QOC_TRY(qstd_vector32s_clear(&inputIndices));
+        for (const auto &[position, choice] : steps) {
+          QOC_TRY(appendChoice(choices.at(position)[choice], position, reading_, &variant, &inputIndices));
+        }
+        return matchOne(variant, inputIndices, isFirst, near);
+      };
+      const auto pass = [&](std::int32_t position, std::int32_t length) -> qsys_status {
+        if (!isCounted) {
+          return qsys_attention_check();
+        }
+        QOC_TRY(stopEarly(params_, results_, working_));
+        const auto numVariants = lattice.numVariantsFrom(position);
+        std::int64_t times = 0;
+        for (std::size_t i = 0; i < numVariants.size(); ++i) {
+          if (numVariants[i] > 0) {
+            const std::int64_t each =
+                numPolls(findLengthRange(lexicon_, length + static_cast<std::int32_t>(i), workingParams()));
+            const bool isTooMuch = each > 0 && numVariants[i] > static_cast<std::uint64_t>((INT64_MAX - times) / each);
+            times = isTooMuch ? INT64_MAX : times + each * static_cast<std::int64_t>(numVariants[i]);
+          }
+        }
+        return checkAttention(times);
+      };
+      return lattice.walk(visit, pass);
+    });
+  }
+
+  const qoc_ocrDictionaryRunParams *workingParams() const noexcept { return params_ != nullptr ? &working_ : nullptr; }
+
+  const qoc_ocrDictionaryLexicon &lexicon_;
+  const qoc_ocrDictionaryStringMulti &reading_;
+  const qoc_ocrDictionaryRunParams *params_;
+  const qoc_swapCharSet &set_;
+  qoc_ocrDictionaryResultSet &scratch_;
+  qoc_ocrDictionaryResultSet &results_;
+  qoc_ocrDictionaryRunParams working_;
+};
+
+/// Longer readings have too many numbers of variants to be counted for a handler that is to be asked for each.
+constexpr std::int32_t maxCountedPositions = 1000;
+constexpr std::int32_t maxEditsInLattice = 200;
 
 qsys_status matchVariants(const qoc_ocrDictionaryLexicon &lexicon, const qoc_ocrDictionaryStringMulti &reading,
                           const qoc_ocrDictionaryRunParams *params, const qoc_swapCharSet &set,
@@ -238,20 +383,14 @@ qsys_status matchVariants(const qoc_ocrDictionaryLexicon &lexicon, const qoc_ocr
   qoc_ocrDictionaryResultSet scratch;
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
     QOC_TRY(makeLocal(frame, scratch));
-    qoc_ocrDictionaryRunParams working = params != nullptr ? *params : qoc_ocrDictionaryRunParams{};
-    bool isFirst = true;
-    return forEachVariant(reading, set, [&](const auto &variant, const auto &inputIndices, bool &) -> qsys_status {
-      QOC_TRY(stopEarly(params, results, working));
-      // What a variant adds depends on all of its results, so all are needed.
-      QOC_TRY(matchWords(lexicon, variant, params != nullptr ? &working : nullptr, &set, WordMatcher::Wanted::all, scratch));
-      QOC_TRY(qoc_ocrDictionaryResultSet_setGiven(&scratch, &reading, &inputIndices));
-      if (isFirst) {
-        isFirst = false;
-        std::swap(results, scratch);
-        return QSYS_STATUS_OK;
-      }
-      return mergeTaking(results, scratch, params);
-    });
+    const LexiconRoads &roads = lexiconRoads();
+    const LexiconIndex *index = roads.usesIndex && roads.usesLattice ? indexOf(lexicon) : nullptr;
+    const bool isInReach = params == nullptr || (params->matchOption9 == 0 && params->maxEdits >= 0 &&
+                                                 params->maxEdits <= maxEditsInLattice);
+    const bool isCountable = !isAttentionCounted() || sizeOf(reading) <= maxCountedPositions;
+    VariantMatcher matcher(lexicon, reading, params, set, scratch, results);
+    return index != nullptr && isInReach && isCountable && sizeOf(reading) > 0 ? matcher.matchNear(*index)
+                                                                               : matcher.matchEach();
   });
 }
 

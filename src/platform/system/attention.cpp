@@ -40,12 +40,16 @@ qsys_status qsys_attention_check(void) {
   return status < 0 ? status : QSYS_STATUS_OK;
 }
 
+bool qoc::isAttentionCounted() noexcept {
+  return attention.handler != nullptr && attention.handler != qsys_attention_flagHandler &&
+         attention.handler != qsys_attention_deadlineHandler;
+}
+
 qsys_status qoc::checkAttention(std::int64_t times) {
   if (attention.handler == nullptr) {
     return QSYS_STATUS_OK;
   }
-  const bool isReady = attention.handler == qsys_attention_flagHandler || attention.handler == qsys_attention_deadlineHandler;
-  for (std::int64_t left = isReady && times > 1 ? 1 : times; left > 0; --left) {
+  for (std::int64_t left = times > 1 && !isAttentionCounted() ? 1 : times; left > 0; --left) {
     QOC_TRY(qsys_attention_check());
   }
   return QSYS_STATUS_OK;

@@ -13,4 +13,7 @@ namespace qoc {
 /// each other without work nothing needs to have changed, so one look stands for all. A program's own handler is asked every time.
 qsys_status checkAttention(std::int64_t times);
 
+/// Whether the calling thread has a program's own handler, which is asked every single time.
+bool isAttentionCounted() noexcept;
+
 }  // namespace qoc
