@@ -52,10 +52,15 @@ LetterTable::LetterTable(std::span<const qoc_ocrDictionaryString> words) {
   }
 }
 
-void LetterTable::fill(const ReadingMatches &matches, LetterMatches &rows) const noexcept {
+void LetterTable::fill(const ReadingMatches &matches, Window window, LetterMatches &rows) const noexcept {
   rows.fill(0);
+  const auto word = static_cast<std::size_t>(window.start / 64);
+  const int shift = window.start % 64;
+  const bool isSplit = shift + window.size() > 64;
+  const std::uint64_t inside = (std::uint64_t{1} << window.size()) - 1;
   for (const Code &code : codes_) {
-    rows[code.letter] |= *matches.row(code.code);
+    const std::uint64_t *row = matches.row(code.code) + word;
+    rows[code.letter] |= (row[0] >> shift | (isSplit ? row[1] << (64 - shift) : 0)) & inside;
   }
 }
 

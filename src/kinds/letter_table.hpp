@@ -30,8 +30,8 @@ class LetterTable {
     return code < small_.size() ? small_[code] : others_.find(code)->second;
   }
 
-  /// The rows of a reading of at most 64 positions, by letter.
-  void fill(const ReadingMatches &matches, LetterMatches &rows) const noexcept;
+  /// The rows of a window of at most 63 positions, by letter; bit 0 is the window's first position.
+  void fill(const ReadingMatches &matches, Window window, LetterMatches &rows) const noexcept;
   /// The bits (see signatureBit) of the letters that match some position of a reading of any length.
   std::uint64_t coveredBits(const ReadingMatches &matches) const noexcept;
 

@@ -46,14 +46,15 @@ LexiconIndex::LexiconIndex(std::span<const qoc_ocrDictionaryString> words) : tab
   }
 }
 
-void LexiconIndex::prepare(const ReadingMatches &matches, IndexQuery &query) const noexcept {
-  query.numPositions = matches.size();
+void LexiconIndex::prepare(const ReadingMatches &matches, Window window, IndexQuery &query) const noexcept {
+  query.numPositions = window.size();
   query.hasRows = query.numPositions <= IndexQuery::maxPositions;
   if (!query.hasRows) {
+    // What a reading does not cover, none of its windows does.
     query.coveredBits = table_.coveredBits(matches);
     return;
   }
-  table_.fill(matches, query.rows);
+  table_.fill(matches, window, query.rows);
   query.coveredBits = 0;
   for (std::size_t letter = 0; letter < query.rows.size(); ++letter) {
     const std::uint64_t bits = query.rows[letter];

@@ -43,7 +43,8 @@ class LexiconIndex {
  public:
   explicit LexiconIndex(std::span<const qoc_ocrDictionaryString> words);
 
-  void prepare(const ReadingMatches &matches, IndexQuery &query) const noexcept;
+  /// Makes the query of a window of a reading.
+  void prepare(const ReadingMatches &matches, Window window, IndexQuery &query) const noexcept;
 
   /// Whether the word's letters leave it an alignment of at most maxEdits edits with the reading or with a part of it.
   bool mayMatch(std::int32_t word, const IndexQuery &query, std::int32_t maxEdits) const noexcept {

@@ -84,39 +84,6 @@ qsys_status stopEarly(const qoc_ocrDictionaryRunParams *params, const qoc_ocrDic
   return QSYS_STATUS_OK;
 }
 
-/// The number of words of a range at which interrupts are asked for.
-std::int64_t numPolls(const WordRange &range) noexcept {
-  const auto numBelow = [](std::int64_t index) { return (index + wordsPerPoll - 1) / wordsPerPoll; };
-  return range.first < range.end ? numBelow(range.end) - numBelow(range.first) : 0;
-}
-
-/// The attention checks between one word and another: one at every word whose index is a multiple of wordsPerPoll, and where windows
-/// are searched one for each of their starts at every word.
-class WordPolls {
- public:
-  WordPolls(const WordRange &range, std::int32_t numPositions, const qoc_ocrDictionaryRunParams *params)
-      : next_(range.first), numStarts_(params != nullptr && params->matchOption9 != 0 ? numPositions : 0) {}
-
-  /// Passes over the words up to the given one, and asks what is asked before it is looked at; words passed before are done with.
-  qsys_status pollBefore(std::int32_t word) {
-    if (word < next_) {
-      return QSYS_STATUS_OK;
-    }
-    QOC_TRY(passOver(word));
-    next_ = word + 1;
-    return word % wordsPerPoll == 0 ? qsys_attention_check() : static_cast<qsys_status>(QSYS_STATUS_OK);
-  }
-  /// Passes over all words up to the given one.
-  qsys_status passOver(std::int32_t word) {
-    const std::int64_t times = numPolls({next_, word}) + (std::int64_t{word} - next_) * numStarts_;
-    next_ = word;
-    return checkAttention(times);
-  }
-
- private:
-  std::int32_t next_, numStarts_;
-};
-
 /// One reading against the words of a lexicon.
 class WordMatcher {
  public:
@@ -146,7 +113,7 @@ class WordMatcher {
       return QSYS_STATUS_OK;
     }
     if (index_ != nullptr && known_.empty()) {
-      index_->prepare(matches_, query_);
+      index_->prepare(matches_, {0, matches_.size()}, query_);
     }
     const bool isDefaultRanking = params_ == nullptr || (params_->rankingMode != 1 && params_->finalizeEachResult == 0);
     if (lexiconRoads().usesOutlines && isDefaultRanking && !searchesWindows_) {
@@ -308,7 +275,8 @@ class VariantMatcher {
 
   qsys_status addNearWords(const LexiconIndex &index, VariantLattice &lattice, std::int32_t maxEdits) {
     IndexQuery query;
-    index.prepare(lattice.symbolMatches(), query);
+    const ReadingMatches &symbols = lattice.symbolMatches();
+    index.prepare(symbols, {0, symbols.size()}, query);
     const auto words = view(lexicon_.strings);
     const WordRange shortest = findLengthRange(lexicon_, lattice.leastLength(), params_);
     const WordRange longest = findLengthRange(lexicon_, lattice.mostLength(), params_);

@@ -16,7 +16,7 @@ std::int32_t bitDistance(const Rows &rows, std::int32_t numPositions, const std:
   if (numPositions == 0) {
     return numLetters;
   }
-  const std::uint64_t last = std::uint64_t{1} << (numPositions - 1);
+  const std::int32_t last = numPositions - 1;
   std::uint64_t up = ~std::uint64_t{0};  // Where a cell is one more than the one above it.
   std::uint64_t down = 0;                // Where it is one less.
   std::int32_t distance = numPositions;
@@ -25,7 +25,7 @@ std::int32_t bitDistance(const Rows &rows, std::int32_t numPositions, const std:
     const std::uint64_t diagonal = (((matches & up) + up) ^ up) | matches | down;
     std::uint64_t right = down | ~(diagonal | up);
     std::uint64_t left = up & diagonal;
-    distance += (right & last) != 0 ? 1 : (left & last) != 0 ? -1 : 0;
+    distance += static_cast<std::int32_t>(right >> last & 1) - static_cast<std::int32_t>(left >> last & 1);
     right = right << 1 | 1;
     left <<= 1;
     up = left | ~(diagonal | right);

@@ -17,6 +17,13 @@ using namespace qoc::test;
 
 using Words = std::vector<std::string>;
 
+/// A reading with one candidate at each position.
+Owned<qoc_ocrDictionaryStringMulti> plainReading(const std::string &text) {
+  Owned<qoc_ocrDictionaryStringMulti> made;
+  require(qoc_ocrDictionaryStringMulti_setStringT(made, text.c_str()));
+  return made;
+}
+
 std::string randomText(std::mt19937 &random, std::size_t least, std::size_t most, int numLetters) {
   std::string text(least + random() % (most - least + 1), 'a');
   for (char &letter : text) {
@@ -60,10 +67,10 @@ void expectExactlyTheWordsWithin(std::mt19937 &random, const qoc_ocrDictionaryLe
   const qoc::LexiconIndex *index = qoc::indexOf(lexicon);
   ASSERT_NE(index, nullptr);
   const std::string text = randomText(random, 0, longest, numLetters);
-  const Owned<qoc_ocrDictionaryStringMulti> read = reading(text);
+  const Owned<qoc_ocrDictionaryStringMulti> read = plainReading(text);
   const qoc::ReadingMatches matches(*read, nullptr);
   qoc::IndexQuery query;
-  index->prepare(matches, query);
+  index->prepare(matches, {0, matches.size()}, query);
   std::vector<std::int32_t> found;
   for (std::int32_t edits = 0; edits <= 5; ++edits) {
     index->find(query, edits, 0, lexicon.strings.core.size, found);
@@ -99,10 +106,10 @@ TEST(LexiconIndex, WordsOfTheLongestLengthsInTriesAndBeyondAreFound) {
   qoc::lexiconRoads().minWordsForTries = 0;
   const Owned<qoc_ocrDictionaryLexicon> entry = lexicon(list);
   for (std::size_t length = 50; length <= 63; ++length) {
-    const Owned<qoc_ocrDictionaryStringMulti> read = reading(std::string(length, 'a'));
+    const Owned<qoc_ocrDictionaryStringMulti> read = plainReading(std::string(length, 'a'));
     const qoc::ReadingMatches matches(*read, nullptr);
     qoc::IndexQuery query;
-    qoc::indexOf(*entry)->prepare(matches, query);
+    qoc::indexOf(*entry)->prepare(matches, {0, matches.size()}, query);
     std::vector<std::int32_t> found;
     for (std::int32_t edits = 0; edits <= 4; ++edits) {
       qoc::indexOf(*entry)->find(query, edits, 0, entry->strings.core.size, found);
@@ -135,7 +142,7 @@ TEST(LexiconIndex, TheFirstUseAfterAChangeMayBeInSeveralThreads) {
       qoc_ocrDictionaryRunParams_construct(&params);
       params.maxEdits = 1;
       params.returnBestOnly = 0;
-      const Owned<qoc_ocrDictionaryStringMulti> read = reading("abcdabca");
+      const Owned<qoc_ocrDictionaryStringMulti> read = plainReading("abcdabca");
       Owned<qoc_ocrDictionaryResultSet> set;
       require(qoc_ocrDictionaryLexicon_matchMulti(entry, read, &params, nullptr, set));
       numResults[t] = set->results.core.size;

@@ -17,8 +17,15 @@ using namespace qoc::test;
 
 using Positions = qstd_vector_qoc_ocrDictionaryCharMulti;
 
-Owned<qoc_ocrDictionaryStringMulti> sharedReading(std::string_view text) {
-  Owned<qoc_ocrDictionaryStringMulti> made = reading(text);
+/// A reading with one candidate at each position.
+Owned<qoc_ocrDictionaryStringMulti> plainReading(const std::string &text) {
+  Owned<qoc_ocrDictionaryStringMulti> made;
+  require(qoc_ocrDictionaryStringMulti_setStringT(made, text.c_str()));
+  return made;
+}
+
+Owned<qoc_ocrDictionaryStringMulti> sharedReading(const std::string &text) {
+  Owned<qoc_ocrDictionaryStringMulti> made = plainReading(text);
   require(qoc::shareElements(made->positions.core));
   return made;
 }
@@ -35,7 +42,7 @@ TEST(SharedElements, CopiesHoldOneBlockAndTheLastReleasesIt) {
     const auto first = sharedReading("abc");
     const std::int64_t before = allocator.numAllocations();
     Owned<qoc_ocrDictionaryStringMulti> second;
-    Owned<qoc_ocrDictionaryStringMulti> third = reading("xy");
+    Owned<qoc_ocrDictionaryStringMulti> third = plainReading("xy");
     const std::int64_t beforeCopies = allocator.numAllocations();
     require(qoc_ocrDictionaryStringMulti_assign(second, first));
     require(qoc_ocrDictionaryStringMulti_assign(third, second));
@@ -49,8 +56,8 @@ TEST(SharedElements, CopiesHoldOneBlockAndTheLastReleasesIt) {
 
 /// Whatever writes, or hands out an address for writing, gives the vector a block of its own first.
 TEST(SharedElements, EveryWriteLeavesTheOthersAsTheyWere) {
-  const auto original = reading("abc");
-  const auto extra = reading("z");
+  const auto original = plainReading("abc");
+  const auto extra = plainReading("z");
   const qoc_ocrDictionaryCharMulti *element = qoc::view(*extra).data();
   const std::vector<std::function<void(Positions *)>> writes = {
       [](Positions *p) { require(qstd_vector_qoc_ocrDictionaryCharMulti_resize(p, 5)); },
@@ -92,7 +99,7 @@ TEST(SharedElements, EveryWriteLeavesTheOthersAsTheyWere) {
   for (std::size_t i = 0; i < writes.size(); ++i) {
     LibraryAllocator allocator;
     {
-      const auto plain = reading("abc");
+      const auto plain = plainReading("abc");
       Owned<qoc_ocrDictionaryStringMulti> expected;
       require(qoc_ocrDictionaryStringMulti_assign(expected, plain));
       writes[i](&expected->positions);
