@@ -118,10 +118,10 @@ class WordMatcher {
     const bool isDefaultRanking = params_ == nullptr || (params_->rankingMode != 1 && params_->finalizeEachResult == 0);
     if (lexiconRoads().usesOutlines && isDefaultRanking && !searchesWindows_) {
       QOC_TRY(matchByOutlines(results));
-    } else {
-      find(maxEdits_);
-      QOC_TRY(alignFound(results));
+      return polls_.passOver(range_.end);
     }
+    find(maxEdits_);
+    QOC_TRY(alignFound(results));
     QOC_TRY(polls_.passOver(range_.end));
     return qoc_ocrDictionaryResultSet_sort(&results, params_, 1);
   }
@@ -177,8 +177,14 @@ class WordMatcher {
 
   qsys_status outlineFound() {
     outlined_.clear();
+    constexpr std::size_t mostReserved = 1 << 14;
+    constexpr std::size_t mostStatuses = 64;
+    outlined_.reserve(std::min(found_.size(), mostReserved),
+                      std::min(static_cast<std::size_t>(matches_.size() + std::min(maxEdits_, 3)), mostStatuses));
     qoc_ocrDictionaryRunParams working = params_ != nullptr ? *params_ : qoc_ocrDictionaryRunParams{};
-    for (const std::int32_t word : found_) {
+    for (std::size_t i = 0; i < found_.size(); ++i) {
+      prefetchWords(i);
+      const std::int32_t word = found_[i];
       QOC_TRY(polls_.pollBefore(word));
       if (stopsEarly(params_, working) && !outlined_.isEmpty() && outlined_.leastEdits() == 0) {
         working.maxEdits = 0;
@@ -188,6 +194,17 @@ class WordMatcher {
       outlined_.merge(word, outlines);
     }
     return QSYS_STATUS_OK;
+  }
+
+  /// The words found lie far from each other: the records of those to come, and then their characters, are fetched ahead.
+  void prefetchWords(std::size_t i) const noexcept {
+    constexpr std::size_t ahead = 6;
+    if (i + 2 * ahead < found_.size()) {
+      __builtin_prefetch(&words_[static_cast<std::size_t>(found_[i + 2 * ahead])]);
+    }
+    if (i + ahead < found_.size()) {
+      __builtin_prefetch(view(words_[static_cast<std::size_t>(found_[i + ahead])]).data());
+    }
   }
 
   std::span<const qoc_ocrDictionaryString> words_;

@@ -61,6 +61,11 @@ void LexiconResults::clear() noexcept {
   std::ranges::fill(newcomers_, Newcomer{});
 }
 
+void LexiconResults::reserve(std::size_t numWords, std::size_t numStatuses) {
+  entries_.reserve(numWords);
+  statuses_.reserve(numWords * numStatuses);
+}
+
 std::int32_t LexiconResults::addEntry(std::int32_t word, const Outline &outline) {
   Entry entry = {};
   entry.word = word;
@@ -197,9 +202,15 @@ qsys_status LexiconResults::makeResults(Aligner &aligner, std::int32_t most, qoc
     return QSYS_STATUS_OK;
   }
   results.isComputed = 1;
-  QOC_TRY(qstd_vector_qoc_ocrDictionaryResult_resize(&results.results, std::min(most, numListed_)));
-  std::int32_t place = 0;
+  // A result without contents owns nothing: its bytes make as many as are needed.
+  qoc_ocrDictionaryResult blank;
+  QOC_TRY(qoc_ocrDictionaryResult_construct(&blank));
+  QOC_TRY(qstd_vector_qoc_ocrDictionaryResult_resizeUninit(&results.results, std::min(most, numListed_)));
   const auto made = edit(results.results);
+  for (qoc_ocrDictionaryResult &result : made) {
+    result = blank;
+  }
+  std::int32_t place = 0;
   for (const Class &group : classes_) {
     for (std::int32_t next = group.first; next != none && static_cast<std::size_t>(place) < made.size(); ++place) {
       const Entry &entry = entries_[static_cast<std::size_t>(next)];

@@ -23,6 +23,8 @@ class LexiconResults {
   LexiconResults(std::span<const qoc_ocrDictionaryString> words, bool isFinished) : words_(words), isFinished_(isFinished) {}
 
   void clear() noexcept;
+  /// Makes room for the outlines of so many words, of so many statuses each.
+  void reserve(std::size_t numWords, std::size_t numStatuses);
   /// Merges what the alignment of a word gave, in the order in which it is filed: nothing, or one outline, or an exact one and one more.
   void merge(std::int32_t word, std::span<const Outline> outlines);
 

@@ -121,6 +121,18 @@ DefaultKeys defaultKeysOf(const Result &result) {
   return {result.numEdits, numDeleted(result), -numPrimary, -numSecondary};
 }
 
+/// Whether results with their places as order indexes stand in the default order, as they mostly do.
+bool isInDefaultOrder(std::span<const Result> results) {
+  DefaultKeys last = defaultKeysOf(results.front());
+  bool isOrdered = results.front().isComputed != 0;
+  for (std::size_t i = 1; i < results.size() && isOrdered; ++i) {
+    const DefaultKeys keys = defaultKeysOf(results[i]);
+    isOrdered = results[i].isComputed != 0 && !(keys < last);
+    last = keys;
+  }
+  return isOrdered;
+}
+
 /// The default order of the results of a vector, each of which has its place as order index; what is counted is counted once.
 class DefaultOrder {
  public:
@@ -224,7 +236,9 @@ qsys_status qoc_ocrDictionaryResultVector_sort(qstd_vector_qoc_ocrDictionaryResu
       edited[i].orderIndex = static_cast<std::int32_t>(i);
     }
     if (params == nullptr || params->rankingMode != 1) {
-      sortBy(edited, DefaultOrder(edited), isDescending != 0);
+      if (isDescending == 0 || !isInDefaultOrder(edited)) {
+        sortBy(edited, DefaultOrder(edited), isDescending != 0);
+      }
     } else {
       const auto compare = params->rankingVariant == 3 ? qoc::comparePrimary : qoc::comparePrimaryAndSecondary;
       sortBy(edited, [&](std::size_t a, std::size_t b) { return compare(edited[a], edited[b]); }, isDescending != 0);

@@ -101,17 +101,20 @@ qsys_status qoc_ocrDictionaryResultSet_getIsExactBest(const qoc_ocrDictionaryRes
   return QSYS_STATUS_OK;
 }
 
+qsys_status qoc::rankAndCut(qoc_ocrDictionaryResultSet &set, const qoc_ocrDictionaryRunParams *params) {
+  QOC_TRY(qoc_ocrDictionaryResultSet_sort(&set, params, 1));
+  const bool isCut = params != nullptr && params->returnBestOnly != 0 && sizeOf(set.results) > 1;
+  return isCut ? qstd_vector_qoc_ocrDictionaryResult_resize(&set.results, 1) : static_cast<qsys_status>(QSYS_STATUS_OK);
+}
+
 qsys_status qoc_ocrDictionaryResultSet_finalize(qoc_ocrDictionaryResultSet *set,
                                                 const qoc_ocrDictionaryRunParams *params) {
   if (!present({set})) {
     return QSYS_STATUS_OK;
   }
-  QOC_TRY(qoc_ocrDictionaryResultSet_sort(set, params, 1));
+  QOC_TRY(qoc::rankAndCut(*set, params));
   if (params == nullptr) {
     return QSYS_STATUS_OK;
-  }
-  if (params->returnBestOnly != 0 && qoc::sizeOf(set->results) > 1) {
-    QOC_TRY(qstd_vector_qoc_ocrDictionaryResult_resize(&set->results, 1));
   }
   for (qoc_ocrDictionaryResult &result : qoc::edit(set->results)) {
     if (params->finalizeEachResult != 0) {

@@ -122,6 +122,18 @@ qsys_status qoc_ocrDictionaryResultSet_merge(qoc_ocrDictionaryResultSet *target,
 
 qsys_status qoc::mergeTaking(qoc_ocrDictionaryResultSet &target, qoc_ocrDictionaryResultSet &partial,
                              const qoc_ocrDictionaryRunParams *params) {
+  if (partial.isComputed == 0 || sizeOf(partial.results) == 0) {
+    return QSYS_STATUS_OK;
+  }
+  if ((target.isComputed == 0 || sizeOf(target.results) == 0) &&
+      target.results.core.memory == partial.results.core.memory) {
+    // With nothing in the target there is nothing to walk over.
+    QOC_TRY(qoc_ocrDictionaryResultSet_reset(&target));
+    target.isComputed = 1;
+    std::swap(target.results, partial.results);
+    QOC_TRY(qoc_ocrDictionaryResultVector_sort(&target.results, params, 1));
+    return dropAdjacentDuplicates(target.results);
+  }
   std::int32_t numLeft = 0;  // What is not taken gathers in front.
   std::int32_t numSeen = 0;
   const auto edited = edit(partial.results);
