@@ -22,7 +22,9 @@ class AccuracyTest(ProgramTest):
                 if line.startswith("|") and not line.startswith("|---")]
 
     def test_a_part_of_the_readings(self):
-        matched, resolved = self.report("--every", "10").split("## One text for each line\n")
+        matched, rest = self.report("--every", "10").split("## One text for each line\n")
+        resolved, learnt = rest.split("## What is learnt of the reader\n")
+        self.assertEqual(len(self.tables(learnt)), 8)
         tables = self.tables(matched)
         self.assertEqual([row[0] for row in tables], ["kind", "word", "name", "all"] +
                          2 * ["kind", "serial", "date", "lot", "vin", "iban", "all"])
