@@ -159,7 +159,7 @@ Cost ReadingCosts::extra(std::int32_t position, Char32 before, Char32 behind) co
 Cost ReadingCosts::freeText(const qoc_ocrDictionaryFreeText &freeText) const {
   Cost cost = freeText.base;
   for (const Position &position : positions_) {
-    cost += freeText.perCharacter + position.lead * freeText.leadPercent / 100;
+    cost += freeText.perCharacter + std::min<Cost>(position.lead * freeText.leadPercent / 100, INT32_MAX);
   }
   return cost;
 }

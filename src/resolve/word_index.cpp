@@ -36,6 +36,8 @@ Reach Reach::of(const qoc_ocrDictionaryRunParams *params) {
           params->maxStringLength};
 }
 
+bool Reach::countsEdits() const { return maxEdits <= maxCountedEdits; }
+
 void WordIndex::add(std::span<const qoc_ocrDictionaryChar> word, std::int32_t lexicon) {
   words_.push_back({codes_.size(), word.size(), lexicon});
   for (const qoc_ocrDictionaryChar &character : word) codes_.push_back(character.code);
@@ -65,7 +67,7 @@ WordTable::WordTable(const ReadingCosts &costs, const Reach &reach, const MultiS
     : costs_(costs),
       reach_(reach),
       swaps_(swaps),
-      countsEdits_(reach.maxEdits <= maxCountedEdits),
+      countsEdits_(reach.countsEdits()),
       numEdits_(countsEdits_ ? reach.maxEdits : 0),
       band_(reach.isWindow || !swaps.isEmpty() ? INT32_MAX : reach.maxEdits) {
   suffix_.assign(static_cast<std::size_t>(costs.size()) + 1, 0);
