@@ -138,16 +138,13 @@ class ReadingMatcher {
     return QSYS_STATUS_OK;
   }
 
-  /// Whether another result of the edit cannot show: only the best one is kept in the end, there is one without an
-  /// edit, and one with an edit, which leaves its traces in the ranking of the other.
+  /// Whether a result of the edit cannot show: only the best one is kept in the end, and there is one without an edit,
+  /// which every ranking puts first before it looks at anything else.
   bool isNeedless(ExpressionEdit edit) const {
-    return keepsBestOnly_ && edit != ExpressionEdit::none && sizeOf(buckets_) == 2 && hasExact();
+    return keepsBestOnly_ && edit != ExpressionEdit::none && hasExact();
   }
 
   qsys_status file(const Edited &edited, Way way) {
-    if (isNeedless(edited.edit)) {
-      return QSYS_STATUS_OK;
-    }
     qoc_ocrDictionaryResult result;
     QOC_TRY(inFrame<1>([&](Frame<1> &frame) -> qsys_status {
       QOC_TRY(qoc_ocrDictionaryResult_construct(&result));
