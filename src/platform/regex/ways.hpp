@@ -100,7 +100,7 @@ class WayFinder {
         path.pop_back();
         continue;
       }
-      QOC_TRY(states_.tick(1));
+      QOC_TRY(states_.meter().add(1));
       const std::int32_t position = (*step.followers)[step.next++];
       const std::size_t i = path.size() - 1;
       if (!contains(live_[i], position)) {
@@ -117,6 +117,7 @@ class WayFinder {
       if (i + 1 < sequence_.size()) {
         const std::vector<std::int32_t> *followers = nullptr;
         QOC_TRY(followersOf(position, followers));
+        QOC_TRY(states_.tick(1));
         path.push_back({followers, 0, states_.followersOf(told) & live_[i + 1], states_.none()});
       } else if (isEmpty(told)) {
         QOC_TRY(states_.meter().add(workPerPlace * way.size()));
