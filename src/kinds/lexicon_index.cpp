@@ -56,10 +56,13 @@ void LexiconIndex::prepare(const ReadingMatches &matches, Window window, IndexQu
   }
   table_.fill(matches, window, query.rows);
   query.coveredBits = 0;
-  for (std::size_t letter = 0; letter < query.rows.size(); ++letter) {
+  for (std::size_t letter = 0; letter <= table_.maxLetter(); ++letter) {
+    const std::uint64_t bits = query.rows[letter];
+    query.coveredBits |= bits != 0 ? LetterTable::signatureBit(static_cast<Letter>(letter)) : 0;
+  }
+  for (std::size_t letter = 0; letter <= table_.maxLetter() && !backward_.isEmpty(); ++letter) {
     const std::uint64_t bits = query.rows[letter];
     query.reversedRows[letter] = bits != 0 ? reversedBits(bits, query.numPositions) : 0;
-    query.coveredBits |= bits != 0 ? LetterTable::signatureBit(static_cast<Letter>(letter)) : 0;
   }
 }
 

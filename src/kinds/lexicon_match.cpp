@@ -91,9 +91,9 @@ class WordMatcher {
   enum class Wanted { all, best };
 
   /// `known`, unless empty, holds every word worth aligning, ascending.
-  WordMatcher(const qoc_ocrDictionaryLexicon &lexicon, const qoc_ocrDictionaryStringMulti &reading,
-              const qoc_ocrDictionaryRunParams *params, const qoc_swapCharSet *set, Wanted wanted,
-              std::span<const std::int32_t> known = {})
+  WordMatcher(const qoc_ocrDictionaryLexicon &lexicon, const ReadingMatches &matches,
+              const qoc_ocrDictionaryRunParams *params, const WordRange &range, Wanted wanted,
+              std::span<const std::int32_t> known)
       : words_(view(lexicon.strings)),
         index_(lexiconRoads().usesIndex ? indexOf(lexicon) : nullptr),
         params_(params),
@@ -101,17 +101,14 @@ class WordMatcher {
         wanted_(wanted),
         maxEdits_(params != nullptr ? std::max(params->maxEdits, 0) : 0),
         searchesWindows_(params != nullptr && params->matchOption9 != 0),
-        range_(findLengthRange(lexicon, sizeOf(reading), params)),
-        polls_(range_, sizeOf(reading), params),
-        matches_(reading, set),
+        range_(range),
+        polls_(range, matches.size(), params),
+        matches_(matches),
         aligner_(matches_, Aligner::Kind::multi),
         outlined_(words_, params != nullptr) {}
 
   /// Fills `results`, which were reset, ranked but not finished.
   qsys_status match(qoc_ocrDictionaryResultSet &results) {
-    if (range_.first >= range_.end) {
-      return QSYS_STATUS_OK;
-    }
     if (index_ != nullptr && known_.empty()) {
       index_->prepare(matches_, {0, matches_.size()}, query_);
     }
@@ -216,20 +213,28 @@ class WordMatcher {
   bool searchesWindows_;
   WordRange range_;
   WordPolls polls_;
-  ReadingMatches matches_;
+  const ReadingMatches &matches_;
   Aligner aligner_;
   LexiconResults outlined_;
   IndexQuery query_;
   std::vector<std::int32_t> found_;
 };
 
-/// Matches every word worth trying with one reading.
+/// Matches every word worth trying with one reading, whose matches are made if they are not there. `known` as in WordMatcher.
 qsys_status matchWords(const qoc_ocrDictionaryLexicon &lexicon, const qoc_ocrDictionaryStringMulti &reading,
                        const qoc_ocrDictionaryRunParams *params, const qoc_swapCharSet *set, WordMatcher::Wanted wanted,
-                       qoc_ocrDictionaryResultSet &results, std::span<const std::int32_t> known = {}) {
+                       std::span<const std::int32_t> known, std::optional<ReadingMatches> &matches,
+                       qoc_ocrDictionaryResultSet &results) {
   QOC_TRY(qoc_ocrDictionaryResultSet_reset(&results));
+  const WordRange range = findLengthRange(lexicon, sizeOf(reading), params);
+  if (range.first >= range.end) {
+    return QSYS_STATUS_OK;
+  }
   return inFrame<1>([&](Frame<1> &) -> qsys_status {
-    return WordMatcher(lexicon, reading, params, set, wanted, known).match(results);
+    if (!matches) {
+      matches.emplace(reading, set);
+    }
+    return WordMatcher(lexicon, *matches, params, range, wanted, known).match(results);
   });
 }
 
@@ -281,7 +286,8 @@ class VariantMatcher {
                        std::span<const std::int32_t> known) {
     QOC_TRY(stopEarly(params_, results_, working_));
     // What a variant adds depends on all of its results, so all are needed.
-    QOC_TRY(matchWords(lexicon_, variant, workingParams(), &set_, WordMatcher::Wanted::all, scratch_, known));
+    std::optional<ReadingMatches> matches;
+    QOC_TRY(matchWords(lexicon_, variant, workingParams(), &set_, WordMatcher::Wanted::all, known, matches, scratch_));
     QOC_TRY(qoc_ocrDictionaryResultSet_setGiven(&scratch_, &reading_, &inputIndices));
     if (isFirst) {
       std::swap(results_, scratch_);
@@ -381,26 +387,29 @@ qsys_status matchVariants(const qoc_ocrDictionaryLexicon &lexicon, const qoc_ocr
 
 }  // namespace
 
+qsys_status LexiconMatching::match(const qoc_ocrDictionaryLexicon &lexicon, const qoc_ocrDictionaryRunParams *params,
+                                   qoc_ocrDictionaryResultSet &results) {
+  QOC_TRY(qoc_ocrDictionaryResultSet_reset(&results));
+  if (hasVariants_) {
+    QOC_TRY(matchVariants(lexicon, reading_, params, *set_, results));
+  } else {
+    const bool isBest = params != nullptr && params->returnBestOnly != 0;
+    QOC_TRY(matchWords(lexicon, reading_, params, set_, isBest ? WordMatcher::Wanted::best : WordMatcher::Wanted::all, {},
+                       matches_, results));
+  }
+  QOC_TRY(qoc_ocrDictionaryResultSet_finalize(&results, params));
+  results.isComputed = 1;
+  return QSYS_STATUS_OK;
+}
+
 }  // namespace qoc
 
 qsys_status qoc_ocrDictionaryLexicon_matchMulti(const qoc_ocrDictionaryLexicon *lexicon,
                                                 const qoc_ocrDictionaryStringMulti *reading,
                                                 const qoc_ocrDictionaryRunParams *params, const qoc_swapCharSet *set,
                                                 qoc_ocrDictionaryResultSet *results) {
-  if (!present({lexicon, reading, results})) {
-    return QSYS_STATUS_OK;
-  }
-  QOC_TRY(qoc_ocrDictionaryResultSet_reset(results));
-  if (qoc::hasVariants(set)) {
-    QOC_TRY(qoc::matchVariants(*lexicon, *reading, params, *set, *results));
-  } else {
-    const bool isBest = params != nullptr && params->returnBestOnly != 0;
-    QOC_TRY(qoc::matchWords(*lexicon, *reading, params, set,
-                            isBest ? qoc::WordMatcher::Wanted::best : qoc::WordMatcher::Wanted::all, *results));
-  }
-  QOC_TRY(qoc_ocrDictionaryResultSet_finalize(results, params));
-  results->isComputed = 1;
-  return QSYS_STATUS_OK;
+  return present({lexicon, reading, results}) ? qoc::LexiconMatching(*reading, set).match(*lexicon, params, *results)
+                                              : QSYS_STATUS_OK;
 }
 
 qsys_status qoc_ocrDictionaryLexicon_match(const qoc_ocrDictionaryLexicon *lexicon,

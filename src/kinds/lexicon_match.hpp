@@ -3,6 +3,8 @@
 
 #include <qoc/lexicon.h>
 
+#include <optional>
+
 #include "frame/frame.hpp"
 #include "kinds/lexicon_index.hpp"
 #include "platform/system/attention.hpp"
@@ -57,6 +59,24 @@ class WordPolls {
 
  private:
   std::int32_t next_, numStarts_;
+};
+
+/// One reading against any number of lexicons: what is worked out of the reading is worked out once.
+class LexiconMatching {
+ public:
+  /// The reading and the set, which may be null, stay as they are while the object lives.
+  LexiconMatching(const qoc_ocrDictionaryStringMulti &reading, const qoc_swapCharSet *set)
+      : reading_(reading), set_(set), hasVariants_(hasVariants(set)) {}
+
+  /// As qoc_ocrDictionaryLexicon_matchMulti.
+  qsys_status match(const qoc_ocrDictionaryLexicon &lexicon, const qoc_ocrDictionaryRunParams *params,
+                    qoc_ocrDictionaryResultSet &results);
+
+ private:
+  const qoc_ocrDictionaryStringMulti &reading_;
+  const qoc_swapCharSet *set_;
+  bool hasVariants_;
+  std::optional<ReadingMatches> matches_;
 };
 
 }  // namespace qoc
