@@ -19,8 +19,9 @@ using Letter = std::uint8_t;
 /// For every letter of a list the positions of a reading that it matches, a bit each.
 using LetterMatches = std::array<std::uint64_t, 256>;
 
-/// Numbers codes. In lists of more different codes than there are letters the rarest share letters; such a letter matches where one
-/// of its codes does. Whatever is looked up by letters then finds at least what it would find by codes.
+/// Numbers codes. In lists of more different codes than there are letters the rarest share letters; such a letter
+/// matches where one of its codes does. Whatever is looked up by letters then finds at least what it would find by
+/// codes.
 class LetterTable {
  public:
   explicit LetterTable(std::span<const qoc_ocrDictionaryString> words);

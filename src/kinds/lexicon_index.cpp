@@ -74,14 +74,23 @@ void LexiconIndex::find(const IndexQuery &query, std::int32_t maxEdits, std::int
     return;
   }
   switch (maxEdits) {
-    case 0: walk<0>(query, found); break;
-    case 1: walk<1>(query, found); break;
-    case 2: walk<2>(query, found); break;
-    default: walk<3>(query, found); break;
+    case 0:
+      walk<0>(query, found);
+      break;
+    case 1:
+      walk<1>(query, found);
+      break;
+    case 2:
+      walk<2>(query, found);
+      break;
+    default:
+      walk<3>(query, found);
+      break;
   }
   if (!equals_.empty()) {
     for (std::size_t i = 0, numFound = found.size(); i < numFound; ++i) {
-      const auto [from, to] = std::ranges::equal_range(equals_, found[i], {}, &std::pair<std::int32_t, std::int32_t>::first);
+      const auto [from, to] =
+          std::ranges::equal_range(equals_, found[i], {}, &std::pair<std::int32_t, std::int32_t>::first);
       for (auto pair = from; pair != to; ++pair) {
         found.push_back(pair->second);
       }
@@ -128,7 +137,8 @@ std::size_t LexiconIndex::numBytes() const noexcept {
 
 namespace {
 
-/// An index, once somebody asked for it, and the number of lexicons that hold it: copies of one, which have the same words.
+/// An index, once somebody asked for it, and the number of lexicons that hold it: copies of one, which have the same
+/// words.
 struct SharedIndex {
   std::once_flag isMade;
   std::optional<LexiconIndex> index;

@@ -1,28 +1,35 @@
 // The match of a lexicon: every word that can be read in a reading, ranked.
 //
-// The road that is followed: every word of an admissible length is aligned with the reading, in the lexicon's order; the results of
-// each are merged into those so far, which may drop newcomers; the first of all is the best. What is done is less. The index finds the
-// words that have an alignment of few enough edits (see LexiconIndex), for the others give no results and change nothing; and what is
-// merged are outlines (see LexiconResults), which compare as the results would.
+// The road that is followed: every word of an admissible length is aligned with the reading, in the lexicon's order;
+// the results of each are merged into those so far, which may drop newcomers; the first of all is the best. What is
+// done is less. The index finds the words that have an alignment of few enough edits (see LexiconIndex), for the others
+// give no results and change nothing; and what is merged are outlines (see LexiconResults), which compare as the
+// results would.
 //
-// **Where only the best is asked for**, words of many edits need not be looked at once one of few is there. Let E be the least number of
-// edits of any result, and S any part of the words, in order, that holds every word with a result of E edits. Claim: merging only the
-// words of S gives the same best result, in all its fields. It holds in the default ranking for exact results (E = 0), and for
-// results of the edit table (maxEdits of 2 and more, E > 0); with maxEdits 1 and E = 1 every word of a result is in S anyway.
+// **Where only the best is asked for**, words of many edits need not be looked at once one of few is there. Let E be
+// the least number of edits of any result, and S any part of the words, in order, that holds every word with a result
+// of E edits. Claim: merging only the words of S gives the same best result, in all its fields. It holds in the default
+// ranking for exact results (E = 0), and for results of the edit table (maxEdits of 2 and more, E > 0); with maxEdits 1
+// and E = 1 every word of a result is in S anyway.
 //
-// - A newcomer of more edits than the list's first result is appended, before anything but edits is compared, so that it
-//   changes no result but by the order indexes that the sort after it sets. Those decide only whether the walk drops a newcomer that
-//   ties with an old result in all keys of the primary-rank order before the index. Call that a tie.
-// - In the cases named, ties agree in all keys of the default order too: edits, deleted positions and primary ones are keys of both, and
-//   the secondary positions are all that are not primary in an exact result, and none in one of the table. Duplicates agree as well.
-//   So what is dropped leaves a result of equal rank in the list that came before it, and the stable sort keeps that in front. By
-//   induction the first result is always the earliest of the least default keys among all words merged: the same in S and in all.
-// - What the comparisons cache in the best result B: B is never dropped, so its own walk compares it with results of E edits only
-//   (others are decided by edits), passes those that are worse, and ends at the first that is better. Its matched positions and its
-//   score are cached at the first result that agrees with it in primary positions and line status; it ties with none. Results that agree in
-//   these and in the default keys act alike, and of such a kind a list always holds the earliest, whatever was dropped behind it; so
-//   the kinds and their order are the same in S and in all. After that B is the first of the list, and every later newcomer of E edits is
-//   compared with it first, whatever the rest of the list holds.
+// - A newcomer of more edits than the list's first result is appended, before anything but edits is compared, so that
+// it
+//   changes no result but by the order indexes that the sort after it sets. Those decide only whether the walk drops a
+//   newcomer that ties with an old result in all keys of the primary-rank order before the index. Call that a tie.
+// - In the cases named, ties agree in all keys of the default order too: edits, deleted positions and primary ones are
+// keys of both, and
+//   the secondary positions are all that are not primary in an exact result, and none in one of the table. Duplicates
+//   agree as well. So what is dropped leaves a result of equal rank in the list that came before it, and the stable
+//   sort keeps that in front. By induction the first result is always the earliest of the least default keys among all
+//   words merged: the same in S and in all.
+// - What the comparisons cache in the best result B: B is never dropped, so its own walk compares it with results of E
+// edits only
+//   (others are decided by edits), passes those that are worse, and ends at the first that is better. Its matched
+//   positions and its score are cached at the first result that agrees with it in primary positions and line status; it
+//   ties with none. Results that agree in these and in the default keys act alike, and of such a kind a list always
+//   holds the earliest, whatever was dropped behind it; so the kinds and their order are the same in S and in all.
+//   After that B is the first of the list, and every later newcomer of E edits is compared with it first, whatever the
+//   rest of the list holds.
 // - The order index of the best result is 0, as the sort of the finished set writes it, or as it was in a list of one.
 //
 // So the search begins with no edits and allows one more as long as nothing is found within those allowed.
@@ -53,9 +60,8 @@ WordRange findLengthRange(const qoc_ocrDictionaryLexicon &lexicon, std::int32_t 
                           const qoc_ocrDictionaryRunParams *params) {
   const auto words = view(lexicon.strings);
   const auto firstOfLength = [&](std::int64_t length) {
-    const auto found = std::ranges::lower_bound(words, length, {}, [](const qoc_ocrDictionaryString &word) {
-      return static_cast<std::int64_t>(sizeOf(word));
-    });
+    const auto found = std::ranges::lower_bound(
+        words, length, {}, [](const qoc_ocrDictionaryString &word) { return static_cast<std::int64_t>(sizeOf(word)); });
     return static_cast<std::int32_t>(found - words.begin());
   };
   const std::int64_t d = params != nullptr ? params->maxEdits : 0;
@@ -152,7 +158,8 @@ class WordMatcher {
       for (const std::int32_t word : found_) {
         QOC_TRY(polls_.pollBefore(word));
         QOC_TRY(stopEarly(params_, results, working));
-        QOC_TRY(aligner_.align(words_[static_cast<std::size_t>(word)], params_ != nullptr ? &working : nullptr, scratch));
+        QOC_TRY(
+            aligner_.align(words_[static_cast<std::size_t>(word)], params_ != nullptr ? &working : nullptr, scratch));
         QOC_TRY(mergeTaking(results, scratch, params_));
       }
       return QSYS_STATUS_OK;
@@ -187,13 +194,15 @@ class WordMatcher {
         working.maxEdits = 0;
       }
       std::span<const Outline> outlines;
-      QOC_TRY(aligner_.outline(words_[static_cast<std::size_t>(word)], params_ != nullptr ? &working : nullptr, outlines));
+      QOC_TRY(
+          aligner_.outline(words_[static_cast<std::size_t>(word)], params_ != nullptr ? &working : nullptr, outlines));
       outlined_.merge(word, outlines);
     }
     return QSYS_STATUS_OK;
   }
 
-  /// The words found lie far from each other: the records of those to come, and then their characters, are fetched ahead.
+  /// The words found lie far from each other: the records of those to come, and then their characters, are fetched
+  /// ahead.
   void prefetchWords(std::size_t i) const noexcept {
     constexpr std::size_t ahead = 6;
     if (i + 2 * ahead < found_.size()) {
@@ -220,7 +229,8 @@ class WordMatcher {
   std::vector<std::int32_t> found_;
 };
 
-/// Matches every word worth trying with one reading, whose matches are made if they are not there. `known` as in WordMatcher.
+/// Matches every word worth trying with one reading, whose matches are made if they are not there. `known` as in
+/// WordMatcher.
 qsys_status matchWords(const qoc_ocrDictionaryLexicon &lexicon, const qoc_ocrDictionaryStringMulti &reading,
                        const qoc_ocrDictionaryRunParams *params, const qoc_swapCharSet *set, WordMatcher::Wanted wanted,
                        std::span<const std::int32_t> known, std::optional<ReadingMatches> &matches,
@@ -307,7 +317,8 @@ class VariantMatcher {
       if (word % wordsPerPoll == 0 && !isAttentionCounted()) {
         QOC_TRY(qsys_attention_check());  // One more look of a ready handler tells nobody anything.
       }
-      if (index.mayMatch(word, query, maxEdits) && !lattice.addWord(word, view(words[static_cast<std::size_t>(word)]))) {
+      if (index.mayMatch(word, query, maxEdits) &&
+          !lattice.addWord(word, view(words[static_cast<std::size_t>(word)]))) {
         lattice.visitAll();
         break;
       }
@@ -394,8 +405,8 @@ qsys_status LexiconMatching::match(const qoc_ocrDictionaryLexicon &lexicon, cons
     QOC_TRY(matchVariants(lexicon, reading_, params, *set_, results));
   } else {
     const bool isBest = params != nullptr && params->returnBestOnly != 0;
-    QOC_TRY(matchWords(lexicon, reading_, params, set_, isBest ? WordMatcher::Wanted::best : WordMatcher::Wanted::all, {},
-                       matches_, results));
+    QOC_TRY(matchWords(lexicon, reading_, params, set_, isBest ? WordMatcher::Wanted::best : WordMatcher::Wanted::all,
+                       {}, matches_, results));
   }
   QOC_TRY(qoc_ocrDictionaryResultSet_finalize(&results, params));
   results.isComputed = 1;

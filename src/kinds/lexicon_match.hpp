@@ -34,14 +34,15 @@ inline std::int64_t numPolls(const WordRange &range) noexcept {
   return range.first < range.end ? numBelow(range.end) - numBelow(range.first) : 0;
 }
 
-/// The attention checks between one word and another: one at every word whose index is a multiple of wordsPerPoll, and where windows
-/// are searched one for each of their starts at every word.
+/// The attention checks between one word and another: one at every word whose index is a multiple of wordsPerPoll, and
+/// where windows are searched one for each of their starts at every word.
 class WordPolls {
  public:
   WordPolls(const WordRange &range, std::int32_t numPositions, const qoc_ocrDictionaryRunParams *params)
       : next_(range.first), numStarts_(params != nullptr && params->matchOption9 != 0 ? numPositions : 0) {}
 
-  /// Passes over the words up to the given one, and asks what is asked before it is looked at; words passed before are done with.
+  /// Passes over the words up to the given one, and asks what is asked before it is looked at; words passed before are
+  /// done with.
   qsys_status pollBefore(std::int32_t word) {
     if (word < next_) {
       return QSYS_STATUS_OK;

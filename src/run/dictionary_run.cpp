@@ -20,7 +20,8 @@ struct Run {
   qoc_ocrDictionaryResultSet scratch;
 };
 
-/// Once the best result is exact and only the best counts, one edit need not be looked for in the entries that are left.
+/// Once the best result is exact and only the best counts, one edit need not be looked for in the entries that are
+/// left.
 qsys_status stopEarly(Run &run) {
   if (run.params->returnBestOnly != 0 && run.params->maxEdits == 1) {
     qsys_bool isExactBest = 0;
@@ -104,7 +105,8 @@ qsys_status qoc_ocrDictionary_runSwapCharSetMulti(const qoc_ocrDictionary *dicti
       QOC_TRY(qoc_ocrDictionaryResultSet_reset(results));
       results->isComputed = 1;
     }
-    // Every entry's results came finished, and finishing them again changes nothing unless it takes inserted positions out.
+    // Every entry's results came finished, and finishing them again changes nothing unless it takes inserted positions
+    // out.
     return params->finalizeEachResult != 0 ? qoc_ocrDictionaryResultSet_finalize(results, params)
                                            : qoc::rankAndCut(*results, params);
   });

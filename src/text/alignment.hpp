@@ -8,7 +8,8 @@
 
 namespace qoc {
 
-/// What an alignment comes to, before a result is made of it. Its lists stand in the aligner's and hold until the next word.
+/// What an alignment comes to, before a result is made of it. Its lists stand in the aligner's and hold until the next
+/// word.
 struct Outline {
   Window window = {0, 0};
   std::int32_t numEdits = 0;
@@ -23,8 +24,8 @@ struct Outline {
 /// Aligns words with one reading. Nothing is constructed for a word that has no alignment.
 class Aligner {
  public:
-  /// The two kinds of alignment. The plain one shows every edit by the table's steps; the multi one builds a single edit by itself,
-  /// from the dictionary's side, and stops early.
+  /// The two kinds of alignment. The plain one shows every edit by the table's steps; the multi one builds a single
+  /// edit by itself, from the dictionary's side, and stops early.
   enum class Kind { plain, multi };
 
   /// An alignment of a window is exact or has edits; both, with all results asked for.

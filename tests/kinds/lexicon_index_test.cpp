@@ -43,7 +43,8 @@ Words randomList(std::mt19937 &random, std::size_t numWords, std::size_t most, i
   return list;
 }
 
-std::vector<std::int32_t> wordsWithin(const qoc_ocrDictionaryLexicon &lexicon, const std::string &text, std::int32_t edits) {
+std::vector<std::int32_t> wordsWithin(const qoc_ocrDictionaryLexicon &lexicon, const std::string &text,
+                                      std::int32_t edits) {
   std::array<std::uint64_t, 256> rows = {};
   for (std::size_t j = 0; j < text.size(); ++j) {
     rows[static_cast<std::uint8_t>(text[j])] |= std::uint64_t{1} << j;

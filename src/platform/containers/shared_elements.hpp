@@ -1,9 +1,10 @@
 #pragma once
 // Elements that several vectors hold together until one of them is written to.
 //
-// A vector is put into this state by the library, for blocks that it has made itself and is going to copy many times. Copies of a
-// vector in it hold the same block. Whatever could change the elements, or hands out an address through which they can be changed, first gives
-// the vector a block of its own; so nobody ever holds such an address into a shared block.
+// A vector is put into this state by the library, for blocks that it has made itself and is going to copy many times.
+// Copies of a vector in it hold the same block. Whatever could change the elements, or hands out an address through
+// which they can be changed, first gives the vector a block of its own; so nobody ever holds such an address into a
+// shared block.
 
 #include <qoc/vector.h>
 

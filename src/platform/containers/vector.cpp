@@ -1,9 +1,10 @@
 // The generic vector.
 //
-// Storage is one block of `capacity` elements, the first `size` of which are constructed. Elements are moved byte by byte (the
-// table's contract allows it), so growing, inserting and erasing call no element operation but the ones that the caller asked for,
-// and cannot fail half-way: what is added is first constructed behind the last element, in the new block if one is needed, and only
-// then moved to its place. That also makes it safe to add elements of the vector to itself.
+// Storage is one block of `capacity` elements, the first `size` of which are constructed. Elements are moved byte by
+// byte (the table's contract allows it), so growing, inserting and erasing call no element operation but the ones that
+// the caller asked for, and cannot fail half-way: what is added is first constructed behind the last element, in the
+// new block if one is needed, and only then moved to its place. That also makes it safe to add elements of the vector
+// to itself.
 
 #include <qoc/vector.h>
 
@@ -282,7 +283,8 @@ qsys_status assignBlock(qstd_vector &vector, const void *first, std::int32_t n) 
   if (n < vector.size) {
     return setSize(vector, n, {Source::Kind::defaults});
   }
-  return n == numKept ? QSYS_STATUS_OK : add(vector, n - numKept, {Source::Kind::block, step(first, numKept, vector)}, true);
+  return n == numKept ? QSYS_STATUS_OK
+                      : add(vector, n - numKept, {Source::Kind::block, step(first, numKept, vector)}, true);
 }
 
 bool liesWithin(const qstd_vector &vector, const void *address) {

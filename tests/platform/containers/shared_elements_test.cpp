@@ -68,7 +68,8 @@ TEST(SharedElements, EveryWriteLeavesTheOthersAsTheyWere) {
       [&](Positions *p) { require(qstd_vector_qoc_ocrDictionaryCharMulti_pushBack(p, element)); },
       [&](Positions *p) { require(qstd_vector_qoc_ocrDictionaryCharMulti_insertElement(p, 1, element)); },
       [](Positions *p) {
-        require(qstd_vector_qoc_ocrDictionaryCharMulti_insert(p, 1, qoc::viewAs<qoc_ocrDictionaryCharMulti>(*p).data(), 2));
+        require(
+            qstd_vector_qoc_ocrDictionaryCharMulti_insert(p, 1, qoc::viewAs<qoc_ocrDictionaryCharMulti>(*p).data(), 2));
       },
       [](Positions *p) { require(qstd_vector_qoc_ocrDictionaryCharMulti_append(p, p)); },
       [](Positions *p) { require(qstd_vector_qoc_ocrDictionaryCharMulti_eraseElement(p, 0)); },
