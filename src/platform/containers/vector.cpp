@@ -268,8 +268,13 @@ qsys_status removeRange(qstd_vector &vector, std::int32_t position, std::int32_t
 /// Replaces the elements by copies of a block of n that does not lie in the vector.
 qsys_status assignBlock(qstd_vector &vector, const void *first, std::int32_t n) {
   if (isShared(vector)) {
-    QOC_TRY(leaveShared(vector));
+    qstd_vector copy;
+    QOC_TRY(constructWith(&copy, n, vector.elementSize, vector.table, nullptr, {Source::Kind::block, first}));
+    const qsys_status status = leaveShared(vector);
+    vector = copy;
+    return status;
   }
+  QOC_TRY(qstd_vector__reserve(&vector, n));  // First, so that plain elements are replaced all or not at all.
   const std::int32_t numKept = std::min(n, vector.size);
   if (vector.table->assign == nullptr) {
     if (numKept > 0) {
