@@ -113,13 +113,14 @@ class WordMatcher {
         aligner_(matches_, Aligner::Kind::multi),
         outlined_(words_, params != nullptr) {}
 
-  /// Fills `results`, which were reset, ranked but not finished.
-  qsys_status match(qoc_ocrDictionaryResultSet &results) {
+  /// Fills `results`, which were reset, ranked; `areFinished` tells whether nothing is left to be done to them.
+  qsys_status match(qoc_ocrDictionaryResultSet &results, bool &areFinished) {
     if (index_ != nullptr && known_.empty()) {
       index_->prepare(matches_, {0, matches_.size()}, query_);
     }
     const bool isDefaultRanking = params_ == nullptr || (params_->rankingMode != 1 && params_->finalizeEachResult == 0);
     if (lexiconRoads().usesOutlines && isDefaultRanking && !searchesWindows_) {
+      areFinished = true;
       QOC_TRY(matchByOutlines(results));
       return polls_.passOver(range_.end);
     }
@@ -234,7 +235,8 @@ class WordMatcher {
 qsys_status matchWords(const qoc_ocrDictionaryLexicon &lexicon, const qoc_ocrDictionaryStringMulti &reading,
                        const qoc_ocrDictionaryRunParams *params, const qoc_swapCharSet *set, WordMatcher::Wanted wanted,
                        std::span<const std::int32_t> known, std::optional<ReadingMatches> &matches,
-                       qoc_ocrDictionaryResultSet &results) {
+                       qoc_ocrDictionaryResultSet &results, bool &areFinished) {
+  areFinished = false;
   QOC_TRY(qoc_ocrDictionaryResultSet_reset(&results));
   const WordRange range = findLengthRange(lexicon, sizeOf(reading), params);
   if (range.first >= range.end) {
@@ -244,7 +246,7 @@ qsys_status matchWords(const qoc_ocrDictionaryLexicon &lexicon, const qoc_ocrDic
     if (!matches) {
       matches.emplace(reading, set);
     }
-    return WordMatcher(lexicon, *matches, params, range, wanted, known).match(results);
+    return WordMatcher(lexicon, *matches, params, range, wanted, known).match(results, areFinished);
   });
 }
 
@@ -297,7 +299,9 @@ class VariantMatcher {
     QOC_TRY(stopEarly(params_, results_, working_));
     // What a variant adds depends on all of its results, so all are needed.
     std::optional<ReadingMatches> matches;
-    QOC_TRY(matchWords(lexicon_, variant, workingParams(), &set_, WordMatcher::Wanted::all, known, matches, scratch_));
+    bool areFinished = false;  // The whole is finished at the end.
+    QOC_TRY(matchWords(lexicon_, variant, workingParams(), &set_, WordMatcher::Wanted::all, known, matches, scratch_,
+                       areFinished));
     QOC_TRY(qoc_ocrDictionaryResultSet_setGiven(&scratch_, &reading_, &inputIndices));
     if (isFirst) {
       std::swap(results_, scratch_);
@@ -401,14 +405,17 @@ qsys_status matchVariants(const qoc_ocrDictionaryLexicon &lexicon, const qoc_ocr
 qsys_status LexiconMatching::match(const qoc_ocrDictionaryLexicon &lexicon, const qoc_ocrDictionaryRunParams *params,
                                    qoc_ocrDictionaryResultSet &results) {
   QOC_TRY(qoc_ocrDictionaryResultSet_reset(&results));
+  bool areFinished = false;
   if (hasVariants_) {
     QOC_TRY(matchVariants(lexicon, reading_, params, *set_, results));
   } else {
     const bool isBest = params != nullptr && params->returnBestOnly != 0;
     QOC_TRY(matchWords(lexicon, reading_, params, set_, isBest ? WordMatcher::Wanted::best : WordMatcher::Wanted::all,
-                       {}, matches_, results));
+                       {}, matches_, results, areFinished));
   }
-  QOC_TRY(qoc_ocrDictionaryResultSet_finalize(&results, params));
+  if (!areFinished) {
+    QOC_TRY(qoc_ocrDictionaryResultSet_finalize(&results, params));
+  }
   results.isComputed = 1;
   return QSYS_STATUS_OK;
 }

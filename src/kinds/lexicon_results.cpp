@@ -211,6 +211,7 @@ qsys_status LexiconResults::makeResults(Aligner &aligner, std::int32_t most, qoc
   for (qoc_ocrDictionaryResult &result : made) {
     result = blank;
   }
+  ElementPool pool;
   std::int32_t place = 0;
   for (const Class &group : classes_) {
     for (std::int32_t next = group.first; next != none && static_cast<std::size_t>(place) < made.size(); ++place) {
@@ -218,9 +219,14 @@ qsys_status LexiconResults::makeResults(Aligner &aligner, std::int32_t most, qoc
       qoc_ocrDictionaryResult &result = made[static_cast<std::size_t>(place)];
       const Outline outline = {{0, aligner.numPositions()}, entry.numEdits,  entry.isOfTable, entry.numInFront,
                                statusesOf(entry),           deletedOf(entry)};
-      QOC_TRY(aligner.fill(outline, words_[static_cast<std::size_t>(entry.word)], result));
+      QOC_TRY(aligner.fill(outline, words_[static_cast<std::size_t>(entry.word)], pool, result));
       QOC_TRY(qoc_ocrDictionaryStringMulti_assign(&result.givenSwap, &result.given));
       result.resultStringLineStatus = entry.lineStatus;
+      if (isFinished_) {
+        void *statuses = nullptr;
+        QOC_TRY(pool.place(result.statusWRTInputStringSwapChar.core, sizeOf(result.given), statuses));
+        fillStatusWRTInputString(result, editAs<Status>(result.statusWRTInputStringSwapChar));
+      }
       result.orderIndex = place;
       if (entry.isMatchedCounted) {
         result.numMatchedPositionsIsCached = 1;

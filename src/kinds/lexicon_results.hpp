@@ -35,8 +35,8 @@ class LexiconResults {
   /// The edits of the first result; there must be one.
   std::int32_t leastEdits() const noexcept { return classes_.front().key.numEdits; }
 
-  /// Makes the first results, as many as there are or the given number, of the words that `aligner` aligned; the set
-  /// was reset.
+  /// Makes the first results, as many as there are or the given number, of the words that `aligner` aligned, and
+  /// finishes them, with params that do. The set was reset.
   qsys_status makeResults(Aligner &aligner, std::int32_t most, qoc_ocrDictionaryResultSet &results);
 
  private:

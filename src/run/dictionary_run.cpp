@@ -1,5 +1,7 @@
 // The run: a reading against every entry of a dictionary.
 
+#include <utility>
+
 #include "frame/frame.hpp"
 #include "kinds/lexicon_match.hpp"
 #include "qoc/dictionary.h"
@@ -88,6 +90,10 @@ qsys_status qoc_ocrDictionary_runSwapCharSetMulti(const qoc_ocrDictionary *dicti
     QOC_TRY(qoc_ocrDictionaryResultSet_construct(&run.scratch));
     frame.local<qoc_ocrDictionaryResultSet_destruct>(&run.scratch);
 
+    // The caller's storage serves the scratch set first: the first results that are found move back with it.
+    if (results->results.core.memory == run.scratch.results.core.memory) {
+      std::swap(results->results, run.scratch.results);
+    }
     // The order of the kinds is fixed: ties keep what came first.
     qoc::LexiconMatching lexiconMatching(*reading, set);
     QOC_TRY(runEntries<qoc_ocrDictionaryLexicon>(run, dictionary->lexicons, [&](const auto &lexicon) {
@@ -100,6 +106,10 @@ qsys_status qoc_ocrDictionary_runSwapCharSetMulti(const qoc_ocrDictionary *dicti
         run, dictionary->regularExpressions, [&](const auto &expression) {
           return qoc_ocrDictionaryRegularExpression_matchMulti(&expression, reading, &run.working, set, &run.scratch);
         }));
+    if (results->results.core.capacity == 0) {
+      std::swap(results->results, run.scratch.results);  // Nothing moved: the storage goes back as it is.
+      QOC_TRY(qstd_vector_qoc_ocrDictionaryResult_resize(&results->results, 0));
+    }
     // The merges have left the results ranked, and finishing ranks them again.
     if (results->isComputed == 0) {
       QOC_TRY(qoc_ocrDictionaryResultSet_reset(results));

@@ -23,6 +23,9 @@ qsys_status mergeTaking(qoc_ocrDictionaryResultSet &target, qoc_ocrDictionaryRes
 /// What finishing a set does to the set as a whole: ranks it, and cuts it to the best where the params, which may be
 /// null, say so.
 qsys_status rankAndCut(qoc_ocrDictionaryResultSet &set, const qoc_ocrDictionaryRunParams *params);
+/// Fills `out`, which has the reading's size, with the statuses of
+/// qoc_ocrDictionaryResult_getStatusWRTInputStringSwapChar.
+void fillStatusWRTInputString(const qoc_ocrDictionaryResult &result, std::span<qoc_ocrDictionaryPositionStatus> out);
 inline const char *nameOfFlag(qsys_bool flag) noexcept { return flag != 0 ? "qeTrue" : "qeFalse"; }
 
 }  // namespace qoc

@@ -296,8 +296,10 @@ qsys_status Aligner::shareReading() {
   return shareElements(shared_.positions.core);
 }
 
-qsys_status Aligner::fill(const Outline &outline, const qoc_ocrDictionaryString &word,
-                          qoc_ocrDictionaryResult &result) {
+/// assign(vector, elements) gives a vector of plain elements copies of a span.
+template <class Assign>
+qsys_status Aligner::fillBy(Assign assign, const Outline &outline, const qoc_ocrDictionaryString &word,
+                            qoc_ocrDictionaryResult &result) {
   result.isComputed = 1;
   result.mode = qoc_ocrDictionaryMode_lexicon;
   result.numIgnoredPrefixCharacters = outline.window.start;
@@ -317,12 +319,26 @@ qsys_status Aligner::fill(const Outline &outline, const qoc_ocrDictionaryString 
     QOC_TRY(qoc_ocrDictionaryString_getSubstrExtend(&word, 0, outline.numInFront, &result.dictionaryString.characters));
     QOC_TRY(qstd_vector_qoc_ocrDictionaryChar_append(&result.dictionaryString.characters, &word.characters));
   } else {
-    QOC_TRY(qoc_ocrDictionaryString_assign(&result.dictionaryString, &word));
+    QOC_TRY(assign(result.dictionaryString.characters.core, view(word)));
   }
-  QOC_TRY(qstd_vector_qoc_ocrDictionaryPositionStatus_assignElements(
-      &result.resultStringStatus, outline.statuses.data(), static_cast<std::int32_t>(outline.statuses.size())));
-  return qstd_vector32s_assignElements(&result.deleted, outline.deleted.data(),
-                                       static_cast<std::int32_t>(outline.deleted.size()));
+  QOC_TRY(assign(result.resultStringStatus.core, outline.statuses));
+  return assign(result.deleted.core, outline.deleted);
+}
+
+qsys_status Aligner::fill(const Outline &outline, const qoc_ocrDictionaryString &word,
+                          qoc_ocrDictionaryResult &result) {
+  const auto assign = [](qstd_vector &vector, auto elements) {
+    return qstd_vector__assignElements(&vector, elements.data(), static_cast<std::int32_t>(elements.size()));
+  };
+  return fillBy(assign, outline, word, result);
+}
+
+qsys_status Aligner::fill(const Outline &outline, const qoc_ocrDictionaryString &word, ElementPool &pool,
+                          qoc_ocrDictionaryResult &result) {
+  const auto assign = [&pool](qstd_vector &vector, auto elements) {
+    return pool.placeCopies(vector, elements.data(), static_cast<std::int32_t>(elements.size()));
+  };
+  return fillBy(assign, outline, word, result);
 }
 
 }  // namespace qoc

@@ -3,6 +3,7 @@
 
 #include <qoc/result_set.h>
 
+#include "platform/containers/shared_elements.hpp"
 #include "text/edit_table.hpp"
 #include "text/window_search.hpp"
 
@@ -43,6 +44,9 @@ class Aligner {
 
   /// Makes a fresh or reset result of an outline of the word, as it is filed.
   qsys_status fill(const Outline &outline, const qoc_ocrDictionaryString &word, qoc_ocrDictionaryResult &result);
+  /// The same for a fresh result, with its plain elements in a pool.
+  qsys_status fill(const Outline &outline, const qoc_ocrDictionaryString &word, ElementPool &pool,
+                   qoc_ocrDictionaryResult &result);
 
   std::int32_t numPositions() const noexcept { return matches_.size(); }
 
@@ -61,6 +65,9 @@ class Aligner {
   qsys_status scanEnds(Characters word, Window window, EndMatches &ends);
   void add(Window window, std::int32_t numEdits, std::size_t list, bool isOfTable, std::int32_t numInFront);
   qsys_status shareReading();
+  template <class Assign>
+  qsys_status fillBy(Assign assign, const Outline &outline, const qoc_ocrDictionaryString &word,
+                     qoc_ocrDictionaryResult &result);
 
   const ReadingMatches &matches_;
   Kind kind_;
