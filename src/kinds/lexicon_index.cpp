@@ -43,6 +43,7 @@ LexiconIndex::LexiconIndex(std::span<const qoc_ocrDictionaryString> words) : tab
   if (letters_.numWords() >= lexiconRoads().minWordsForTries && letters_.numWords() <= maxWordsForTries) {
     forward_ = WordTrie(letters_, WordTrie::Direction::forward, &equals_);
     backward_ = WordTrie(letters_, WordTrie::Direction::backward);
+    std::ranges::sort(equals_);
   }
 }
 

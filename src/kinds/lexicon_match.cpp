@@ -2,8 +2,8 @@
 //
 // The road that is followed: every word of an admissible length is aligned with the reading, in the lexicon's order;
 // the results of each are merged into those so far, which may drop newcomers; the first of all is the best. What is
-// done is less. The index finds the words that have an alignment of few enough edits (see LexiconIndex), for the others
-// give no results and change nothing; and what is merged are outlines (see LexiconResults), which compare as the
+// done is less. The index finds the words that have an alignment of few enough edits (see LexiconIndex); the others
+// give no results and change nothing. And what is merged are outlines (see LexiconResults), which compare as the
 // results would.
 //
 // **Where only the best is asked for**, words of many edits need not be looked at once one of few is there. Let E be
@@ -12,25 +12,23 @@
 // ranking for exact results (E = 0), and for results of the edit table (maxEdits of 2 and more, E > 0); with maxEdits 1
 // and E = 1 every word of a result is in S anyway.
 //
-// - A newcomer of more edits than the list's first result is appended, before anything but edits is compared, so that
-// it
-//   changes no result but by the order indexes that the sort after it sets. Those decide only whether the walk drops a
-//   newcomer that ties with an old result in all keys of the primary-rank order before the index. Call that a tie.
-// - In the cases named, ties agree in all keys of the default order too: edits, deleted positions and primary ones are
-// keys of both, and
-//   the secondary positions are all that are not primary in an exact result, and none in one of the table. Duplicates
-//   agree as well. So what is dropped leaves a result of equal rank in the list that came before it, and the stable
-//   sort keeps that in front. By induction the first result is always the earliest of the least default keys among all
-//   words merged: the same in S and in all.
-// - What the comparisons cache in the best result B: B is never dropped, so its own walk compares it with results of E
-// edits only
-//   (others are decided by edits), passes those that are worse, and ends at the first that is better. Its matched
-//   positions and its score are cached at the first result that agrees with it in primary positions and line status; it
-//   ties with none. Results that agree in these and in the default keys act alike, and of such a kind a list always
-//   holds the earliest, whatever was dropped behind it; so the kinds and their order are the same in S and in all.
-//   After that B is the first of the list, and every later newcomer of E edits is compared with it first, whatever the
-//   rest of the list holds.
-// - The order index of the best result is 0, as the sort of the finished set writes it, or as it was in a list of one.
+// - A newcomer of more edits than the list's first result is appended before anything but edits is compared, so it
+//   changes no result but by the order indexes that the sort after it sets. Those decide only whether the walk drops
+//   a newcomer that ties with an old result in all keys of the primary-rank order before the index. Call that a tie.
+// - In the cases named, ties agree in all keys of the default order too: edits, deleted positions and primary ones
+//   are keys of both, and the secondary positions are all that are not primary in an exact result, and none in one of
+//   the table. Duplicates agree as well. So what is dropped leaves a result of equal rank in the list that came
+//   before it, and the stable sort keeps that in front. By induction the first result is always the earliest of the
+//   least default keys among all words merged: the same in S and in all.
+// - What the comparisons cache in the best result B: B is never dropped, so its own walk compares it with results of
+//   E edits only (others are decided by edits), passes those that are worse, and ends at the first that is better.
+//   Its matched positions and its score are cached at the first result that agrees with it in primary positions and
+//   line status; it ties with none. Results that agree in these and in the default keys act alike, and of such a kind
+//   a list always holds the earliest, whatever was dropped behind it; so the kinds and their order are the same in S
+//   and in all. After that B is the first of the list, and every later newcomer of E edits is compared with it first,
+//   whatever the rest of the list holds.
+// - The order index of the best result is 0, as the sort of the finished set writes it, or as it was in a list of
+//   one.
 //
 // So the search begins with no edits and allows one more as long as nothing is found within those allowed.
 
