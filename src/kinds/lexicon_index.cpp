@@ -67,10 +67,14 @@ void LexiconIndex::prepare(const ReadingMatches &matches, Window window, IndexQu
   }
 }
 
+bool LexiconIndex::walks(const IndexQuery &query, std::int32_t maxEdits) const noexcept {
+  return !forward_.isEmpty() && query.hasRows && query.numPositions >= 2 && maxEdits <= maxEditsInTries;
+}
+
 void LexiconIndex::find(const IndexQuery &query, std::int32_t maxEdits, std::int32_t first, std::int32_t end,
                         std::vector<std::int32_t> &found) const {
   found.clear();
-  if (forward_.isEmpty() || !query.hasRows || query.numPositions < 2 || maxEdits > maxEditsInTries) {
+  if (!walks(query, maxEdits)) {
     scan(query, maxEdits, first, end, found);
     return;
   }

@@ -56,8 +56,11 @@ class LexiconIndex {
     return std::popcount(signatures_[static_cast<std::size_t>(word)] & ~query.coveredBits) <= maxEdits;
   }
 
+  /// Whether a search goes through tries, all words at once; a scan can be done in parts.
+  bool walks(const IndexQuery &query, std::int32_t maxEdits) const noexcept;
+
   /// Fills `found` with words of [first, end) in ascending order, among them every one within maxEdits edits of the
-  /// reading. `first` and `end` leave out no word whose length differs from the reading's by at most maxEdits.
+  /// reading. Where tries are walked, [first, end) must hold every word whose length differs by at most maxEdits.
   void find(const IndexQuery &query, std::int32_t maxEdits, std::int32_t first, std::int32_t end,
             std::vector<std::int32_t> &found) const;
 

@@ -101,6 +101,7 @@ class WordMatcher {
       : words_(view(lexicon.strings)),
         index_(lexiconRoads().usesIndex ? indexOf(lexicon) : nullptr),
         params_(params),
+        working_(params != nullptr ? *params : qoc_ocrDictionaryRunParams{}),
         known_(known),
         wanted_(wanted),
         maxEdits_(params != nullptr ? std::max(params->maxEdits, 0) : 0),
@@ -119,58 +120,72 @@ class WordMatcher {
     const bool isDefaultRanking = params_ == nullptr || (params_->rankingMode != 1 && params_->finalizeEachResult == 0);
     if (lexiconRoads().usesOutlines && isDefaultRanking && !searchesWindows_) {
       areFinished = true;
-      QOC_TRY(matchByOutlines(results));
-      return polls_.passOver(range_.end);
+      return matchByOutlines(results);
     }
-    find(maxEdits_);
-    QOC_TRY(alignFound(results));
-    QOC_TRY(polls_.passOver(range_.end));
+    QOC_TRY(matchByResults(results));
     return qoc_ocrDictionaryResultSet_sort(&results, params_, 1);
   }
 
  private:
-  /// Finds the words worth aligning: all that have an alignment of at most maxEdits edits, and perhaps others.
-  void find(std::int32_t maxEdits) {
+  /// Finds the words worth aligning, all that have an alignment of at most maxEdits edits and perhaps others, and calls
+  /// align() with some of them in found_ after the other, in order. A scan is done in parts, so that it is interrupted.
+  template <class Align>
+  qsys_status findAll(std::int32_t maxEdits, Align align) {
+    constexpr std::int32_t wordsPerScan = 1 << 16;
+    const bool isScan = known_.empty() && (index_ == nullptr || searchesWindows_ || !index_->walks(query_, maxEdits));
+    std::int32_t end = range_.first;
+    for (std::int32_t first = end; first < range_.end; first = end) {
+      end = isScan && range_.end - first > wordsPerScan ? first + wordsPerScan : range_.end;
+      find(maxEdits, first, end);
+      QOC_TRY(align());
+      QOC_TRY(polls_.passOver(end));
+    }
+    return QSYS_STATUS_OK;
+  }
+
+  void find(std::int32_t maxEdits, std::int32_t first, std::int32_t end) {
     found_.clear();
     if (!known_.empty()) {
       std::ranges::copy_if(known_, std::back_inserter(found_),
-                           [this](std::int32_t word) { return word >= range_.first && word < range_.end; });
-      return;
-    }
-    if (index_ != nullptr && !searchesWindows_) {
-      index_->find(query_, maxEdits, range_.first, range_.end, found_);
-      return;
-    }
-    for (std::int32_t word = range_.first; word < range_.end; ++word) {
-      if (index_ == nullptr || index_->mayMatch(word, query_, maxEdits)) {
-        found_.push_back(word);
+                           [=](std::int32_t word) { return word >= first && word < end; });
+    } else if (index_ != nullptr && !searchesWindows_) {
+      index_->find(query_, maxEdits, first, end, found_);
+    } else {
+      for (std::int32_t word = first; word < end; ++word) {
+        if (index_ == nullptr || index_->mayMatch(word, query_, maxEdits)) {
+          found_.push_back(word);
+        }
       }
     }
   }
 
   /// Every word's results are made and merged.
-  qsys_status alignFound(qoc_ocrDictionaryResultSet &results) {
+  qsys_status matchByResults(qoc_ocrDictionaryResultSet &results) {
     qoc_ocrDictionaryResultSet scratch;
     return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
       QOC_TRY(makeLocal(frame, scratch));
-      qoc_ocrDictionaryRunParams working = params_ != nullptr ? *params_ : qoc_ocrDictionaryRunParams{};
-      for (const std::int32_t word : found_) {
-        QOC_TRY(polls_.pollBefore(word));
-        QOC_TRY(stopEarly(params_, results, working));
-        QOC_TRY(
-            aligner_.align(words_[static_cast<std::size_t>(word)], params_ != nullptr ? &working : nullptr, scratch));
-        QOC_TRY(mergeTaking(results, scratch, params_));
-      }
-      return QSYS_STATUS_OK;
+      return findAll(maxEdits_, [&]() -> qsys_status {
+        for (const std::int32_t word : found_) {
+          QOC_TRY(polls_.pollBefore(word));
+          QOC_TRY(stopEarly(params_, results, working_));
+          QOC_TRY(aligner_.align(words_[static_cast<std::size_t>(word)], workingParams(), scratch));
+          QOC_TRY(mergeTaking(results, scratch, params_));
+        }
+        return QSYS_STATUS_OK;
+      });
     });
   }
 
   /// The same with outlines, of which results are made at the end.
   qsys_status matchByOutlines(qoc_ocrDictionaryResultSet &results) {
     const bool isBounded = wanted_ == Wanted::best && lexiconRoads().usesBound;
-    for (std::int32_t edits = isBounded ? 0 : maxEdits_;; ++edits) {
-      find(edits);
-      QOC_TRY(outlineFound());
+    for (std::int32_t edits = isBounded ? 0 : maxEdits_;; edits = moreEdits(edits)) {
+      outlined_.clear();
+      if (maxEdits_ > 1) {
+        // Alignments of few edits are the same whatever the limit above them; but 1 is a limit of another kind.
+        working_.maxEdits = std::max(edits, 2);
+      }
+      QOC_TRY(findAll(edits, [this] { return outlineFound(); }));
       if (edits == maxEdits_ || (!outlined_.isEmpty() && outlined_.leastEdits() <= edits)) {
         break;
       }
@@ -178,23 +193,27 @@ class WordMatcher {
     return outlined_.makeResults(aligner_, wanted_ == Wanted::best ? 1 : INT32_MAX, results);
   }
 
+  /// The next number of edits to be tried: one more as long as tries are walked, then twice as many, so that all tries
+  /// together cost little more than the last.
+  std::int32_t moreEdits(std::int32_t edits) const noexcept {
+    constexpr std::int32_t oneByOne = 3;
+    return edits < oneByOne ? edits + 1 : edits > maxEdits_ / 2 ? maxEdits_ : 2 * edits;
+  }
+
   qsys_status outlineFound() {
-    outlined_.clear();
     constexpr std::size_t mostReserved = 1 << 14;
     constexpr std::size_t mostStatuses = 64;
     outlined_.reserve(std::min(found_.size(), mostReserved),
                       std::min(static_cast<std::size_t>(matches_.size() + std::min(maxEdits_, 3)), mostStatuses));
-    qoc_ocrDictionaryRunParams working = params_ != nullptr ? *params_ : qoc_ocrDictionaryRunParams{};
     for (std::size_t i = 0; i < found_.size(); ++i) {
       prefetchWords(i);
       const std::int32_t word = found_[i];
       QOC_TRY(polls_.pollBefore(word));
-      if (stopsEarly(params_, working) && !outlined_.isEmpty() && outlined_.leastEdits() == 0) {
-        working.maxEdits = 0;
+      if (stopsEarly(params_, working_) && !outlined_.isEmpty() && outlined_.leastEdits() == 0) {
+        working_.maxEdits = 0;
       }
       std::span<const Outline> outlines;
-      QOC_TRY(
-          aligner_.outline(words_[static_cast<std::size_t>(word)], params_ != nullptr ? &working : nullptr, outlines));
+      QOC_TRY(aligner_.outline(words_[static_cast<std::size_t>(word)], workingParams(), outlines));
       outlined_.merge(word, outlines);
     }
     return QSYS_STATUS_OK;
@@ -212,9 +231,12 @@ class WordMatcher {
     }
   }
 
+  const qoc_ocrDictionaryRunParams *workingParams() const noexcept { return params_ != nullptr ? &working_ : nullptr; }
+
   std::span<const qoc_ocrDictionaryString> words_;
   const LexiconIndex *index_;
   const qoc_ocrDictionaryRunParams *params_;
+  qoc_ocrDictionaryRunParams working_;
   std::span<const std::int32_t> known_;
   Wanted wanted_;
   std::int32_t maxEdits_;

@@ -53,6 +53,9 @@ class WordPolls {
   }
   /// Passes over all words up to the given one.
   qsys_status passOver(std::int32_t word) {
+    if (word <= next_) {
+      return QSYS_STATUS_OK;
+    }
     const std::int64_t times = numPolls({next_, word}) + (std::int64_t{word} - next_) * numStarts_;
     next_ = word;
     return checkAttention(times);
