@@ -1,13 +1,15 @@
 #pragma once
-// The table of edit costs between a dictionary string and a window of a reading, and the one path that is kept through it.
+// The table of edit costs between a dictionary string and a window of a reading, and the one path that is kept through
+// it.
 //
-// Cell (i, j) is the least cost of turning the first j positions of the window into the first i characters of the string: a match is
-// free, every other step costs 1 and is open only where the run parameters allow it. Among steps that tie, substitution is kept
-// before insertion before deletion.
+// Cell (i, j) is the least cost of turning the first j positions of the window into the first i characters of the
+// string: a match is free, every other step costs 1 and is open only where the run parameters allow it. Among steps
+// that tie, substitution is kept before insertion before deletion.
 //
-// Every step off the diagonal costs 1, so a cell further than maxEdits from the diagonal costs more than maxEdits and cannot lie on
-// an accepted path (the bound of Ukkonen, 1985). Only the band of cells within it is worked out; the others count as unreachable,
-// which leaves every cost of at most maxEdits, and the choice of steps into such a cell, as they are in the full table.
+// Every step off the diagonal costs 1, so a cell further than maxEdits from the diagonal costs more than maxEdits and
+// cannot lie on an accepted path (the bound of Ukkonen, 1985). Only the band of cells within it is worked out; the
+// others count as unreachable, which leaves every cost of at most maxEdits, and the choice of steps into such a cell,
+// as they are in the full table.
 //
 //     "abc" in the window "axc", one edit:   diagonal 0, 0, 1, 1: match, substitution, match
 
@@ -30,8 +32,8 @@ class EditTable {
   /// Works out the costs. @return whether the whole word is the whole window within params.maxEdits
   bool fill(const WordRows &word, Window window, const qoc_ocrDictionaryRunParams &params);
 
-  /// The path into the last cell, from its end to its beginning: `steps` from the cell (row, column) on the first row or column.
-  /// Call only after fill said yes.
+  /// The path into the last cell, from its end to its beginning: `steps` from the cell (row, column) on the first row
+  /// or column. Call only after fill said yes.
   void trace(std::vector<Step> &steps, std::int32_t &firstI, std::int32_t &firstJ) const;
 
  private:
