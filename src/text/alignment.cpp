@@ -155,7 +155,9 @@ qsys_status Aligner::alignExactly(Task &task, Window window, bool &isExact) {
 }
 
 qsys_status Aligner::alignByTable(Task &task, Window window) {
-  if (!table_.fill(rows_, window, *task.params)) {
+  bool isWithin = false;
+  QOC_TRY(table_.fill(rows_, window, *task.params, isWithin));
+  if (!isWithin) {
     return QSYS_STATUS_OK;
   }
   std::int32_t i = 0;

@@ -16,6 +16,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "platform/system/work_meter.hpp"
 #include "text/reading_matches.hpp"
 
 namespace qoc {
@@ -27,8 +28,9 @@ class EditTable {
   /// The cost of a step that is not open, and of a cell that cannot be reached.
   static constexpr std::int32_t unreachable = 0x3FFFFFFF;
 
-  /// Works out the costs. @return whether the whole word is the whole window within params.maxEdits
-  bool fill(const WordRows &word, Window window, const qoc_ocrDictionaryRunParams &params);
+  /// Works out the costs, and whether the whole word is the whole window within params.maxEdits.
+  /// @return 0, or the attention status when interrupted: asked where the tables filled so far are large
+  qsys_status fill(const WordRows &word, Window window, const qoc_ocrDictionaryRunParams &params, bool &isWithin);
 
   /// The path into the last cell, from its end to its beginning: `steps` from the cell (row, column) on the first row or column.
   /// Call only after fill said yes.
@@ -39,6 +41,15 @@ class EditTable {
     return static_cast<std::size_t>(std::int64_t{j} * stride_ + i - (isBanded_ ? std::int64_t{j} - band_ : 0));
   }
 
+  static constexpr std::size_t largeTable = std::size_t{1} << 16;
+
+  void addRows(std::int32_t n) {
+    const std::size_t numCells = costs_.size() + static_cast<std::size_t>(stride_) * static_cast<std::size_t>(n);
+    costs_.resize(numCells, unreachable);
+    steps_.resize(numCells, Step::match);
+  }
+
+  WorkMeter meter_;
   std::vector<std::int32_t> costs_;
   std::vector<Step> steps_;
   std::int64_t stride_ = 0;
