@@ -177,7 +177,6 @@ struct Setup {
     }
     qoc_ocrDictionaryRunParams_construct(&params);
     params.maxEdits = 1;
-    params.returnBestOnly = 0;
     params.matchOption9 = isWithinText ? 1 : 0;
     set = candidates == several ? &swaps.set : nullptr;
   }

@@ -183,6 +183,18 @@ TEST(RegexWays, AreTheSameWhenTheExpressionHasManyPositions) {
   EXPECT_TRUE(matches("(a{1000}){10}", std::string(10'000, 'a')));
 }
 
+TEST(RegexWays, AreFoundOnBothSidesOfTheWidthOfAWord) {
+  for (std::size_t n = 62; n <= 66; ++n) {
+    const std::string count = "{" + std::to_string(n) + "}", text(n, 'a');
+    EXPECT_TRUE(matches("a" + count, text)) << n;
+    EXPECT_FALSE(matches("a" + count, text + "a")) << n;
+    EXPECT_FALSE(matches("a" + count, text.substr(1))) << n;
+    EXPECT_TRUE(matches("(b|a" + count + ")*", "b" + text + text + "b")) << n;
+    EXPECT_FALSE(matches("(b|a" + count + ")*", "b" + text + "ab")) << n;
+    EXPECT_EQ(ways(regex("(a?)" + count + "b?"), plainSequence(text + "b")).size(), 1u) << n;
+  }
+}
+
 TEST(RegexWays, CompilingALargeExpressionCanBeInterrupted) {
   std::string source = "a";
   for (int i = 0; i < 900; ++i) {
