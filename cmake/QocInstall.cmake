@@ -1,5 +1,5 @@
 # What an installation holds. Components: runtime (the shared library), development (headers, static library, CMake
-# package, pkg-config file) and program (the command line program).
+# package, pkg-config file), program (the command line program) and python (the Python module, where it is built).
 
 if(NOT QOC_INSTALL)
   return()

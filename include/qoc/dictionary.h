@@ -58,11 +58,11 @@ QOC_API qsys_status qoc_ocrDictionary_removeLexiconI(qoc_ocrDictionary *dictiona
 /**
  * Matches a reading against every entry, lexicons first, then line fieldings, then regular expressions, and ranks the results.
  *
- * `run` and `runMulti` use the dictionary's own swap character set, the other two the one given; `run` and `runSwapCharSet` take a
- * plain string, the other two a reading with candidates. Concurrent runs on one dictionary are safe while nobody changes it.
+ * `run` and `runMulti` use the dictionary's own swap character set, the other two the one given, null for no swaps; `run`
+ * and `runSwapCharSet` take a plain string, the other two a reading with candidates. Concurrent runs on one dictionary are
+ * safe while nobody changes it.
  *
  * @param[in]  params  required
- * @param[in]  set     may be null: no swaps
  * @param[out] results reset first; computed afterwards, also when empty. After a failure it may hold what was merged so far.
  * @return 0, the attention status when interrupted, or a matcher's failure
  */

@@ -52,7 +52,7 @@ class Installation(unittest.TestCase):
             *options,
         )  # fmt: skip
         run(CMAKE, "--build", build_dir, "--parallel", "2")
-        for program in ("consumer_c", "consumer_cpp", "consumer_static"):
+        for program in ("consumer_c", "consumer_cpp", "consumer_hpp", "consumer_static"):
             with self.subTest(program=program):
                 self.check_greeting(build_dir / program)
 

@@ -111,9 +111,12 @@ ResultSet matchReading(const Pattern &pattern, const Reading &reading, const Run
   ResultSet out;
   out.isComputed = true;
   Buckets buckets;
+  size_t numWays = 0;
   const auto match = [&](int32_t s, int32_t e) {
     matchSpan(pattern, reading, s, e, params, swaps,
               [&](Edit edit, int32_t place, const std::vector<MatchedWay> &ways) {
+                numWays += ways.size();
+                if (numWays > 5000) throw TooManySteps();
                 for (const MatchedWay &way : ways) addToBuckets(buckets, resultOf(reading, s, e, edit, place, way));
                 return true;
               });

@@ -1,4 +1,4 @@
-"""Swaps in the dictionary file: what they make equivalent, what runs make of them, and what each fault's message says."""
+"""Swaps in the dictionary file: what they make equivalent, what runs make of them, and what messages of faults say."""
 
 import json
 import unittest
@@ -65,7 +65,8 @@ class SwapsTest(ProgramTest):
                          (["0DOQ", "1Il|", "2Z", "5S", "6G", "8B", "ab"], [("ti", "n", True)]))
 
     def test_table(self):
-        self.write("dictionary.json", {"swaps": {"groups": ["O0", "_ ", "\x1ba"], "sequences": [["rn", "m"], ["vv", "yy"]]}})
+        self.write("dictionary.json", {"swaps": {"groups": ["O0", "_ ", "\x1ba"],
+                                                 "sequences": [["rn", "m"], ["vv", "yy"]]}})
         self.assertEqual(self.run_program("swaps", "--dictionary", "dictionary.json"),
                          (0, "\u241b a\n\u2423 _\n0 O\nrn <-> m\nvv -> yy\n", ""))
         self.write("dictionary.json", {"lexicons": [{"words": ["word"]}]})
@@ -98,9 +99,9 @@ class SwapsTest(ProgramTest):
         self.assertEqual((result["text"], result["numEdits"]), ("storm", 0))
 
     def test_faults_of_groups(self):
-        self.assert_refused({"groups": ["ab", ""]}, "/groups/1: ", 'the group "" is refused: a group of the swap set is empty')
-        self.assert_refused({"groups": ["ab", "c"]}, "/groups/1: ", 'the group "c" is refused: ', "has a single character")
-        self.assert_refused({"groups": ["0O0"]}, "/groups/0: ", 'the group "0O0" is refused: ', 'a character twice ("0")')
+        self.assert_refused({"groups": ["ab", ""]}, "/groups/1: ", 'the group "" is refused: ', "of the swap set is empty")
+        self.assert_refused({"groups": ["ab", "c"]}, "/groups/1: ", 'the group "c" is refused: ', "a single character")
+        self.assert_refused({"groups": ["0O0"]}, "/groups/0: ", 'the group "0O0" is refused: ', 'twice ("0")')
         self.assert_refused({"groups": ["a\uf800"]}, "/groups/0: ", "the character U+F800 is reserved")
         self.assert_refused({"groups": ["a\x00"]}, "/groups/0: ", "the character U+0000 is reserved")
         self.assert_refused({"groups": ["a\U000ff000"]}, "/groups/0: ", "the character U+FF000 is reserved")

@@ -28,9 +28,16 @@ void readFitParameters(const JsonNode &node, DictionaryFile &into) {
 }
 
 void readDictionaryFile(const std::string &path, DictionaryFile &into, std::vector<std::string> *faults) {
-  into.name = path == "-" ? "standard input" : path;
-  into.directory = path == "-" ? std::filesystem::path() : std::filesystem::path(path).parent_path();
-  const Json document = parseJson(readWhole(path), into.name);
+  const bool isStandardInput = path == "-";
+  readDictionaryText(readWhole(path), isStandardInput ? "standard input" : path,
+                     isStandardInput ? std::filesystem::path() : std::filesystem::path(path).parent_path(), into, faults);
+}
+
+void readDictionaryText(std::string_view text, const std::string &name, const std::filesystem::path &directory,
+                        DictionaryFile &into, std::vector<std::string> *faults) {
+  into.name = name;
+  into.directory = directory;
+  const Json document = parseJson(text, into.name);
   const JsonNode root(document, into.name, faults);
 #define QOC_DICTIONARY_KEY(key, read) key,
   root.attempt([&] { root.requireObject({QOC_DICTIONARY_SECTIONS(QOC_DICTIONARY_KEY)}); });
@@ -44,7 +51,8 @@ void requireEntries(const DictionaryFile &file) {
   qsys_bool isEmpty = 0;
   check(qoc_ocrDictionary_getIsEmpty(file.dictionary.get(), &isEmpty), file.name);
   if (isEmpty != 0) {
-    throw Trouble(file.name + ": the dictionary has no entries; expected at least one in \"lexicons\" or \"fieldings\"");
+    throw Trouble(file.name + ": the dictionary has no entries; expected at least one in \"lexicons\", \"fieldings\" "
+                              "or \"regularExpressions\"");
   }
 }
 

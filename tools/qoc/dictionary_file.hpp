@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace qoc::program {
@@ -28,6 +29,7 @@ struct DictionaryFile {
 #define QOC_DICTIONARY_SECTIONS(X)                                                                                     \
   X("lexicons", readLexicons)                                                                                          \
   X("fieldings", readFieldings)                                                                                        \
+  X("regularExpressions", readRegularExpressions)                                                                      \
   X("swaps", readSwaps)                                                                                                \
   X("parameters", readParameters)                                                                                      \
   X("fitParameters", readFitParameters)
@@ -41,6 +43,12 @@ QOC_DICTIONARY_SECTIONS(QOC_DECLARE_DICTIONARY_SECTION)
 /// @param faults where not null, takes the messages of all faults of a file that is JSON, instead of throwing the first;
 /// what is read then is of no use if there are any
 void readDictionaryFile(const std::string &path, DictionaryFile &into, std::vector<std::string> *faults = nullptr);
+
+/// The same from the text of such a file.
+/// @param name what messages call it
+/// @param directory where relative paths in it start
+void readDictionaryText(std::string_view text, const std::string &name, const std::filesystem::path &directory,
+                        DictionaryFile &into, std::vector<std::string> *faults = nullptr);
 
 /// Throws Trouble where the file has nothing that a reading could be matched with.
 void requireEntries(const DictionaryFile &file);

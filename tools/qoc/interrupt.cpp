@@ -65,6 +65,7 @@ ThreadAttention::~ThreadAttention() { qsys_attention_setHandler(nullptr, nullptr
 
 void checkInterrupt() {
   if (isInterrupted.load() != 0) throw Interrupted{};
+  check(qsys_attention_check(), "interrupted");
 }
 
 bool isReadable(int descriptor) {

@@ -25,7 +25,7 @@ public:
   ~ThreadAttention();
 };
 
-/// Throws Interrupted when SIGINT has come.
+/// Throws Interrupted when SIGINT has come, or the thread's attention handler says so.
 void checkInterrupt();
 
 /// Whether the descriptor can be read without waiting.

@@ -49,6 +49,9 @@ using LineFielding =
     Owned<qoc_ocrDictionaryLineFielding, qoc_ocrDictionaryLineFielding_construct, qoc_ocrDictionaryLineFielding_destruct>;
 using PositionFielding = Owned<qoc_ocrDictionaryPositionFielding, qoc_ocrDictionaryPositionFielding_construct,
                                qoc_ocrDictionaryPositionFielding_destruct>;
+using RegularExpression =
+    Owned<qoc_ocrDictionaryRegularExpression, qoc_ocrDictionaryRegularExpression_construct,
+          qoc_ocrDictionaryRegularExpression_destruct>;
 using SwapChar = Owned<qoc_swapChar, qoc_swapChar_construct, qoc_swapChar_destruct>;
 using SwapChars = Owned<qstd_vector_qoc_swapChar, qstd_vector_qoc_swapChar_constructEmpty,
                         qstd_vector_qoc_swapChar_destruct>;

@@ -21,8 +21,9 @@ struct Answer {
   std::vector<LeftOut> leftOut;   ///< What of the reading was not handed to the library.
 };
 
-/// The text of a result, character by character: its dictionary text, or else the first candidate of each position; the
-/// empty character where a position is left open.
+/// The text of a result, character by character: its word; or else what each position may be, which is the reading's
+/// first candidate there that fits, or the first character swapped for one; the empty character where a position is left
+/// open.
 std::vector<Char32> resultText(const qoc_ocrDictionaryResult &result);
 
 /// One NDJSON line, with its end: the reading, and every field of every result.

@@ -96,23 +96,6 @@ std::string describeLeftOut(const Reading &reading, const Answer &answer) {
 
 } // namespace
 
-std::vector<Char32> resultText(const qoc_ocrDictionaryResult &result) {
-  std::vector<Char32> codes;
-  if (result.mode == qoc_ocrDictionaryMode_lexicon) {
-    for (const qoc_ocrDictionaryChar &character : elements(result.dictionaryString.characters)) {
-      codes.push_back(character.code);
-    }
-    return codes;
-  }
-  for (const qoc_ocrDictionaryCharMulti &position : elements(result.valid.positions)) {
-    const std::span<const qoc_ocrDictionaryChar> candidates = elements(position.candidates);
-    const bool isOpen = candidates.empty() || candidates.front().code == QOC_CHAR_ANY ||
-                        candidates.front().code == QOC_CHAR_ANY_NONSPACE;
-    codes.push_back(isOpen ? Char32{QOC_CHAR_EMPTY} : candidates.front().code);
-  }
-  return codes;
-}
-
 std::string tableHead() {
   Row row(false);
   addCell(row, "reading", idWidth);

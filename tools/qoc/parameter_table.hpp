@@ -91,7 +91,9 @@ template <typename P> void readParameterObject(const JsonNode &node, const Param
   node.requireObject(std::string("an object of ") + table.what);
   std::string known;
   const auto addKeys = [&known](const auto &parameters) {
-    for (const auto &parameter : parameters) known += (known.empty() ? "\"" : ", \"") + std::string(parameter.key) + "\"";
+    for (const auto &parameter : parameters) {
+      known += (known.empty() ? "\"" : ", \"") + std::string(parameter.key) + "\"";
+    }
   };
   addKeys(table.numbers);
   addKeys(table.flags);

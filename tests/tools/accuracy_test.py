@@ -1,0 +1,43 @@
+"""The script behind docs/accuracy.md: it runs, and the document has its tables."""
+
+import re
+import subprocess
+import sys
+import unittest
+
+from program import PROGRAM, ProgramTest, ROOT
+
+
+class AccuracyTest(ProgramTest):
+    def report(self, *arguments):
+        done = subprocess.run([sys.executable, ROOT / "scripts" / "accuracy_report.py", PROGRAM, "--output", "-",
+                               *arguments], capture_output=True, check=False, timeout=600)
+        self.assertEqual((done.returncode, done.stderr), (0, b""))
+        return done.stdout.decode()
+
+    @staticmethod
+    def tables(text):
+        """The rows of all tables as lists of cells, without the rules under the heads."""
+        return [[cell.strip() for cell in line.strip("|").split("|")] for line in text.splitlines()
+                if line.startswith("|") and not line.startswith("|---")]
+
+    def test_a_part_of_the_readings(self):
+        tables = self.tables(self.report("--every", "10"))
+        self.assertEqual([row[0] for row in tables], ["kind", "word", "name", "all"] +
+                         2 * ["kind", "serial", "date", "lot", "vin", "iban", "all"])
+        for row in tables:
+            if row[0] == "kind":
+                continue
+            numbers = [int(number) for number in re.findall(r"\d+", " ".join(row[1:]))]
+            for right, wrong in zip(numbers[2::2], numbers[3::2]):
+                self.assertLessEqual(right + wrong, numbers[0])
+            self.assertGreater(max(numbers[2::2]), 0)
+
+    def test_the_document_has_the_same_tables(self):
+        document = (ROOT / "docs" / "accuracy.md").read_text(encoding="utf-8")
+        heads = [row for row in self.tables(document) if row[0] == "kind"]
+        self.assertEqual(heads, [row for row in self.tables(self.report("--every", "50")) if row[0] == "kind"])
+
+
+if __name__ == "__main__":
+    unittest.main()
