@@ -39,7 +39,7 @@ qsys_status runEntries(Run &run, const Entries &entries) {
     QOC_TRY(stopEarly(run));
     QOC_TRY(MatchMulti(&entry, run.reading, &run.working, run.set, &run.scratch));
     // With the caller's params: the working copy's edits are no matter of the merge.
-    QOC_TRY(qoc_ocrDictionaryResultSet_merge(run.results, &run.scratch, run.params));
+    QOC_TRY(qoc::mergeTaking(*run.results, run.scratch, run.params));
   }
   return QSYS_STATUS_OK;
 }
@@ -94,11 +94,13 @@ qsys_status qoc_ocrDictionary_runSwapCharSetMulti(const qoc_ocrDictionary *dicti
         run, dictionary->fieldings)));
     QOC_TRY((runEntries<qoc_ocrDictionaryRegularExpression_matchMulti, qoc_ocrDictionaryRegularExpression>(
         run, dictionary->regularExpressions)));
-    QOC_TRY(qoc_ocrDictionaryResultVector_sort(&results->results, params, 1));
+    // The merges have left the results ranked, and finishing ranks them again.
     if (results->isComputed == 0) {
       QOC_TRY(qoc_ocrDictionaryResultSet_reset(results));
       results->isComputed = 1;
     }
-    return qoc_ocrDictionaryResultSet_finalize(results, params);
+    // Every entry's results came finished, and finishing them again changes nothing unless it takes inserted positions out.
+    return params->finalizeEachResult != 0 ? qoc_ocrDictionaryResultSet_finalize(results, params)
+                                           : qoc::rankAndCut(*results, params);
   });
 }

@@ -16,8 +16,11 @@ bool EditTable::fill(const WordRows &word, Window window, const qoc_ocrDictionar
   isBanded_ = 2 * std::int64_t{band_} + 1 < std::int64_t{m_} + 1;
   stride_ = isBanded_ ? 2 * std::int64_t{band_} + 1 : std::int64_t{m_} + 1;
   const std::size_t numCells = static_cast<std::size_t>(stride_) * (static_cast<std::size_t>(k_) + 1);
-  costs_.assign(numCells, unreachable);
-  steps_.assign(numCells, Step::match);
+  // Within the band every cell is written before it is read, and no other is read.
+  if (costs_.size() < numCells) {
+    costs_.resize(numCells);
+    steps_.resize(numCells);
+  }
 
   for (std::int32_t i = 0; i <= std::min(m_, band_); ++i) {
     costs_[at(i, 0)] = i;
@@ -32,6 +35,7 @@ bool EditTable::fill(const WordRows &word, Window window, const qoc_ocrDictionar
         cost = j;
       } else if (word.isMatch(i - 1, window.start + j - 1)) {
         cost = costs_[at(i - 1, j - 1)];
+        steps_[at(i, j)] = Step::match;
       } else {
         const std::int32_t left = i > first ? costs_[at(i - 1, j)] : unreachable;
         const std::int32_t up = i < j + band_ ? costs_[at(i, j - 1)] : unreachable;

@@ -33,7 +33,7 @@ bool MatchTest::testWindow(Window window, const qoc_ocrDictionaryRunParams *para
 
 qsys_status MatchTest::isMatchInWindow(Characters word, Window window, const qoc_ocrDictionaryRunParams *params,
                                        bool &isMatch) {
-  QOC_TRY(rows_.set(word, matches_));
+  rows_.set(word, matches_);
   isMatch = testWindow(window, params);
   return QSYS_STATUS_OK;
 }
