@@ -4,6 +4,7 @@
 option(QOC_BUILD_TOOLS "Build the command line program" ${PROJECT_IS_TOP_LEVEL})
 option(QOC_BUILD_TESTS "Build the tests" ${PROJECT_IS_TOP_LEVEL})
 option(QOC_BUILD_BENCH "Build the benchmarks" ${PROJECT_IS_TOP_LEVEL})
+option(QOC_BUILD_FUZZ "Build the fuzzers, with clang" OFF)
 option(QOC_BUILD_PYTHON "Build the Python module" OFF)
 option(QOC_INSTALL "Add the install rules" ${PROJECT_IS_TOP_LEVEL})
 option(QOC_PACKAGES "Prepare Debian packages; see scripts/packages" OFF)

@@ -36,9 +36,8 @@ qsys_status isReadingMatch(const Expression &expression, const qoc_ocrDictionary
   if (!limits.mayMatch(n)) {
     return passOverStarts(n, params);
   }
-  return withStates(expression, [&](auto &states) {
-    return searchReading(states, limits, reading, params, set, isMatch);
-  });
+  return withStates(expression,
+                    [&](auto &states) { return searchReading(states, limits, reading, params, set, isMatch); });
 }
 
 }  // namespace

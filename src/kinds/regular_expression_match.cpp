@@ -54,13 +54,15 @@ qsys_status setTokens(const qoc_ocrDictionaryCharMulti &position, const qoc_swap
 template <class States>
 class ReadingMatcher {
  public:
-  /// `tokens` is empty, and filled with the reading's when it is first needed.
-  ReadingMatcher(States &states, const LengthLimits &limits, const qoc_ocrDictionaryStringMulti &reading,
-                 const qoc_ocrDictionaryRunParams *params, const qoc_swapCharSet *set,
-                 qstd_vector_qstd_tokenMulti &tokens, const qstd_tokenMulti &wildcard,
+  /// `tokens` is empty, and filled with the reading's when it is first needed. `keepsBestOnly` says that of what is
+  /// filed only the best result is to be kept.
+  ReadingMatcher(States &states, const LengthLimits &limits, bool keepsBestOnly,
+                 const qoc_ocrDictionaryStringMulti &reading, const qoc_ocrDictionaryRunParams *params,
+                 const qoc_swapCharSet *set, qstd_vector_qstd_tokenMulti &tokens, const qstd_tokenMulti &wildcard,
                  qstd_vector_vector_qoc_ocrDictionaryResult &buckets)
       : states_(states),
         limits_(limits),
+        keepsBestOnly_(keepsBestOnly),
         reading_(reading),
         params_(params),
         set_(set),
@@ -101,7 +103,7 @@ class ReadingMatcher {
 
   qsys_status matchSpan(std::int32_t start, std::int32_t end, Attempts attempts) {
     return search_.forEachMatch(start, end, attempts, [&](ExpressionEdit edit, std::int32_t place) {
-      return matchSequence({start, end, edit, place});
+      return isNeedless(edit) ? qsys_status{QSYS_STATUS_OK} : matchSequence({start, end, edit, place});
     });
   }
 
@@ -136,9 +138,18 @@ class ReadingMatcher {
     return QSYS_STATUS_OK;
   }
 
+  /// Whether another result of the edit cannot show: only the best one is kept in the end, there is one without an
+  /// edit, and one with an edit, which leaves its traces in the ranking of the other.
+  bool isNeedless(ExpressionEdit edit) const {
+    return keepsBestOnly_ && edit != ExpressionEdit::none && sizeOf(buckets_) == 2 && hasExact();
+  }
+
   qsys_status file(const Edited &edited, Way way) {
+    if (isNeedless(edited.edit)) {
+      return QSYS_STATUS_OK;
+    }
     qoc_ocrDictionaryResult result;
-    return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
+    QOC_TRY(inFrame<1>([&](Frame<1> &frame) -> qsys_status {
       QOC_TRY(qoc_ocrDictionaryResult_construct(&result));
       frame.local<qoc_ocrDictionaryResult_destruct>(&result);
       result.isComputed = 1;
@@ -146,13 +157,18 @@ class ReadingMatcher {
       result.numEdits = edited.edit == ExpressionEdit::none ? 0 : 1;
       result.numIgnoredPrefixCharacters = edited.start;
       result.numIgnoredSuffixCharacters = search_.size() - edited.end;
-      if (edited.edit == ExpressionEdit::deletion) {
-        QOC_TRY(qstd_vector32s_pushBack(&result.deleted, &edited.place));
-      }
-      QOC_TRY(qoc_ocrDictionaryStringMulti_assign(&result.given, &reading_));
-      QOC_TRY(fillPositions(edited, way, result));
       return qoc_ocrDictionaryResultBuckets_add(&buckets_, &result);
-    });
+    }));
+    // The rest is filled in where the result is filed, so that it is not copied.
+    const auto bucket = static_cast<std::size_t>(edited.edit == ExpressionEdit::none ? 0 : 1);
+    qoc_ocrDictionaryResult &filed =
+        editAs<qoc_ocrDictionaryResult>(editAs<qstd_vector_qoc_ocrDictionaryResult>(buckets_)[bucket]).back();
+    if (edited.edit == ExpressionEdit::deletion) {
+      QOC_TRY(qstd_vector32s_pushBack(&filed.deleted, &edited.place));
+    }
+    QOC_TRY(qoc_ocrDictionaryStringMulti_assign(&filed.given, &reading_));
+    QOC_TRY(qoc_ocrDictionaryStringMulti_assign(&filed.givenSwap, &reading_));
+    return fillPositions(edited, way, filed);
   }
 
   qsys_status fillPositions(const Edited &edited, Way way, qoc_ocrDictionaryResult &result) {
@@ -163,8 +179,8 @@ class ReadingMatcher {
     const auto statuses = editAs<qoc_ocrDictionaryPositionStatus>(result.resultStringStatus);
     for (std::size_t i = 0; i < way.size(); ++i) {
       const MatchedTokens &matched = *way[i];
-      statuses[i] = matched.front() == 0 ? qoc_ocrDictionaryPositionStatus_primary
-                                         : qoc_ocrDictionaryPositionStatus_secondary;
+      statuses[i] =
+          matched.front() == 0 ? qoc_ocrDictionaryPositionStatus_primary : qoc_ocrDictionaryPositionStatus_secondary;
       for (const std::int32_t index : matched) {
         qoc_ocrDictionaryChar character = {0, 0};
         QOC_TRY(qstd_token_getChar(&tokenAt(*sequence_[i], static_cast<std::size_t>(index)), &character.code));
@@ -182,6 +198,7 @@ class ReadingMatcher {
 
   States &states_;
   const LengthLimits &limits_;
+  bool keepsBestOnly_;
   const qoc_ocrDictionaryStringMulti &reading_;
   const qoc_ocrDictionaryRunParams *params_;
   const qoc_swapCharSet *set_;
@@ -192,9 +209,10 @@ class ReadingMatcher {
   std::vector<const qstd_tokenMulti *> sequence_;
 };
 
-/// Ranks everything that one reading gives in `results`, computed also when that is nothing.
+/// Ranks everything that one reading gives in `results`, computed also when that is nothing; or enough of it for
+/// whoever keeps the best result only.
 qsys_status matchReading(const Expression &expression, const qoc_ocrDictionaryStringMulti &reading,
-                         const qoc_ocrDictionaryRunParams *params, const qoc_swapCharSet *set,
+                         const qoc_ocrDictionaryRunParams *params, const qoc_swapCharSet *set, bool keepsBestOnly,
                          qoc_ocrDictionaryResultSet &results) {
   QOC_TRY(qoc_ocrDictionaryResultSet_reset(&results));
   results.isComputed = 1;
@@ -213,7 +231,7 @@ qsys_status matchReading(const Expression &expression, const qoc_ocrDictionarySt
     QOC_TRY(qstd_tokenMulti_construct(&wildcard));
     frame.local<qstd_tokenMulti_destruct>(&wildcard);
     QOC_TRY(withStates(expression, [&](auto &states) {
-      return ReadingMatcher(states, limits, reading, params, set, tokens, wildcard, buckets).matchAll();
+      return ReadingMatcher(states, limits, keepsBestOnly, reading, params, set, tokens, wildcard, buckets).matchAll();
     }));
     return qoc_ocrDictionaryResultSet_mergeBuckets(&results, &buckets, params);
   });
@@ -224,7 +242,7 @@ qsys_status matchVariant(const Expression &expression, const qoc_ocrDictionarySt
                          const qoc_ocrDictionaryStringMulti &variant, const qstd_vector32s &indices, bool isFirst,
                          const qoc_ocrDictionaryRunParams *params, const qoc_swapCharSet *set,
                          qoc_ocrDictionaryResultSet &found, qoc_ocrDictionaryResultSet &results) {
-  QOC_TRY(matchReading(expression, variant, params, set, found));
+  QOC_TRY(matchReading(expression, variant, params, set, false, found));
   QOC_TRY(qoc_ocrDictionaryResultSet_setGiven(&found, &reading, &indices));
   return isFirst ? qoc_ocrDictionaryResultSet_assign(&results, &found)
                  : qoc_ocrDictionaryResultSet_merge(&results, &found, params);
@@ -285,7 +303,8 @@ qsys_status qoc_ocrDictionaryRegularExpression_matchMulti(const qoc_ocrDictionar
     if (hasVariants(set)) {
       QOC_TRY(matchVariants(compiled, *reading, params, *set, *results));
     } else {
-      QOC_TRY(matchReading(compiled, *reading, params, set, *results));
+      const bool keepsBestOnly = params != nullptr && params->returnBestOnly != 0;
+      QOC_TRY(matchReading(compiled, *reading, params, set, keepsBestOnly, *results));
     }
     return qoc_ocrDictionaryResultSet_finalize(results, params);
   });

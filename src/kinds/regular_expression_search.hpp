@@ -12,8 +12,8 @@
 //
 // so one pass from a start tells for every end whether a span matches, and one pass from the end of the reading tells
 // for every start whether any does. Only for a span that matches are the places of the edit looked for: an edit at i
-// fits when what may come next at i, by level 0 from the start, meets what may have come before by the way back from the
-// end. And only for a place that fits are the ways of the sequence listed.
+// fits when what may come next at i, by level 0 from the start, meets what may have come before by the way back from
+// the end. And only for a place that fits are the ways of the sequence listed.
 //
 // Cost: a few steps of the automaton for every position of the reading, and for every start where something matches;
 // results aside, nothing else depends on the number of spans.
@@ -137,8 +137,8 @@ class SpanSearch {
   }
 
   /// Calls onSpan(start, end, goOn), which returns a status, for the spans that may match, in order, until one clears
-  /// goOn. Asks for attention at every start. Whether the search is to stop is asked, of mayStop(), wherever it would be
-  /// before a span, matching or not.
+  /// goOn. Asks for attention at every start. Whether the search is to stop is asked, of mayStop(), wherever it would
+  /// be before a span, matching or not.
   template <class MayStop, class OnSpan>
   qsys_status forEachSpan(const qoc_ocrDictionaryRunParams &params, Attempts attempts, MayStop mayStop, OnSpan onSpan) {
     QOC_TRY(findStarts(attempts));
@@ -209,8 +209,8 @@ class SpanSearch {
   }
   const Set &acceptingAt(std::int32_t at) const noexcept { return accepting_[static_cast<std::size_t>(at)]; }
 
-  /// Follows both levels from a start, and calls onEnd(at, isExact, isEdited) for every end up to the last while anything
-  /// can still match.
+  /// Follows both levels from a start, and calls onEnd(at, isExact, isEdited) for every end up to the last while
+  /// anything can still match.
   template <class OnEnd>
   qsys_status forEachEnd(std::int32_t start, std::int32_t lastEnd, Attempts attempts, OnEnd onEnd) {
     Set takers = states_.first();  // The positions that may take the next character, on either level.
@@ -269,8 +269,8 @@ class SpanSearch {
         editedTakers |= nextBehind;
       }
       const bool isExactStart = intersects(states_.first(), takers);
-      isStart_[static_cast<std::size_t>(at)] = isExactStart || intersects(states_.first(), editedTakers) ||
-                                               (attempts.deletion && isAnyFromNext);
+      isStart_[static_cast<std::size_t>(at)] =
+          isExactStart || intersects(states_.first(), editedTakers) || (attempts.deletion && isAnyFromNext);
       editedBehind = states_.predecessorsOf(editedTakers);
       if (attempts.deletion) {
         editedBehind |= behind;
@@ -322,8 +322,7 @@ class SpanSearch {
       case ExpressionEdit::substitution:
         return intersects(next_[i].takers, behind_[i + 1]);
       case ExpressionEdit::deletion:
-        return place + 1 == end ? next_[i].isEnd
-                                : intersects(next_[i].takers, acceptingAt(place + 1) & behind_[i + 2]);
+        return place + 1 == end ? next_[i].isEnd : intersects(next_[i].takers, acceptingAt(place + 1) & behind_[i + 2]);
       case ExpressionEdit::none:
         break;
     }

@@ -6,36 +6,29 @@ import re
 import subprocess
 import unittest
 
+import public_interface
+
 SOURCE_DIR = pathlib.Path(os.environ["QOC_SOURCE_DIR"])
 INCLUDE_DIR = SOURCE_DIR / "include"
 LIBRARY = os.environ["QOC_LIBRARY"]
 
-# Stands in for QOC_API, so that the marked declarations can be told from all others after preprocessing.
-MARK = "qoc_public_declaration"
-
-
-def run(*command, text=None):
-    done = subprocess.run(command, input=text, capture_output=True, encoding="utf-8", check=False)
+def run(*command):
+    done = subprocess.run(command, capture_output=True, encoding="utf-8", check=False)
     if done.returncode != 0:
         raise AssertionError(f"{' '.join(command)} ended with {done.returncode}:\n{done.stderr}")
     return done.stdout
 
 
 def preprocess(headers, *options):
-    text = "".join(f'#include "{header}"\n' for header in headers)
-    return run(
-        os.environ["QOC_C_COMPILER"], "-E", "-P", "-std=c11", "-x", "c", f"-I{INCLUDE_DIR}", *options, "-", text=text
-    )
+    return public_interface.preprocess(os.environ["QOC_C_COMPILER"], INCLUDE_DIR, headers, *options)
 
 
 def c_headers():
-    return sorted(path.relative_to(INCLUDE_DIR).as_posix() for path in INCLUDE_DIR.rglob("*.h"))
+    return public_interface.headers(INCLUDE_DIR)
 
 
 def declared_names(headers):
-    # The declared name is the identifier before the first parenthesis that follows the mark.
-    text = preprocess(headers, f"-DQOC_API={MARK}")
-    return set(re.findall(rf"\b{MARK}\b[^;(){{}}]*?\b(\w+)\s*\(", text))
+    return {function.name for function in public_interface.functions(os.environ["QOC_C_COMPILER"], INCLUDE_DIR, headers)}
 
 
 def exported_names():

@@ -24,9 +24,8 @@ Expression expression(std::string_view source) {
 /// A reading of single candidates, one for each character.
 Reading plain(std::string_view text) {
   const auto string = word(text);
-  return Reading([&](qoc_ocrDictionaryStringMulti *multi) {
-    return qoc_ocrDictionaryStringMulti_constructString(multi, string);
-  });
+  return Reading(
+      [&](qoc_ocrDictionaryStringMulti *multi) { return qoc_ocrDictionaryStringMulti_constructString(multi, string); });
 }
 
 bool fits(const Expression &expression, const Reading &reading, const qoc_ocrDictionaryRunParams *params = nullptr,
@@ -110,10 +109,10 @@ TEST(RegularExpressionAccess, TranslatesTheStatusesOfRefusedSources) {
     std::string source;
     const wchar_t *wide;
     uint32_t status;
-  } cases[] = {{"(a", L"(a", 0x800013B2},           {"(a{1000}){11}", L"(a{1000}){11}", 0x800013B8},
-               {"a{", L"a{", 0x800013B1},           {"[a", L"[a", 0x800013B3},
-               {"[b-a]", L"[b-a]", 0x800013B4},     {"[]", L"[]", 0x800013B4},
-               {"\\q", L"\\q", 0x800013B5},         {"*", L"*", 0x800013B6},
+  } cases[] = {{"(a", L"(a", 0x800013B2},        {"(a{1000}){11}", L"(a{1000}){11}", 0x800013B8},
+               {"a{", L"a{", 0x800013B1},        {"[a", L"[a", 0x800013B3},
+               {"[b-a]", L"[b-a]", 0x800013B4},  {"[]", L"[]", 0x800013B4},
+               {"\\q", L"\\q", 0x800013B5},      {"*", L"*", 0x800013B6},
                {"a{2,1}", L"a{2,1}", 0x800013B7}};
   for (const auto &one : cases) {
     const auto expected = static_cast<qsys_status>(one.status);
@@ -268,8 +267,8 @@ TEST(RegularExpressionMatch, LengthsAreThoseOfTheMatchedText) {
 }
 
 TEST(RegularExpressionMatch, ReadingsRememberThemselves) {
-  const auto results = match(expression("ab"), reading("x5 a7 b|c9"), runParams({.maxEdits = 1, .matchOption2 = 0,
-                                                                              .matchOption9 = 1}));
+  const auto results =
+      match(expression("ab"), reading("x5 a7 b|c9"), runParams({.maxEdits = 1, .matchOption2 = 0, .matchOption9 = 1}));
   ASSERT_EQ(resultsOf(*results).size(), 1u);
   const qoc_ocrDictionaryResult &result = resultsOf(*results)[0];
   EXPECT_EQ(show(result.given), "x5 a7 b|c9");
@@ -280,8 +279,8 @@ TEST(RegularExpressionMatch, ReadingsRememberThemselves) {
 
 TEST(RegularExpressionSpans, AllAreTriedUntilAnExactResultIsEnough) {
   const auto text = reading("a b x a b");
-  const auto all = runParams({.maxEdits = 1, .matchOption1 = 0, .matchOption2 = 0, .matchOption4 = 0,
-                              .returnBestOnly = 0, .matchOption9 = 1});
+  const auto all = runParams(
+      {.maxEdits = 1, .matchOption1 = 0, .matchOption2 = 0, .matchOption4 = 0, .returnBestOnly = 0, .matchOption9 = 1});
   EXPECT_THAT(matches(expression("ab"), text, all),
               ElementsAre("0 [a b] 3: primary primary", "3 [a b] 0: primary primary"));
   auto best = all;
@@ -301,17 +300,17 @@ TEST(RegularExpressionSpans, AnExactWholeReadingIsEnough) {
 
 TEST(RegularExpressionSpans, ANegativeEndEndsItsStart) {
   // With three edits the first end of starts 0 and 1 is negative: nothing is tried from there.
-  const auto params = runParams({.maxEdits = 3, .matchOption1 = 0, .matchOption2 = 0, .matchOption4 = 0,
-                                 .returnBestOnly = 0, .matchOption9 = 1});
+  const auto params = runParams(
+      {.maxEdits = 3, .matchOption1 = 0, .matchOption2 = 0, .matchOption4 = 0, .returnBestOnly = 0, .matchOption9 = 1});
   EXPECT_THAT(matches(expression("a"), reading("a a a"), params), ElementsAre("2 [a] 0: primary"));
 }
 
 TEST(RegularExpressionSpans, TheLongestIsBoundedByTheLargestLengthAndTheEdits) {
   const auto params = runParams({.maxEdits = 1, .maxStringLength = 1, .returnBestOnly = 0, .matchOption9 = 1});
   EXPECT_THAT(matches(expression("ab"), reading("a b"), params), IsEmpty());
-  EXPECT_THAT(matches(expression("b"), reading("a b"), params),
-              ElementsAre("1 [b] 0: primary", "0 [{F801}] 1: substituted", "1 [{F801}] 0: substituted",
-                          "0 [b] 0: primary -0"));
+  EXPECT_THAT(
+      matches(expression("b"), reading("a b"), params),
+      ElementsAre("1 [b] 0: primary", "0 [{F801}] 1: substituted", "1 [{F801}] 0: substituted", "0 [b] 0: primary -0"));
 }
 
 TEST(RegularExpressionPolls, YesOrNoAsksOnceForTheReadingAndOnceForEveryStart) {
@@ -340,8 +339,8 @@ TEST(RegularExpressionPolls, AnInterruptEndsTheMatch) {
   qsys_bool isMatch = 1;
   {
     Polls polls(1, -5);
-    EXPECT_EQ(qoc_ocrDictionaryRegularExpression_matchMulti(expression("x"), reading("a b c"), params, nullptr, results),
-              -5);
+    EXPECT_EQ(
+        qoc_ocrDictionaryRegularExpression_matchMulti(expression("x"), reading("a b c"), params, nullptr, results), -5);
     EXPECT_EQ(polls.count(), 2);
   }
   {
@@ -368,8 +367,8 @@ TEST(RegularExpressionVariants, OfMultiCharacterSwapsAreMatchedEach) {
 
 TEST(RegularExpressionVariants, AreTriedUntilAnExactResultIsEnough) {
   const auto set = setOfSwaps({{U"m", U"rn"}});
-  const auto all = runParams({.maxEdits = 1, .matchOption1 = 0, .matchOption2 = 0, .matchOption4 = 0,
-                              .returnBestOnly = 0});
+  const auto all =
+      runParams({.maxEdits = 1, .matchOption1 = 0, .matchOption2 = 0, .matchOption4 = 0, .returnBestOnly = 0});
   EXPECT_EQ(matches(expression("m|rn"), reading("r n"), all, set).size(), 2u);
   const auto best = runParams({.maxEdits = 1});
   EXPECT_THAT(matches(expression("m|rn"), reading("r n"), best, set), ElementsAre("0 [r n] 0: primary primary"));
@@ -404,8 +403,8 @@ TEST(RegularExpressionMatch, OfALongReadingWithAnExpressionOfManyPositions) {
   EXPECT_TRUE(fits(expression("[0-9]{300}"), plain(text)));
   EXPECT_FALSE(fits(expression("[0-9]{301}"), plain(text)));
   EXPECT_TRUE(fits(expression("[0-9]{301}"), plain(text), runParams({.maxEdits = 1})));
-  EXPECT_TRUE(fits(expression("x[0-9]{100}"), plain(std::string(150, '7')), runParams({.maxEdits = 1,
-                                                                                      .matchOption9 = 1})));
+  EXPECT_TRUE(
+      fits(expression("x[0-9]{100}"), plain(std::string(150, '7')), runParams({.maxEdits = 1, .matchOption9 = 1})));
   EXPECT_EQ(matches(expression("[0-9]{299}"), plain(text), runParams({.maxEdits = 1, .returnBestOnly = 0})).size(),
             300u);
 }

@@ -77,8 +77,8 @@ std::string counts(Random &random, const Pattern &pattern) {
   if (isShort && pattern.least == pattern.most) {
     return "{" + std::to_string(pattern.least) + "}";
   }
-  return "{" + std::to_string(pattern.least) + "," +
-         (pattern.most == anyCount ? "" : std::to_string(pattern.most)) + "}";
+  return "{" + std::to_string(pattern.least) + "," + (pattern.most == anyCount ? "" : std::to_string(pattern.most)) +
+         "}";
 }
 
 std::string group(Random &random, const std::string &source) { return (random.oneIn(3) ? "(?:" : "(") + source + ")"; }

@@ -1,5 +1,7 @@
 // Regular expressions in the run of a dictionary: their place in the order, polls, early stops, faults.
 
+#include <algorithm>
+
 #include "run/run_builders.hpp"
 #include "support/allocator.hpp"
 #include "support/fieldings.hpp"
@@ -63,30 +65,40 @@ TEST(DictionaryExpressions, AskForAttentionOnceForEachEntry) {
 }
 
 TEST(DictionaryExpressions, ComeAfterLexiconsAndLineFieldings) {
-  auto dictionary = dictionaryOf({{"zz"}});
+  Owned<qoc_ocrDictionary> dictionary;
   add(dictionary, {"[ab]+"});
-  require(qoc_ocrDictionary_setFieldingIExtend(dictionary, 0, line("a9")));
-  EXPECT_EQ(outcomes(*dictionary, "a b", runParams({.maxEdits = 1, .returnBestOnly = 0})),
-            (std::vector<std::string>{"expression 0", "fielding 1", "expression 1", "expression 1", "expression 1",
-                                      "expression 1", "expression 1", "expression 1", "expression 1"}));
+  // Of results of equal rank the first that comes stays.
+  const auto params = runParams({.returnBestOnly = 0});
+  EXPECT_EQ(outcomes(*dictionary, "a b", params), std::vector<std::string>{"expression 0"});
+  require(qoc_ocrDictionary_setFieldingIExtend(dictionary, 0, line("aa")));
+  EXPECT_EQ(outcomes(*dictionary, "a b", params), std::vector<std::string>{"fielding 0"});
+  require(qoc_ocrDictionary_setLexiconIExtend(dictionary, 0, lexicon({"ab"})));
+  EXPECT_EQ(outcomes(*dictionary, "a b", params), std::vector<std::string>{"lexicon 0"});
+}
 
-  const auto input = reading("a b");
+TEST(DictionaryExpressions, CanBeInterruptedBeforeEachEntry) {
+  Owned<qoc_ocrDictionary> dictionary;
+  add(dictionary, {"a", "b", "c"});
+  const auto input = reading("c");
   Owned<qoc_ocrDictionaryResultSet> set;
-  for (const int64_t n : {0, 1, 2, 3}) {
+  for (int64_t n = 0; n <= 3; ++n) {
     Polls polls(n);
-    EXPECT_EQ(qoc_ocrDictionary_runMulti(dictionary, input, runParams({.maxEdits = 0}), set),
+    EXPECT_EQ(qoc_ocrDictionary_runMulti(dictionary, input, runParams(), set),
               n < 3 ? QSYS_STATUS_INTERRUPTED : QSYS_STATUS_OK);
+    EXPECT_EQ(polls.count(), std::min<int64_t>(n + 1, 3));
   }
 }
 
 TEST(DictionaryExpressions, AreNotSearchedForEditsOnceAnExactResultIsThere) {
-  auto dictionary = dictionaryOf({{"ab"}});
-  add(dictionary, {"ax"});
-  EXPECT_EQ(outcomes(*dictionary, "a b", runParams({.maxEdits = 1, .returnBestOnly = 0})),
-            (std::vector<std::string>{"lexicon 0", "expression 1"}));
-  // With spans the number of polls tells what was looked for: in an exact search of nothing every start is asked about.
-  const auto best = runParams({.maxEdits = 1, .returnBestOnly = 1});
-  EXPECT_EQ(outcomes(*dictionary, "a b", best), std::vector<std::string>{"lexicon 0"});
+  const auto params = runParams({.maxEdits = 1, .matchOption9 = 1});
+  Owned<qoc_ocrDictionary> dictionary;
+  add(dictionary, {"ab"});
+  // Looking for one edit, the expression has enough with the exact reading and tries no span.
+  EXPECT_EQ(numPollsOfRun(*dictionary, "a b", params), 1);
+  add(dictionary, {"ab"});
+  // The second one looks for exact matches only, and with that for all of them.
+  EXPECT_EQ(numPollsOfRun(*dictionary, "a b", params), 1 + 1 + 2);
+  EXPECT_EQ(outcomes(*dictionary, "a b", params), std::vector<std::string>{"expression 0"});
 }
 
 TEST(DictionaryExpressions, ShareSwapsWithTheOtherKinds) {

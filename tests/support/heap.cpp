@@ -6,10 +6,16 @@
 
 namespace {
 
+using qoc::test::FaultMode;
+
 thread_local int64_t numAllowed = -1;  // -1: any number.
+thread_local FaultMode faultMode = FaultMode::from;
+thread_local bool hasFailed = false;
 
 void *allocate(std::size_t size, std::size_t alignment) {
   if (numAllowed == 0) {
+    numAllowed = faultMode == FaultMode::from ? 0 : -1;
+    hasFailed = true;
     return nullptr;
   }
   numAllowed -= numAllowed > 0 ? 1 : 0;
@@ -28,8 +34,13 @@ void *allocateOrThrow(std::size_t size, std::size_t alignment) {
 
 }  // namespace
 
-qoc::test::HeapFault::HeapFault(int64_t n) { numAllowed = n; }
+qoc::test::HeapFault::HeapFault(int64_t n, FaultMode mode) {
+  numAllowed = n;
+  faultMode = mode;
+  ::hasFailed = false;
+}
 qoc::test::HeapFault::~HeapFault() { numAllowed = -1; }
+bool qoc::test::HeapFault::hasFailed() const { return ::hasFailed; }
 
 // The array forms and the sized ones come down to these.
 void *operator new(std::size_t size) { return allocateOrThrow(size, 1); }

@@ -3,15 +3,20 @@
 
 #include <cstdint>
 
+#include "support/allocator.hpp"
+
 namespace qoc::test {
 
-/// As long as it lives, the n-th use of operator new in this thread, counted from 0, and all that follow it fail.
+/// As long as it lives, the n-th use of operator new in this thread, counted from 0, fails, alone or with all that
+/// follow it.
 class HeapFault {
  public:
-  explicit HeapFault(int64_t n);
+  explicit HeapFault(int64_t n, FaultMode mode = FaultMode::from);
   ~HeapFault();
   HeapFault(const HeapFault &) = delete;
   HeapFault &operator=(const HeapFault &) = delete;
+
+  bool hasFailed() const;
 };
 
 }  // namespace qoc::test

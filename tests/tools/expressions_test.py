@@ -43,6 +43,14 @@ class ExpressionsTest(ProgramTest):
         self.assertEqual(self.best("[A-Z]1", "01", swaps=groups)["text"], "D1")
         self.assertIsNone(self.best("[A-Z]1", "01"))
 
+    def test_candidates_behind_swapped_sequences(self):
+        reading = json.dumps({"positions": [[["r", 9]], [["n", 9]], [["0", 9], ["O", 8]]]})
+        result = self.best("m[A-Z]", reading, swaps={"groups": ["0DO"], "sequences": [["rn", "m"]]})
+        self.assertEqual(result["text"], "mO")
+        reading = json.dumps({"positions": [[["m", 9]], [["0", 9], ["O", 8]]]})
+        result = self.best("rn[A-Z]", reading, swaps={"groups": ["0DO"], "sequences": [["rn", "m"]]})
+        self.assertEqual(result["text"], "rnO")
+
     def test_table(self):
         self.write("dictionary.json", {"regularExpressions": ["[0-9]{2}-[0-9]"]})
         code, out, err = self.run_program("run", "-d", "dictionary.json", stdin="12-3\n")

@@ -31,10 +31,10 @@ std::vector<Char32> resultText(const qoc_ocrDictionaryResult &result) {
     }
     return codes;
   }
-  Integers indices; // By position of the result: where it stands in the reading.
+  Integers indices; // By position of the result: where it stands in the reading as swaps have made it.
   check(qoc_ocrDictionaryResult_getInputStringIndicesOfResultStringCharacters(&result, indices.get()), "a result");
   const auto places = elements(*indices.get());
-  const auto given = elements(result.given.positions);
+  const auto given = elements(result.givenSwap.positions);
   for (const qoc_ocrDictionaryCharMulti &position : elements(result.valid.positions)) {
     const std::size_t i = codes.size();
     const bool isRead = i < places.size() && places[i] >= 0 && static_cast<std::size_t>(places[i]) < given.size();

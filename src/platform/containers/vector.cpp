@@ -194,6 +194,7 @@ qsys_status removeRange(qstd_vector &vector, std::int32_t position, std::int32_t
 
 /// Replaces the elements by copies of a block of n that does not lie in the vector.
 qsys_status assignBlock(qstd_vector &vector, const void *first, std::int32_t n) {
+  QOC_TRY(qstd_vector__reserve(&vector, n));  // First, so that plain elements are replaced all or not at all.
   const std::int32_t numKept = std::min(n, vector.size);
   if (vector.table->assign == nullptr) {
     if (numKept > 0) {

@@ -54,9 +54,9 @@ class OutAddress {
   operator Void **() noexcept { return out_ != nullptr ? &value_ : nullptr; }
 
  private:
-  static inline char unset = 0;  // Its address stands for "not written".
+  static inline constexpr char unset = 0;  // Its address stands for "not written"; nobody writes there.
   T **out_;
-  Void *value_ = &unset;
+  Void *value_ = const_cast<char *>(&unset);
 };
 
 template <class T>

@@ -56,8 +56,8 @@ class CodeSet {
   const std::vector<Range> &ranges() const noexcept { return ranges_; }
 
   bool contains(Char32 code) const noexcept {
-    const auto behind =
-        std::upper_bound(ranges_.begin(), ranges_.end(), code, [](Char32 c, const Range &range) { return c < range.first; });
+    const auto behind = std::upper_bound(ranges_.begin(), ranges_.end(), code,
+                                         [](Char32 c, const Range &range) { return c < range.first; });
     return behind != ranges_.begin() && code <= std::prev(behind)->last;
   }
 

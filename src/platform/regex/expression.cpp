@@ -15,8 +15,8 @@ namespace {
 
 using Kind = SyntaxNode::Kind;
 
-/// The most nodes that a tree may have with its counts written out. Positions are bounded more tightly; what this bounds
-/// are choices with an empty alternative, one in the other many thousand times over, under a count.
+/// The most nodes that a tree may have with its counts written out. Positions are bounded more tightly; what this
+/// bounds are choices with an empty alternative, one in the other many thousand times over, under a count.
 constexpr std::size_t mostNodes = 1'000'000;
 
 std::uint64_t bit(std::int32_t position) noexcept { return std::uint64_t{1} << position; }
@@ -77,7 +77,8 @@ qsys_status Expression::writeOut(const Syntax &syntax, WorkMeter &meter) {
         children.push_back({from.firstChild, id, round});
       }
     } else {
-      for (std::int32_t child = from.firstChild; child >= 0; child = syntax.nodes[static_cast<std::size_t>(child)].next) {
+      for (std::int32_t child = from.firstChild; child >= 0;
+           child = syntax.nodes[static_cast<std::size_t>(child)].next) {
         children.push_back({child, id, 0});
       }
     }

@@ -36,10 +36,10 @@ struct NarrowTables {
   static constexpr std::size_t numQuick = 128;
 
   std::uint64_t all, first, last;
-  std::uint64_t quick[numQuick];               ///< The positions that accept each of the first codes.
-  std::vector<std::uint64_t> positionsOfSet;   ///< The positions that accept each code set.
-  std::uint64_t chained;                       ///< The positions p that p + 1 may follow.
-  std::uint64_t branching, joining;            ///< Those that other positions may follow; that may follow other ones.
+  std::uint64_t quick[numQuick];              ///< The positions that accept each of the first codes.
+  std::vector<std::uint64_t> positionsOfSet;  ///< The positions that accept each code set.
+  std::uint64_t chained;                      ///< The positions p that p + 1 may follow.
+  std::uint64_t branching, joining;           ///< Those that other positions may follow; that may follow other ones.
   std::uint64_t followers[64], predecessors[64];  ///< Without the chained ones.
 };
 
@@ -59,7 +59,9 @@ class Expression {
     return nodeOfPosition_[static_cast<std::size_t>(position)];
   }
   const std::vector<CodeSet> &sets() const noexcept { return sets_; }
-  std::int32_t setOf(std::int32_t position) const noexcept { return setOfPosition_[static_cast<std::size_t>(position)]; }
+  std::int32_t setOf(std::int32_t position) const noexcept {
+    return setOfPosition_[static_cast<std::size_t>(position)];
+  }
   const NarrowTables &narrow() const noexcept { return narrow_.front(); }
 
  private:

@@ -27,8 +27,14 @@ class WideSet {
     }
     return *this;
   }
-  friend WideSet operator&(WideSet a, const WideSet &b) noexcept { return a &= b; }
-  friend WideSet operator|(WideSet a, const WideSet &b) noexcept { return a |= b; }
+  friend WideSet operator&(WideSet a, const WideSet &b) noexcept {
+    a &= b;
+    return a;
+  }
+  friend WideSet operator|(WideSet a, const WideSet &b) noexcept {
+    a |= b;
+    return a;
+  }
 
   void insert(std::int32_t position) noexcept { word(position) |= std::uint64_t{1} << (position % 64); }
   bool contains(std::int32_t position) const noexcept {

@@ -18,8 +18,8 @@ struct SyntaxNode {
   enum class Kind : std::uint8_t { empty, character, sequence, choice, repeat };
 
   Kind kind = Kind::empty;
-  bool isNullable = true;    ///< Matches the empty sequence.
-  bool isUnbounded = false;  ///< A repeat whose last round may be repeated for ever.
+  bool isNullable = true;                     ///< Matches the empty sequence.
+  bool isUnbounded = false;                   ///< A repeat whose last round may be repeated for ever.
   std::int32_t minRounds = 0, numRounds = 0;  ///< A repeat's least count, and the rounds that are written out.
   std::int32_t set = 0;                       ///< A character's code set.
   std::int32_t firstChild = -1, lastChild = -1, next = -1;

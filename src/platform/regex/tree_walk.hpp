@@ -3,8 +3,8 @@
 //
 // A place in the tree is before a node or behind it. From place to place leads a step that consumes nothing: before a
 // sequence is before its first part, behind a part is before the next, and so on. Two walks take such steps: one marks
-// every place it comes to, for sets of positions, in any order and in either direction; the other finds the followers of
-// one position in the order of a backtracking matcher. Both keep their own stack, and their scratch between uses.
+// every place it comes to, for sets of positions, in any order and in either direction; the other finds the followers
+// of one position in the order of a backtracking matcher. Both keep their own stack, and their scratch between uses.
 
 #include "platform/regex/expression.hpp"
 #include "platform/system/present.hpp"
@@ -129,8 +129,7 @@ class SetWalk {
       pushBefore(id);
     }
     for (std::int32_t child = node.lastChild; child >= 0; child = at(child).previous) {
-      const bool isBarred =
-          node.kind == Kind::repeat && at(child).round < node.minRounds && !at(child).isNullable;
+      const bool isBarred = node.kind == Kind::repeat && at(child).round < node.minRounds && !at(child).isNullable;
       if (isBarred) {
         break;
       }
@@ -162,16 +161,18 @@ class SetWalk {
 
 /// The followers of one position, in a backtracking matcher's order.
 ///
-/// The walk goes up from the position along its ancestors, which have consumed something, and down into nodes that begin
-/// here and have not. What decides is which of the two a repeat is: a round that has consumed something is followed by
-/// another, if there may be one; a round that begins and ends here has consumed nothing, and ends its repeat. `climbed`
-/// of a task is the lowest ancestor of the position that is not left yet, so a node below it that is not it began here.
+/// The walk goes up from the position along its ancestors, which have consumed something, and down into nodes that
+/// begin here and have not. What decides is which of the two a repeat is: a round that has consumed something is
+/// followed by another, if there may be one; a round that begins and ends here has consumed nothing, and ends its
+/// repeat. `climbed` of a task is the lowest ancestor of the position that is not left yet, so a node below it that is
+/// not it began here.
 class OrderedWalk {
  public:
   explicit OrderedWalk(const Expression &expression)
       : nodes_(expression.nodes()), seen_(static_cast<std::size_t>(expression.numPositions()), 0) {}
 
-  /// The followers of a position, or, of -1, the positions that a match may begin with. Each once, where it comes first.
+  /// The followers of a position, or, of -1, the positions that a match may begin with. Each once, where it comes
+  /// first.
   qsys_status find(const Expression &expression, std::int32_t position, std::vector<std::int32_t> &followers,
                    WorkMeter &meter) {
     ++use_;

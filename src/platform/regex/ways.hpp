@@ -3,12 +3,12 @@
 //
 // The idea. Paths through the automaton are followed in a backtracking matcher's order, only through positions from
 // which the rest of the sequence can match (the live ones, found by one pass from the end), so that no path ends before
-// it has told a way. What a path tells of each place is its label there: the set of the place's tokens that the position
-// accepts. Different paths may tell the same labels, and there may be exponentially many of them; only the first counts.
-// So with every path goes the set of positions that earlier paths with the same labels have come to: whatever they can
-// still tell, they have told. A path that comes to one of these positions is dropped. That leaves, for every prefix of
-// labels that begins some way, at most one path to each position, so the time is bounded by the number of ways, times
-// their length, times the number of positions, times a step.
+// it has told a way. What a path tells of each place is its label there: the set of the place's tokens that the
+// position accepts. Different paths may tell the same labels, and there may be exponentially many of them; only the
+// first counts. So with every path goes the set of positions that earlier paths with the same labels have come to:
+// whatever they can still tell, they have told. A path that comes to one of these positions is dropped. That leaves,
+// for every prefix of labels that begins some way, at most one path to each position, so the time is bounded by the
+// number of ways, times their length, times the number of positions, times a step.
 //
 //     (a|a)*b on "aab": paths through the first a and the second tell the same; the second is dropped at once.
 //
@@ -106,6 +106,7 @@ class WayFinder {
       if (!contains(live_[i], position)) {
         continue;
       }
+      QOC_TRY(makeLabels(i));
       const Label &label = labelOf(i, position);
       const Set told = (step.told | step.tried) & label.positions;
       insert(step.tried, position);
@@ -136,26 +137,31 @@ class WayFinder {
     return QSYS_STATUS_OK;
   }
 
-  const Label &labelOf(std::size_t i, std::int32_t position) {
-    Place &place = places_[i];
-    if (place.labels.empty()) {
-      makeLabels(i, place);
-    }
+  const Label &labelOf(std::size_t i, std::int32_t position) const {
+    const Place &place = places_[i];
     return place.labels[static_cast<std::size_t>(
         place.labelOfSet[static_cast<std::size_t>(states_.expression().setOf(position))])];
   }
 
-  void makeLabels(std::size_t i, Place &place) {
+  /// Makes the labels of a place, unless they are made.
+  qsys_status makeLabels(std::size_t i) {
+    Place &place = places_[i];
+    if (!place.labels.empty()) {
+      return QSYS_STATUS_OK;
+    }
     const Expression &expression = states_.expression();
     place.labelOfSet.assign(expression.sets().size(), -1);
+    std::size_t work = 0;
     forEach(live_[i], [&](std::int32_t position) {
       const std::int32_t set = expression.setOf(position);
       std::int32_t &number = place.labelOfSet[static_cast<std::size_t>(set)];
       if (number < 0) {
         number = labelNumber(place, matchedTokens(*sequence_[i], expression.sets()[static_cast<std::size_t>(set)]));
+        work += numTokens(*sequence_[i]) + place.labels.size();
       }
       insert(place.labels[static_cast<std::size_t>(number)].positions, position);
     });
+    return states_.meter().add(work);
   }
 
   std::int32_t labelNumber(Place &place, MatchedTokens &&tokens) {

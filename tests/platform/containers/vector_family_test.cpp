@@ -238,4 +238,14 @@ TYPED_TEST(VectorFamily, GivesAllItsMemoryBackWhereverItRunsOut) {
   }
 }
 
+TEST(PlainVector, IsAssignedAllOrNothingWhenMemoryRunsOut) {
+  LibraryAllocator memory;
+  const auto source = vectorOf<qstd_vector32s>({7, 8, 9, 10});
+  auto target = vectorOf<qstd_vector32s>({1, 2});
+  memory.failFrom(0);
+  EXPECT_EQ(qstd_vector32s_assign(target, source), QSYS_STATUS_OUT_OF_MEMORY);
+  memory.failFrom(-1);
+  EXPECT_EQ(values(target), (std::vector<int32_t>{1, 2}));
+}
+
 }  // namespace

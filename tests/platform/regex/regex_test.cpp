@@ -38,7 +38,8 @@ TEST(Regex, GivesItsSourceBack) {
 }
 
 TEST(Regex, GivesAWideSourceBackInUtf8) {
-  Owned<qstd_regex> made([](qstd_regex *object) { return qstd_regex_constructStringT(object, L"a\u00E4\u20AC\U0001F600"); });
+  Owned<qstd_regex> made(
+      [](qstd_regex *object) { return qstd_regex_constructStringT(object, L"a\u00E4\u20AC\U0001F600"); });
   EXPECT_EQ(sourceOf(made), "a\xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80");
   require(qstd_regex_setStringT(made, L"b+"));
   EXPECT_EQ(sourceOf(made), "b+");
@@ -180,6 +181,18 @@ TEST(RegexWays, AreTheSameWhenTheExpressionHasManyPositions) {
   EXPECT_TRUE(matches("(a?){1000}", std::string(1000, 'a')));
   EXPECT_FALSE(matches("(a?){1000}", std::string(1001, 'a')));
   EXPECT_TRUE(matches("(a{1000}){10}", std::string(10'000, 'a')));
+}
+
+TEST(RegexWays, AreFoundOnBothSidesOfTheWidthOfAWord) {
+  for (std::size_t n = 62; n <= 66; ++n) {
+    const std::string count = "{" + std::to_string(n) + "}", text(n, 'a');
+    EXPECT_TRUE(matches("a" + count, text)) << n;
+    EXPECT_FALSE(matches("a" + count, text + "a")) << n;
+    EXPECT_FALSE(matches("a" + count, text.substr(1))) << n;
+    EXPECT_TRUE(matches("(b|a" + count + ")*", "b" + text + text + "b")) << n;
+    EXPECT_FALSE(matches("(b|a" + count + ")*", "b" + text + "ab")) << n;
+    EXPECT_EQ(ways(regex("(a?)" + count + "b?"), plainSequence(text + "b")).size(), 1u) << n;
+  }
 }
 
 TEST(RegexWays, CompilingALargeExpressionCanBeInterrupted) {

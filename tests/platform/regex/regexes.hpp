@@ -1,9 +1,9 @@
 #pragma once
 // Expressions, sequences of tokens and ways, written shortly.
 //
-// A sequence is written like a reading: "a|b c" has two places, the first a with the alternative b. '?' alone is a place
-// that any character fits. A way is written place by place: the matched tokens, with '!' before them when the primary
-// one is among them: "!ab c".
+// A sequence is written like a reading: "a|b c" has two places, the first a with the alternative b. '?' alone is a
+// place that any character fits. A way is written place by place: the matched tokens, with '!' before them when the
+// primary one is among them: "!ab c".
 
 #include <stdexcept>
 #include <string>

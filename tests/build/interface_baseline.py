@@ -1,0 +1,56 @@
+"""The stored interface: every function with its types, every record with its size and offsets, one a line.
+
+    interface_baseline.py COMPILER INCLUDE-DIRECTORY    writes both files anew, from the headers
+"""
+
+import pathlib
+import subprocess
+import sys
+import tempfile
+
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent))
+import public_interface  # noqa: E402
+
+DIRECTORY = pathlib.Path(__file__).resolve().parent / "baseline"
+
+
+def read(name):
+    """The lines of a stored file."""
+    return (DIRECTORY / name).read_text(encoding="utf-8").splitlines()
+
+
+def functions(compiler, include_dir):
+    """A line for every public function: result, name, parameter types."""
+    lines = []
+    for function in public_interface.functions(compiler, include_dir):
+        types = [parameter.type for parameter in function.parameters] + ["..."] * function.is_variadic
+        lines.append(f"{function.result} {function.name}({', '.join(types) or 'void'})")
+    return lines
+
+
+def records(compiler, include_dir, directory):
+    """A line for every public record, from a program compiled and run in the directory."""
+    program = [f'#include "{name}"\n' for name in public_interface.headers(include_dir)]
+    program.append("#include <stdio.h>\nint main(void) {\n")
+    for record in public_interface.records(compiler, include_dir):
+        formats = " ".join(f"{field.name}@%zu" for field in record.fields)
+        offsets = "".join(f", offsetof({record.name}, {field.name})" for field in record.fields)
+        program.append(f'printf("{record.name} %zu: {formats}\\n", sizeof({record.name}){offsets});\n')
+    program.append("return 0;\n}\n")
+    source, binary = pathlib.Path(directory) / "records.c", pathlib.Path(directory) / "records"
+    source.write_text("".join(program), encoding="utf-8")
+    subprocess.run([compiler, "-std=c11", f"-I{include_dir}", str(source), "-o", str(binary)], check=True)
+    return subprocess.run([str(binary)], capture_output=True, encoding="utf-8", check=True).stdout.splitlines()
+
+
+def main():
+    compiler, include_dir = sys.argv[1:]
+    DIRECTORY.mkdir(exist_ok=True)
+    with tempfile.TemporaryDirectory() as directory:
+        for name, lines in (("functions.txt", functions(compiler, include_dir)),
+                            ("records.txt", records(compiler, include_dir, directory))):
+            (DIRECTORY / name).write_text("\n".join(lines) + "\n", encoding="utf-8")
+
+
+if __name__ == "__main__":
+    main()

@@ -1,0 +1,53 @@
+// Every public function that polls, interrupted at every poll.
+
+#include <gtest/gtest.h>
+
+#include "faults/call.hpp"
+
+namespace {
+
+using namespace qoc::test;
+
+class Interrupts : public testing::TestWithParam<World> {};
+
+TEST_P(Interrupts, EndEveryFunctionWithTheirStatusAndLeaveItsObjectsUsable) {
+  LibraryAllocator memory;
+  int64_t numInterrupts = 0;
+  int numFunctions = 0;
+  for (const Function &function : publicFunctions()) {
+    if (reasonToSpare(function) != nullptr) {
+      continue;
+    }
+    SCOPED_TRACE(function.name);
+    int64_t numPolls = 0;
+    std::string expected;
+    {
+      Call call(function, GetParam(), memory);
+      call.run();
+      numPolls = call.heard().numPolls;
+      expected = call.describe();
+    }
+    numFunctions += numPolls > 0 ? 1 : 0;
+    for (int64_t n = 0; n < numPolls; ++n) {
+      SCOPED_TRACE("poll " + std::to_string(n));
+      Call call(function, GetParam(), memory);
+      call.listen(n);
+      EXPECT_EQ(call.run(), interruption);
+      EXPECT_EQ(call.heard().numPolls, n + 1) << "work went on after the interrupt";
+
+      call.listen();
+      EXPECT_GE(call.run(), 0);
+      EXPECT_EQ(call.describe(), expected);
+      EXPECT_EQ(call.finish(), "");
+      ++numInterrupts;
+    }
+  }
+  RecordProperty("interrupts", static_cast<int>(numInterrupts));
+  RecordProperty("functions", numFunctions);
+  EXPECT_GT(numFunctions, GetParam() == World::empty ? 0 : 15);
+}
+
+INSTANTIATE_TEST_SUITE_P(OfTheWorld, Interrupts, testing::ValuesIn(allWorlds),
+                         [](const auto &tested) { return std::string(nameOf(tested.param)); });
+
+}  // namespace
