@@ -237,7 +237,7 @@ class Resolving {
     Cost least = texts_.empty() ? noWay : texts_.front().cost;
     for (const Lattice &lattice : lattices_) least = std::min(least, lattice.least());
     std::size_t numTaken = 0;
-    const auto take = [&](const FoundText &found, bool &goesOn) -> qsys_status {
+    const auto take = [&](const FoundText &found, bool &goesOn, Cost &maxCost) -> qsys_status {
       const Lattice &lattice = lattices_[found.lattice];
       Text text;
       text.cost = found.cost;
@@ -254,6 +254,10 @@ class Resolving {
         ++numTaken;
       }
       goesOn = numTaken < numWanted_;
+      // Behind the texts that are wanted the next one matters only for the margin, and only before free text.
+      if (numTaken + 1 >= numWanted_) {
+        maxCost = std::min(maxCost, std::max(costs_.freeText(rules_.freeShape), costs_.freeText(rules_.freeWord)));
+      }
       return QSYS_STATUS_OK;
     };
     return searchTexts(
