@@ -1,11 +1,14 @@
-// How long a dictionary run takes on one long word list, beside a plain scan of the same words; as JSON for scripts/performance.
+// How long a dictionary run takes on one long word list, beside a plain scan of the same words; as JSON for
+// scripts/performance.
 //
 //   qoc_lexicon_speed WORD-FILE [NUMBER-OF-READINGS [NUMBER-OF-WORDS [--one=EDITS]]]
 //
-// With --one every reading is run once with that many edits for its best result, and nothing is printed: for counting instructions.
+// With --one every reading is run once with that many edits for its best result, and nothing is printed: for counting
+// instructions.
 //
-// Readings are words of the list with one random edit each, from a fixed seed. Every reading is run three times, and the least time
-// counts, since whatever else the machine does can only add to it; medians and 99th percentiles are over the readings.
+// Readings are words of the list with one random edit each, from a fixed seed. Every reading is run three times, and
+// the least time counts, since whatever else the machine does can only add to it; medians and 99th percentiles are over
+// the readings.
 
 #include <qoc/ocr_dictionary.h>
 
@@ -101,9 +104,15 @@ std::vector<std::string> makeReadings(const std::vector<std::string> &words, std
     const std::size_t place = random() % reading.size();
     const char letter = static_cast<char>('a' + random() % 26);
     switch (random() % 3) {
-      case 0: reading[place] = letter; break;
-      case 1: reading.insert(place, 1, letter); break;
-      default: reading.erase(place, 1); break;
+      case 0:
+        reading[place] = letter;
+        break;
+      case 1:
+        reading.insert(place, 1, letter);
+        break;
+      default:
+        reading.erase(place, 1);
+        break;
     }
     readings.push_back(reading);
   }
@@ -141,7 +150,8 @@ struct FlatWords {
     places.push_back(letters.size());
   }
 
-  /// The number of words within maxEdits of the reading, by the bit-parallel distance of every word of an admissible length.
+  /// The number of words within maxEdits of the reading, by the bit-parallel distance of every word of an admissible
+  /// length.
   std::size_t scan(const std::string &reading, std::size_t maxEdits) const {
     std::array<std::uint64_t, 256> rows = {};
     for (std::size_t j = 0; j < reading.size(); ++j) {
@@ -172,7 +182,8 @@ void makeMulti(const std::string &text, std::size_t numCandidates, qoc_ocrDictio
     qoc_ocrDictionaryCharMulti *position = nullptr;
     qstd_vector_qoc_ocrDictionaryCharMulti_getElement(&reading->positions, static_cast<std::int32_t>(j), &position);
     for (std::size_t c = 1; c < numCandidates; ++c) {
-      const qoc_ocrDictionaryChar other = {static_cast<Char32>('a' + (static_cast<std::size_t>(text[j]) + 7 * c + j) % 26), 0};
+      const qoc_ocrDictionaryChar other = {
+          static_cast<Char32>('a' + (static_cast<std::size_t>(text[j]) + 7 * c + j) % 26), 0};
       qstd_vector_qoc_ocrDictionaryChar_pushBack(&position->candidates, &other);
     }
   }
@@ -261,8 +272,9 @@ int main(int argc, char **argv) {
     return 0;
   }
   const double perWord = 1.0 / static_cast<double>(words.size());
-  std::printf("{\n  \"words\": %zu, \"readings\": %zu, \"fillSeconds\": %.3f, \"setSeconds\": %.3f, \"indexSeconds\": %.3f,\n",
-              words.size(), numReadings, fillTime, setTime, indexTime);
+  std::printf(
+      "{\n  \"words\": %zu, \"readings\": %zu, \"fillSeconds\": %.3f, \"setSeconds\": %.3f, \"indexSeconds\": %.3f,\n",
+      words.size(), numReadings, fillTime, setTime, indexTime);
   std::printf("  \"bytesPerWord\": %.1f, \"indexBytesPerWord\": %.1f,\n  \"rows\": [",
               static_cast<double>(numBytes - bytesBefore) * perWord, static_cast<double>(index->numBytes()) * perWord);
 
@@ -288,11 +300,13 @@ int main(int argc, char **argv) {
         for (std::size_t i = 0; i < numReadings; ++i) {
           work(i);
         }
-        std::printf("%s    {\"candidates\": %zu, \"best\": %d, \"edits\": %d, \"median\": %.2f, \"p99\": %.2f, \"results\": %.2f, "
-                    "\"blocks\": %.1f}",
-                    separator, numCandidates, isBest, maxEdits, times.median, times.p99,
-                    static_cast<double>(numResults) / static_cast<double>(numReadings),
-                    static_cast<double>(numBlocks - blocksBefore) / static_cast<double>(numReadings));
+        std::printf(
+            "%s    {\"candidates\": %zu, \"best\": %d, \"edits\": %d, \"median\": %.2f, \"p99\": %.2f, \"results\": "
+            "%.2f, "
+            "\"blocks\": %.1f}",
+            separator, numCandidates, isBest, maxEdits, times.median, times.p99,
+            static_cast<double>(numResults) / static_cast<double>(numReadings),
+            static_cast<double>(numBlocks - blocksBefore) / static_cast<double>(numReadings));
         separator = ",\n";
         std::fflush(stdout);
       }
@@ -307,8 +321,8 @@ int main(int argc, char **argv) {
   for (const std::size_t maxEdits : {0, 1, 2, 3}) {
     std::size_t numFound = 0;
     const Times times = measure(numScanned, [&](std::size_t i) { numFound += flat.scan(readings[i], maxEdits); });
-    std::printf("%s    {\"edits\": %zu, \"median\": %.2f, \"p99\": %.2f, \"words\": %.2f}", separator, maxEdits, times.median,
-                times.p99, static_cast<double>(numFound) / static_cast<double>(3 * numScanned));
+    std::printf("%s    {\"edits\": %zu, \"median\": %.2f, \"p99\": %.2f, \"words\": %.2f}", separator, maxEdits,
+                times.median, times.p99, static_cast<double>(numFound) / static_cast<double>(3 * numScanned));
     separator = ",\n";
   }
   std::printf("\n  ]");

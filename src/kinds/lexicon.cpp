@@ -1,7 +1,7 @@
 // Word lists: their life, and the words in them.
 //
-// A list is put together beside the lexicon and swapped in when it is complete, index included: a call that fails leaves the lexicon
-// as it was.
+// A list is put together beside the lexicon and swapped in when it is complete, index included: a call that fails
+// leaves the lexicon as it was.
 
 #include <algorithm>
 #include <bit>
@@ -198,9 +198,8 @@ qsys_status qoc_ocrDictionaryLexicon_getIsEmpty(const qoc_ocrDictionaryLexicon *
 
 qsys_status qoc_ocrDictionaryLexicon_compareEqual(const qoc_ocrDictionaryLexicon *a, const qoc_ocrDictionaryLexicon *b,
                                                   qsys_bool *isEqual) {
-  return present({a, b, isEqual})
-             ? qstd_vector_qoc_ocrDictionaryString_compareEqual(&a->strings, &b->strings, isEqual)
-             : QSYS_STATUS_OK;
+  return present({a, b, isEqual}) ? qstd_vector_qoc_ocrDictionaryString_compareEqual(&a->strings, &b->strings, isEqual)
+                                  : QSYS_STATUS_OK;
 }
 
 qsys_status qoc_ocrDictionaryLexicon_addString(qoc_ocrDictionaryLexicon *lexicon, const String *string) {

@@ -7,9 +7,9 @@
 //       at a fork:  number of branches less 1, the branches' letters ascending, for each branch 4 bytes;
 //       at a leaf:  the 4 bytes of its word.
 //
-// The 4 bytes of a branch are the place of its node, or the word itself where the branch is the end of a word (letter 0). A leaf's n has
-// bit 7 set. A walk thus reads the letters of all branches from one place and goes only where alignments are left, and what lies
-// below a fork lies together.
+// The 4 bytes of a branch are the place of its node, or the word itself where the branch is the end of a word (letter
+// 0). A leaf's n has bit 7 set. A walk thus reads the letters of all branches from one place and goes only where
+// alignments are left, and what lies below a fork lies together.
 
 #include <cstdint>
 #include <cstring>
@@ -29,12 +29,13 @@ class WordTrie {
 
   /// An empty trie.
   WordTrie() = default;
-  /// Of words with the same letters the first is in the trie; the others are added to `equals`, where it is given, as pairs of the
-  /// word in the trie and the other.
+  /// Of words with the same letters the first is in the trie; the others are added to `equals`, where it is given, as
+  /// pairs of the word in the trie and the other.
   WordTrie(const WordLetters &words, Direction direction,
            std::vector<std::pair<std::int32_t, std::int32_t>> *equals = nullptr);
 
-  /// Calls found(word) for every word that the automaton accepts; `rows` are the matches of the letters, in the trie's direction.
+  /// Calls found(word) for every word that the automaton accepts; `rows` are the matches of the letters, in the trie's
+  /// direction.
   template <int Edits, class Found>
   void walk(const EditAutomaton<Edits> &automaton, const LetterMatches &rows, Found found) const {
     if (!nodes_.empty()) {

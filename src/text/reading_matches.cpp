@@ -53,7 +53,8 @@ ReadingMatches::ReadingMatches(const qoc_ocrDictionaryStringMulti &reading, cons
 
 Char32 ReadingMatches::representativeOf(Char32 code) const noexcept {
   const std::int32_t index = set_ != nullptr ? indexOfCode(*set_, code) : -1;
-  return index < 0 ? code : viewAs<Char32>(set_->distinctCharacters)[static_cast<std::size_t>(firstEquivalent(*set_, index))];
+  return index < 0 ? code
+                   : viewAs<Char32>(set_->distinctCharacters)[static_cast<std::size_t>(firstEquivalent(*set_, index))];
 }
 
 std::uint32_t ReadingMatches::addRow(Char32 representative) {

@@ -1,10 +1,11 @@
 #pragma once
 // Which positions of a reading a character matches, as bits, worked out once for the reading.
 //
-// A character matches a position when it equals a candidate, or is equivalent to one under the swap set. Equivalence is transitive, so
-// the codes fall into classes, and every class has one code that stands for it. The reading is gone through once: each candidate sets
-// its position in the row of its class. What a character matches is then the row of its class. The reserved codes have rows of their
-// own: the empty code matches nothing; the code that matches anything, as a candidate, sets its position in every row but that one.
+// A character matches a position when it equals a candidate, or is equivalent to one under the swap set. Equivalence is
+// transitive, so the codes fall into classes, and every class has one code that stands for it. The reading is gone
+// through once: each candidate sets its position in the row of its class. What a character matches is then the row of
+// its class. The reserved codes have rows of their own: the empty code matches nothing; the code that matches anything,
+// as a candidate, sets its position in every row but that one.
 
 #include <qoc/swap_char_set.h>
 
@@ -61,9 +62,9 @@ class ReadingMatches {
   const qoc_swapCharSet *set_;  // Null where no group has a character.
   std::size_t numWords_;
   std::vector<std::uint64_t> rows_;
-  std::uint32_t small_[128] = {};           // The rows of 7-bit codes that stand for their class; 0 where there is none.
-  std::vector<Char32> representatives_;     // Of the rows behind the fixed ones.
-  std::vector<std::uint32_t> slots_;        // Hash table of the rows whose representatives have more than 7 bits; 0 is free.
+  std::uint32_t small_[128] = {};        // The rows of 7-bit codes that stand for their class; 0 where there is none.
+  std::vector<Char32> representatives_;  // Of the rows behind the fixed ones.
+  std::vector<std::uint32_t> slots_;  // Hash table of the rows whose representatives have more than 7 bits; 0 is free.
 };
 
 /// A dictionary string beside a reading: for each of its characters the positions that match it.

@@ -310,7 +310,7 @@ std::vector<CommandSpec> makeTable() {
   table.push_back({"check",
                    "Validate a dictionary and name all its faults",
                    {"Reads the dictionary as every command does, but does not end at the first fault: it names each, with "
-                    "the place where it stands. Of a file that is no JSON it names the first fault only."},
+                    "the place where it stands; of a file that is no JSON only the first."},
                    false,
                    {dictionaryOption(), jsonOption("Write NDJSON, an object for each fault and one at the end")},
                    false,
