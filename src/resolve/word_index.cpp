@@ -129,11 +129,10 @@ void WordTable::forEachStep(std::span<const Char32> word, std::size_t depth, std
   const Cost swapPenalty = costs_.penalties().rules().swapPenalty;
   const Char32 last = depth > 0 ? word[depth - 1] : QOC_CHAR_EMPTY;
   if (depth > 0 && input > 0) {
-    Choice choice;
-    if (costs_.find(input - 1, last, choice)) {
-      visit(Step{1, 1, 0, choice.cost, true});
+    if (const Cost shown = costs_.match(input - 1, last); shown < noWay) {
+      visit(Step{1, 1, 0, shown, true});
       if (input > 1 && mayEdit && reach_.allowsExtra) {
-        visit(Step{2, 1, 1, choice.cost + costs_.extra(input - 2, QOC_CHAR_EMPTY, last), true});
+        visit(Step{2, 1, 1, shown + costs_.extra(input - 2, QOC_CHAR_EMPTY, last), true});
       }
     }
     if (mayEdit && reach_.allowsSubstitution) visit(Step{1, 1, 1, costs_.substituted(input - 1), false});
