@@ -133,8 +133,12 @@ void fillShown(Slot &slot, std::span<const qoc_ocrDictionaryChar> valid, bool is
       *same = choice;
     }
   }
-  std::stable_sort(slot.choices.begin(), slot.choices.end(),
-                   [](const Choice &a, const Choice &b) { return a.cost < b.cost; });
+  // By insertion: choices of equal cost keep their order, and nothing is allocated.
+  for (auto next = slot.choices.begin(); next != slot.choices.end(); ++next) {
+    const auto place = std::upper_bound(slot.choices.begin(), next, next->cost,
+                                        [](Cost cost, const Choice &choice) { return cost < choice.cost; });
+    std::rotate(place, next, next + 1);
+  }
 }
 
 /// What the reading's positions that the result passes over cost.
