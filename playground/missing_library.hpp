@@ -1,6 +1,6 @@
 #pragma once
 
-/// @file What the library uses of C++20's range algorithms and memory, for the standard library of older emscriptens,
+/// @file What the library uses of C++20's range algorithms, memory and atomics, for the standard library of older emscriptens,
 /// which lacks it. Included before every source.
 
 #include <version>
@@ -8,6 +8,7 @@
 #if defined(_LIBCPP_VERSION) && _LIBCPP_VERSION < 15000
 
 #include <algorithm>
+#include <atomic>
 #include <functional>
 #include <iterator>
 #include <memory>
@@ -68,6 +69,16 @@ namespace std {
 template <class T> std::unique_ptr<T> make_unique_for_overwrite(std::size_t n) {
   return std::unique_ptr<T>(new std::remove_extent_t<T>[n]);
 }
+
+/// The page has one thread.
+template <class T> class atomic_ref {
+public:
+  explicit atomic_ref(T &object) : object_(object) {}
+  T load(std::memory_order = std::memory_order_seq_cst) const { return object_; }
+
+private:
+  T &object_;
+};
 
 } // namespace std
 

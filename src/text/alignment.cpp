@@ -136,7 +136,7 @@ qsys_status Aligner::outlineWindow(Characters word, const qoc_ocrDictionaryRunPa
   const bool allowsEdits = params != nullptr && params->maxEdits != 0;
   if (kind_ == Kind::plain) {
     if (allowsEdits) {
-      outlineByTable(*params, window);
+      QOC_TRY(outlineByTable(*params, window));
     }
     outlineExactly(word, window);
     return QSYS_STATUS_OK;
@@ -148,8 +148,7 @@ qsys_status Aligner::outlineWindow(Characters word, const qoc_ocrDictionaryRunPa
   if (params->maxEdits == 1) {
     return outlineWithOneEdit(word, *params, window);
   }
-  outlineByTable(*params, window);
-  return QSYS_STATUS_OK;
+  return outlineByTable(*params, window);
 }
 
 /// Adds an outline of the lists that stand in the given place.
@@ -176,9 +175,11 @@ bool Aligner::outlineExactly(Characters word, Window window) {
   return true;
 }
 
-void Aligner::outlineByTable(const qoc_ocrDictionaryRunParams &params, Window window) {
-  if (!table_.fill(rows_, window, params)) {
-    return;
+qsys_status Aligner::outlineByTable(const qoc_ocrDictionaryRunParams &params, Window window) {
+  bool isWithin = false;
+  QOC_TRY(table_.fill(rows_, window, params, isWithin));
+  if (!isWithin) {
+    return QSYS_STATUS_OK;
   }
   std::int32_t i = 0;
   std::int32_t j = 0;
@@ -206,6 +207,7 @@ void Aligner::outlineByTable(const qoc_ocrDictionaryRunParams &params, Window wi
     numEdits += *step != EditTable::Step::match ? 1 : 0;
   }
   add(window, numEdits, list, true, numInFront);
+  return QSYS_STATUS_OK;
 }
 
 /// Grades the positions that match from either end, and clamps the back so that the two do not overlap: the front into

@@ -60,7 +60,7 @@ class Aligner {
   qsys_status alignWindow(Task &task, Window window);
   qsys_status outlineWindow(Characters word, const qoc_ocrDictionaryRunParams *params, Window window);
   bool outlineExactly(Characters word, Window window);
-  void outlineByTable(const qoc_ocrDictionaryRunParams &params, Window window);
+  qsys_status outlineByTable(const qoc_ocrDictionaryRunParams &params, Window window);
   qsys_status outlineWithOneEdit(Characters word, const qoc_ocrDictionaryRunParams &params, Window window);
   qsys_status scanEnds(Characters word, Window window, EndMatches &ends);
   void add(Window window, std::int32_t numEdits, std::size_t list, bool isOfTable, std::int32_t numInFront);

@@ -18,6 +18,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "platform/system/work_meter.hpp"
 #include "text/reading_matches.hpp"
 
 namespace qoc {
@@ -29,8 +30,9 @@ class EditTable {
   /// The cost of a step that is not open, and of a cell that cannot be reached.
   static constexpr std::int32_t unreachable = 0x3FFFFFFF;
 
-  /// Works out the costs. @return whether the whole word is the whole window within params.maxEdits
-  bool fill(const WordRows &word, Window window, const qoc_ocrDictionaryRunParams &params);
+  /// Works out the costs, and whether the whole word is the whole window within params.maxEdits.
+  /// @return 0, or the attention status when interrupted: asked where the tables filled so far are large
+  qsys_status fill(const WordRows &word, Window window, const qoc_ocrDictionaryRunParams &params, bool &isWithin);
 
   /// The path into the last cell, from its end to its beginning: `steps` from the cell (row, column) on the first row
   /// or column. Call only after fill said yes.
@@ -41,6 +43,18 @@ class EditTable {
     return static_cast<std::size_t>(std::int64_t{j} * stride_ + i - (isBanded_ ? std::int64_t{j} - band_ : 0));
   }
 
+  static constexpr std::size_t largeTable = std::size_t{1} << 16;
+
+  /// Makes room for the first n rows. What earlier tables left there stays.
+  void makeRows(std::int32_t n) {
+    const std::size_t numCells = static_cast<std::size_t>(stride_) * static_cast<std::size_t>(n);
+    if (costs_.size() < numCells) {
+      costs_.resize(numCells);
+      steps_.resize(numCells);
+    }
+  }
+
+  WorkMeter meter_;
   std::vector<std::int32_t> costs_;
   std::vector<Step> steps_;
   std::int64_t stride_ = 0;

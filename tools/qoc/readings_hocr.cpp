@@ -142,7 +142,7 @@ std::vector<Printed> printedOf(const PageDocument &page, pugi::xml_node word, do
   Printed whole{word, {}, {}, {}, wordScore, std::nullopt};
   setText(whole);
   const std::vector<Char32> codes = decodeUtf8(whole.text);
-  if (codes.size() != lists.size()) return {whole};
+  if (codes.empty() || codes.size() != lists.size()) return {whole};
   // Choices without character boxes: a list for each character, in order.
   for (std::size_t i = 0; i < codes.size(); ++i) {
     characters.push_back({word, {}, std::move(lists[i]), {}, wordScore, std::nullopt});

@@ -278,6 +278,7 @@ qsys_status removeRange(qstd_vector &vector, std::int32_t position, std::int32_t
 /// Replaces the elements by copies of a block of n that does not lie in the vector.
 qsys_status assignBlock(qstd_vector &vector, const void *first, std::int32_t n) {
   if (isShared(vector)) {
+    // Nothing of a block that others hold can be kept. The copy comes first, so that a failure changes nothing.
     qstd_vector copy;
     QOC_TRY(constructWith(&copy, n, vector.elementSize, vector.table, nullptr, {Source::Kind::block, first}));
     const qsys_status status = leaveShared(vector);
