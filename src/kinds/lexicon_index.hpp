@@ -82,7 +82,7 @@ class LexiconIndex {
   WordTrie forward_, backward_;
 };
 
-/// The index of a lexicon's words, made when it is first asked for; null where there is none. Any number of threads may
+/// The index of a lexicon's words, made when it is asked for first; null where there is none. Any number of threads may
 /// ask.
 const LexiconIndex *indexOf(const qoc_ocrDictionaryLexicon &lexicon);
 /// Gives the lexicon an index of its own, for its words as they are now.
