@@ -14,6 +14,8 @@ import subprocess
 import sys
 import tempfile
 
+import accuracy_resolved
+
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 READINGS = ROOT / "tests" / "data" / "readings.ndjson"
 EXAMPLES = ROOT / "examples"
@@ -104,7 +106,7 @@ def table(program, directory, everything, every, kinds, columns):
     return "\n".join(lines)
 
 
-def report(program, every):
+def report(program, every, writes_picture=False):
     with open(READINGS, encoding="utf-8") as file:
         everything = [json.loads(line) for line in file]
     note = "" if every == 1 else f"\nOf each kind only every {every}. reading was taken.\n"
@@ -116,6 +118,10 @@ def report(program, every):
         if all("regularExpressions" in (EXAMPLES / example).read_text(encoding="utf-8") for example in LINES.values()):
             sections.append(("Regular expressions",
                              table(program, directory, everything, every, LINES, EXPRESSION_COLUMNS)))
+        resolved, _ = accuracy_resolved.section(program, directory, everything, every, writes_picture)
+        sections.append(("One text for each line", resolved))
+        learnt = accuracy_resolved.learnt_section(program, directory, everything, every)
+        sections.append(("What is learnt of the reader", learnt))
     return f"""# How many lines come out right
 
 `tests/data/readings.ndjson` holds {len(everything)} lines that a real OCR engine read, with its candidates for every
@@ -139,7 +145,7 @@ def main():
     parser.add_argument("--output", default=ROOT / "docs" / "accuracy.md", help="- is standard output")
     parser.add_argument("--every", type=int, default=1)
     arguments = parser.parse_args()
-    text = report(arguments.program, arguments.every)
+    text = report(arguments.program, arguments.every, arguments.output != "-" and arguments.every == 1)
     if arguments.output == "-":
         sys.stdout.write(text)
     else:

@@ -102,6 +102,11 @@ typedef char CharT;          /**< A character of an 8-bit text, always read as a
   X(QOC_STATUS_CHARACTER_EMPTY, 0x80001405u, "the list holds the empty character")                                     \
   X(QOC_STATUS_CHARACTER_DUPLICATE, 0x80001406u, "the list holds a character twice")                                   \
   X(QOC_STATUS_SINGLE_SWAP_EQUAL, 0x8000140Au, "the two characters of the single swap are equal")                      \
+  X(QOC_STATUS_CHECK_METHOD_INVALID, 0x80001421u, "the method of the check digit does not exist")                      \
+  X(QOC_STATUS_CHECK_PARTS_INVALID, 0x80001422u, "a part that the check digit covers is empty or leaves the text")     \
+  X(QOC_STATUS_CHECK_LENGTH_INVALID, 0x80001423u, "the check digit's method does not take a text of this length")      \
+  X(QOC_STATUS_PENALTY_NEGATIVE, 0x80001424u, "a penalty of the resolver is negative")                                 \
+  X(QOC_STATUS_TEXTS_INVALID, 0x80001425u, "the resolver is to give no text, or too many")                             \
   X(QOC_STATUS_FIELDING_TOO_SHORT_FOR_LIMIT, 0x80001441u, "the line fielding is not longer than its limit")            \
   X(QOC_STATUS_FIELDING_TOO_SHORT, 0x80001442u, "the line fielding is shorter than the smallest length")               \
   X(QOC_STATUS_RANKING_VARIANT_INVALID, 0x80001445u, "the ranking variant is neither 3 nor 15")

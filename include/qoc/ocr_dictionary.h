@@ -5,5 +5,6 @@
 
 #include <qoc/dictionary.h>
 #include <qoc/fielding_run.h>
+#include <qoc/resolver.h>
 
 #endif

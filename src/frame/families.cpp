@@ -24,6 +24,13 @@ QOC_DEFINE_TYPE_CHECKS(qoc_ocrDictionaryFieldingRunParams)
 QOC_DEFINE_TYPE_CHECKS(qoc_ocrDictionaryResult)
 QOC_DEFINE_TYPE_CHECKS(qoc_ocrDictionaryResultSet)
 QOC_DEFINE_TYPE_CHECKS(qoc_ocrDictionary)
+QOC_DEFINE_TYPE_CHECKS(qoc_checkDigitRule)
+QOC_DEFINE_TYPE_CHECKS(qoc_ocrDictionaryConfusion)
+QOC_DEFINE_TYPE_CHECKS(qoc_ocrDictionaryEntryCheck)
+QOC_DEFINE_TYPE_CHECKS(qoc_ocrDictionaryResolverRules)
+QOC_DEFINE_TYPE_CHECKS(qoc_ocrDictionaryResolvedText)
+QOC_DEFINE_TYPE_CHECKS(qoc_ocrDictionaryResolution)
+QOC_DEFINE_TYPE_CHECKS(qoc_ocrDictionaryResolver)
 
 QOC_DEFINE_VECTOR_FAMILY(qstd_vector_qoc_ocrDictionaryChar, qoc_ocrDictionaryChar,
                          (qoc::plainElementTableWithDefault<qoc_ocrDictionaryChar, qoc_ocrDictionaryChar_construct>))
@@ -54,6 +61,12 @@ QOC_DEFINE_OBJECT_FAMILY(qstd_vector_vector_qoc_ocrDictionaryResult, qstd_vector
                          qstd_vector_qoc_ocrDictionaryResult, constructEmpty)
 QOC_DEFINE_OBJECT_FAMILY(qstd_vector_qoc_ocrDictionaryResultSet, qoc_ocrDictionaryResultSet,
                          qoc_ocrDictionaryResultSet, construct)
+QOC_DEFINE_OBJECT_FAMILY(qstd_vector_qoc_checkDigitRule, qoc_checkDigitRule, qoc_checkDigitRule, construct)
+QOC_DEFINE_VECTOR_FAMILY(qstd_vector_qoc_ocrDictionaryConfusion, qoc_ocrDictionaryConfusion, qoc::plainElementTable)
+QOC_DEFINE_OBJECT_FAMILY(qstd_vector_qoc_ocrDictionaryEntryCheck, qoc_ocrDictionaryEntryCheck,
+                         qoc_ocrDictionaryEntryCheck, construct)
+QOC_DEFINE_OBJECT_FAMILY(qstd_vector_qoc_ocrDictionaryResolvedText, qoc_ocrDictionaryResolvedText,
+                         qoc_ocrDictionaryResolvedText, construct)
 
 #define QOC_COMPARE_EQUAL_BY_ELEMENT(V, T, compare) \
   QOC_DEFINE_VECTOR_COMPARE_EQUAL(V, (qoc::compareElements<T, compare>))

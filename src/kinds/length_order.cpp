@@ -1,71 +1,50 @@
 // For one place i, the exchanges happen at the places j1 < j2 < ... behind it at which the length falls below
 // everything seen since i. Their effect is a rotation: the word at i goes to j1, that at j1 to j2, and the last one,
-// the shortest, to i. The next place at which the length falls below a bound is found in a tree of minima. A chain of
-// such places has at most as many members as there are different lengths.
+// the shortest, to i.
 //
 //     lengths 3 2 4 1:   i = 0: 2 at 1, 1 at 3;  the rotation gives 1 3 4 2;  i = 1: 2 at 3;  1 2 4 3;  i = 2: 1 2 3 4
+//
+// For every length the places from i on that hold it are kept as a heap. A length stands in the chain when it is
+// shorter than that of i and its first place lies in front of the first places of all shorter ones; so one pass over
+// the first places, shortest length first, gives the chain from its end.
 
 #include "kinds/length_order.hpp"
 
 #include <algorithm>
-#include <bit>
-#include <limits>
+#include <functional>
 #include <numeric>
-#include <utility>
 
 namespace qoc {
 
 namespace {
 
-/// The minima of a sequence over blocks of 1, 2, 4, ... elements.
-class MinimumTree {
+/// The places that hold one length, the first on top.
+class Places {
  public:
-  explicit MinimumTree(std::span<const std::int32_t> values)
-      : numLeaves_(std::bit_ceil(std::max<std::size_t>(values.size(), 1))),
-        minima_(2 * numLeaves_, std::numeric_limits<std::int32_t>::max()) {
-    std::ranges::copy(values, minima_.begin() + static_cast<std::ptrdiff_t>(numLeaves_));
-    for (std::size_t node = numLeaves_ - 1; node > 0; --node) {
-      minima_[node] = std::min(minima_[2 * node], minima_[2 * node + 1]);
-    }
+  bool isEmpty() const { return heap_.empty(); }
+  std::int32_t first() const { return heap_.front(); }
+
+  /// Adds a place behind all others; they make a heap as they are.
+  void append(std::int32_t place) { heap_.push_back(place); }
+  void removeFirst() {
+    std::ranges::pop_heap(heap_, std::greater());
+    heap_.pop_back();
   }
-
-  std::int32_t value(std::size_t index) const { return minima_[numLeaves_ + index]; }
-
-  void set(std::size_t index, std::int32_t value) {
-    std::size_t node = numLeaves_ + index;
-    minima_[node] = value;
-    while (node > 1) {
-      node /= 2;
-      minima_[node] = std::min(minima_[2 * node], minima_[2 * node + 1]);
-    }
-  }
-
-  /// The first index behind `index` whose value is below the bound, or `none`.
-  std::size_t findBelow(std::size_t index, std::int32_t bound) const {
-    std::size_t node = numLeaves_ + index;
-    // Up, until the block to the right holds such a value; then down to its first.
-    while (node % 2 != 0 || minima_[node + 1] >= bound) {
-      if (node <= 1) {
-        return none;
+  void replaceFirst(std::int32_t place) {
+    std::size_t node = 0;
+    for (std::size_t child = 1; child < heap_.size(); child = 2 * node + 1) {
+      child += child + 1 < heap_.size() && heap_[child + 1] < heap_[child] ? 1 : 0;
+      if (heap_[child] >= place) {
+        break;
       }
-      node /= 2;
-      if (node <= 1) {
-        return none;
-      }
+      heap_[node] = heap_[child];
+      node = child;
     }
-    ++node;
-    while (node < numLeaves_) {
-      node *= 2;
-      node += minima_[node] < bound ? 0 : 1;
-    }
-    return node - numLeaves_;
+    heap_[node] = place;
   }
-
-  static constexpr std::size_t none = std::numeric_limits<std::size_t>::max();
 
  private:
-  std::size_t numLeaves_;
-  std::vector<std::int32_t> minima_;
+  std::vector<std::int32_t> heap_;
 };
 
 }  // namespace
@@ -76,19 +55,50 @@ std::vector<std::int32_t> orderByLength(std::span<const std::int32_t> lengths) {
   if (std::ranges::is_sorted(lengths)) {
     return order;
   }
-  MinimumTree tree(lengths);
+  std::vector<std::int32_t> distinct(lengths.begin(), lengths.end());
+  std::ranges::sort(distinct);
+  distinct.erase(std::ranges::unique(distinct).begin(), distinct.end());
+  // From here on a length is its rank among the different ones.
+  std::vector<std::int32_t> ranks(lengths.size());
+  std::vector<Places> places(distinct.size());
+  for (std::size_t i = 0; i < lengths.size(); ++i) {
+    ranks[i] = static_cast<std::int32_t>(std::ranges::lower_bound(distinct, lengths[i]) - distinct.begin());
+    places[static_cast<std::size_t>(ranks[i])].append(static_cast<std::int32_t>(i));
+  }
+  std::size_t shortest = 0;  // Of the lengths that are left.
+  std::vector<std::size_t> chain;
   for (std::size_t i = 0; i < order.size(); ++i) {
-    std::int32_t carriedWord = order[i];
-    std::int32_t carriedLength = tree.value(i);
-    for (std::size_t j = tree.findBelow(i, carriedLength); j != MinimumTree::none;
-         j = tree.findBelow(j, carriedLength)) {
-      // The word carried here stays; the shorter one that was here is carried on.
-      const std::int32_t shorterLength = tree.value(j);
-      std::swap(order[j], carriedWord);
-      tree.set(j, carriedLength);
-      carriedLength = shorterLength;
+    while (places[shortest].isEmpty()) {
+      ++shortest;
     }
-    order[i] = carriedWord;
+    const auto rank = static_cast<std::size_t>(ranks[static_cast<std::size_t>(order[i])]);
+    chain.clear();
+    for (std::size_t shorter = shortest; shorter < rank; ++shorter) {
+      if (!places[shorter].isEmpty() && (chain.empty() || places[shorter].first() < places[chain.back()].first())) {
+        chain.push_back(shorter);
+      }
+    }
+    // From the chain's end: the shortest comes to i, and each other one to where the next shorter one was.
+    const std::int32_t word = order[i];
+    auto target = static_cast<std::int32_t>(i);
+    for (std::size_t c = 0; c < chain.size(); ++c) {
+      Places &moved = places[chain[c]];
+      const std::int32_t from = moved.first();
+      order[static_cast<std::size_t>(target)] = order[static_cast<std::size_t>(from)];
+      if (c == 0) {
+        moved.removeFirst();
+      } else {
+        moved.replaceFirst(target);
+      }
+      target = from;
+    }
+    // Of the places with the length of i, i is the first.
+    if (chain.empty()) {
+      places[rank].removeFirst();
+    } else {
+      order[static_cast<std::size_t>(target)] = word;
+      places[rank].replaceFirst(target);
+    }
   }
   return order;
 }

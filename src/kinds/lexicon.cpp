@@ -1,11 +1,11 @@
 // Word lists: their life, and the words in them.
 //
-// A list is put together beside the lexicon and swapped in when it is complete, index included: a call that fails leaves the lexicon
-// as it was.
+// A list is put together beside the lexicon and swapped in when it is complete, index included: a call that fails
+// leaves the lexicon as it was.
 
 #include <algorithm>
+#include <bit>
 #include <utility>
-#include <unordered_set>
 #include <vector>
 
 #include "frame/frame.hpp"
@@ -23,24 +23,41 @@ namespace {
 using Strings = qstd_vector_qoc_ocrDictionaryString;
 using String = qoc_ocrDictionaryString;
 
-struct HashCodes {
-  std::size_t operator()(const String *string) const noexcept {
+bool haveSameCodes(const String &a, const String &b) noexcept {
+  return std::ranges::equal(view(a), view(b), {}, &qoc_ocrDictionaryChar::code, &qoc_ocrDictionaryChar::code);
+}
+
+/// The different strings among those put in, in a table of a fixed size with open addresses.
+class StringSet {
+ public:
+  explicit StringSet(std::size_t mostStrings) : slots_(std::bit_ceil(2 * mostStrings + 2)) {}
+
+  /// @return whether no equal string was there
+  bool insert(const String &string) noexcept {
     std::uint64_t hash = 0x9E3779B97F4A7C15u;
-    for (const qoc_ocrDictionaryChar &character : view(*string)) {
+    for (const qoc_ocrDictionaryChar &character : view(string)) {
       hash = (hash ^ character.code) * 0xFF51AFD7ED558CCDu;
       hash ^= hash >> 32;
     }
-    return static_cast<std::size_t>(hash);
+    for (std::size_t at = hash & (slots_.size() - 1);; at = (at + 1) & (slots_.size() - 1)) {
+      Slot &slot = slots_[at];
+      if (slot.string == nullptr) {
+        slot = {hash, &string};
+        return true;
+      }
+      if (slot.hash == hash && haveSameCodes(*slot.string, string)) {
+        return false;
+      }
+    }
   }
-};
 
-struct EqualCodes {
-  bool operator()(const String *a, const String *b) const noexcept {
-    return std::ranges::equal(view(*a), view(*b), {}, &qoc_ocrDictionaryChar::code, &qoc_ocrDictionaryChar::code);
-  }
+ private:
+  struct Slot {
+    std::uint64_t hash;
+    const String *string;
+  };
+  std::vector<Slot> slots_;
 };
-
-using StringSet = std::unordered_set<const String *, HashCodes, EqualCodes>;
 
 /// Empty words fail first, wherever in the list they stand, then equal ones.
 qsys_status checkList(const Strings &strings) {
@@ -49,7 +66,7 @@ qsys_status checkList(const Strings &strings) {
     return QOC_STATUS_STRING_EMPTY;
   }
   StringSet seen(words.size());
-  const bool isUnique = std::ranges::all_of(words, [&](const String &word) { return seen.insert(&word).second; });
+  const bool isUnique = std::ranges::all_of(words, [&](const String &word) { return seen.insert(word); });
   return isUnique ? QSYS_STATUS_OK : QOC_STATUS_STRING_DUPLICATE;
 }
 
@@ -77,7 +94,7 @@ qsys_status replaceWords(qoc_ocrDictionaryLexicon &lexicon, Fill fill) {
     frame.local<qoc_ocrDictionaryLexicon_destruct>(&fresh);
     QOC_TRY(fill(fresh.strings));
     sortByLength(fresh.strings);
-    QOC_TRY(qoc::rebuildIndex(fresh));
+    qoc::renewIndex(fresh);
     std::swap(lexicon, fresh);
     return QSYS_STATUS_OK;
   });
@@ -157,9 +174,9 @@ qsys_status qoc_ocrDictionaryLexicon_setStringsSafe(qoc_ocrDictionaryLexicon *le
     return QSYS_STATUS_OK;
   }
   return replaceWords(*lexicon, [&](Strings &words) -> qsys_status {
-    StringSet seen;
+    StringSet seen(static_cast<std::size_t>(qoc::sizeOf(*strings)));
     for (const String &string : view(*strings)) {
-      if (qoc::sizeOf(string) > 0 && seen.insert(&string).second) {
+      if (qoc::sizeOf(string) > 0 && seen.insert(string)) {
         QOC_TRY(qstd_vector_qoc_ocrDictionaryString_pushBack(&words, &string));
       }
     }
@@ -181,9 +198,8 @@ qsys_status qoc_ocrDictionaryLexicon_getIsEmpty(const qoc_ocrDictionaryLexicon *
 
 qsys_status qoc_ocrDictionaryLexicon_compareEqual(const qoc_ocrDictionaryLexicon *a, const qoc_ocrDictionaryLexicon *b,
                                                   qsys_bool *isEqual) {
-  return present({a, b, isEqual})
-             ? qstd_vector_qoc_ocrDictionaryString_compareEqual(&a->strings, &b->strings, isEqual)
-             : QSYS_STATUS_OK;
+  return present({a, b, isEqual}) ? qstd_vector_qoc_ocrDictionaryString_compareEqual(&a->strings, &b->strings, isEqual)
+                                  : QSYS_STATUS_OK;
 }
 
 qsys_status qoc_ocrDictionaryLexicon_addString(qoc_ocrDictionaryLexicon *lexicon, const String *string) {
@@ -224,7 +240,7 @@ qsys_status qoc_ocrDictionaryLexicon_removeString(qoc_ocrDictionaryLexicon *lexi
   }
   return replaceWords(*lexicon, [&](Strings &words) -> qsys_status {
     for (const String &word : view(lexicon->strings)) {
-      if (!EqualCodes()(&word, string)) {
+      if (!haveSameCodes(word, *string)) {
         QOC_TRY(qstd_vector_qoc_ocrDictionaryString_pushBack(&words, &word));
       }
     }

@@ -2,73 +2,171 @@
 
 #include <algorithm>
 #include <atomic>
-#include <new>
-#include <unordered_set>
+#include <mutex>
+#include <optional>
 
-#include "platform/system/present.hpp"
+#include "kinds/lexicon_roads.hpp"
+#include "text/bit_distance.hpp"
 
 namespace qoc {
 
 namespace {
 
-/// An index and the number of lexicons that hold it.
-struct SharedIndex {
-  explicit SharedIndex(std::span<const qoc_ocrDictionaryString> words) : index(words) {}
-  LexiconIndex index;
-  std::atomic<std::int64_t> numHolders{1};
-};
+/// Nodes are found by 32 bits; this many words of the tries' longest lengths stay within them.
+constexpr std::int32_t maxWordsForTries = 40'000'000;
+/// Beyond this the walks prune too little.
+constexpr std::int32_t maxEditsInTries = 3;
 
-std::uint64_t bitOf(Char32 code) noexcept {
-  // Letters that words of one list use lie close together: their low bits keep them apart.
-  return std::uint64_t{1} << (code % 64);
+std::uint64_t reversedBits(std::uint64_t bits, std::int32_t numBits) noexcept {
+  bits = __builtin_bswap64(bits);
+  bits = (bits >> 4 & 0x0F0F0F0F0F0F0F0Fu) | (bits & 0x0F0F0F0F0F0F0F0Fu) << 4;
+  bits = (bits >> 2 & 0x3333333333333333u) | (bits & 0x3333333333333333u) << 2;
+  bits = (bits >> 1 & 0x5555555555555555u) | (bits & 0x5555555555555555u) << 1;
+  return numBits > 0 ? bits >> (64 - numBits) : 0;
 }
 
 }  // namespace
 
-LexiconIndex::LexiconIndex(std::span<const qoc_ocrDictionaryString> words) {
+LexiconIndex::LexiconIndex(std::span<const qoc_ocrDictionaryString> words) : table_(words), letters_(words, table_) {
   signatures_.reserve(words.size());
-  std::unordered_set<Char32> codes;
-  bool isSeen[128] = {};
-  for (const qoc_ocrDictionaryString &word : words) {
-    std::uint64_t signature = 0;
-    for (const qoc_ocrDictionaryChar &character : view(word)) {
-      signature |= bitOf(character.code);
-      if (character.code >= std::size(isSeen) || !isSeen[character.code]) {
-        codes.insert(character.code);
-        if (character.code < std::size(isSeen)) {
-          isSeen[character.code] = true;
-        }
+  const auto groups = letters_.groups();
+  for (std::size_t g = 0; g < groups.size(); ++g) {
+    const Letter *letter = letters_.lettersOf(groups[g], groups[g].first);
+    for (std::int32_t word = groups[g].first; word < letters_.endOf(g); ++word) {
+      std::uint64_t signature = 0;
+      for (std::int32_t i = 0; i < groups[g].length; ++i) {
+        signature |= LetterTable::signatureBit(*letter++);
+      }
+      signatures_.push_back(signature);
+    }
+  }
+  if (letters_.numWords() >= lexiconRoads().minWordsForTries && letters_.numWords() <= maxWordsForTries) {
+    forward_ = WordTrie(letters_, WordTrie::Direction::forward, &equals_);
+    backward_ = WordTrie(letters_, WordTrie::Direction::backward);
+    std::ranges::sort(equals_);
+  }
+}
+
+void LexiconIndex::prepare(const ReadingMatches &matches, Window window, IndexQuery &query) const noexcept {
+  query.numPositions = window.size();
+  query.hasRows = query.numPositions <= IndexQuery::maxPositions;
+  if (!query.hasRows) {
+    // What a reading does not cover, none of its windows does.
+    query.coveredBits = table_.coveredBits(matches);
+    return;
+  }
+  table_.fill(matches, window, query.rows);
+  query.coveredBits = 0;
+  for (std::size_t letter = 0; letter <= table_.maxLetter(); ++letter) {
+    const std::uint64_t bits = query.rows[letter];
+    query.coveredBits |= bits != 0 ? LetterTable::signatureBit(static_cast<Letter>(letter)) : 0;
+  }
+  for (std::size_t letter = 0; letter <= table_.maxLetter() && !backward_.isEmpty(); ++letter) {
+    const std::uint64_t bits = query.rows[letter];
+    query.reversedRows[letter] = bits != 0 ? reversedBits(bits, query.numPositions) : 0;
+  }
+}
+
+bool LexiconIndex::walks(const IndexQuery &query, std::int32_t maxEdits) const noexcept {
+  return !forward_.isEmpty() && query.hasRows && query.numPositions >= 2 && maxEdits <= maxEditsInTries;
+}
+
+void LexiconIndex::find(const IndexQuery &query, std::int32_t maxEdits, std::int32_t first, std::int32_t end,
+                        std::vector<std::int32_t> &found) const {
+  found.clear();
+  if (!walks(query, maxEdits)) {
+    scan(query, maxEdits, first, end, found);
+    return;
+  }
+  switch (maxEdits) {
+    case 0:
+      walk<0>(query, found);
+      break;
+    case 1:
+      walk<1>(query, found);
+      break;
+    case 2:
+      walk<2>(query, found);
+      break;
+    default:
+      walk<3>(query, found);
+      break;
+  }
+  if (!equals_.empty()) {
+    for (std::size_t i = 0, numFound = found.size(); i < numFound; ++i) {
+      const auto [from, to] =
+          std::ranges::equal_range(equals_, found[i], {}, &std::pair<std::int32_t, std::int32_t>::first);
+      for (auto pair = from; pair != to; ++pair) {
+        found.push_back(pair->second);
       }
     }
-    signatures_.push_back(signature);
   }
-  codes_.assign(codes.begin(), codes.end());
-  std::ranges::sort(codes_);
+  std::ranges::sort(found);
+  found.erase(std::ranges::unique(found).begin(), found.end());
 }
 
-qsys_status LexiconIndex::cover(ReadingMatches &matches, std::uint64_t &covered) const {
-  covered = 0;
-  const auto numWords = static_cast<std::size_t>(matches.size() + 63) / 64;
-  for (const Char32 code : codes_) {
-    const std::uint64_t *row = nullptr;
-    QOC_TRY(matches.row(code, row));
-    if (std::any_of(row, row + numWords, [](std::uint64_t bits) { return bits != 0; })) {
-      covered |= bitOf(code);
+template <int Edits>
+void LexiconIndex::walk(const IndexQuery &query, std::vector<std::int32_t> &found) const {
+  const int n = query.numPositions;
+  const auto keep = [&found](std::int32_t word) { found.push_back(word); };
+  if constexpr (Edits == 0) {
+    forward_.walk(EditAutomaton<0>(n, 0, 0), query.rows, keep);
+  } else {
+    constexpr int inFront = Edits / 2;
+    constexpr int behind = Edits - 1 - inFront;
+    const int cut = n / 2;
+    forward_.walk(EditAutomaton<Edits>(n, cut, inFront), query.rows, keep);
+    backward_.walk(EditAutomaton<Edits>(n, n - cut, behind), query.reversedRows, keep);
+  }
+}
+
+void LexiconIndex::scan(const IndexQuery &query, std::int32_t maxEdits, std::int32_t first, std::int32_t end,
+                        std::vector<std::int32_t> &found) const {
+  const auto groups = letters_.groups();
+  for (std::size_t g = 0; g < groups.size(); ++g) {
+    const std::int32_t last = std::min(letters_.endOf(g), end);
+    for (std::int32_t word = std::max(groups[g].first, first); word < last; ++word) {
+      if (mayMatch(word, query, maxEdits) &&
+          (!query.hasRows || bitDistance(query.rows, query.numPositions, letters_.lettersOf(groups[g], word),
+                                         groups[g].length) <= maxEdits)) {
+        found.push_back(word);
+      }
     }
   }
-  return QSYS_STATUS_OK;
 }
 
-const LexiconIndex *indexOf(const qoc_ocrDictionaryLexicon &lexicon) noexcept {
-  return lexicon.index != nullptr ? &static_cast<const SharedIndex *>(lexicon.index)->index : nullptr;
+std::size_t LexiconIndex::numBytes() const noexcept {
+  return sizeof *this + table_.numBytes() + letters_.numBytes() + signatures_.capacity() * sizeof(std::uint64_t) +
+         equals_.capacity() * sizeof equals_[0] + forward_.numBytes() + backward_.numBytes();
 }
 
-qsys_status rebuildIndex(qoc_ocrDictionaryLexicon &lexicon) {
+namespace {
+
+/// An index, once somebody asked for it, and the number of lexicons that hold it: copies of one, which have the same
+/// words.
+struct SharedIndex {
+  std::once_flag isMade;
+  std::optional<LexiconIndex> index;
+  std::atomic<std::int64_t> numHolders{1};
+};
+
+}  // namespace
+
+const LexiconIndex *indexOf(const qoc_ocrDictionaryLexicon &lexicon) {
   const auto words = view(lexicon.strings);
-  SharedIndex *fresh = words.empty() ? nullptr : new SharedIndex(words);
+  if (words.empty() || lexicon.index == nullptr) {
+    return nullptr;
+  }
+  auto &shared = *static_cast<SharedIndex *>(lexicon.index);
+  std::call_once(shared.isMade, [&] { shared.index.emplace(words); });
+  // Words that were put into the vector itself are not known to the index.
+  return shared.index->numWords() == words.size() ? &*shared.index : nullptr;
+}
+
+void renewIndex(qoc_ocrDictionaryLexicon &lexicon) {
+  SharedIndex *fresh = sizeOf(lexicon.strings) == 0 ? nullptr : new SharedIndex;
   dropIndex(lexicon);
   lexicon.index = fresh;
-  return QSYS_STATUS_OK;
 }
 
 void shareIndex(qoc_ocrDictionaryLexicon &lexicon, const qoc_ocrDictionaryLexicon &source) noexcept {

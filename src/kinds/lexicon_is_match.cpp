@@ -1,9 +1,10 @@
 // The yes-or-no match of a lexicon.
 
 #include <algorithm>
-#include <bit>
+#include <vector>
 
 #include "kinds/lexicon_match.hpp"
+#include "kinds/lexicon_roads.hpp"
 #include "text/match_test.hpp"
 #include "text/reading_of.hpp"
 #include "text/window_search.hpp"
@@ -19,69 +20,83 @@ namespace {
 class WordTest {
  public:
   WordTest(const qoc_ocrDictionaryLexicon &lexicon, const qoc_ocrDictionaryRunParams *params, ReadingMatches &matches)
-      : lexicon_(lexicon), params_(params), matches_(matches), test_(matches) {}
+      : lexicon_(lexicon),
+        index_(lexiconRoads().usesIndex ? indexOf(lexicon) : nullptr),
+        params_(params),
+        maxEdits_(params != nullptr ? std::max(params->maxEdits, 0) : 0),
+        searchesWindows_(params != nullptr && params->matchOption9 != 0),
+        matches_(matches),
+        test_(matches) {}
 
   qsys_status isMatch(bool &isMatch) {
-    isMatch = false;
-    if (const LexiconIndex *index = indexOf(lexicon_)) {
-      // What the whole reading does not cover, none of its parts does.
-      QOC_TRY(index->cover(matches_, covered_));
-    }
     const std::int32_t n = matches_.size();
-    const auto testWhole = [&](Characters word, bool &answer) { return test_.isMatch(word, params_, answer); };
-    QOC_TRY(tryWords(n, testWhole, isMatch));
-    if (isMatch || (params_ != nullptr && params_->matchOption9 != 0)) {
-      return QSYS_STATUS_OK;
-    }
-    return tryParts(n, isMatch);
+    QOC_TRY(tryWords({0, n}, isMatch));
+    return isMatch || searchesWindows_ ? static_cast<qsys_status>(QSYS_STATUS_OK) : tryParts(n, isMatch);
   }
 
  private:
-  template <class Test>
-  qsys_status tryWords(std::int32_t numPositions, Test test, bool &isMatch) {
-    const auto words = view(lexicon_.strings);
-    const LexiconIndex *index = indexOf(lexicon_);
-    const std::int32_t maxEdits = params_ != nullptr ? std::max(params_->maxEdits, 0) : 0;
-    const WordRange range = findLengthRange(lexicon_, numPositions, params_);
-    for (std::int32_t k = range.first; k < range.end && !isMatch; ++k) {
-      if (k % wordsPerPoll == 0) {
-        QOC_TRY(qsys_attention_check());
-      }
-      const auto word = static_cast<std::size_t>(k);
-      if (std::popcount(index->signature(word) & ~covered_) <= maxEdits) {
-        QOC_TRY(test(view(words[word]), isMatch));
-      } else {
-        QOC_TRY(passOverWindows(matches_.size(), params_));
+  /// Tests the words of the window's own range on it, and with a search for windows on all of them, up to the first
+  /// that matches.
+  qsys_status tryWords(Window window, bool &isMatch) {
+    isMatch = false;
+    const WordRange range = findLengthRange(lexicon_, window.size(), params_);
+    if (range.first >= range.end) {
+      return QSYS_STATUS_OK;
+    }
+    find(window, range);
+    WordPolls polls(range, matches_.size(), params_);
+    for (const std::int32_t word : found_) {
+      QOC_TRY(polls.pollBefore(word));
+      const Characters characters = view(view(lexicon_.strings)[static_cast<std::size_t>(word)]);
+      QOC_TRY(searchesWindows_ ? test_.isMatch(characters, params_, isMatch)
+                               : test_.isMatchInWindow(characters, window, params_, isMatch));
+      if (isMatch) {
+        return QSYS_STATUS_OK;
       }
     }
-    return QSYS_STATUS_OK;
+    return polls.passOver(range.end);
+  }
+
+  /// Finds the words worth testing.
+  void find(Window window, const WordRange &range) {
+    found_.clear();
+    if (index_ != nullptr) {
+      index_->prepare(matches_, window, query_);
+      if (!searchesWindows_) {
+        index_->find(query_, maxEdits_, range.first, range.end, found_);
+        return;
+      }
+    }
+    for (std::int32_t word = range.first; word < range.end; ++word) {
+      if (index_ == nullptr || index_->mayMatch(word, query_, maxEdits_)) {
+        found_.push_back(word);
+      }
+    }
   }
 
   /// Every part is tested like a whole reading, with a range of words of its own.
   qsys_status tryParts(std::int32_t n, bool &isMatch) {
-    const std::int32_t e = params_ != nullptr ? params_->maxEdits : 0;
-    const std::int32_t least = params_ != nullptr ? params_->minStringLength : 1;
-    const std::int32_t most = params_ != nullptr ? params_->maxStringLength : INT32_MAX;
+    qoc_ocrDictionaryRunParams limits;
+    qoc_ocrDictionaryRunParams_construct(&limits);
     for (std::int32_t start = 0; start < n && !isMatch; ++start) {
       QOC_TRY(qsys_attention_check());
-      const auto last = static_cast<std::uint32_t>(wrappingSum(wrappingSum(wrappingSum(start, most), 1), e));
-      std::int32_t end = firstEndBehind(start, wrappingDifference(wrappingSum(start, least), e), last);
-      for (; end >= 0 && end <= n && static_cast<std::uint32_t>(end) <= last && !isMatch; ++end) {
-        const Window window = {start, end};
-        const auto testPart = [&](Characters word, bool &answer) {
-          return test_.isMatchInWindow(word, window, params_, answer);
-        };
-        QOC_TRY(tryWords(window.size(), testPart, isMatch));
+      const WindowEnds ends = findWindowEnds(start, n, params_ != nullptr ? *params_ : limits);
+      for (std::int32_t end = ends.first; end <= ends.last && !isMatch; ++end) {
+        QOC_TRY(tryWords({start, end}, isMatch));
       }
     }
     return QSYS_STATUS_OK;
   }
 
   const qoc_ocrDictionaryLexicon &lexicon_;
+  const LexiconIndex *index_;
   const qoc_ocrDictionaryRunParams *params_;
+  std::int32_t maxEdits_;
+  bool searchesWindows_;
   ReadingMatches &matches_;
   MatchTest test_;
-  std::uint64_t covered_ = 0;
+  IndexQuery query_;
+  std::vector<std::int32_t> found_;
 };
 
 qsys_status isMatchOne(const qoc_ocrDictionaryLexicon &lexicon, const qoc_ocrDictionaryStringMulti &reading,

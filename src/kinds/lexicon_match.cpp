@@ -1,13 +1,49 @@
 // The match of a lexicon: every word that can be read in a reading, ranked.
 //
-// Words are kept by length, so the ones worth trying are one run of the list. Each is first tested by its signature (see
-// LexiconIndex), which refuses only words that no alignment accepts; the others are aligned.
+// The road that is followed: every word of an admissible length is aligned with the reading, in the lexicon's order;
+// the results of each are merged into those so far, which may drop newcomers; the first of all is the best. What is
+// done is less. The index finds the words that have an alignment of few enough edits (see LexiconIndex); the others
+// give no results and change nothing. And what is merged are outlines (see LexiconResults), which compare as the
+// results would.
+//
+// **Where only the best is asked for**, words of many edits need not be looked at once one of few is there. Let E be
+// the least number of edits of any result, and S any part of the words, in order, that holds every word with a result
+// of E edits. Claim: merging only the words of S gives the same best result, in all its fields. It holds in the default
+// ranking for exact results (E = 0), and for results of the edit table (maxEdits of 2 and more, E > 0); with maxEdits 1
+// and E = 1 every word of a result is in S anyway.
+//
+// - A newcomer of more edits than the list's first result is appended before anything but edits is compared, so it
+//   changes no result but by the order indexes that the sort after it sets. Those decide only whether the walk drops
+//   a newcomer that ties with an old result in all keys of the primary-rank order before the index. Call that a tie.
+// - In the cases named, ties agree in all keys of the default order too: edits, deleted positions and primary ones
+//   are keys of both, and the secondary positions are all that are not primary in an exact result, and none in one of
+//   the table. Duplicates agree as well. So what is dropped leaves a result of equal rank in the list that came
+//   before it, and the stable sort keeps that in front. By induction the first result is always the earliest of the
+//   least default keys among all words merged: the same in S and in all.
+// - What the comparisons cache in the best result B: B is never dropped, so its own walk compares it with results of
+//   E edits only (others are decided by edits), passes those that are worse, and ends at the first that is better.
+//   Its matched positions and its score are cached at the first result that agrees with it in primary positions and
+//   line status; it ties with none. Results that agree in these and in the default keys act alike, and of such a kind
+//   a list always holds the earliest, whatever was dropped behind it; so the kinds and their order are the same in S
+//   and in all. After that B is the first of the list, and every later newcomer of E edits is compared with it first,
+//   whatever the rest of the list holds.
+// - The order index of the best result is 0, as the sort of the finished set writes it, or as it was in a list of
+//   one.
+//
+// So the search begins with no edits and allows one more as long as nothing is found within those allowed.
 
 #include "kinds/lexicon_match.hpp"
 
 #include <algorithm>
-#include <bit>
+#include <iterator>
+#include <limits>
+#include <utility>
+#include <vector>
 
+#include "kinds/lexicon_results.hpp"
+#include "kinds/lexicon_roads.hpp"
+#include "kinds/variant_lattice.hpp"
+#include "platform/system/attention.hpp"
 #include "text/alignment.hpp"
 #include "text/reading_of.hpp"
 
@@ -22,9 +58,8 @@ WordRange findLengthRange(const qoc_ocrDictionaryLexicon &lexicon, std::int32_t 
                           const qoc_ocrDictionaryRunParams *params) {
   const auto words = view(lexicon.strings);
   const auto firstOfLength = [&](std::int64_t length) {
-    const auto found = std::ranges::lower_bound(words, length, {}, [](const qoc_ocrDictionaryString &word) {
-      return static_cast<std::int64_t>(sizeOf(word));
-    });
+    const auto found = std::ranges::lower_bound(
+        words, length, {}, [](const qoc_ocrDictionaryString &word) { return static_cast<std::int64_t>(sizeOf(word)); });
     return static_cast<std::int32_t>(found - words.begin());
   };
   const std::int64_t d = params != nullptr ? params->maxEdits : 0;
@@ -53,41 +88,320 @@ qsys_status stopEarly(const qoc_ocrDictionaryRunParams *params, const qoc_ocrDic
   return QSYS_STATUS_OK;
 }
 
-/// Aligns every word worth trying with one reading.
+/// One reading against the words of a lexicon.
+class WordMatcher {
+ public:
+  /// How many results are needed: every one, or only the first of the finished set.
+  enum class Wanted { all, best };
+
+  /// `known`, unless empty, holds every word worth aligning, ascending.
+  WordMatcher(const qoc_ocrDictionaryLexicon &lexicon, const ReadingMatches &matches,
+              const qoc_ocrDictionaryRunParams *params, const WordRange &range, Wanted wanted,
+              std::span<const std::int32_t> known)
+      : words_(view(lexicon.strings)),
+        index_(lexiconRoads().usesIndex ? indexOf(lexicon) : nullptr),
+        params_(params),
+        working_(params != nullptr ? *params : qoc_ocrDictionaryRunParams{}),
+        known_(known),
+        wanted_(wanted),
+        maxEdits_(params != nullptr ? std::max(params->maxEdits, 0) : 0),
+        searchesWindows_(params != nullptr && params->matchOption9 != 0),
+        range_(range),
+        polls_(range, matches.size(), params),
+        matches_(matches),
+        aligner_(matches_, Aligner::Kind::multi),
+        outlined_(words_, params != nullptr) {}
+
+  /// Fills `results`, which were reset, ranked; `areFinished` tells whether nothing is left to be done to them.
+  qsys_status match(qoc_ocrDictionaryResultSet &results, bool &areFinished) {
+    if (index_ != nullptr && known_.empty()) {
+      index_->prepare(matches_, {0, matches_.size()}, query_);
+    }
+    const bool isDefaultRanking = params_ == nullptr || (params_->rankingMode != 1 && params_->finalizeEachResult == 0);
+    if (lexiconRoads().usesOutlines && isDefaultRanking && !searchesWindows_) {
+      areFinished = true;
+      return matchByOutlines(results);
+    }
+    QOC_TRY(matchByResults(results));
+    return qoc_ocrDictionaryResultSet_sort(&results, params_, 1);
+  }
+
+ private:
+  /// Finds the words worth aligning, all that have an alignment of at most maxEdits edits and perhaps others, and calls
+  /// align() with some of them in found_ after the other, in order. A scan is done in parts, so that it is interrupted.
+  template <class Align>
+  qsys_status findAll(std::int32_t maxEdits, Align align) {
+    constexpr std::int32_t wordsPerScan = 1 << 16;
+    const bool isScan = known_.empty() && (index_ == nullptr || searchesWindows_ || !index_->walks(query_, maxEdits));
+    std::int32_t end = range_.first;
+    for (std::int32_t first = end; first < range_.end; first = end) {
+      end = isScan && range_.end - first > wordsPerScan ? first + wordsPerScan : range_.end;
+      find(maxEdits, first, end);
+      QOC_TRY(align());
+      QOC_TRY(polls_.passOver(end));
+    }
+    return QSYS_STATUS_OK;
+  }
+
+  void find(std::int32_t maxEdits, std::int32_t first, std::int32_t end) {
+    found_.clear();
+    if (!known_.empty()) {
+      std::ranges::copy_if(known_, std::back_inserter(found_),
+                           [=](std::int32_t word) { return word >= first && word < end; });
+    } else if (index_ != nullptr && !searchesWindows_) {
+      index_->find(query_, maxEdits, first, end, found_);
+    } else {
+      for (std::int32_t word = first; word < end; ++word) {
+        if (index_ == nullptr || index_->mayMatch(word, query_, maxEdits)) {
+          found_.push_back(word);
+        }
+      }
+    }
+  }
+
+  /// Every word's results are made and merged.
+  qsys_status matchByResults(qoc_ocrDictionaryResultSet &results) {
+    qoc_ocrDictionaryResultSet scratch;
+    return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
+      QOC_TRY(makeLocal(frame, scratch));
+      return findAll(maxEdits_, [&]() -> qsys_status {
+        for (const std::int32_t word : found_) {
+          QOC_TRY(polls_.pollBefore(word));
+          QOC_TRY(stopEarly(params_, results, working_));
+          QOC_TRY(aligner_.align(words_[static_cast<std::size_t>(word)], workingParams(), scratch));
+          QOC_TRY(mergeTaking(results, scratch, params_));
+        }
+        return QSYS_STATUS_OK;
+      });
+    });
+  }
+
+  /// The same with outlines, of which results are made at the end.
+  qsys_status matchByOutlines(qoc_ocrDictionaryResultSet &results) {
+    const bool isBounded = wanted_ == Wanted::best && lexiconRoads().usesBound;
+    for (std::int32_t edits = isBounded ? 0 : maxEdits_;; edits = moreEdits(edits)) {
+      outlined_.clear();
+      if (maxEdits_ > 1) {
+        // Alignments of few edits are the same whatever the limit above them; but 1 is a limit of another kind.
+        working_.maxEdits = std::max(edits, 2);
+      }
+      QOC_TRY(findAll(edits, [this] { return outlineFound(); }));
+      if (edits == maxEdits_ || (!outlined_.isEmpty() && outlined_.leastEdits() <= edits)) {
+        break;
+      }
+    }
+    return outlined_.makeResults(aligner_, wanted_ == Wanted::best ? 1 : INT32_MAX, results);
+  }
+
+  /// The next number of edits to be tried: one more as long as tries are walked, then twice as many, so that all tries
+  /// together cost little more than the last.
+  std::int32_t moreEdits(std::int32_t edits) const noexcept {
+    constexpr std::int32_t oneByOne = 3;
+    return edits < oneByOne ? edits + 1 : edits > maxEdits_ / 2 ? maxEdits_ : 2 * edits;
+  }
+
+  qsys_status outlineFound() {
+    constexpr std::size_t mostReserved = 1 << 14;
+    constexpr std::size_t mostStatuses = 64;
+    outlined_.reserve(std::min(found_.size(), mostReserved),
+                      std::min(static_cast<std::size_t>(matches_.size() + std::min(maxEdits_, 3)), mostStatuses));
+    for (std::size_t i = 0; i < found_.size(); ++i) {
+      prefetchWords(i);
+      const std::int32_t word = found_[i];
+      QOC_TRY(polls_.pollBefore(word));
+      if (stopsEarly(params_, working_) && !outlined_.isEmpty() && outlined_.leastEdits() == 0) {
+        working_.maxEdits = 0;
+      }
+      std::span<const Outline> outlines;
+      QOC_TRY(aligner_.outline(words_[static_cast<std::size_t>(word)], workingParams(), outlines));
+      outlined_.merge(word, outlines);
+    }
+    return QSYS_STATUS_OK;
+  }
+
+  /// The words found lie far from each other: the records of those to come, and then their characters, are fetched
+  /// ahead.
+  void prefetchWords(std::size_t i) const noexcept {
+    constexpr std::size_t ahead = 6;
+    if (i + 2 * ahead < found_.size()) {
+      __builtin_prefetch(&words_[static_cast<std::size_t>(found_[i + 2 * ahead])]);
+    }
+    if (i + ahead < found_.size()) {
+      __builtin_prefetch(view(words_[static_cast<std::size_t>(found_[i + ahead])]).data());
+    }
+  }
+
+  const qoc_ocrDictionaryRunParams *workingParams() const noexcept { return params_ != nullptr ? &working_ : nullptr; }
+
+  std::span<const qoc_ocrDictionaryString> words_;
+  const LexiconIndex *index_;
+  const qoc_ocrDictionaryRunParams *params_;
+  qoc_ocrDictionaryRunParams working_;
+  std::span<const std::int32_t> known_;
+  Wanted wanted_;
+  std::int32_t maxEdits_;
+  bool searchesWindows_;
+  WordRange range_;
+  WordPolls polls_;
+  const ReadingMatches &matches_;
+  Aligner aligner_;
+  LexiconResults outlined_;
+  IndexQuery query_;
+  std::vector<std::int32_t> found_;
+};
+
+/// Matches every word worth trying with one reading, whose matches are made if they are not there. `known` as in
+/// WordMatcher.
 qsys_status matchWords(const qoc_ocrDictionaryLexicon &lexicon, const qoc_ocrDictionaryStringMulti &reading,
-                       const qoc_ocrDictionaryRunParams *params, const qoc_swapCharSet *set,
-                       qoc_ocrDictionaryResultSet &results) {
+                       const qoc_ocrDictionaryRunParams *params, const qoc_swapCharSet *set, WordMatcher::Wanted wanted,
+                       std::span<const std::int32_t> known, std::optional<ReadingMatches> &matches,
+                       qoc_ocrDictionaryResultSet &results, bool &areFinished) {
+  areFinished = false;
   QOC_TRY(qoc_ocrDictionaryResultSet_reset(&results));
-  qoc_ocrDictionaryResultSet scratch;
-  return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    QOC_TRY(makeLocal(frame, scratch));
-    const LexiconIndex *index = indexOf(lexicon);
-    const auto words = view(lexicon.strings);
-    const WordRange range = findLengthRange(lexicon, sizeOf(reading), params);
-    if (index == nullptr || range.first >= range.end) {
-      return QSYS_STATUS_OK;
+  const WordRange range = findLengthRange(lexicon, sizeOf(reading), params);
+  if (range.first >= range.end) {
+    return QSYS_STATUS_OK;
+  }
+  return inFrame<1>([&](Frame<1> &) -> qsys_status {
+    if (!matches) {
+      matches.emplace(reading, set);
     }
-    qoc_ocrDictionaryRunParams working = params != nullptr ? *params : qoc_ocrDictionaryRunParams{};
-    ReadingMatches matches(reading, set);
-    Aligner aligner(matches, Aligner::Kind::multi);
-    std::uint64_t covered = 0;
-    QOC_TRY(index->cover(matches, covered));
-    for (std::int32_t k = range.first; k < range.end; ++k) {
-      if (k % wordsPerPoll == 0) {
-        QOC_TRY(qsys_attention_check());
-      }
-      const std::uint64_t uncovered = index->signature(static_cast<std::size_t>(k)) & ~covered;
-      if (std::popcount(uncovered) > std::max(working.maxEdits, 0)) {
-        QOC_TRY(passOverWindows(sizeOf(reading), params));
-        continue;
-      }
-      QOC_TRY(stopEarly(params, results, working));
-      QOC_TRY(aligner.align(words[static_cast<std::size_t>(k)], params != nullptr ? &working : nullptr, scratch));
-      QOC_TRY(qoc_ocrDictionaryResultSet_merge(&results, &scratch, params));
-    }
-    return qoc_ocrDictionaryResultSet_sort(&results, params, 1);
+    return WordMatcher(lexicon, *matches, params, range, wanted, known).match(results, areFinished);
   });
 }
+
+/// The variants of one reading against the words of a lexicon.
+class VariantMatcher {
+ public:
+  VariantMatcher(const qoc_ocrDictionaryLexicon &lexicon, const qoc_ocrDictionaryStringMulti &reading,
+                 const qoc_ocrDictionaryRunParams *params, const qoc_swapCharSet &set,
+                 qoc_ocrDictionaryResultSet &scratch, qoc_ocrDictionaryResultSet &results)
+      : lexicon_(lexicon),
+        reading_(reading),
+        params_(params),
+        set_(set),
+        scratch_(scratch),
+        results_(results),
+        working_(params != nullptr ? *params : qoc_ocrDictionaryRunParams{}) {}
+
+  /// Makes every variant and matches it.
+  qsys_status matchEach() {
+    bool isFirst = true;
+    return forEachVariant(reading_, set_, [&](const auto &variant, const auto &inputIndices, bool &) -> qsys_status {
+      return matchOne(variant, inputIndices, std::exchange(isFirst, false), {});
+    });
+  }
+
+  /// Makes and matches the variants that are near some word; the others would give no results.
+  qsys_status matchNear(const LexiconIndex &index) {
+    ExpansionChoices choices;
+    QOC_TRY(choices.find(*set_.expansion, reading_, &set_));
+    VariantLattice lattice;
+    const std::int32_t maxEdits = params_ != nullptr ? std::max(params_->maxEdits, 0) : 0;
+    QOC_TRY(lattice.build(reading_, choices, &set_, maxEdits));
+    const bool isCounted = isAttentionCounted();
+    std::uint64_t numVariants = 1;
+    if (isCounted) {
+      lattice.countVariants();
+      numVariants = 0;
+      for (const std::uint64_t number : lattice.numVariantsFrom(0)) {
+        numVariants += std::min(number, std::numeric_limits<std::uint64_t>::max() - numVariants);
+      }
+    }
+    QOC_TRY(checkAttention(static_cast<std::int64_t>(std::min<std::uint64_t>(numVariants, INT64_MAX))));
+    QOC_TRY(addNearWords(index, lattice, maxEdits));
+    return walk(lattice, choices, isCounted);
+  }
+
+ private:
+  qsys_status matchOne(const qoc_ocrDictionaryStringMulti &variant, const qstd_vector32s &inputIndices, bool isFirst,
+                       std::span<const std::int32_t> known) {
+    QOC_TRY(stopEarly(params_, results_, working_));
+    // What a variant adds depends on all of its results, so all are needed.
+    std::optional<ReadingMatches> matches;
+    bool areFinished = false;  // The whole is finished at the end.
+    QOC_TRY(matchWords(lexicon_, variant, workingParams(), &set_, WordMatcher::Wanted::all, known, matches, scratch_,
+                       areFinished));
+    QOC_TRY(qoc_ocrDictionaryResultSet_setGiven(&scratch_, &reading_, &inputIndices));
+    if (isFirst) {
+      std::swap(results_, scratch_);
+      return QSYS_STATUS_OK;
+    }
+    return mergeTaking(results_, scratch_, params_);
+  }
+
+  qsys_status addNearWords(const LexiconIndex &index, VariantLattice &lattice, std::int32_t maxEdits) {
+    IndexQuery query;
+    const ReadingMatches &symbols = lattice.symbolMatches();
+    index.prepare(symbols, {0, symbols.size()}, query);
+    const auto words = view(lexicon_.strings);
+    const WordRange shortest = findLengthRange(lexicon_, lattice.leastLength(), params_);
+    const WordRange longest = findLengthRange(lexicon_, lattice.mostLength(), params_);
+    for (std::int32_t word = shortest.first; word < longest.end; ++word) {
+      if (word % wordsPerPoll == 0 && !isAttentionCounted()) {
+        QOC_TRY(qsys_attention_check());  // One more look of a ready handler tells nobody anything.
+      }
+      if (index.mayMatch(word, query, maxEdits) &&
+          !lattice.addWord(word, view(words[static_cast<std::size_t>(word)]))) {
+        lattice.visitAll();
+        break;
+      }
+    }
+    return QSYS_STATUS_OK;
+  }
+
+  qsys_status walk(VariantLattice &lattice, const ExpansionChoices &choices, bool isCounted) {
+    qoc_ocrDictionaryStringMulti variant;
+    qstd_vector32s inputIndices;
+    return inFrame<2>([&](Frame<2> &frame) -> qsys_status {
+      QOC_TRY(qoc_ocrDictionaryStringMulti_construct(&variant));
+      frame.local<qoc_ocrDictionaryStringMulti_destruct>(&variant);
+      QOC_TRY(qstd_vector32s_constructEmpty(&inputIndices));
+      frame.local<qstd_vector32s_destruct>(&inputIndices);
+      const auto visit = [&](std::span<const VariantLattice::Step> steps, bool isFirst,
+                             std::span<const std::int32_t> near) -> qsys_status {
+        QOC_TRY(qstd_vector_qoc_ocrDictionaryCharMulti_clear(&variant.positions));
+        QOC_TRY(qstd_vector32s_clear(&inputIndices));
+        for (const auto &[position, choice] : steps) {
+          QOC_TRY(appendChoice(choices.at(position)[choice], position, reading_, &variant, &inputIndices));
+        }
+        return matchOne(variant, inputIndices, isFirst, near);
+      };
+      const auto pass = [&](std::int32_t position, std::int32_t length) -> qsys_status {
+        if (!isCounted) {
+          return qsys_attention_check();
+        }
+        QOC_TRY(stopEarly(params_, results_, working_));
+        const auto numVariants = lattice.numVariantsFrom(position);
+        std::int64_t times = 0;
+        for (std::size_t i = 0; i < numVariants.size(); ++i) {
+          if (numVariants[i] > 0) {
+            const std::int64_t each =
+                numPolls(findLengthRange(lexicon_, length + static_cast<std::int32_t>(i), workingParams()));
+            const bool isTooMuch = each > 0 && numVariants[i] > static_cast<std::uint64_t>((INT64_MAX - times) / each);
+            times = isTooMuch ? INT64_MAX : times + each * static_cast<std::int64_t>(numVariants[i]);
+          }
+        }
+        return checkAttention(times);
+      };
+      return lattice.walk(visit, pass);
+    });
+  }
+
+  const qoc_ocrDictionaryRunParams *workingParams() const noexcept { return params_ != nullptr ? &working_ : nullptr; }
+
+  const qoc_ocrDictionaryLexicon &lexicon_;
+  const qoc_ocrDictionaryStringMulti &reading_;
+  const qoc_ocrDictionaryRunParams *params_;
+  const qoc_swapCharSet &set_;
+  qoc_ocrDictionaryResultSet &scratch_;
+  qoc_ocrDictionaryResultSet &results_;
+  qoc_ocrDictionaryRunParams working_;
+};
+
+/// Longer readings have too many numbers of variants to be counted for a handler that is to be asked for each.
+constexpr std::int32_t maxCountedPositions = 1000;
+constexpr std::int32_t maxEditsInLattice = 200;
 
 qsys_status matchVariants(const qoc_ocrDictionaryLexicon &lexicon, const qoc_ocrDictionaryStringMulti &reading,
                           const qoc_ocrDictionaryRunParams *params, const qoc_swapCharSet &set,
@@ -95,22 +409,36 @@ qsys_status matchVariants(const qoc_ocrDictionaryLexicon &lexicon, const qoc_ocr
   qoc_ocrDictionaryResultSet scratch;
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
     QOC_TRY(makeLocal(frame, scratch));
-    qoc_ocrDictionaryRunParams working = params != nullptr ? *params : qoc_ocrDictionaryRunParams{};
-    bool isFirst = true;
-    return forEachVariant(reading, set, [&](const auto &variant, const auto &inputIndices, bool &) -> qsys_status {
-      QOC_TRY(stopEarly(params, results, working));
-      QOC_TRY(matchWords(lexicon, variant, params != nullptr ? &working : nullptr, &set, scratch));
-      QOC_TRY(qoc_ocrDictionaryResultSet_setGiven(&scratch, &reading, &inputIndices));
-      if (isFirst) {
-        isFirst = false;
-        return qoc_ocrDictionaryResultSet_assign(&results, &scratch);
-      }
-      return qoc_ocrDictionaryResultSet_merge(&results, &scratch, params);
-    });
+    const LexiconRoads &roads = lexiconRoads();
+    const LexiconIndex *index = roads.usesIndex && roads.usesLattice ? indexOf(lexicon) : nullptr;
+    const bool isInReach = params == nullptr || (params->matchOption9 == 0 && params->maxEdits >= 0 &&
+                                                 params->maxEdits <= maxEditsInLattice);
+    const bool isCountable = !isAttentionCounted() || sizeOf(reading) <= maxCountedPositions;
+    VariantMatcher matcher(lexicon, reading, params, set, scratch, results);
+    return index != nullptr && isInReach && isCountable && sizeOf(reading) > 0 ? matcher.matchNear(*index)
+                                                                               : matcher.matchEach();
   });
 }
 
 }  // namespace
+
+qsys_status LexiconMatching::match(const qoc_ocrDictionaryLexicon &lexicon, const qoc_ocrDictionaryRunParams *params,
+                                   qoc_ocrDictionaryResultSet &results) {
+  QOC_TRY(qoc_ocrDictionaryResultSet_reset(&results));
+  bool areFinished = false;
+  if (hasVariants_) {
+    QOC_TRY(matchVariants(lexicon, reading_, params, *set_, results));
+  } else {
+    const bool isBest = params != nullptr && params->returnBestOnly != 0;
+    QOC_TRY(matchWords(lexicon, reading_, params, set_, isBest ? WordMatcher::Wanted::best : WordMatcher::Wanted::all,
+                       {}, matches_, results, areFinished));
+  }
+  if (!areFinished) {
+    QOC_TRY(qoc_ocrDictionaryResultSet_finalize(&results, params));
+  }
+  results.isComputed = 1;
+  return QSYS_STATUS_OK;
+}
 
 }  // namespace qoc
 
@@ -118,18 +446,8 @@ qsys_status qoc_ocrDictionaryLexicon_matchMulti(const qoc_ocrDictionaryLexicon *
                                                 const qoc_ocrDictionaryStringMulti *reading,
                                                 const qoc_ocrDictionaryRunParams *params, const qoc_swapCharSet *set,
                                                 qoc_ocrDictionaryResultSet *results) {
-  if (!present({lexicon, reading, results})) {
-    return QSYS_STATUS_OK;
-  }
-  QOC_TRY(qoc_ocrDictionaryResultSet_reset(results));
-  if (qoc::hasVariants(set)) {
-    QOC_TRY(qoc::matchVariants(*lexicon, *reading, params, *set, *results));
-  } else {
-    QOC_TRY(qoc::matchWords(*lexicon, *reading, params, set, *results));
-  }
-  QOC_TRY(qoc_ocrDictionaryResultSet_finalize(results, params));
-  results->isComputed = 1;
-  return QSYS_STATUS_OK;
+  return present({lexicon, reading, results}) ? qoc::LexiconMatching(*reading, set).match(*lexicon, params, *results)
+                                              : QSYS_STATUS_OK;
 }
 
 qsys_status qoc_ocrDictionaryLexicon_match(const qoc_ocrDictionaryLexicon *lexicon,
@@ -166,7 +484,7 @@ qsys_status qoc_ocrDictionaryLexicon_matchStrings(const qoc_ocrDictionaryLexicon
       for (qoc_ocrDictionaryResult &result : qoc::edit(scratch.results)) {
         QOC_TRY(qstd_vector32s_assign(&result.inputIndices, &inputIndices));
       }
-      QOC_TRY(qoc_ocrDictionaryResultSet_merge(results, &scratch, params));
+      QOC_TRY(qoc::mergeTaking(*results, scratch, params));
     }
     return QSYS_STATUS_OK;
   }));

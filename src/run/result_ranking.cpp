@@ -1,14 +1,16 @@
 // Ranking: the three orders of results, and the sort by them.
 //
-// The orders count edits first; the default order then prefers results that the reader's own first choices support, the two scoring
-// orders the worst position and the reader's scores. A comparison caches what it counts in the results.
+// The orders count edits first; the default order then prefers results that the reader's own first choices support, the
+// two scoring orders the worst position and the reader's scores. A comparison caches what it counts in the results.
 //
-// Two results that are not computed compare inconsistently (each is said to come after the other), so the sort must not be one that
-// trusts its comparison: this is a merge sort of its own, which reads and writes within bounds whatever it is told.
+// Two results that are not computed compare inconsistently (each is said to come after the other), so the sort must not
+// be one that trusts its comparison: this is a merge sort of its own, which reads and writes within bounds whatever it
+// is told.
 
 #include "run/result_ranking.hpp"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <memory>
 #include <numeric>
@@ -17,8 +19,12 @@
 #include "frame/frame.hpp"
 #include "run/result_set_ops.hpp"
 
+using qoc::fewerFirst;
 using qoc::Frame;
 using qoc::inFrame;
+using qoc::maskPrimary;
+using qoc::maskPrimaryAndSecondary;
+using qoc::moreFirst;
 using qoc::present;
 using qoc::statusesOf;
 
@@ -27,15 +33,9 @@ namespace {
 using Result = qoc_ocrDictionaryResult;
 using Status = qoc_ocrDictionaryPositionStatus;
 
-constexpr std::int32_t maskPrimary = 3;
-constexpr std::int32_t maskPrimaryAndSecondary = 15;
-
 std::int32_t countOf(const Result &result, Status status) {
   return static_cast<std::int32_t>(std::ranges::count(statusesOf(result), status));
 }
-
-int fewerFirst(std::int32_t a, std::int32_t b) { return a < b ? -1 : a > b ? 1 : 0; }
-int moreFirst(std::int32_t a, std::int32_t b) { return fewerFirst(b, a); }
 
 std::int32_t numDeleted(const Result &result) { return result.deleted.core.size; }
 
@@ -56,7 +56,8 @@ std::int32_t numInsertedOf(Result &result) {
   return result.numInserted;
 }
 
-/// The sum of the dictionary characters' scores over the positions that the mask counts. Sums wrap around as 32-bit numbers do.
+/// The sum of the dictionary characters' scores over the positions that the mask counts. Sums wrap around as 32-bit
+/// numbers do.
 std::int32_t scoreOf(Result &result) {
   if (result.scoreIsCached == 0) {
     const std::int32_t mask = result.scoreStatusMask;
@@ -86,54 +87,75 @@ int computedFirst(const Result &a, const Result &b) {
   return a.isComputed != 0 ? -1 : 1;
 }
 
-/// The scoring orders; they differ in whether a secondary position is as good as a primary one.
-int compareByScore(Result &a, Result &b, bool withSecondary) {
-  if (const int order = computedFirst(a, b); order != 0) {
-    return order;
-  }
-  if (const int order = fewerFirst(a.numEdits, b.numEdits); order != 0) {
-    return order;
-  }
-  const auto numGood = [withSecondary](const Result &result) {
+/// A result as the scoring orders see it.
+struct RankedResult {
+  Result &result;
+
+  std::int32_t numEdits() const { return result.numEdits; }
+  std::int32_t numGood(bool withSecondary) const {
     return countOf(result, qoc_ocrDictionaryPositionStatus_primary) +
            (withSecondary ? countOf(result, qoc_ocrDictionaryPositionStatus_secondary) : 0);
-  };
-  if (const int order = moreFirst(numGood(a), numGood(b)); order != 0) {
-    return order;
   }
-  a.scoreStatusMask = b.scoreStatusMask = withSecondary ? maskPrimaryAndSecondary : maskPrimary;
-  const auto lineStatus = [withSecondary](const Result &result) {
-    const Status status = result.resultStringLineStatus;
-    const bool isSecondary = status == qoc_ocrDictionaryPositionStatus_secondary ||
-                             status == qoc_ocrDictionaryPositionStatus_secondarySwap;
-    return withSecondary && isSecondary ? status - 2 : status;
-  };
-  if (const int order = fewerFirst(lineStatus(a), lineStatus(b)); order != 0) {
-    return order;
-  }
-  // Deliberate: the matched positions are counted and kept, and decide nothing.
-  numMatchedPositionsOf(a);
-  numMatchedPositionsOf(b);
-  if (const int order = moreFirst(scoreOf(a), scoreOf(b)); order != 0) {
-    return order;
-  }
-  if (const int order = fewerFirst(numDeleted(a), numDeleted(b)); order != 0) {
-    return order;
-  }
-  if (const int order = fewerFirst(numInsertedOf(a), numInsertedOf(b)); order != 0) {
-    return order;
-  }
-  return fewerFirst(a.orderIndex, b.orderIndex);
+  void setMask(std::int32_t mask) { result.scoreStatusMask = mask; }
+  Status lineStatus() const { return result.resultStringLineStatus; }
+  void countMatched() { numMatchedPositionsOf(result); }
+  std::int32_t score() { return scoreOf(result); }
+  std::int32_t numDeleted() const { return ::numDeleted(result); }
+  std::int32_t numInserted() { return numInsertedOf(result); }
+  std::int32_t orderIndex() const { return result.orderIndex; }
+};
+
+int compareComputedByScore(Result &a, Result &b, bool withSecondary) {
+  const int order = computedFirst(a, b);
+  return order != 0 ? order : qoc::compareByScore(RankedResult{a}, RankedResult{b}, withSecondary);
 }
 
-using Order = int (*)(Result &, Result &);
+/// The keys of the default order for computed results, but for the order index: the smaller comes first.
+using DefaultKeys = std::array<std::int32_t, 4>;
 
-Order orderFor(const qoc_ocrDictionaryRunParams *params) {
-  if (params == nullptr || params->rankingMode != 1) {
-    return qoc::compareDefault;
+DefaultKeys defaultKeysOf(const Result &result) {
+  std::int32_t numPrimary = 0;
+  std::int32_t numSecondary = 0;
+  for (const Status status : statusesOf(result)) {
+    numPrimary += status == qoc_ocrDictionaryPositionStatus_primary ? 1 : 0;
+    numSecondary += status == qoc_ocrDictionaryPositionStatus_secondary ? 1 : 0;
   }
-  return params->rankingVariant == 3 ? qoc::comparePrimary : qoc::comparePrimaryAndSecondary;
+  return {result.numEdits, numDeleted(result), -numPrimary, -numSecondary};
 }
+
+/// Whether results with their places as order indexes stand in the default order, as they mostly do.
+bool isInDefaultOrder(std::span<const Result> results) {
+  DefaultKeys last = defaultKeysOf(results.front());
+  bool isOrdered = results.front().isComputed != 0;
+  for (std::size_t i = 1; i < results.size() && isOrdered; ++i) {
+    const DefaultKeys keys = defaultKeysOf(results[i]);
+    isOrdered = results[i].isComputed != 0 && !(keys < last);
+    last = keys;
+  }
+  return isOrdered;
+}
+
+/// The default order of the results of a vector, each of which has its place as order index; what is counted is counted
+/// once.
+class DefaultOrder {
+ public:
+  explicit DefaultOrder(std::span<Result> results) : results_(results) {
+    keys_.reserve(results.size());
+    for (const Result &result : results) {
+      keys_.push_back(defaultKeysOf(result));
+    }
+  }
+  int operator()(std::size_t a, std::size_t b) const {
+    if (const int order = computedFirst(results_[a], results_[b]); order != 0) {
+      return order;
+    }
+    return keys_[a] < keys_[b] ? -1 : keys_[b] < keys_[a] ? 1 : a < b ? -1 : a > b ? 1 : 0;
+  }
+
+ private:
+  std::span<Result> results_;
+  std::vector<DefaultKeys> keys_;
+};
 
 /// Merges two sorted runs that lie one behind the other in `indices`.
 template <class Before>
@@ -168,28 +190,43 @@ void permute(std::span<Result> results, std::span<const std::int32_t> indices) {
   std::memcpy(static_cast<void *>(results.data()), bytes.get(), results.size_bytes());
 }
 
+/// Sorts results by compare(a, b) of their places, or by its negation.
+template <class Compare>
+void sortBy(std::span<Result> results, const Compare &compare, bool isDescending) {
+  const auto isBefore = [&](std::int32_t a, std::int32_t b) {
+    const int sign = compare(static_cast<std::size_t>(a), static_cast<std::size_t>(b));
+    return isDescending ? sign < 0 : sign > 0;
+  };
+  // Most vectors are a ranked list with a few results behind it: only what breaks the order is sorted.
+  std::size_t numRanked = 1;
+  while (numRanked < results.size() &&
+         !isBefore(static_cast<std::int32_t>(numRanked), static_cast<std::int32_t>(numRanked - 1))) {
+    ++numRanked;
+  }
+  if (numRanked == results.size()) {
+    return;
+  }
+  std::vector<std::int32_t> indices(results.size());
+  std::vector<std::int32_t> scratch(results.size());
+  std::iota(indices.begin(), indices.end(), 0);
+  mergeSort(std::span(indices).subspan(numRanked), scratch, isBefore);
+  mergeRuns(std::span(indices), numRanked, scratch, isBefore);
+  permute(results, indices);
+}
+
 }  // namespace
 
 int qoc::compareDefault(Result &a, Result &b) {
   if (const int order = computedFirst(a, b); order != 0) {
     return order;
   }
-  if (const int order = fewerFirst(a.numEdits, b.numEdits); order != 0) {
-    return order;
-  }
-  if (const int order = fewerFirst(numDeleted(a), numDeleted(b)); order != 0) {
-    return order;
-  }
-  for (const Status status : {qoc_ocrDictionaryPositionStatus_primary, qoc_ocrDictionaryPositionStatus_secondary}) {
-    if (const int order = moreFirst(countOf(a, status), countOf(b, status)); order != 0) {
-      return order;
-    }
-  }
-  return fewerFirst(a.orderIndex, b.orderIndex);
+  const DefaultKeys keysOfA = defaultKeysOf(a);
+  const DefaultKeys keysOfB = defaultKeysOf(b);
+  return keysOfA < keysOfB ? -1 : keysOfB < keysOfA ? 1 : fewerFirst(a.orderIndex, b.orderIndex);
 }
 
-int qoc::comparePrimary(Result &a, Result &b) { return compareByScore(a, b, false); }
-int qoc::comparePrimaryAndSecondary(Result &a, Result &b) { return compareByScore(a, b, true); }
+int qoc::comparePrimary(Result &a, Result &b) { return compareComputedByScore(a, b, false); }
+int qoc::comparePrimaryAndSecondary(Result &a, Result &b) { return compareComputedByScore(a, b, true); }
 
 qsys_status qoc_ocrDictionaryResultVector_sort(qstd_vector_qoc_ocrDictionaryResult *results,
                                                const qoc_ocrDictionaryRunParams *params, qsys_bool isDescending) {
@@ -201,26 +238,15 @@ qsys_status qoc_ocrDictionaryResultVector_sort(qstd_vector_qoc_ocrDictionaryResu
     for (std::size_t i = 0; i < edited.size(); ++i) {
       edited[i].orderIndex = static_cast<std::int32_t>(i);
     }
-    const Order order = orderFor(params);
-    const auto isBefore = [&](std::int32_t a, std::int32_t b) {
-      const int sign = order(edited[static_cast<std::size_t>(a)], edited[static_cast<std::size_t>(b)]);
-      return isDescending != 0 ? sign < 0 : sign > 0;
-    };
-    // Most vectors are a ranked list with a few results behind it: only what breaks the order is sorted.
-    std::size_t numRanked = 1;
-    while (numRanked < edited.size() &&
-           !isBefore(static_cast<std::int32_t>(numRanked), static_cast<std::int32_t>(numRanked - 1))) {
-      ++numRanked;
+    if (params == nullptr || params->rankingMode != 1) {
+      if (isDescending == 0 || !isInDefaultOrder(edited)) {
+        sortBy(edited, DefaultOrder(edited), isDescending != 0);
+      }
+    } else {
+      const auto compare = params->rankingVariant == 3 ? qoc::comparePrimary : qoc::comparePrimaryAndSecondary;
+      sortBy(
+          edited, [&](std::size_t a, std::size_t b) { return compare(edited[a], edited[b]); }, isDescending != 0);
     }
-    if (numRanked == edited.size()) {
-      return QSYS_STATUS_OK;
-    }
-    std::vector<std::int32_t> indices(edited.size());
-    std::vector<std::int32_t> scratch(edited.size());
-    std::iota(indices.begin(), indices.end(), 0);
-    mergeSort(std::span(indices).subspan(numRanked), scratch, isBefore);
-    mergeRuns(std::span(indices), numRanked, scratch, isBefore);
-    permute(edited, indices);
     return QSYS_STATUS_OK;
   });
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "frame/frame.hpp"
+#include "platform/containers/shared_elements.hpp"
 #include "run/result_set_ops.hpp"
 
 using qoc::present;
@@ -76,14 +77,20 @@ qsys_status qoc_ocrDictionaryResultSet_print(const qoc_ocrDictionaryResultSet *s
 qsys_status qoc_ocrDictionaryResultSet_setGiven(qoc_ocrDictionaryResultSet *set,
                                                 const qoc_ocrDictionaryStringMulti *given,
                                                 const qstd_vector32s *inputIndices) {
-  if (!present({set, given, inputIndices})) {
+  if (!present({set, given, inputIndices}) || qoc::sizeOf(set->results) == 0) {
     return QSYS_STATUS_OK;
   }
-  for (qoc_ocrDictionaryResult &result : qoc::edit(set->results)) {
-    QOC_TRY(qoc_ocrDictionaryStringMulti_assign(&result.given, given));
-    QOC_TRY(qstd_vector32s_assign(&result.inputIndices, inputIndices));
-  }
-  return QSYS_STATUS_OK;
+  qoc_ocrDictionaryStringMulti shared;  // One copy for all of the results.
+  return qoc::inFrame<1>([&](qoc::Frame<1> &frame) -> qsys_status {
+    QOC_TRY(qoc_ocrDictionaryStringMulti_constructCopy(&shared, given));
+    frame.local<qoc_ocrDictionaryStringMulti_destruct>(&shared);
+    QOC_TRY(qoc::shareElements(shared.positions.core));
+    for (qoc_ocrDictionaryResult &result : qoc::edit(set->results)) {
+      QOC_TRY(qoc_ocrDictionaryStringMulti_assign(&result.given, &shared));
+      QOC_TRY(qstd_vector32s_assign(&result.inputIndices, inputIndices));
+    }
+    return QSYS_STATUS_OK;
+  });
 }
 
 qsys_status qoc_ocrDictionaryResultSet_getIsExactBest(const qoc_ocrDictionaryResultSet *set, qsys_bool *isExactBest) {
@@ -94,17 +101,20 @@ qsys_status qoc_ocrDictionaryResultSet_getIsExactBest(const qoc_ocrDictionaryRes
   return QSYS_STATUS_OK;
 }
 
+qsys_status qoc::rankAndCut(qoc_ocrDictionaryResultSet &set, const qoc_ocrDictionaryRunParams *params) {
+  QOC_TRY(qoc_ocrDictionaryResultSet_sort(&set, params, 1));
+  const bool isCut = params != nullptr && params->returnBestOnly != 0 && sizeOf(set.results) > 1;
+  return isCut ? qstd_vector_qoc_ocrDictionaryResult_resize(&set.results, 1) : static_cast<qsys_status>(QSYS_STATUS_OK);
+}
+
 qsys_status qoc_ocrDictionaryResultSet_finalize(qoc_ocrDictionaryResultSet *set,
                                                 const qoc_ocrDictionaryRunParams *params) {
   if (!present({set})) {
     return QSYS_STATUS_OK;
   }
-  QOC_TRY(qoc_ocrDictionaryResultSet_sort(set, params, 1));
+  QOC_TRY(qoc::rankAndCut(*set, params));
   if (params == nullptr) {
     return QSYS_STATUS_OK;
-  }
-  if (params->returnBestOnly != 0 && qoc::sizeOf(set->results) > 1) {
-    QOC_TRY(qstd_vector_qoc_ocrDictionaryResult_resize(&set->results, 1));
   }
   for (qoc_ocrDictionaryResult &result : qoc::edit(set->results)) {
     if (params->finalizeEachResult != 0) {

@@ -1,8 +1,11 @@
 // Merging results: buckets by edit count, and the merge of one ranked set into another.
 
+#include <algorithm>
+#include <cstring>
 #include <utility>
 
 #include "frame/frame.hpp"
+#include "platform/containers/shared_elements.hpp"
 #include "run/result_ranking.hpp"
 #include "run/result_set_ops.hpp"
 
@@ -36,6 +39,44 @@ qsys_status dropAdjacentDuplicates(qstd_vector_qoc_ocrDictionaryResult &results)
   return qstd_vector_qoc_ocrDictionaryResult_resize(&results, static_cast<std::int32_t>(numKept));
 }
 
+qsys_status copyResult(qstd_vector_qoc_ocrDictionaryResult &results, Result &result) {
+  return qstd_vector_qoc_ocrDictionaryResult_pushBack(&results, &result);
+}
+
+/// Merges; append(results, result) puts a result of the partial set, none twice and in order, behind those of the
+/// target.
+template <class Append>
+qsys_status mergeInto(qoc_ocrDictionaryResultSet &target, qoc_ocrDictionaryResultSet &partial,
+                      const qoc_ocrDictionaryRunParams *params, Append append) {
+  if (partial.isComputed == 0 || qoc::sizeOf(partial.results) == 0) {
+    return QSYS_STATUS_OK;
+  }
+  if (target.isComputed == 0) {
+    QOC_TRY(qoc_ocrDictionaryResultSet_reset(&target));
+    target.isComputed = 1;
+  }
+  // The walk goes over the results that the target held when it began; new ones are filed behind them.
+  const auto added = qoc::edit(partial.results);
+  const std::int32_t numOld = qoc::sizeOf(target.results);
+  std::int32_t i = 0;
+  for (std::size_t j = 0; j < added.size();) {
+    int decision = 1;
+    if (i < numOld) {
+      Result &old = qoc::edit(target.results)[static_cast<std::size_t>(i)];
+      qsys_bool isSame = 0;
+      QOC_TRY(qoc_ocrDictionaryResult_isSameResult(&old, &added[j], &isSame));
+      decision = isSame != 0 ? 0 : mergeOrder(old, added[j], params);
+    }
+    if (decision > 0) {
+      QOC_TRY(append(target.results, added[j]));
+    }
+    i += decision <= 0 ? 1 : 0;
+    j += decision >= 0 ? 1 : 0;
+  }
+  QOC_TRY(qoc_ocrDictionaryResultVector_sort(&target.results, params, 1));
+  return dropAdjacentDuplicates(target.results);
+}
+
 }  // namespace
 
 qsys_status qoc_ocrDictionaryResult_isSameResult(const Result *a, const Result *b, qsys_bool *isSame) {
@@ -55,51 +96,74 @@ qsys_status qoc_ocrDictionaryResult_isSameResult(const Result *a, const Result *
       a->numIgnoredPrefixCharacters != b->numIgnoredPrefixCharacters) {
     return QSYS_STATUS_OK;
   }
-  // Deliberate: mode, dictionaryString, startFieldIndex and overlapInputString do not count.
+  // Deliberate: mode, dictionaryString, startFieldIndex and overlapInputString do not count. What differs most comes
+  // first.
+  if (!std::ranges::equal(qoc::statusesOf(*a), qoc::statusesOf(*b)) ||
+      !std::ranges::equal(qoc::viewAs<std::int32_t>(a->deleted), qoc::viewAs<std::int32_t>(b->deleted))) {
+    return QSYS_STATUS_OK;
+  }
   const qoc_ocrDictionaryStringMulti *const readings[][2] = {
       {&a->given, &b->given}, {&a->givenSwap, &b->givenSwap}, {&a->valid, &b->valid}};
   for (const auto &[readingA, readingB] : readings) {
-    qsys_bool isEqual = 0;
-    QOC_TRY(qoc_ocrDictionaryStringMulti_compareEqual(readingA, readingB, &isEqual));
+    qsys_bool isEqual = qoc::holdSameElements(readingA->positions.core, readingB->positions.core) ? 1 : 0;
+    if (isEqual == 0) {
+      QOC_TRY(qoc_ocrDictionaryStringMulti_compareEqual(readingA, readingB, &isEqual));
+    }
     if (isEqual == 0) {
       return QSYS_STATUS_OK;
     }
   }
-  qsys_bool isEqual = 0;
-  QOC_TRY(qstd_vector_qoc_ocrDictionaryPositionStatus_compareEqual(&a->resultStringStatus, &b->resultStringStatus,
-                                                                   &isEqual));
-  return isEqual != 0 ? qstd_vector32s_compareEqual(&a->deleted, &b->deleted, isSame) : QSYS_STATUS_OK;
+  *isSame = 1;
+  return QSYS_STATUS_OK;
 }
 
 qsys_status qoc_ocrDictionaryResultSet_merge(qoc_ocrDictionaryResultSet *target, qoc_ocrDictionaryResultSet *partial,
                                              const qoc_ocrDictionaryRunParams *params) {
-  if (!present({target, partial}) || partial->isComputed == 0 || qoc::sizeOf(partial->results) == 0) {
+  return present({target, partial}) ? mergeInto(*target, *partial, params, copyResult) : QSYS_STATUS_OK;
+}
+
+qsys_status qoc::mergeTaking(qoc_ocrDictionaryResultSet &target, qoc_ocrDictionaryResultSet &partial,
+                             const qoc_ocrDictionaryRunParams *params) {
+  if (partial.isComputed == 0 || sizeOf(partial.results) == 0) {
     return QSYS_STATUS_OK;
   }
-  if (target->isComputed == 0) {
-    QOC_TRY(qoc_ocrDictionaryResultSet_reset(target));
-    target->isComputed = 1;
+  if ((target.isComputed == 0 || sizeOf(target.results) == 0) &&
+      target.results.core.memory == partial.results.core.memory) {
+    // With nothing in the target there is nothing to walk over.
+    QOC_TRY(qoc_ocrDictionaryResultSet_reset(&target));
+    target.isComputed = 1;
+    std::swap(target.results, partial.results);
+    QOC_TRY(qoc_ocrDictionaryResultVector_sort(&target.results, params, 1));
+    return dropAdjacentDuplicates(target.results);
   }
-  // The walk goes over the results that the target held when it began; new ones are filed behind them.
-  const auto added = qoc::edit(partial->results);
-  const std::int32_t numOld = qoc::sizeOf(target->results);
-  std::int32_t i = 0;
-  for (std::size_t j = 0; j < added.size();) {
-    int decision = 1;
-    if (i < numOld) {
-      Result &old = qoc::edit(target->results)[static_cast<std::size_t>(i)];
-      qsys_bool isSame = 0;
-      QOC_TRY(qoc_ocrDictionaryResult_isSameResult(&old, &added[j], &isSame));
-      decision = isSame != 0 ? 0 : mergeOrder(old, added[j], params);
+  std::int32_t numLeft = 0;  // What is not taken gathers in front.
+  std::int32_t numSeen = 0;
+  const auto edited = edit(partial.results);
+  const auto leave = [&](std::int32_t end) {
+    for (; numSeen < end; ++numSeen, ++numLeft) {
+      // The one in front has been taken, or is this one: its bytes are nobody's any more.
+      std::memmove(static_cast<void *>(&edited[static_cast<std::size_t>(numLeft)]),
+                   &edited[static_cast<std::size_t>(numSeen)], sizeof(Result));
     }
-    if (decision > 0) {
-      QOC_TRY(qstd_vector_qoc_ocrDictionaryResult_pushBack(&target->results, &added[j]));
-    }
-    i += decision <= 0 ? 1 : 0;
-    j += decision >= 0 ? 1 : 0;
-  }
-  QOC_TRY(qoc_ocrDictionaryResultVector_sort(&target->results, params, 1));
-  return dropAdjacentDuplicates(target->results);
+  };
+  const qsys_status status = mergeInto(
+      target, partial, params, [&](qstd_vector_qoc_ocrDictionaryResult &results, Result &result) -> qsys_status {
+        const std::int32_t numResults = sizeOf(results);
+        if (numResults == results.core.capacity) {
+          QOC_TRY(qstd_vector_qoc_ocrDictionaryResult_reserve(
+              &results, numResults + std::max(numResults / 2, sizeOf(partial.results))));
+        }
+        const auto index = static_cast<std::int32_t>(&result - edited.data());
+        leave(index);
+        numSeen = index + 1;
+        QOC_TRY(qstd_vector_qoc_ocrDictionaryResult_resizeUninit(&results, numResults + 1));
+        std::memcpy(static_cast<void *>(&edit(results).back()), &result, sizeof(Result));
+        return QSYS_STATUS_OK;
+      });
+  leave(static_cast<std::int32_t>(edited.size()));
+  partial.results.core.size = numLeft;
+  const qsys_status cleared = qstd_vector_qoc_ocrDictionaryResult_resize(&partial.results, 0);
+  return status < 0 ? status : cleared;
 }
 
 qsys_status qoc_ocrDictionaryResultSet_mergeBuckets(qoc_ocrDictionaryResultSet *target,

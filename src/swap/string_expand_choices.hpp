@@ -35,4 +35,8 @@ class ExpansionChoices {
   std::vector<std::size_t> ends_ = {0};  // Where the choices of each position end in choices_, after a leading 0.
 };
 
+/// Appends what a choice at a position of the input makes of it to a variant, and where that comes from to its positions.
+qsys_status appendChoice(const ExpansionChoice &choice, std::int32_t position, const qoc_ocrDictionaryStringMulti &input,
+                         qoc_ocrDictionaryStringMulti *variant, qstd_vector32s *positions);
+
 }  // namespace qoc

@@ -96,23 +96,12 @@ qsys_status appendInserted(Char32 code, qstd_vector_qoc_ocrDictionaryCharMulti *
 }
 
 /// Makes the variant of a way, and its positions.
-qsys_status makeVariant(const Way &way, Positions input, qoc_ocrDictionaryStringMulti *variant,
-                        qstd_vector32s *positions) {
-  QOC_TRY(qstd_vector_qoc_ocrDictionaryCharMulti_reserve(&variant->positions, static_cast<std::int32_t>(input.size())));
-  QOC_TRY(qstd_vector32s_reserve(positions, static_cast<std::int32_t>(input.size())));
+qsys_status makeVariant(const Way &way, const qoc_ocrDictionaryStringMulti &input,
+                        qoc_ocrDictionaryStringMulti *variant, qstd_vector32s *positions) {
+  QOC_TRY(qstd_vector_qoc_ocrDictionaryCharMulti_reserve(&variant->positions, sizeOf(input)));
+  QOC_TRY(qstd_vector32s_reserve(positions, sizeOf(input)));
   for (const Way::Step &step : way.steps()) {
-    const ExpansionChoice &choice = way.choiceOf(step);
-    if (choice.isKept()) {
-      QOC_TRY(qstd_vector_qoc_ocrDictionaryCharMulti_pushBack(&variant->positions,
-                                                              &input[static_cast<std::size_t>(step.position)]));
-      QOC_TRY(qstd_vector32s_pushBack(positions, &step.position));
-    }
-    for (std::int32_t i = 0; i < choice.numInserted; ++i) {
-      QOC_TRY(appendInserted(choice.inserted[i], &variant->positions));
-      // The second of two that stand for one comes from the same position; of two that stand for two, from the next.
-      const std::int32_t position = step.position + (choice.numRead == 2 ? i : 0);
-      QOC_TRY(qstd_vector32s_pushBack(positions, &position));
-    }
+    QOC_TRY(qoc::appendChoice(way.choiceOf(step), step.position, input, variant, positions));
   }
   return QSYS_STATUS_OK;
 }
@@ -135,9 +124,9 @@ qsys_status appendEmptyPositions(qstd_vector_vector32s *positions) {
   });
 }
 
-qsys_status makeVariants(const ExpansionChoices &choices, Positions input,
+qsys_status makeVariants(const ExpansionChoices &choices, const qoc_ocrDictionaryStringMulti &input,
                          qstd_vector_qoc_ocrDictionaryStringMulti *variants, qstd_vector_vector32s *positions) {
-  Way way(choices, static_cast<std::int32_t>(input.size()));
+  Way way(choices, sizeOf(input));
   do {
     QOC_TRY(qsys_attention_check());
     // Empty ones are appended and filled in place, so that nothing is copied.
@@ -150,6 +139,23 @@ qsys_status makeVariants(const ExpansionChoices &choices, Positions input,
 }
 
 }  // namespace
+
+qsys_status qoc::appendChoice(const ExpansionChoice &choice, std::int32_t position,
+                              const qoc_ocrDictionaryStringMulti &input, qoc_ocrDictionaryStringMulti *variant,
+                              qstd_vector32s *positions) {
+  if (choice.isKept()) {
+    QOC_TRY(qstd_vector_qoc_ocrDictionaryCharMulti_pushBack(&variant->positions,
+                                                            &view(input)[static_cast<std::size_t>(position)]));
+    QOC_TRY(qstd_vector32s_pushBack(positions, &position));
+  }
+  for (std::int32_t i = 0; i < choice.numInserted; ++i) {
+    QOC_TRY(appendInserted(choice.inserted[i], &variant->positions));
+    // The second of two that stand for one comes from the same position; of two that stand for two, from the next.
+    const std::int32_t from = position + (choice.numRead == 2 ? i : 0);
+    QOC_TRY(qstd_vector32s_pushBack(positions, &from));
+  }
+  return QSYS_STATUS_OK;
+}
 
 qsys_status ExpansionChoices::find(const qoc_stringExpand_ &expansion, const qoc_ocrDictionaryStringMulti &input,
                                    const qoc_swapCharSet *set) {
@@ -198,7 +204,7 @@ qsys_status qoc_stringExpand__mapStringMulti(const qoc_stringExpand_ *expansion,
   const qsys_status status = inFrame<1>([&](Frame<1> &) -> qsys_status {
     ExpansionChoices choices;
     QOC_TRY(choices.find(*expansion, *input, set));
-    return makeVariants(choices, view(*input), variants, positions);
+    return makeVariants(choices, *input, variants, positions);
   });
   if (status < 0) {
     // What was made so far may be very much.

@@ -1,12 +1,13 @@
 // The alignment of a dictionary string with a reading.
 //
-// The whole reading is aligned, and, where the parameters ask for it, every window of it. A window yields the exact alignment, if
-// position for position matches, and alignments with edits: through the edit table, or, in the multi kind with exactly one edit
-// allowed, by the one-edit builder. Candidates are filed by their number of edits and merged from the fewest up.
+// The whole reading is aligned, and, where the parameters ask for it, every window of it. A window yields the exact
+// alignment, if position for position matches, and alignments with edits: through the edit table, or, in the multi kind
+// with exactly one edit allowed, by the one-edit builder. Candidates are filed by their number of edits and merged from
+// the fewest up.
 //
-// The two ways of showing edits differ on purpose. The table speaks from the reading's side: a position without character is
-// `inserted`, a character without position adds the position's index to `deleted`. The one-edit builder speaks from the dictionary's
-// side: a character without position is `inserted`, an extra position is `deleted`.
+// The two ways of showing edits differ on purpose. The table speaks from the reading's side: a position without
+// character is `inserted`, a character without position adds the position's index to `deleted`. The one-edit builder
+// speaks from the dictionary's side: a character without position is `inserted`, an extra position is `deleted`.
 
 #include "text/alignment.hpp"
 
@@ -14,10 +15,17 @@
 #include <cstdlib>
 
 #include "frame/frame.hpp"
+#include "platform/containers/shared_elements.hpp"
 #include "run/result_set_ops.hpp"
 #include "text/reading_of.hpp"
 
 namespace qoc {
+
+namespace {
+
+using Status = qoc_ocrDictionaryPositionStatus;
+
+}  // namespace
 
 /// The buckets, and the result that candidates are put together in, made when the first candidate turns up.
 struct Aligner::Task {
@@ -37,21 +45,16 @@ struct Aligner::Task {
   Task(const Task &) = delete;
   Task &operator=(const Task &) = delete;
 
-  /// Opens the buckets, and gives the candidate the values that all of a window's candidates have.
-  qsys_status begin(Window window, std::int32_t n) {
-    if (!isOpen) {
-      QOC_TRY(qoc_ocrDictionaryResult_construct(&candidate));
-      if (const qsys_status status = qstd_vector_vector_qoc_ocrDictionaryResult_constructEmpty(&buckets); status < 0) {
-        qoc_ocrDictionaryResult_destruct(&candidate);
-        return status;
-      }
-      isOpen = true;
+  qsys_status open() {
+    if (isOpen) {
+      return qoc_ocrDictionaryResult_reset(&candidate);
     }
-    QOC_TRY(qoc_ocrDictionaryResult_reset(&candidate));
-    candidate.isComputed = 1;
-    candidate.mode = qoc_ocrDictionaryMode_lexicon;
-    candidate.numIgnoredPrefixCharacters = window.start;
-    candidate.numIgnoredSuffixCharacters = n - window.end;
+    QOC_TRY(qoc_ocrDictionaryResult_construct(&candidate));
+    if (const qsys_status status = qstd_vector_vector_qoc_ocrDictionaryResult_constructEmpty(&buckets); status < 0) {
+      qoc_ocrDictionaryResult_destruct(&candidate);
+      return status;
+    }
+    isOpen = true;
     return QSYS_STATUS_OK;
   }
 
@@ -78,23 +81,16 @@ struct Aligner::Task {
   qoc_ocrDictionaryResult candidate = {};
 };
 
-namespace {
-
-qsys_status append(qoc_ocrDictionaryResult &result, qoc_ocrDictionaryPositionStatus status) {
-  return qstd_vector_qoc_ocrDictionaryPositionStatus_pushBack(&result.resultStringStatus, &status);
+Aligner::~Aligner() {
+  if (hasShared_) {
+    qoc_ocrDictionaryStringMulti_destruct(&shared_);
+  }
 }
-
-qsys_status append(qoc_ocrDictionaryResult &result, std::span<const qoc_ocrDictionaryPositionStatus> statuses) {
-  return qstd_vector_qoc_ocrDictionaryPositionStatus_insert(&result.resultStringStatus, sizeOf(result.resultStringStatus),
-                                                            statuses.data(), static_cast<std::int32_t>(statuses.size()));
-}
-
-}  // namespace
 
 qsys_status Aligner::align(const qoc_ocrDictionaryString &word, const qoc_ocrDictionaryRunParams *params,
                            qoc_ocrDictionaryResultSet &results) {
   QOC_TRY(qoc_ocrDictionaryResultSet_reset(&results));
-  QOC_TRY(rows_.set(view(word), matches_));
+  rows_.set(view(word), matches_);
   Task task(word, params);
   const std::int32_t n = matches_.size();
   QOC_TRY(alignWindow(task, {0, n}));
@@ -114,107 +110,130 @@ qsys_status Aligner::align(const qoc_ocrDictionaryString &word, const qoc_ocrDic
   return qoc_ocrDictionaryResultSet_finalize(&results, params);
 }
 
+qsys_status Aligner::outline(const qoc_ocrDictionaryString &word, const qoc_ocrDictionaryRunParams *params,
+                             std::span<const Outline> &outlines) {
+  rows_.set(view(word), matches_);
+  const qsys_status status = outlineWindow(view(word), params, {0, matches_.size()});
+  outlines = {outlines_, numOutlines_};
+  return status;
+}
+
 qsys_status Aligner::alignWindow(Task &task, Window window) {
-  if (!admitsLength(task.params, window)) {
+  QOC_TRY(outlineWindow(view(task.word), task.params, window));
+  for (std::size_t i = 0; i < numOutlines_; ++i) {
+    QOC_TRY(task.open());
+    QOC_TRY(fill(outlines_[i], task.word, task.candidate));
+    QOC_TRY(qoc_ocrDictionaryResultBuckets_add(&task.buckets, &task.candidate));
+  }
+  return QSYS_STATUS_OK;
+}
+
+qsys_status Aligner::outlineWindow(Characters word, const qoc_ocrDictionaryRunParams *params, Window window) {
+  numOutlines_ = 0;
+  if (!admitsLength(params, window)) {
     return QSYS_STATUS_OK;
   }
-  const bool allowsEdits = task.params != nullptr && task.params->maxEdits != 0;
-  bool isExact = false;
+  const bool allowsEdits = params != nullptr && params->maxEdits != 0;
   if (kind_ == Kind::plain) {
     if (allowsEdits) {
-      QOC_TRY(alignByTable(task, window));
+      QOC_TRY(outlineByTable(*params, window));
     }
-    return alignExactly(task, window, isExact);
-  }
-  QOC_TRY(alignExactly(task, window, isExact));
-  if (!allowsEdits || (isExact && task.params->returnBestOnly != 0)) {
+    outlineExactly(word, window);
     return QSYS_STATUS_OK;
   }
-  return task.params->maxEdits == 1 ? alignWithOneEdit(task, window) : alignByTable(task, window);
+  const bool isExact = outlineExactly(word, window);
+  if (!allowsEdits || (isExact && params->returnBestOnly != 0)) {
+    return QSYS_STATUS_OK;
+  }
+  if (params->maxEdits == 1) {
+    return outlineWithOneEdit(word, *params, window);
+  }
+  return outlineByTable(*params, window);
 }
 
-qsys_status Aligner::alignExactly(Task &task, Window window, bool &isExact) {
+/// Adds an outline of the lists that stand in the given place.
+void Aligner::add(Window window, std::int32_t numEdits, std::size_t list, bool isOfTable, std::int32_t numInFront) {
+  outlines_[numOutlines_++] = {window, numEdits, isOfTable, numInFront, statuses_[list], deleted_[list]};
+}
+
+bool Aligner::outlineExactly(Characters word, Window window) {
   const std::int32_t m = rows_.size();
-  isExact = m == window.size() && matchEnds(rows_, window).numFront == m;
-  if (!isExact) {
-    return QSYS_STATUS_OK;
+  if (m != window.size() || matchEnds(rows_, window).numFront != m) {
+    return false;
   }
-  QOC_TRY(task.begin(window, matches_.size()));
-  const Characters characters = view(task.word);
+  const std::size_t list = numOutlines_;
   const Positions positions = view(matches_.reading());
-  for (std::int32_t i = 0; i < m; ++i) {
+  statuses_[list].resize(word.size());
+  deleted_[list].clear();
+  for (std::size_t i = 0; i < word.size(); ++i) {
     // Deliberate: secondary, never a swap status, also when it was the set that made the match.
-    const Char32 primary = view(positions[static_cast<std::size_t>(window.start + i)]).front().code;
-    QOC_TRY(append(task.candidate, primary == characters[static_cast<std::size_t>(i)].code
-                                       ? qoc_ocrDictionaryPositionStatus_primary
-                                       : qoc_ocrDictionaryPositionStatus_secondary));
+    const Char32 primary = view(positions[static_cast<std::size_t>(window.start) + i]).front().code;
+    statuses_[list][i] =
+        primary == word[i].code ? qoc_ocrDictionaryPositionStatus_primary : qoc_ocrDictionaryPositionStatus_secondary;
   }
-  QOC_TRY(qoc_ocrDictionaryStringMulti_assign(&task.candidate.given, &matches_.reading()));
-  QOC_TRY(qoc_ocrDictionaryString_assign(&task.candidate.dictionaryString, &task.word));
-  return qoc_ocrDictionaryResultBuckets_add(&task.buckets, &task.candidate);
+  add(window, 0, list, false, 0);
+  return true;
 }
 
-qsys_status Aligner::alignByTable(Task &task, Window window) {
-  if (!table_.fill(rows_, window, *task.params)) {
+qsys_status Aligner::outlineByTable(const qoc_ocrDictionaryRunParams &params, Window window) {
+  bool isWithin = false;
+  QOC_TRY(table_.fill(rows_, window, params, isWithin));
+  if (!isWithin) {
     return QSYS_STATUS_OK;
   }
   std::int32_t i = 0;
   std::int32_t j = 0;
   table_.trace(steps_, i, j);
-  QOC_TRY(task.begin(window, matches_.size()));
-  qoc_ocrDictionaryResult &result = task.candidate;
-  const Characters characters = view(task.word);
-  const Positions positions = view(matches_.reading());
+  const std::size_t list = numOutlines_;
+  std::vector<Status> &statuses = statuses_[list];
+  std::vector<std::int32_t> &deleted = deleted_[list];
+  statuses.clear();
+  deleted.clear();
 
-  // Where the path begins: i characters that the reading lacks, or j positions that are extra; `given` holds nothing of them.
-  // Deliberate: j extra positions take j characters of the word with them.
-  QOC_TRY(qoc_ocrDictionaryString_getSubstrExtend(&task.word, 0, i > 0 ? i : j, &result.dictionaryString.characters));
-  for (std::int32_t extra = 0; extra < j; ++extra) {
-    QOC_TRY(append(result, qoc_ocrDictionaryPositionStatus_inserted));
-  }
-  result.numEdits = i > 0 ? i : j;
-
+  // Where the path begins: i characters that the reading lacks, or j positions that are extra; `given` holds nothing of
+  // them.
+  const std::int32_t numInFront = i > 0 ? 0 : j;
+  std::int32_t numEdits = i > 0 ? i : j;
+  statuses.insert(statuses.end(), static_cast<std::size_t>(j), qoc_ocrDictionaryPositionStatus_inserted);
   for (auto step = steps_.rbegin(); step != steps_.rend(); ++step) {
-    i += *step != EditTable::Step::insertion ? 1 : 0;
     j += *step != EditTable::Step::deletion ? 1 : 0;
-    if (*step != EditTable::Step::insertion) {
-      QOC_TRY(qstd_vector_qoc_ocrDictionaryChar_pushBack(&result.dictionaryString.characters,
-                                                         &characters[static_cast<std::size_t>(i - 1)]));
-    }
     if (*step == EditTable::Step::deletion) {
-      const std::int32_t indexInWindow = j - 1;
-      QOC_TRY(qstd_vector32s_pushBack(&result.deleted, &indexInWindow));
+      deleted.push_back(j - 1);
     } else {
-      QOC_TRY(qstd_vector_qoc_ocrDictionaryCharMulti_pushBack(
-          &result.given.positions, &positions[static_cast<std::size_t>(window.start + j - 1)]));
-      QOC_TRY(append(result, *step == EditTable::Step::match       ? qoc_ocrDictionaryPositionStatus_primary
-                             : *step == EditTable::Step::insertion ? qoc_ocrDictionaryPositionStatus_inserted
-                                                                   : qoc_ocrDictionaryPositionStatus_substituted));
+      statuses.push_back(*step == EditTable::Step::match       ? qoc_ocrDictionaryPositionStatus_primary
+                         : *step == EditTable::Step::insertion ? qoc_ocrDictionaryPositionStatus_inserted
+                                                               : qoc_ocrDictionaryPositionStatus_substituted);
     }
-    result.numEdits += *step != EditTable::Step::match ? 1 : 0;
+    numEdits += *step != EditTable::Step::match ? 1 : 0;
   }
-  return qoc_ocrDictionaryResultBuckets_add(&task.buckets, &result);
+  add(window, numEdits, list, true, numInFront);
+  return QSYS_STATUS_OK;
 }
 
-/// Grades the positions that match from either end, and clamps the back so that the two do not overlap.
-qsys_status Aligner::scanEnds(const Task &task, Window window, EndMatches &ends) {
+/// Grades the positions that match from either end, and clamps the back so that the two do not overlap: the front into
+/// the list of the outline to come, the back into `back_`.
+qsys_status Aligner::scanEnds(Characters word, Window window, EndMatches &ends) {
   const std::int32_t m = rows_.size();
   const std::int32_t k = window.size();
-  const Characters characters = view(task.word);
   const Positions positions = view(matches_.reading());
-  const auto grade = [&](std::int32_t i, std::int32_t position, std::vector<qoc_ocrDictionaryPositionStatus> &out) {
+  const auto grade = [&](std::int32_t i, std::int32_t position, std::vector<Status> &out) {
     qsys_bool isMatch = 0;
-    qoc_ocrDictionaryPositionStatus status = 0;
-    QOC_TRY(qoc_ocrDictionaryChar_isMatchMultiStatus(&characters[static_cast<std::size_t>(i)],
-                                                     &positions[static_cast<std::size_t>(position)].candidates,
-                                                     matches_.set(), &isMatch, &status));
+    Status status = qoc_ocrDictionaryPositionStatus_primary;
+    const qoc_ocrDictionaryChar &character = word[static_cast<std::size_t>(i)];
+    const qoc_ocrDictionaryCharMulti &candidates = positions[static_cast<std::size_t>(position)];
+    // The reader's first choice, as it is, is what most positions are; it has the best grade.
+    if (view(candidates).front().code != character.code) {
+      QOC_TRY(qoc_ocrDictionaryChar_isMatchMultiStatus(&character, &candidates.candidates, matches_.set(), &isMatch,
+                                                       &status));
+    }
     out.push_back(status);
     return static_cast<qsys_status>(QSYS_STATUS_OK);
   };
-  front_.clear();
+  std::vector<Status> &front = statuses_[numOutlines_];
+  front.clear();
   back_.clear();
   for (std::int32_t i = 0; i < ends.numFront; ++i) {
-    QOC_TRY(grade(i, window.start + i, front_));
+    QOC_TRY(grade(i, window.start + i, front));
   }
   for (std::int32_t i = 0; i < ends.numBack; ++i) {
     QOC_TRY(grade(m - 1 - i, window.end - 1 - i, back_));
@@ -235,10 +254,9 @@ qsys_status Aligner::scanEnds(const Task &task, Window window, EndMatches &ends)
   return QSYS_STATUS_OK;
 }
 
-qsys_status Aligner::alignWithOneEdit(Task &task, Window window) {
+qsys_status Aligner::outlineWithOneEdit(Characters word, const qoc_ocrDictionaryRunParams &params, Window window) {
   const std::int32_t m = rows_.size();
   const std::int32_t k = window.size();
-  const qoc_ocrDictionaryRunParams &params = *task.params;
   if (std::abs(m - k) > 1) {
     return QSYS_STATUS_OK;
   }
@@ -247,37 +265,82 @@ qsys_status Aligner::alignWithOneEdit(Task &task, Window window) {
   if (std::int64_t{ends.numFront} + ends.numBack + 1 < m) {
     return QSYS_STATUS_OK;
   }
-  QOC_TRY(scanEnds(task, window, ends));
+  QOC_TRY(scanEnds(word, window, ends));
+  // Front, the edit's status if it has one, and back; or the index of the position that is extra.
   const std::int32_t numEnds = ends.numFront + ends.numBack;
-  if (k == m && params.matchOption1 != 0 && numEnds + 1 >= m) {
-    QOC_TRY(fileOneEdit(task, window, qoc_ocrDictionaryPositionStatus_substituted, -1));
+  const bool isSubstituted = k == m && params.matchOption1 != 0 && numEnds + 1 >= m;
+  const bool isMissing = m == k + 1 && params.matchOption2 != 0 && numEnds + 1 >= m;
+  const bool isExtra = m == k - 1 && params.matchOption4 != 0 && numEnds >= m;
+  if (!isSubstituted && !isMissing && !isExtra) {
+    return QSYS_STATUS_OK;
   }
-  if (m == k + 1 && params.matchOption2 != 0 && numEnds + 1 >= m) {
-    QOC_TRY(fileOneEdit(task, window, qoc_ocrDictionaryPositionStatus_inserted, -1));
+  const std::size_t list = numOutlines_;
+  std::vector<Status> &statuses = statuses_[list];
+  deleted_[list].clear();
+  if (isExtra) {
+    deleted_[list].push_back(window.start + ends.numFront);
+  } else {
+    statuses.push_back(isSubstituted ? qoc_ocrDictionaryPositionStatus_substituted
+                                     : qoc_ocrDictionaryPositionStatus_inserted);
   }
-  if (m == k - 1 && params.matchOption4 != 0 && numEnds >= m) {
-    QOC_TRY(fileOneEdit(task, window, 0, window.start + ends.numFront));
-  }
+  statuses.insert(statuses.end(), back_.begin(), back_.end());
+  add(window, 1, list, false, 0);
   return QSYS_STATUS_OK;
 }
 
-/// Files front, the edit's status unless it is 0, and back; and the deleted index unless it is negative.
-qsys_status Aligner::fileOneEdit(Task &task, Window window, qoc_ocrDictionaryPositionStatus edit,
-                                 std::int32_t deleted) {
-  QOC_TRY(task.begin(window, matches_.size()));
-  qoc_ocrDictionaryResult &result = task.candidate;
-  QOC_TRY(append(result, front_));
-  if (edit != 0) {
-    QOC_TRY(append(result, edit));
+/// Makes the copy of the reading that the results show: one for all of them.
+qsys_status Aligner::shareReading() {
+  if (hasShared_) {
+    return QSYS_STATUS_OK;
   }
-  QOC_TRY(append(result, back_));
-  if (deleted >= 0) {
-    QOC_TRY(qstd_vector32s_pushBack(&result.deleted, &deleted));
+  QOC_TRY(qoc_ocrDictionaryStringMulti_constructCopy(&shared_, &matches_.reading()));
+  hasShared_ = true;
+  return shareElements(shared_.positions.core);
+}
+
+/// assign(vector, elements) gives a vector of plain elements copies of a span.
+template <class Assign>
+qsys_status Aligner::fillBy(Assign assign, const Outline &outline, const qoc_ocrDictionaryString &word,
+                            qoc_ocrDictionaryResult &result) {
+  result.isComputed = 1;
+  result.mode = qoc_ocrDictionaryMode_lexicon;
+  result.numIgnoredPrefixCharacters = outline.window.start;
+  result.numIgnoredSuffixCharacters = matches_.size() - outline.window.end;
+  result.numEdits = outline.numEdits;
+  const Window shown = outline.isOfTable ? Window{outline.window.start + outline.numInFront, outline.window.end}
+                                         : Window{0, matches_.size()};
+  if (shown.size() == matches_.size()) {
+    QOC_TRY(shareReading());
+    QOC_TRY(qoc_ocrDictionaryStringMulti_assign(&result.given, &shared_));
+  } else {
+    QOC_TRY(qstd_vector_qoc_ocrDictionaryCharMulti_assignElements(
+        &result.given.positions, view(matches_.reading()).data() + shown.start, shown.size()));
   }
-  result.numEdits = 1;
-  QOC_TRY(qoc_ocrDictionaryStringMulti_assign(&result.given, &matches_.reading()));
-  QOC_TRY(qoc_ocrDictionaryString_assign(&result.dictionaryString, &task.word));
-  return qoc_ocrDictionaryResultBuckets_add(&task.buckets, &result);
+  // Deliberate: extra positions in front take as many characters of the word with them.
+  if (outline.numInFront > 0) {
+    QOC_TRY(qoc_ocrDictionaryString_getSubstrExtend(&word, 0, outline.numInFront, &result.dictionaryString.characters));
+    QOC_TRY(qstd_vector_qoc_ocrDictionaryChar_append(&result.dictionaryString.characters, &word.characters));
+  } else {
+    QOC_TRY(assign(result.dictionaryString.characters.core, view(word)));
+  }
+  QOC_TRY(assign(result.resultStringStatus.core, outline.statuses));
+  return assign(result.deleted.core, outline.deleted);
+}
+
+qsys_status Aligner::fill(const Outline &outline, const qoc_ocrDictionaryString &word,
+                          qoc_ocrDictionaryResult &result) {
+  const auto assign = [](qstd_vector &vector, auto elements) {
+    return qstd_vector__assignElements(&vector, elements.data(), static_cast<std::int32_t>(elements.size()));
+  };
+  return fillBy(assign, outline, word, result);
+}
+
+qsys_status Aligner::fill(const Outline &outline, const qoc_ocrDictionaryString &word, ElementPool &pool,
+                          qoc_ocrDictionaryResult &result) {
+  const auto assign = [&pool](qstd_vector &vector, auto elements) {
+    return pool.placeCopies(vector, elements.data(), static_cast<std::int32_t>(elements.size()));
+  };
+  return fillBy(assign, outline, word, result);
 }
 
 }  // namespace qoc
@@ -290,7 +353,7 @@ qsys_status qoc_ocrDictionaryString_matchMulti(const qoc_ocrDictionaryString *st
     return QSYS_STATUS_OK;
   }
   return qoc::inFrame<1>([&](qoc::Frame<1> &) -> qsys_status {
-    qoc::ReadingMatches matches(*reading, set);
+    const qoc::ReadingMatches matches(*reading, set);
     return qoc::Aligner(matches, qoc::Aligner::Kind::multi).align(*string, params, *results);
   });
 }
@@ -302,7 +365,7 @@ qsys_status qoc_ocrDictionaryString_match(const qoc_ocrDictionaryString *string,
     return QSYS_STATUS_OK;
   }
   return qoc::withReadingOf(*input, [&](const qoc_ocrDictionaryStringMulti &reading) -> qsys_status {
-    qoc::ReadingMatches matches(reading, set);
+    const qoc::ReadingMatches matches(reading, set);
     return qoc::Aligner(matches, qoc::Aligner::Kind::plain).align(*string, params, *results);
   });
 }

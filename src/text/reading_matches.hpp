@@ -1,11 +1,16 @@
 #pragma once
-// Which positions of a reading a character matches, worked out once for every character that is asked for.
+// Which positions of a reading a character matches, as bits, worked out once for the reading.
+//
+// A character matches a position when it equals a candidate, or is equivalent to one under the swap set. Equivalence is
+// transitive, so the codes fall into classes, and every class has one code that stands for it. The reading is gone
+// through once: each candidate sets its position in the row of its class. What a character matches is then the row of
+// its class. The reserved codes have rows of their own: the empty code matches nothing; the code that matches anything,
+// as a candidate, sets its position in every row but that one.
 
 #include <qoc/swap_char_set.h>
 
 #include <cstdint>
 #include <span>
-#include <unordered_map>
 #include <vector>
 
 #include "text/views.hpp"
@@ -18,16 +23,20 @@ struct Window {
   std::int32_t size() const noexcept { return end - start; }
 };
 
-/// The answers of qoc_ocrDictionaryChar_isMatchMulti for a reading, a bit for every position, kept by character code.
+/// The answers of qoc_ocrDictionaryChar_isMatchMulti for a reading, a bit for every position, by character code.
 ///
 /// Neither the reading nor the set may change while the object lives.
 class ReadingMatches {
  public:
-  ReadingMatches(const qoc_ocrDictionaryStringMulti &reading, const qoc_swapCharSet *set)
-      : reading_(reading), set_(set), numWords_((view(reading).size() + 63) / 64) {}
+  ReadingMatches(const qoc_ocrDictionaryStringMulti &reading, const qoc_swapCharSet *set);
+  ReadingMatches(const ReadingMatches &) = delete;
+  ReadingMatches &operator=(const ReadingMatches &) = delete;
 
-  /// The positions that match a code, as bits; valid until the object dies.
-  qsys_status row(Char32 code, const std::uint64_t *&bits);
+  /// The positions that match a code, as numWords() words of bits; valid until the object dies.
+  const std::uint64_t *row(Char32 code) const noexcept {
+    const std::size_t index = code < std::size(small_) && small_[code] != 0 ? small_[code] : findRow(code);
+    return rows_.data() + index * numWords_;
+  }
 
   static bool test(const std::uint64_t *bits, std::int32_t position) noexcept {
     return (bits[position / 64] >> (position % 64) & 1u) != 0;
@@ -36,19 +45,32 @@ class ReadingMatches {
   const qoc_ocrDictionaryStringMulti &reading() const noexcept { return reading_; }
   const qoc_swapCharSet *set() const noexcept { return set_; }
   std::int32_t size() const noexcept { return sizeOf(reading_); }
+  std::size_t numWords() const noexcept { return numWords_; }
 
  private:
+  /// The first rows; those of the classes that the reading holds stand behind them.
+  enum : std::uint32_t { rowOfEmpty = 0, rowOfAny = 1, rowOfOthers = 2, numFixedRows = 3 };
+
+  std::size_t findRow(Char32 code) const noexcept;
+  std::uint32_t addRow(Char32 representative);
+  Char32 representativeOf(Char32 code) const noexcept;
+  std::uint32_t *slotOf(Char32 representative) noexcept;
+  const std::uint32_t *slotOf(Char32 representative) const noexcept;
+  void growSlots();
+
   const qoc_ocrDictionaryStringMulti &reading_;
-  const qoc_swapCharSet *set_;
+  const qoc_swapCharSet *set_;  // Null where no group has a character.
   std::size_t numWords_;
-  const std::uint64_t *small_[128] = {};  // The rows of 7-bit codes, which are most.
-  std::unordered_map<Char32, std::vector<std::uint64_t>> rows_;
+  std::vector<std::uint64_t> rows_;
+  std::uint32_t small_[128] = {};        // The rows of 7-bit codes that stand for their class; 0 where there is none.
+  std::vector<Char32> representatives_;  // Of the rows behind the fixed ones.
+  std::vector<std::uint32_t> slots_;  // Hash table of the rows whose representatives have more than 7 bits; 0 is free.
 };
 
 /// A dictionary string beside a reading: for each of its characters the positions that match it.
 class WordRows {
  public:
-  qsys_status set(Characters word, ReadingMatches &matches);
+  void set(Characters word, const ReadingMatches &matches);
   std::int32_t size() const noexcept { return static_cast<std::int32_t>(rows_.size()); }
   bool isMatch(std::int32_t i, std::int32_t position) const noexcept {
     return ReadingMatches::test(rows_[static_cast<std::size_t>(i)], position);

@@ -51,7 +51,11 @@ inline void require(qsys_status status) {
   X(qstd_vector_qoc_ocrDictionaryRegularExpression, qoc_ocrDictionaryRegularExpression) \
   X(qstd_vector_qoc_ocrDictionaryResult, qoc_ocrDictionaryResult)                       \
   X(qstd_vector_vector_qoc_ocrDictionaryResult, qstd_vector_qoc_ocrDictionaryResult)    \
-  X(qstd_vector_qoc_ocrDictionaryResultSet, qoc_ocrDictionaryResultSet)
+  X(qstd_vector_qoc_ocrDictionaryResultSet, qoc_ocrDictionaryResultSet)                 \
+  X(qstd_vector_qoc_checkDigitRule, qoc_checkDigitRule)                                 \
+  X(qstd_vector_qoc_ocrDictionaryConfusion, qoc_ocrDictionaryConfusion)                 \
+  X(qstd_vector_qoc_ocrDictionaryEntryCheck, qoc_ocrDictionaryEntryCheck)               \
+  X(qstd_vector_qoc_ocrDictionaryResolvedText, qoc_ocrDictionaryResolvedText)
 
 /// Every object type with a default constructor.
 #define QOC_TEST_OBJECTS(X)             \
@@ -78,7 +82,14 @@ inline void require(qsys_status status) {
   X(qoc_ocrDictionaryPositionFielding)  \
   X(qoc_ocrDictionaryLineFielding)      \
   X(qoc_ocrDictionaryRegularExpression) \
-  X(qoc_ocrDictionary)
+  X(qoc_ocrDictionary)                  \
+  X(qoc_checkDigitRule)                 \
+  X(qoc_ocrDictionaryConfusion)         \
+  X(qoc_ocrDictionaryEntryCheck)        \
+  X(qoc_ocrDictionaryResolverRules)     \
+  X(qoc_ocrDictionaryResolvedText)      \
+  X(qoc_ocrDictionaryResolution)        \
+  X(qoc_ocrDictionaryResolver)
 
 /// The members of the vector family of V, by name: Family<V>::pushBack(vector, element).
 template <class V>

@@ -228,7 +228,7 @@ class FaultsTest(ProgramTest):
 
     def test_encodings(self):
         self.assert_refused(HOCR.encode("utf-16"), "document:1: byte 1", "UTF-16", "expected UTF-8")
-        self.assert_refused(HOCR.replace("plain", "plän").encode("latin-1"), "document:25: byte ", "is not UTF-8")
+        self.assert_refused(HOCR.replace("plain", "plän").encode("latin-1"), "document:20: byte ", "is not UTF-8")
         self.assert_refused(HOCR.replace("plain", "pl\0in"), "U+0000")
         self.assert_refused(HOCR.replace("plain", "&#xD800;"), "is not UTF-8")
         self.assert_refused(HOCR.replace("plain", "&#xF801;"), "U+F801 is reserved")

@@ -50,8 +50,9 @@ class ExplainTest(ProgramTest):
         dictionary = self.write("swaps.json", {"lexicons": [{"words": ["SOS", "corn", "modern"]}],
                                                "swaps": {"groups": ["5S", "0O"], "sequences": [["rn", "m"]]}})
         answer, = self.explain("-d", dictionary, stdin="50S\n")
-        self.assertEqual(self.marks(answer["results"][0]), "~~.")
-        self.assertEqual(answer["results"][0]["positions"][0]["meaning"], 'the first candidate, "5", may stand for "S"')
+        self.assertEqual(self.marks(answer["results"][0]), "::.")
+        self.assertEqual(answer["results"][0]["positions"][0]["meaning"],
+                         'no candidate is "S", but "5" may stand for it')
         answer, = self.explain("-d", dictionary, stdin="com\n")
         self.assertEqual([(position["read"], position["is"]) for position in answer["results"][0]["positions"]],
                          [("c", "c"), ("o", "o"), ("m", "r"), (None, "n")])
@@ -77,16 +78,20 @@ class ExplainTest(ProgramTest):
     def test_the_deciding_key_is_the_first_that_differs(self):
         # Edits come before everything else.
         answer, = self.explain("-d", self.dictionary("word", "cord", maxEdits=1), stdin="word\n")
-        self.assertEqual([result["decidedBy"] and result["decidedBy"]["key"] for result in answer["results"]],
-                         [None, "edits"])
+        self.assertEqual((answer["results"][0]["text"], answer["results"][0]["decidedBy"]), ("word", None))
+        self.assertEqual(answer["results"][1]["decidedBy"], {"key": "edits", "before": "0", "here": "1", "order": "lower first"})
 
-    def test_the_score_decides_where_it_ranks(self):
-        # Both are read without an edit and with the same statuses; a swap takes away from the score of one.
-        dictionary = self.write("d.json", {"lexicons": [{"words": ["a5", "aS"]}], "swaps": {"groups": ["5S"]}})
+    def test_the_orders_have_keys_of_their_own(self):
+        # One word leaves out the last character, the other one replaces it.
+        dictionary = self.dictionary("ab", "abx", maxEdits=1)
+        found = {}
+        for order in ("edits", "primary", "primary-secondary"):
+            answer, = self.explain("-d", dictionary, "--ranking", order, stdin="abc\n")
+            first, second = answer["results"][:2]
+            found[order] = (first["text"], second["text"], *second["decidedBy"].values())
+        self.assertEqual(found["edits"], ("abx", "ab", "characters left out", "0", "1", "lower first"))
         for order in ("primary", "primary-secondary"):
-            answer, = self.explain("-d", dictionary, "--ranking", order, stdin='{"positions":[[["a",9]],[["5",8],["S",3]]]}\n')
-            keys = [result["decidedBy"]["key"] for result in answer["results"][1:]]
-            self.assertLessEqual(set(keys), {"first candidates used", "candidates used", "worst status", "score"})
+            self.assertEqual(found[order], ("ab", "abx", "worst status", "primary", "substituted", "lower first"))
 
     def test_selection(self):
         lines = '{"id":"a","text":"word"}\n{"id":7,"text":"word"}\n{"id":"b","text":"other"}\n'

@@ -5,6 +5,7 @@
 #include "explain.hpp"
 #include "fit_parameters.hpp"
 #include "generate.hpp"
+#include "learn.hpp"
 #include "report.hpp"
 #include "run.hpp"
 #include "run_parameters.hpp"
@@ -187,6 +188,34 @@ template <typename P> Specs parameterOptions(const ParameterTable<P> &table, Ove
   return specs;
 }
 
+/// How one text is chosen.
+Specs resolvingOptions() {
+  OptionSpec margin = number("--min-margin", "Points by which a text must lead for \"sure\"",
+                             [](Options &options, long long points) {
+                               const auto units = static_cast<std::int32_t>(points * 100);
+                               options.ruleOverrides.emplace_back(
+                                   [units](qoc_ocrDictionaryResolverRules &rules) { rules.minMargin = units; });
+                             });
+  margin.greatest = 1000000;
+  OptionSpec alternatives = number("--alternatives", "Other texts to give behind the best one; default 0",
+                                   [](Options &options, long long n) {
+                                     const auto numTexts = static_cast<std::int32_t>(n) + 1;
+                                     options.ruleOverrides.emplace_back([numTexts](qoc_ocrDictionaryResolverRules &rules) {
+                                       rules.maxTexts = numTexts;
+                                     });
+                                   });
+  alternatives.greatest = 999;
+  Specs specs = {std::move(margin),
+                 flag("--require-check", "A text without a check digit is not \"sure\"",
+                      [](Options &options) {
+                        options.ruleOverrides.emplace_back(
+                            [](qoc_ocrDictionaryResolverRules &rules) { rules.requiresCheck = 1; });
+                      }),
+                 std::move(alternatives)};
+  for (OptionSpec &spec : specs) spec.group = "The resolved text, overriding \"resolving\" of the dictionary file";
+  return specs;
+}
+
 constexpr const char *readingExitCodes =
     "0 every reading had a result, 1 some had none, 2 bad usage, bad input or interrupted";
 constexpr const char *plainExitCodes = "0 success, 2 bad usage, bad input or interrupted";
@@ -199,12 +228,13 @@ std::vector<CommandSpec> makeTable() {
   table.push_back({"run",
                    "Match readings with a dictionary",
                    {"Matches every reading with the dictionary's entries and writes the ranked results, as a table or as "
-                    "NDJSON with an object for each reading.",
+                    "NDJSON with an object for each reading; and the one text that the reading is taken for, its margin "
+                    "over the next one, and whether it is \"sure\", \"unsure\" or there is \"none\".",
                     interruption},
                    true,
                    joined({{dictionaryOption()}, inputOptions(), outputOptions("Write NDJSON, an object for each reading, "
                                                                                "instead of a table"),
-                           documentOptions(), workOptions(), runOptions}),
+                           documentOptions(), workOptions(), runOptions, resolvingOptions()}),
                    true,
                    readingExitCodes,
                    {"qoc run --dictionary words.json --max-edits 1 readings.ndjson",
@@ -280,13 +310,36 @@ std::vector<CommandSpec> makeTable() {
   table.push_back({"check",
                    "Validate a dictionary and name all its faults",
                    {"Reads the dictionary as every command does, but does not end at the first fault: it names each, with "
-                    "the place where it stands. Of a file that is no JSON it names the first fault only."},
+                    "the place where it stands; of a file that is no JSON only the first."},
                    false,
                    {dictionaryOption(), jsonOption("Write NDJSON, an object for each fault and one at the end")},
                    false,
                    "0 the dictionary has no faults, 1 it has some, 2 bad usage, or it cannot be read",
                    {"qoc check --dictionary words.json"},
                    checkDictionary});
+  OptionSpec threshold = number("--threshold", "How often a confusion must be seen to be learnt; default 3",
+                                [](Options &options, long long n) { options.threshold = static_cast<std::size_t>(n); });
+  threshold.least = 1;
+  OptionSpec folds = number("--parts", "Parts for the cross-validation; default 5",
+                            [](Options &options, long long n) { options.numFolds = static_cast<unsigned>(n); });
+  folds.least = 2;
+  folds.greatest = 1000;
+  table.push_back({"learn",
+                   "Learn what a reader confuses from readings whose truth is known",
+                   {"Aligns every reading that has a \"truth\" with it, counts what was read for what, and writes the "
+                    "confusions that were seen often enough: with their counts, the penalty that follows from them, how "
+                    "many more readings each alone makes right and wrong, and the sections for a dictionary file.",
+                    "What it says of all of them together is cross-validated: each part of the readings is judged with "
+                    "what the other parts teach.",
+                    interruption},
+                   true,
+                   joined({{dictionaryOption(), jsonOption("Write one JSON object instead of a table"), std::move(threshold),
+                            std::move(folds)},
+                           inputOptions(), runOptions, resolvingOptions()}),
+                   false,
+                   plainExitCodes,
+                   {"qoc learn --dictionary serials.json readings.ndjson"},
+                   learn});
   table.push_back({"swaps",
                    "Print what a dictionary's swaps make equivalent",
                    {},

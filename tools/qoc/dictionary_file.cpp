@@ -2,6 +2,7 @@
 
 #include "fit_parameters.hpp"
 #include "line_reader.hpp"
+#include "resolving.hpp"
 #include "run_parameters.hpp"
 #include "trouble.hpp"
 
@@ -42,17 +43,19 @@ void readDictionaryText(std::string_view text, const std::string &name, const st
 #define QOC_DICTIONARY_KEY(key, read) key,
   root.attempt([&] { root.requireObject({QOC_DICTIONARY_SECTIONS(QOC_DICTIONARY_KEY)}); });
 #undef QOC_DICTIONARY_KEY
+  into.rules->maxTexts = 1;
   for (const Section &section : sections) {
     if (root.has(section.key)) root.attempt([&] { section.read(root.member(section.key), into); });
   }
+  addReadyConfusions(*into.rules.get(), into.name);
 }
 
 void requireEntries(const DictionaryFile &file) {
   qsys_bool isEmpty = 0;
   check(qoc_ocrDictionary_getIsEmpty(file.dictionary.get(), &isEmpty), file.name);
   if (isEmpty != 0) {
-    throw Trouble(file.name + ": the dictionary has no entries; expected at least one in \"lexicons\", \"fieldings\" "
-                              "or \"regularExpressions\"");
+    throw Trouble(file.name + ": the dictionary has no entries; expected at least one in \"lexicons\", "
+                              "\"fieldings\", \"regularExpressions\" or \"shapes\"");
   }
 }
 

@@ -18,6 +18,8 @@ struct DictionaryFile {
   Dictionary dictionary;
   RunParams params;                ///< The defaults, and over them what the file says.
   FitParams fitParams;             ///< The same for the fielding run.
+  ResolverRules rules;             ///< How one text is chosen: the program's own rules, and over them what the file says.
+  Resolver resolver;               ///< Made of all of it, once it is complete.
   std::string name;                ///< What messages call the file.
   std::filesystem::path directory; ///< Where the file lies; paths in it start there.
 
@@ -30,9 +32,11 @@ struct DictionaryFile {
   X("lexicons", readLexicons)                                                                                          \
   X("fieldings", readFieldings)                                                                                        \
   X("regularExpressions", readRegularExpressions)                                                                      \
+  X("shapes", readShapes)                                                                                              \
   X("swaps", readSwaps)                                                                                                \
   X("parameters", readParameters)                                                                                      \
-  X("fitParameters", readFitParameters)
+  X("fitParameters", readFitParameters)                                                                                \
+  X("resolving", readResolving)
 
 #define QOC_DECLARE_DICTIONARY_SECTION(key, read) void read(const JsonNode &node, DictionaryFile &into);
 QOC_DICTIONARY_SECTIONS(QOC_DECLARE_DICTIONARY_SECTION)

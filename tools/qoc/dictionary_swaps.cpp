@@ -27,9 +27,12 @@ struct ReadySet {
 };
 
 constexpr const char *digitsAndLetters[] = {"0ODQ", "1Il", "5S", "8B", "2Z", "6G"};
+constexpr const char *lookAlikes[] = {"0OoQD", "1Il|i!", "5Ss$", "8B&", "2Zz", "6Gb", "cC",
+                                      "xX",    "vV",     "wW",   "uU",  "kK",  "pP",  "jJ"};
 constexpr Sequence ligatures[] = {{"rn", "m"}, {"cl", "d"}, {"vv", "w"}, {"li", "h"}};
 constexpr ReadySet readySets[] = {
     {"ocr-digits-letters", digitsAndLetters, {}},
+    {"ocr-look-alikes", lookAlikes, {}},
     {"ocr-ligatures", {}, ligatures},
 };
 

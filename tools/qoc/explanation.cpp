@@ -23,6 +23,7 @@ public:
   Layout(const Reading &reading, const qoc_ocrDictionaryResult &result, const std::vector<Char32> &text)
       : reading_(reading), result_(result), text_(text), matched_(elements(result.givenSwap.positions)),
         indices_(elements(result.inputIndices)) {
+    if (matched_.empty()) matched_ = elements(result.given.positions); // Without swaps it need not be there.
     const std::span<const std::int32_t> deleted = elements(result.deleted);
     deleted_.insert(deleted.begin(), deleted.end());
   }
@@ -87,6 +88,8 @@ private:
   }
 
   std::string meaningOf(const ExplanationColumn &column, std::size_t v, std::size_t r) const {
+    const bool isBeyond = column.begin == column.end && column.character.empty();
+    if (isBeyond) return "a further status of the library's, beyond the reading and the text";
     const std::string is = column.character.empty() ? "a character left open" : quoted(column.character);
     switch (column.status) {
     case qoc_ocrDictionaryPositionStatus_primary: return "the first candidate";
@@ -120,6 +123,8 @@ private:
         return "candidate " + std::to_string(k + 1) + ", score " + scoreText(candidates[k]) + "; printed was " +
                quoted(column.read) + ", score " + scoreText(candidates.front());
       }
+      const std::string one = candidates.size() == 1 ? quoted(column.read) : quoted(column.read) + " or another candidate";
+      return "no candidate is " + quoted(column.character) + ", but " + one + " may stand for it";
     }
     return "another candidate than " + quoted(column.read);
   }

@@ -3,6 +3,7 @@
 #include "command_table.hpp"
 #include "marks.hpp"
 
+#include <set>
 #include <sstream>
 
 namespace qoc::program {
@@ -110,6 +111,12 @@ std::string commandPage(const CommandSpec &command) {
   return page.str();
 }
 
+std::string crossReferences(const std::set<std::string> &commands) {
+  std::string text;
+  for (const std::string &command : commands) text += (text.empty() ? ".Xr qoc-" : " ,\n.Xr qoc-") + command + " 1";
+  return text;
+}
+
 std::string mainPage() {
   std::ostringstream page;
   addHead(page, "qoc", "match what an OCR engine read with what it can be");
@@ -117,22 +124,23 @@ std::string mainPage() {
           "takes what an OCR engine read, best as several scored candidate characters\nfor every position, and a "
           "dictionary of what the text may be, and gives the\nranked ways in which the reading can be a dictionary "
           "text.\n.Pp\nThe commands, each with a page of its own:\n.Bl -tag -width Ds\n";
-  std::string seeAlso;
+  std::set<std::string> seeAlso;
   for (const CommandSpec &command : commandTable()) {
     if (command.isHidden) continue;
     page << ".It Xr qoc-" << command.name << " 1\n" << plain(command.summary) << ".\n";
-    seeAlso += (seeAlso.empty() ? ".Xr qoc-" : " ,\n.Xr qoc-") + command.name + " 1";
+    seeAlso.insert(command.name);
   }
   page << ".El\n.Pp\nResults go to standard output, everything else to standard error.\n.Sh OPTIONS\n"
           ".Bl -tag -width Ds\n.It Fl h , Fl -help\nPrint help and exit; behind a command, the command's.\n"
           ".It Fl -version\nPrint the version and exit.\n.El\n";
   addEnvironment(page);
   page << ".Sh EXIT STATUS\n.Bl -tag -width Ds -compact\n.It 0\nSuccess; every reading had a result.\n.It 1\n"
-          "Some readings had none, or a dictionary has faults.\n.It 2\nBad usage, bad input, or interrupted. A message "
-          "on standard error says where and what was expected; what was\nfinished before it is written in full.\n.El\n"
+          "Some readings had none, or a dictionary has faults.\n.It 2\nBad usage, bad input, or interrupted.\n"
+          "A message on standard error says where and what was expected; what was\nfinished before it is written in full.\n.El\n"
           ".Sh EXAMPLES\n.Dl \"qoc run --dictionary words.json --max-edits 1 readings.ndjson\"\n"
           ".Dl \"ocr page.png | qoc run -d words.json --json\"\n.Sh SEE ALSO\n"
-       << seeAlso << "\n.Pp\nThe documents\n.Pa dictionary-file.md ,\n.Pa dictionary.schema.json\nand\n.Pa readings.md\n"
+       << crossReferences(seeAlso)
+       << "\n.Pp\nThe documents\n.Pa dictionary-file.md ,\n.Pa dictionary.schema.json\nand\n.Pa readings.md\n"
           "describe the dictionary file, the readings and the output.\n";
   return page.str();
 }

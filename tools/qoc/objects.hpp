@@ -56,6 +56,14 @@ using SwapChar = Owned<qoc_swapChar, qoc_swapChar_construct, qoc_swapChar_destru
 using SwapChars = Owned<qstd_vector_qoc_swapChar, qstd_vector_qoc_swapChar_constructEmpty,
                         qstd_vector_qoc_swapChar_destruct>;
 using SwapCharSet = Owned<qoc_swapCharSet, qoc_swapCharSet_construct, qoc_swapCharSet_destruct>;
+using ResolverRules = Owned<qoc_ocrDictionaryResolverRules, qoc_ocrDictionaryResolverRules_construct,
+                            qoc_ocrDictionaryResolverRules_destruct>;
+using Resolver =
+    Owned<qoc_ocrDictionaryResolver, qoc_ocrDictionaryResolver_construct, qoc_ocrDictionaryResolver_destruct>;
+using Resolution =
+    Owned<qoc_ocrDictionaryResolution, qoc_ocrDictionaryResolution_construct, qoc_ocrDictionaryResolution_destruct>;
+using EntryCheck =
+    Owned<qoc_ocrDictionaryEntryCheck, qoc_ocrDictionaryEntryCheck_construct, qoc_ocrDictionaryEntryCheck_destruct>;
 using Integers = Owned<qstd_vector32s, qstd_vector32s_constructEmpty, qstd_vector32s_destruct>;
 
 #define QOC_PROGRAM_ELEMENTS(V, T)                                                                                     \
@@ -74,6 +82,7 @@ QOC_PROGRAM_ELEMENTS(qstd_vector_qoc_ocrDictionaryChar, qoc_ocrDictionaryChar)
 QOC_PROGRAM_ELEMENTS(qstd_vector_qoc_ocrDictionaryCharMulti, qoc_ocrDictionaryCharMulti)
 QOC_PROGRAM_ELEMENTS(qstd_vector_qoc_ocrDictionaryPositionStatus, qoc_ocrDictionaryPositionStatus)
 QOC_PROGRAM_ELEMENTS(qstd_vector_qoc_ocrDictionaryResult, qoc_ocrDictionaryResult)
+QOC_PROGRAM_ELEMENTS(qstd_vector_qoc_ocrDictionaryResolvedText, qoc_ocrDictionaryResolvedText)
 QOC_PROGRAM_ELEMENTS(qstd_vector_qoc_ocrDictionaryLexicon, qoc_ocrDictionaryLexicon)
 #undef QOC_PROGRAM_ELEMENTS
 

@@ -7,6 +7,7 @@
 #include "readings.hpp"
 
 #include <qoc/fielding_run.h>
+#include <qoc/resolver.h>
 #include <qoc/run_params.h>
 
 #include <cstdint>
@@ -31,9 +32,12 @@ struct Options {
   std::string output;       ///< Where documents and reports go; empty for standard output.
   bool isEveryLine = false; ///< The fielding run gives a result for each line of the dictionary.
   std::string id;           ///< The only reading to explain; empty for all.
+  std::size_t threshold = 3; ///< How often a confusion must be seen to be learnt.
+  unsigned numFolds = 5;     ///< Parts for the cross-validation of what is learnt.
   std::string images;       ///< Where pictures lie that readings do not name.
   std::string title = "What was read, and what it is"; ///< Of a report.
   Overrides<qoc_ocrDictionaryRunParams> overrides;     ///< What is to change in the dictionary file's run parameters.
+  Overrides<qoc_ocrDictionaryResolverRules> ruleOverrides; ///< The same for the choice of one text.
   Overrides<qoc_ocrDictionaryFieldingRunParams> fitOverrides; ///< The same for the fielding run.
   int (*command)(const Options &options) = nullptr;           ///< What is asked for; gives the exit code.
 };

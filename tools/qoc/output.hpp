@@ -19,6 +19,8 @@ struct Answer {
   ResultSet results;
   std::vector<std::size_t> lines; ///< For each result of a fielding run the line's index; empty for other runs.
   std::vector<LeftOut> leftOut;   ///< What of the reading was not handed to the library.
+  Resolution resolution;          ///< The texts that it can be, best first.
+  bool isResolved = false;        ///< False for a fielding run, which resolves nothing.
 };
 
 /// The text of a result, character by character: its word; or else what each position may be, which is the reading's

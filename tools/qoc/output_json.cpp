@@ -221,6 +221,32 @@ OrderedJson resultOf(const qoc_ocrDictionaryResult &result, const Reading &readi
   return object;
 }
 
+/// A text that the reading can be, and how it came about.
+OrderedJson resolvedTextOf(const qoc_ocrDictionaryResolvedText &text) {
+  OrderedJson object;
+  object["text"] = textOf(text.text);
+  object["total"] = GivenScores::inPoints(text.total);
+  object["margin"] = GivenScores::inPoints(text.margin);
+  object["mode"] = modeOf(text.mode);
+  object["result"] = text.resultIndex < 0 ? OrderedJson() : OrderedJson(text.resultIndex);
+  object["check"] = text.hasCheck == 0 ? OrderedJson() : OrderedJson(text.passesCheck != 0);
+  object["open"] = text.numOpen;
+  object["inputs"] = numbersOf(text.inputIndices);
+  object["candidates"] = numbersOf(text.candidateIndices);
+  return object;
+}
+
+/// What came of resolving: the best text with the outcome, and the others.
+OrderedJson resolvedOf(const qoc_ocrDictionaryResolution &resolution) {
+  const std::span<const qoc_ocrDictionaryResolvedText> texts = elements(resolution.texts);
+  OrderedJson object;
+  object["outcome"] = qoc_ocrDictionaryOutcome_getName(resolution.outcome);
+  if (!texts.empty()) object.update(resolvedTextOf(texts.front()));
+  OrderedJson &list = object["alternatives"] = OrderedJson::array();
+  for (std::size_t i = 1; i < texts.size(); ++i) list.push_back(resolvedTextOf(texts[i]));
+  return object;
+}
+
 } // namespace
 
 void addCompanions(nlohmann::ordered_json &object, const Reading &reading) {
@@ -245,6 +271,7 @@ std::string describeAsJson(const Reading &reading, const Answer &answer) {
   object["text"] = reading.text();
   addCompanions(object, reading);
   object["leftOut"] = leftOutOf(reading, answer);
+  if (answer.isResolved) object["resolved"] = resolvedOf(*answer.resolution.get());
   OrderedJson &list = object["results"] = OrderedJson::array();
   for (const qoc_ocrDictionaryResult &result : elements(answer.results->results)) {
     const std::size_t i = list.size();

@@ -4,6 +4,7 @@
 #include "text.hpp"
 
 #include <algorithm>
+#include <cstdio>
 #include <vector>
 
 namespace qoc::program {
@@ -94,6 +95,34 @@ std::string describeLeftOut(const Reading &reading, const Answer &answer) {
   return row.finish();
 }
 
+/// Points with two decimals at most.
+std::string pointsOf(std::int32_t units) {
+  char text[32];
+  std::snprintf(text, sizeof text, "%.2f", units / 100.0);
+  std::string points = text;
+  while (points.back() == '0') points.pop_back();
+  if (points.back() == '.') points.pop_back();
+  return points;
+}
+
+/// The texts that the reading can be, best first: the best one with the outcome.
+std::string describeResolution(const Answer &answer) {
+  std::string lines;
+  if (!answer.isResolved) return lines;
+  for (const qoc_ocrDictionaryResolvedText &text : elements(answer.resolution->texts)) {
+    Row row(false);
+    addCell(row, "", idWidth);
+    addCell(row, lines.empty() ? qoc_ocrDictionaryOutcome_getName(answer.resolution->outcome) : "or", textWidth);
+    std::vector<Char32> codes;
+    for (const qoc_ocrDictionaryChar &character : elements(text.text.characters)) codes.push_back(character.code);
+    addText(row, codes, {}, textWidth);
+    row.add("margin " + pointsOf(text.margin));
+    if (text.hasCheck != 0) row.add(text.passesCheck != 0 ? ", check passed" : ", check failed");
+    lines += row.finish();
+  }
+  return lines;
+}
+
 } // namespace
 
 std::string tableHead() {
@@ -133,7 +162,7 @@ std::string describeAsTable(const Reading &reading, const Answer &answer, bool i
     row.add("no result");
     lines = row.finish();
   }
-  return lines + describeLeftOut(reading, answer);
+  return lines + describeResolution(answer) + describeLeftOut(reading, answer);
 }
 
 const char *sourceName(qoc_ocrDictionaryMode mode) {

@@ -3,6 +3,8 @@
 #include "marks.hpp"
 #include "text.hpp"
 
+#include <cstdio>
+
 namespace qoc::program {
 namespace {
 
@@ -16,6 +18,19 @@ std::string textOf(const qoc_ocrDictionaryResult &result) {
   std::string text;
   for (const Char32 code : resultText(result)) appendUtf8(text, code == QOC_CHAR_EMPTY ? 0x2205 : code);
   return text;
+}
+
+/// Outcome, text and margin of the resolved text; empty where nothing was resolved.
+std::vector<std::string> resolvedFields(const Answer &answer) {
+  if (!answer.isResolved) return {"", "", ""};
+  const std::span<const qoc_ocrDictionaryResolvedText> texts = elements(answer.resolution->texts);
+  const char *outcome = qoc_ocrDictionaryOutcome_getName(answer.resolution->outcome);
+  if (texts.empty()) return {outcome, "", ""};
+  std::string text;
+  for (const qoc_ocrDictionaryChar &character : elements(texts[0].text.characters)) appendUtf8(text, character.code);
+  char margin[32];
+  std::snprintf(margin, sizeof margin, "%.2f", texts[0].margin / 100.0);
+  return {outcome, text, margin};
 }
 
 } // namespace
@@ -38,10 +53,12 @@ std::string tsvRow(const std::vector<std::string> &fields) {
 }
 
 std::string tsvHead() {
-  return tsvRow({"file", "line", "id", "text", "rank", "result", "edits", "from", "text_marks", "result_marks"});
+  return tsvRow({"file", "line", "id", "text", "rank", "result", "edits", "from", "text_marks", "result_marks",
+                 "outcome", "resolved", "margin"});
 }
 
 std::string describeAsTsv(const Reading &reading, const Answer &answer) {
+  const std::vector<std::string> resolved = resolvedFields(answer);
   const std::vector<std::string> head = {reading.file, std::to_string(reading.line),
                                          reading.id.is_null() ? "" : reading.name(), reading.text()};
   std::string rows;
@@ -53,11 +70,13 @@ std::string describeAsTsv(const Reading &reading, const Answer &answer) {
     ++rank;
     fields.insert(fields.end(), {std::to_string(rank), textOf(result), std::to_string(result.numEdits), from,
                                  marksOf(result.statusWRTInputStringSwapChar), marksOf(result.resultStringStatus)});
+    fields.insert(fields.end(), resolved.begin(), resolved.end());
     rows += tsvRow(fields);
   }
   if (rank > 0) return rows;
   std::vector<std::string> fields = head;
   fields.insert(fields.end(), {"0", "", "", "", "", ""});
+  fields.insert(fields.end(), resolved.begin(), resolved.end());
   return tsvRow(fields);
 }
 

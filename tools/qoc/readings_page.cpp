@@ -30,6 +30,21 @@ std::optional<Box> boxOf(const PageDocument &page, pugi::xml_node element) {
   return box;
 }
 
+/// The text that goes into a slot has no white space at its ends.
+std::string trimmed(std::string_view text) {
+  text.remove_prefix(std::min(text.find_first_not_of(whiteSpace), text.size()));
+  return std::string(text.substr(0, text.find_last_not_of(whiteSpace) + 1));
+}
+
+/// The pieces of text in an element, put together; comments may part them.
+std::string textOf(pugi::xml_node element) {
+  std::string text;
+  for (const pugi::xml_node piece : element.children()) {
+    if (piece.type() == pugi::node_pcdata || piece.type() == pugi::node_cdata) text += trimmed(piece.value());
+  }
+  return text;
+}
+
 /// What an element's `TextEquiv`s say, the one of the lowest index first, which is the printed one.
 struct Equivalents {
   ScoredText printed{"", 0};
@@ -54,7 +69,7 @@ Equivalents equivalentsOf(const PageDocument &page, pugi::xml_node element, doub
   Equivalents found;
   for (std::size_t i = 0; i < all.size(); ++i) {
     const pugi::xml_node unicode = childNamed(all[i].equivalent, "Unicode");
-    const ScoredText text{unicode.text().get(), confidenceOf(page, all[i].equivalent, "conf", i == 0 ? otherwise : 0)};
+    const ScoredText text{textOf(unicode), confidenceOf(page, all[i].equivalent, "conf", i == 0 ? otherwise : 0)};
     if (i > 0) {
       found.alternatives.push_back(text);
       continue;
@@ -67,12 +82,6 @@ Equivalents equivalentsOf(const PageDocument &page, pugi::xml_node element, doub
     }
   }
   return found;
-}
-
-/// The text that goes into a slot has no white space at its ends.
-std::string trimmed(std::string_view text) {
-  text.remove_prefix(std::min(text.find_first_not_of(whiteSpace), text.size()));
-  return std::string(text.substr(0, text.find_last_not_of(whiteSpace) + 1));
 }
 
 void addPlace(PageLine &line, PositionRange positions, std::vector<TextSlot> slots) {
@@ -109,7 +118,7 @@ void addLine(PageDocument &page, pugi::xml_node element, const std::string &imag
     addWord(page, line, child);
   }
   Equivalents whole = equivalentsOf(page, element, 0);
-  if (!hasWords) page.addPlainText(element, {trimmed(whole.printed.text), whole.printed.score});
+  if (!hasWords) page.addPlainText(element, whole.printed);
   addPlace(line, {0, line.positions.size()}, whole.slots);
 }
 

@@ -14,7 +14,7 @@ constexpr std::string_view head =
     "level\tpage_num\tblock_num\tpar_num\tline_num\tword_num\tleft\ttop\twidth\theight\tconf\ttext";
 enum Field { level, pageNumber, blockNumber, parNumber, lineNumber, wordNumber, left, top, width, height, conf, text };
 constexpr std::size_t numFields = text + 1;
-constexpr std::string_view wordLevel = "5", lineLevel = "4";
+constexpr std::string_view wordLevel = "5";
 
 /// A row of the table.
 struct Row {

@@ -1,18 +1,22 @@
 // The generic vector.
 //
-// Storage is one block of `capacity` elements, the first `size` of which are constructed. Elements are moved byte by byte (the
-// table's contract allows it), so growing, inserting and erasing call no element operation but the ones that the caller asked for,
-// and cannot fail half-way: what is added is first constructed behind the last element, in the new block if one is needed, and only
-// then moved to its place. That also makes it safe to add elements of the vector to itself.
+// Storage is one block of `capacity` elements, the first `size` of which are constructed. Elements are moved byte by
+// byte (the table's contract allows it), so growing, inserting and erasing call no element operation but the ones that
+// the caller asked for, and cannot fail half-way: what is added is first constructed behind the last element, in the
+// new block if one is needed, and only then moved to its place. That also makes it safe to add elements of the vector
+// to itself.
 
 #include <qoc/vector.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cstring>
 #include <functional>
 #include <limits>
+#include <new>
 #include <utility>
 
+#include "platform/containers/shared_elements.hpp"
 #include "platform/system/present.hpp"
 
 namespace {
@@ -65,6 +69,46 @@ qsys_status destroy(const qstd_vector &vector, std::int32_t first, std::int32_t 
     }
   }
   return status;
+}
+
+/// What a shared block begins with. In front of a vector's elements in it stands the block's address.
+struct SharedBlock {
+  std::atomic<std::int64_t> numHolders;
+  bool isPool;
+};
+
+/// The memory of a vector whose elements lie in a shared block is this mark.
+constexpr qsys_memoryTable sharedMemory = {nullptr, nullptr, nullptr};
+
+constexpr std::size_t alignedUp(std::size_t size, std::size_t alignment) {
+  return (size + alignment - 1) / alignment * alignment;
+}
+/// Where elements that several vectors have in common begin.
+constexpr std::size_t sizeOfHead = alignedUp(sizeof(SharedBlock) + sizeof(SharedBlock *), alignof(std::max_align_t));
+
+bool isShared(const qstd_vector &vector) { return vector.memory == &sharedMemory; }
+
+SharedBlock *&blockOf(void *elements) { return static_cast<SharedBlock **>(elements)[-1]; }
+
+/// Whether copies may hold the vector's block, too.
+bool isJoinable(const qstd_vector &vector) { return isShared(vector) && !blockOf(vector.elements)->isPool; }
+
+/// Lets go of a shared block, which leaves the vector empty; the last holder destroys the elements.
+qsys_status leaveShared(qstd_vector &vector) {
+  qsys_status status = QSYS_STATUS_OK;
+  SharedBlock *block = blockOf(vector.elements);
+  if (block->numHolders.fetch_sub(1, std::memory_order_acq_rel) == 1) {
+    status = block->isPool ? status : destroy(vector, 0, vector.size);  // Elements of a pool are plain.
+    qsys_memory_free_internal(block);
+  }
+  vector = {nullptr, 0, 0, vector.elementSize, vector.table, nullptr};
+  return status;
+}
+
+/// Makes a vector another holder of the block of a shared one; whatever it held before is the caller's to destroy.
+void joinShared(qstd_vector &vector, const qstd_vector &shared) {
+  blockOf(shared.elements)->numHolders.fetch_add(1, std::memory_order_relaxed);
+  vector = shared;
 }
 
 /// Where added elements come from.
@@ -150,10 +194,16 @@ qsys_status add(qstd_vector &vector, std::int32_t n, const Source &source, bool 
   return QSYS_STATUS_OK;
 }
 
+qsys_status own(qstd_vector &vector);
+
 qsys_status setSize(qstd_vector &vector, std::int32_t n, const Source &source) {
   if (n < 0 || !isPossibleSize(vector, n)) {
     return QSTD_STATUS_SIZE_INVALID;
   }
+  if (n == 0 && isShared(vector)) {
+    return leaveShared(vector);
+  }
+  QOC_TRY(own(vector));
   if (n > vector.size) {
     return add(vector, n - vector.size, source, true);
   }
@@ -169,12 +219,41 @@ qsys_status constructWith(qstd_vector *vector, std::int32_t n, std::uint32_t ele
   return QSYS_STATUS_OK;
 }
 
+/// Gives a vector whose block is shared a copy of its own.
+qsys_status own(qstd_vector &vector) {
+  if (!isShared(vector)) {
+    return QSYS_STATUS_OK;
+  }
+  qstd_vector copy;
+  QOC_TRY(constructWith(&copy, vector.size, vector.elementSize, vector.table, nullptr,
+                        {Source::Kind::block, vector.elements}));
+  const qsys_status status = leaveShared(vector);
+  vector = copy;
+  return status;
+}
+
+/// Adds copies of a block, which may lie in the vector itself, behind the last element.
+qsys_status addBlock(qstd_vector &vector, std::int32_t n, const void *first) {
+  if (!isShared(vector)) {
+    return add(vector, n, {Source::Kind::block, first}, false);
+  }
+  // The block given may be the shared one, which is to be there until it has been copied.
+  qstd_vector before;
+  joinShared(before, vector);
+  qsys_status status = own(vector);
+  if (status >= 0) {
+    status = add(vector, n, {Source::Kind::block, first}, false);
+  }
+  const qsys_status left = leaveShared(before);
+  return status < 0 ? status : left;
+}
+
 qsys_status insertBlock(qstd_vector &vector, std::int32_t position, const void *first, std::int32_t n) {
   if (position < 0 || position > vector.size) {
     return QSTD_STATUS_INDEX_INVALID;
   }
   const std::int32_t oldSize = vector.size;
-  QOC_TRY(add(vector, n, {Source::Kind::block, first}, false));
+  QOC_TRY(addBlock(vector, n, first));
   if (n > 0 && position < oldSize) {
     std::rotate(at(vector, position), at(vector, oldSize), at(vector, vector.size));
   }
@@ -183,6 +262,10 @@ qsys_status insertBlock(qstd_vector &vector, std::int32_t position, const void *
 
 /// Destroys [position, position + n) and closes the gap.
 qsys_status removeRange(qstd_vector &vector, std::int32_t position, std::int32_t n) {
+  if (n == vector.size && isShared(vector)) {
+    return leaveShared(vector);
+  }
+  QOC_TRY(own(vector));
   const qsys_status status = destroy(vector, position, position + n);
   const std::int32_t numBehind = vector.size - position - n;
   if (n > 0 && numBehind > 0) {
@@ -194,6 +277,14 @@ qsys_status removeRange(qstd_vector &vector, std::int32_t position, std::int32_t
 
 /// Replaces the elements by copies of a block of n that does not lie in the vector.
 qsys_status assignBlock(qstd_vector &vector, const void *first, std::int32_t n) {
+  if (isShared(vector)) {
+    // Nothing of a block that others hold can be kept. The copy comes first, so that a failure changes nothing.
+    qstd_vector copy;
+    QOC_TRY(constructWith(&copy, n, vector.elementSize, vector.table, nullptr, {Source::Kind::block, first}));
+    const qsys_status status = leaveShared(vector);
+    vector = copy;
+    return status;
+  }
   QOC_TRY(qstd_vector__reserve(&vector, n));  // First, so that plain elements are replaced all or not at all.
   const std::int32_t numKept = std::min(n, vector.size);
   if (vector.table->assign == nullptr) {
@@ -208,7 +299,8 @@ qsys_status assignBlock(qstd_vector &vector, const void *first, std::int32_t n) 
   if (n < vector.size) {
     return setSize(vector, n, {Source::Kind::defaults});
   }
-  return n == numKept ? QSYS_STATUS_OK : add(vector, n - numKept, {Source::Kind::block, step(first, numKept, vector)}, true);
+  return n == numKept ? QSYS_STATUS_OK
+                      : add(vector, n - numKept, {Source::Kind::block, step(first, numKept, vector)}, true);
 }
 
 bool liesWithin(const qstd_vector &vector, const void *address) {
@@ -259,6 +351,10 @@ qsys_status qstd_vector__constructCopy(qstd_vector *vector, const qstd_vector *s
   if (!present({vector, source})) {
     return QSYS_STATUS_OK;
   }
+  if (isJoinable(*source)) {
+    joinShared(*vector, *source);
+    return QSYS_STATUS_OK;
+  }
   return constructWith(vector, source->size, source->elementSize, source->table, nullptr,
                        {Source::Kind::block, source->elements});
 }
@@ -266,6 +362,11 @@ qsys_status qstd_vector__constructCopy(qstd_vector *vector, const qstd_vector *s
 qsys_status qstd_vector__assign(qstd_vector *vector, const qstd_vector *source) {
   if (!present({vector, source}) || vector == source) {
     return QSYS_STATUS_OK;
+  }
+  if (isJoinable(*source) && (vector->memory == nullptr || isShared(*vector))) {
+    qstd_vector before = *vector;
+    joinShared(*vector, *source);
+    return qstd_vector__destruct(&before);
   }
   return assignBlock(*vector, source->elements, source->size);
 }
@@ -279,7 +380,8 @@ qsys_status qstd_vector__assignElements(qstd_vector *vector, const void *first, 
   }
   if (n > 0 && liesWithin(*vector, first)) {
     qstd_vector copy;
-    QOC_TRY(constructWith(&copy, n, vector->elementSize, vector->table, vector->memory, {Source::Kind::block, first}));
+    QOC_TRY(constructWith(&copy, n, vector->elementSize, vector->table, isShared(*vector) ? nullptr : vector->memory,
+                          {Source::Kind::block, first}));
     qstd_vector__swap(vector, &copy);
     return qstd_vector__destruct(&copy);
   }
@@ -315,6 +417,7 @@ qsys_status qstd_vector__reserve(qstd_vector *vector, int32_t n) {
   if (n <= vector->capacity) {
     return QSYS_STATUS_OK;
   }
+  QOC_TRY(own(*vector));
   const std::int32_t size = vector->size;
   QOC_TRY(add(*vector, n - size, {Source::Kind::uninitialised}, true));
   vector->size = size;
@@ -344,6 +447,7 @@ qsys_status qstd_vector__getElementSize(const qstd_vector *vector, int32_t *size
 
 qsys_status qstd_vector__getBeginEnd(qstd_vector *vector, void **first, void **end) {
   if (present({vector, first, end})) {
+    QOC_TRY(own(*vector));
     *first = vector->elements;
     *end = vector->size > 0 ? at(*vector, vector->size) : vector->elements;
   }
@@ -360,6 +464,7 @@ qsys_status qstd_vector__getBeginEndConst(const qstd_vector *vector, const void 
 
 qsys_status qstd_vector__getBeginSize32(qstd_vector *vector, void **first, int32_t *n) {
   if (present({vector, first, n})) {
+    QOC_TRY(own(*vector));
     *first = vector->elements;
     *n = vector->size;
   }
@@ -381,6 +486,7 @@ qsys_status qstd_vector__getElement(qstd_vector *vector, int32_t index, void **e
   if (index < 0 || index >= vector->size) {
     return QSTD_STATUS_INDEX_INVALID;
   }
+  QOC_TRY(own(*vector));
   *element = at(*vector, index);
   return QSYS_STATUS_OK;
 }
@@ -422,7 +528,7 @@ qsys_status qstd_vector__eraseElement(qstd_vector *vector, int32_t position) {
 }
 
 qsys_status qstd_vector__pushBack(qstd_vector *vector, const void *element) {
-  return present({vector, element}) ? add(*vector, 1, {Source::Kind::block, element}, false) : QSYS_STATUS_OK;
+  return present({vector, element}) ? addBlock(*vector, 1, element) : QSYS_STATUS_OK;
 }
 
 qsys_status qstd_vector__popBack(qstd_vector *vector) {
@@ -440,6 +546,9 @@ qsys_status qstd_vector__clearAndFreeMemory(qstd_vector *vector) {
   if (!present({vector})) {
     return QSYS_STATUS_OK;
   }
+  if (isShared(*vector)) {
+    return leaveShared(*vector);
+  }
   const qsys_status status = removeRange(*vector, 0, vector->size);
   release(*vector, std::exchange(vector->elements, nullptr));
   vector->capacity = 0;
@@ -450,7 +559,7 @@ qsys_status qstd_vector__append(qstd_vector *vector, const qstd_vector *other) {
   if (!present({vector, other})) {
     return QSYS_STATUS_OK;
   }
-  return add(*vector, other->size, {Source::Kind::block, other->elements}, false);
+  return addBlock(*vector, other->size, other->elements);
 }
 
 qsys_status qstd_vector__swap(qstd_vector *vector, qstd_vector *other) {
@@ -468,6 +577,80 @@ qsys_status qstd_vector__compareEqual(const qstd_vector *a, const qstd_vector *b
   *isEqual = a->size == b->size ? 1 : 0;
   for (std::int32_t i = 0; i < a->size && *isEqual != 0; ++i) {
     QOC_TRY(compare(at(*a, i), at(*b, i), isEqual));
+  }
+  return QSYS_STATUS_OK;
+}
+
+qsys_status qoc::shareElements(qstd_vector &vector) noexcept {
+  if (isShared(vector) || vector.size == 0) {
+    return QSYS_STATUS_OK;  // No elements need no block.
+  }
+  auto *block = static_cast<std::byte *>(qsys_memory_alloc_internal(sizeOfHead + numBytes(vector, vector.size)));
+  if (block == nullptr) {
+    return QSYS_STATUS_OUT_OF_MEMORY;
+  }
+  auto *elements = block + sizeOfHead;
+  blockOf(elements) = new (block) SharedBlock{1, false};
+  std::memcpy(elements, vector.elements, numBytes(vector, vector.size));
+  release(vector, vector.elements);
+  vector.elements = elements;
+  vector.capacity = vector.size;
+  vector.memory = &sharedMemory;
+  return QSYS_STATUS_OK;
+}
+
+namespace {
+
+/// More holders than there will ever be: an open block of a pool counts them, and settles when it is closed.
+constexpr std::int64_t numHoldersOfOpen = std::int64_t{1} << 62;
+
+}  // namespace
+
+qoc::ElementPool::~ElementPool() { close(); }
+
+void qoc::ElementPool::close() noexcept {
+  if (block_ != nullptr) {
+    const std::int64_t numUnused = numHoldersOfOpen - numPlaced_;
+    if (reinterpret_cast<SharedBlock *>(block_)->numHolders.fetch_sub(numUnused, std::memory_order_acq_rel) ==
+        numUnused) {
+      qsys_memory_free_internal(block_);
+    }
+    block_ = nullptr;
+  }
+  numPlaced_ = 0;
+}
+
+qsys_status qoc::ElementPool::place(qstd_vector &vector, std::int32_t n, void *&elements) noexcept {
+  elements = nullptr;
+  if (n <= 0) {
+    return QSYS_STATUS_OK;
+  }
+  const std::size_t needed = alignedUp(sizeof(SharedBlock *) + numBytes(vector, n), sizeof(SharedBlock *));
+  if (block_ == nullptr || needed > size_ - used_) {
+    close();
+    used_ = alignedUp(sizeof(SharedBlock), sizeof(SharedBlock *));
+    size_ = std::max(blockSize, used_ + needed);
+    block_ = static_cast<std::byte *>(qsys_memory_alloc_internal(size_));
+    if (block_ == nullptr) {
+      return QSYS_STATUS_OUT_OF_MEMORY;
+    }
+    new (block_) SharedBlock{numHoldersOfOpen, true};
+  }
+  elements = block_ + used_ + sizeof(SharedBlock *);
+  blockOf(elements) = reinterpret_cast<SharedBlock *>(block_);
+  used_ += needed;
+  ++numPlaced_;
+  vector.elements = elements;
+  vector.size = vector.capacity = n;
+  vector.memory = &sharedMemory;
+  return QSYS_STATUS_OK;
+}
+
+qsys_status qoc::ElementPool::placeCopies(qstd_vector &vector, const void *first, std::int32_t n) noexcept {
+  void *elements = nullptr;
+  QOC_TRY(place(vector, n, elements));
+  if (elements != nullptr) {
+    std::memcpy(elements, first, numBytes(vector, n));
   }
   return QSYS_STATUS_OK;
 }

@@ -1,5 +1,7 @@
 // Interrupts: what the calling thread's handler says about going on.
 
+#include "platform/system/attention.hpp"
+
 #include <atomic>
 #include <chrono>
 
@@ -36,6 +38,21 @@ qsys_status qsys_attention_check(void) {
   }
   const qsys_status status = attention.handler(attention.context);
   return status < 0 ? status : QSYS_STATUS_OK;
+}
+
+bool qoc::isAttentionCounted() noexcept {
+  return attention.handler != nullptr && attention.handler != qsys_attention_flagHandler &&
+         attention.handler != qsys_attention_deadlineHandler;
+}
+
+qsys_status qoc::checkAttention(std::int64_t times) {
+  if (attention.handler == nullptr) {
+    return QSYS_STATUS_OK;
+  }
+  for (std::int64_t left = times > 1 && !isAttentionCounted() ? 1 : times; left > 0; --left) {
+    QOC_TRY(qsys_attention_check());
+  }
+  return QSYS_STATUS_OK;
 }
 
 qsys_status qsys_attention_flagHandler(void *context) {

@@ -1,0 +1,80 @@
+#pragma once
+// The edits between a word and a reading, followed letter by letter for all their alignments at once.
+//
+// State j holds, as bit i, whether what was read of the word so far can be made of the first i positions with at most j
+// edits (Wu and Manber, 1992). A letter that matches position i moves the bit from i to i + 1; a letter without
+// position keeps it, a substituted one moves it, and a position without letter moves it at once, each from the states
+// of one edit less. A letter's matches are a row of bits, so candidates, equivalents and wildcards cost nothing.
+//
+//     reading "ac", one edit:   start {0} {0 1};  after 'a' {1} {0 1 2};  after 'b' {} {1 2};  after 'c' {} {2}: "abc"
+//     takes one edit
+//
+// A ceiling on the edits made before the reading's position i is a mask on state j: the bit i is kept only where j
+// edits are allowed so early. The alignments that are left are those that stay below the ceiling; see WordTrie for what
+// it is good for.
+
+#include <array>
+#include <bit>
+#include <cstdint>
+
+namespace qoc {
+
+/// The alignments of at most Edits edits with a reading of at most 63 positions.
+template <int Edits>
+class EditAutomaton {
+ public:
+  using State = std::array<std::uint64_t, Edits + 1>;
+
+  /// Edits before position `middle` are at most `maxEarly`, and all of them at most Edits.
+  EditAutomaton(int numPositions, int middle, int maxEarly) noexcept : end_(std::uint64_t{1} << numPositions) {
+    const std::uint64_t all = (end_ << 1) - 1;
+    const std::uint64_t early = (std::uint64_t{1} << middle) - 1;
+    for (int j = 0; j <= Edits; ++j) {
+      kept_[static_cast<std::size_t>(j)] = j <= maxEarly ? all : all & ~early;
+    }
+  }
+
+  State start() const noexcept {
+    State state;
+    for (std::size_t j = 0; j <= Edits; ++j) {
+      state[j] = ((std::uint64_t{2} << j) - 1) & kept_[j];
+    }
+    return state;
+  }
+
+  /// The state behind one more letter, whose matches are given. @return whether any alignment is left
+  bool step(const State &from, std::uint64_t matches, State &to) const noexcept {
+    std::uint64_t before = 0;  // The states of one edit less: as they were, and as they are now.
+    std::uint64_t behind = 0;
+    std::uint64_t any = 0;
+    for (std::size_t j = 0; j <= Edits; ++j) {
+      const std::uint64_t old = from[j];
+      std::uint64_t bits = (old & matches) << 1;
+      if (j > 0) {
+        bits |= before | (before << 1) | (behind << 1);
+      }
+      bits &= kept_[j];
+      to[j] = bits;
+      any |= bits;
+      before = old;
+      behind = bits;
+    }
+    return any != 0;
+  }
+
+  /// Whether the whole reading has been made. Under a ceiling state j need not hold what state j - 1 holds, so all are
+  /// asked.
+  bool accepts(const State &state) const noexcept {
+    std::uint64_t any = 0;
+    for (const std::uint64_t bits : state) {
+      any |= bits;
+    }
+    return (any & end_) != 0;
+  }
+
+ private:
+  std::uint64_t end_;
+  std::array<std::uint64_t, Edits + 1> kept_;
+};
+
+}  // namespace qoc

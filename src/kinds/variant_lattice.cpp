@@ -1,0 +1,243 @@
+#include "kinds/variant_lattice.hpp"
+
+#include <algorithm>
+#include <limits>
+
+#include "frame/frame.hpp"
+
+namespace qoc {
+
+namespace {
+
+/// Edits are counted up to here; no search allows as many.
+constexpr std::uint8_t mostEdits = 250;
+
+std::uint8_t oneMore(std::uint8_t edits) noexcept {
+  return edits < mostEdits ? static_cast<std::uint8_t>(edits + 1) : mostEdits;
+}
+
+std::uint64_t saturatingSum(std::uint64_t a, std::uint64_t b) noexcept {
+  return a > std::numeric_limits<std::uint64_t>::max() - b ? std::numeric_limits<std::uint64_t>::max() : a + b;
+}
+
+std::int32_t numSymbolsOf(const ExpansionChoice &choice) noexcept { return choice.isKept() ? 1 : choice.numInserted; }
+
+}  // namespace
+
+VariantLattice::~VariantLattice() {
+  if (hasSymbols_) {
+    qoc_ocrDictionaryStringMulti_destruct(&symbols_);
+  }
+}
+
+qsys_status VariantLattice::build(const qoc_ocrDictionaryStringMulti &reading, const ExpansionChoices &choices,
+                                  const qoc_swapCharSet *set, std::int32_t maxEdits) {
+  choices_ = &choices;
+  numPositions_ = sizeOf(reading);
+  maxEdits_ = static_cast<std::uint8_t>(std::clamp(maxEdits, 0, mostEdits - 1));
+  QOC_TRY(qoc_ocrDictionaryStringMulti_constructCopy(&symbols_, &reading));
+  hasSymbols_ = true;
+  numNodes_ = static_cast<std::size_t>(numPositions_) + 1;
+  qstd_vector32s origins;
+  QOC_TRY(inFrame<1>([&](qoc::Frame<1> &frame) -> qsys_status {
+    QOC_TRY(qstd_vector32s_constructEmpty(&origins));
+    frame.local<qstd_vector32s_destruct>(&origins);
+    for (std::int32_t p = 0; p < numPositions_; ++p) {
+      firstChoices_.push_back(inserted_.size());
+      for (const ExpansionChoice &choice : choices.at(p)) {
+        inserted_.push_back(static_cast<std::size_t>(sizeOf(symbols_)));
+        within_.push_back(numNodes_);
+        numNodes_ += choice.numInserted == 2 ? 1 : 0;
+        if (!choice.isKept()) {
+          QOC_TRY(appendChoice(choice, p, reading, &symbols_, &origins));
+        }
+      }
+    }
+    matches_.emplace(symbols_, set);
+    lengths_.assign(static_cast<std::size_t>(numPositions_) + 1, {std::numeric_limits<std::int32_t>::max(), 0});
+    lengths_.back() = {0, 0};
+    return QSYS_STATUS_OK;
+  }));
+  for (std::int32_t p = numPositions_ - 1; p >= 0; --p) {
+    for (const ExpansionChoice &choice : choices.at(p)) {
+      const Lengths &behind = lengths_[static_cast<std::size_t>(p + choice.numRead)];
+      Lengths &here = lengths_[static_cast<std::size_t>(p)];
+      here.least = std::min(here.least, behind.least + numSymbolsOf(choice));
+      here.most = std::max(here.most, behind.most + numSymbolsOf(choice));
+    }
+  }
+  return QSYS_STATUS_OK;
+}
+
+std::size_t VariantLattice::symbolOf(std::int32_t position, std::size_t choice, std::int32_t i) const noexcept {
+  return choices_->at(position)[choice].isKept()
+             ? static_cast<std::size_t>(position)
+             : inserted_[choiceNumber(position, choice)] + static_cast<std::size_t>(i);
+}
+
+std::size_t VariantLattice::nodeWithin(std::int32_t position, std::size_t choice) const noexcept {
+  return within_[choiceNumber(position, choice)];
+}
+
+/// Takes the way by a symbol from the node to the target into the node's row.
+void VariantLattice::fillLeft(const Word &word, std::size_t node, std::size_t target, std::size_t symbol,
+                              bool isFresh) {
+  const std::size_t stride = static_cast<std::size_t>(word.size) + 1;
+  std::uint8_t *here = left_.data() + word.firstLeft + node * stride;
+  const std::uint8_t *behind = left_.data() + word.firstLeft + target * stride;
+  for (std::int32_t i = 0; i <= word.size; ++i) {
+    std::uint8_t edits = oneMore(behind[i]);
+    if (i < word.size) {
+      edits = std::min(edits, isMatch(word, i, symbol) ? behind[i + 1] : oneMore(behind[i + 1]));
+    }
+    here[i] = isFresh ? edits : std::min(here[i], edits);
+  }
+}
+
+/// Takes letters without symbol into the node's row.
+void VariantLattice::closeLeft(const Word &word, std::size_t node) {
+  std::uint8_t *here = left_.data() + word.firstLeft + node * (static_cast<std::size_t>(word.size) + 1);
+  for (std::int32_t i = word.size - 1; i >= 0; --i) {
+    here[i] = std::min(here[i], oneMore(here[i + 1]));
+  }
+}
+
+bool VariantLattice::addWord(std::int32_t index, Characters characters) {
+  const Word word = {index, static_cast<std::int32_t>(characters.size()), rows_.size(), left_.size()};
+  const std::size_t stride = characters.size() + 1;
+  if (stride > (mostTableBytes - left_.size()) / (2 * numNodes_)) {
+    return false;
+  }
+  for (const qoc_ocrDictionaryChar &character : characters) {
+    rows_.push_back(matches_->row(character.code));
+  }
+  left_.resize(left_.size() + stride * numNodes_);
+  const auto last = static_cast<std::size_t>(numPositions_);
+  for (std::size_t i = 0; i < stride; ++i) {
+    left_[word.firstLeft + last * stride + i] =
+        static_cast<std::uint8_t>(std::min<std::size_t>(stride - 1 - i, mostEdits));
+  }
+  for (std::int32_t p = numPositions_ - 1; p >= 0; --p) {
+    const auto choices = choices_->at(p);
+    for (std::size_t c = 0; c < choices.size(); ++c) {
+      std::size_t target = static_cast<std::size_t>(p + choices[c].numRead);
+      if (choices[c].numInserted == 2) {
+        fillLeft(word, nodeWithin(p, c), target, symbolOf(p, c, 1), true);
+        target = nodeWithin(p, c);
+        closeLeft(word, target);
+      }
+      fillLeft(word, static_cast<std::size_t>(p), target, symbolOf(p, c, 0), c == 0);
+    }
+    closeLeft(word, static_cast<std::size_t>(p));
+  }
+  if (left_[word.firstLeft] > maxEdits_) {
+    left_.resize(word.firstLeft);
+    rows_.resize(word.firstRow);
+  } else {
+    words_.push_back(word);
+  }
+  return true;
+}
+
+void VariantLattice::countVariants() {
+  const std::size_t size = numLengths();
+  counts_.assign((static_cast<std::size_t>(numPositions_) + 1) * size, 0);
+  counts_[static_cast<std::size_t>(numPositions_) * size] = 1;
+  for (std::int32_t p = numPositions_ - 1; p >= 0; --p) {
+    for (const ExpansionChoice &choice : choices_->at(p)) {
+      const auto added = static_cast<std::size_t>(numSymbolsOf(choice));
+      for (std::size_t length = 0; length + added < size; ++length) {
+        std::uint64_t &count = counts_[static_cast<std::size_t>(p) * size + length + added];
+        count = saturatingSum(count, counts_[static_cast<std::size_t>(p + choice.numRead) * size + length]);
+      }
+    }
+  }
+}
+
+void VariantLattice::begin() {
+  if (visitsAll_) {
+    words_.clear();
+  }
+  active_.clear();
+  cells_.clear();
+  steps_.clear();
+  for (std::size_t w = 0; w < words_.size(); ++w) {
+    active_.push_back({w, cells_.size()});
+    for (std::int32_t i = 0; i <= words_[w].size; ++i) {
+      cells_.push_back(static_cast<std::uint8_t>(std::min<std::int32_t>(i, mostEdits)));
+    }
+  }
+  frames_.assign(1, {0, 0, 0, true, 0, active_.size(), 0});
+}
+
+void VariantLattice::leave() {
+  active_.resize(frames_.back().firstActive);
+  cells_.resize(frames_.back().firstCell);
+  frames_.pop_back();
+  if (!steps_.empty()) {
+    steps_.pop_back();
+  }
+}
+
+/// The row of a word's edits behind one more symbol.
+void VariantLattice::step(const Word &word, const std::uint8_t *from, std::size_t symbol, std::uint8_t *to) const {
+  to[0] = oneMore(from[0]);
+  for (std::int32_t i = 1; i <= word.size; ++i) {
+    const std::uint8_t diagonal = isMatch(word, i - 1, symbol) ? from[i - 1] : oneMore(from[i - 1]);
+    to[i] = std::min({diagonal, oneMore(from[i]), oneMore(to[i - 1])});
+  }
+}
+
+/// Takes the next choice of the last beginning. @return whether the longer beginning is near some word; else it is not
+/// taken
+bool VariantLattice::enter(std::int32_t &position, std::int32_t &length) {
+  Frame &before = frames_.back();
+  const std::size_t choiceIndex = before.nextChoice++;
+  const ExpansionChoice &choice = choices_->at(before.position)[choiceIndex];
+  const std::int32_t numSymbols = numSymbolsOf(choice);
+  position = before.position + choice.numRead;
+  length = before.length + numSymbols;
+  Frame next = {position, length, 0, before.isFirst && choiceIndex == 0, active_.size(), 0, cells_.size()};
+  for (std::size_t a = before.firstActive; a < before.firstActive + before.numActive; ++a) {
+    const Active active = active_[a];
+    const Word &word = words_[active.word];
+    const std::size_t stride = static_cast<std::size_t>(word.size) + 1;
+    const std::size_t row = cells_.size();
+    cells_.resize(row + stride * static_cast<std::size_t>(numSymbols));
+    std::size_t from = active.row;
+    std::size_t to = row + stride * static_cast<std::size_t>(numSymbols - 1);  // Of two rows the last stays, in front.
+    for (std::int32_t i = 0; i < numSymbols; ++i) {
+      step(word, cells_.data() + from, symbolOf(before.position, choiceIndex, i), cells_.data() + to);
+      from = to;
+      to = row;
+    }
+    cells_.resize(row + stride);
+    const std::uint8_t *cells = cells_.data() + row;
+    const std::uint8_t *left = left_.data() + word.firstLeft + static_cast<std::size_t>(position) * stride;
+    bool isNear = false;
+    for (std::size_t i = 0; i < stride && !isNear; ++i) {
+      isNear = cells[i] + left[i] <= maxEdits_;
+    }
+    if (isNear) {
+      active_.push_back({active.word, row});
+    } else {
+      cells_.resize(row);
+    }
+  }
+  next.numActive = active_.size() - next.firstActive;
+  if (next.numActive == 0 && !visitsAll_) {
+    return false;
+  }
+  steps_.push_back({before.position, choiceIndex});
+  frames_.push_back(next);
+  return true;
+}
+
+void VariantLattice::collect(const Frame &frame) {
+  near_.clear();
+  for (std::size_t a = frame.firstActive; a < frame.firstActive + frame.numActive; ++a) {
+    near_.push_back(words_[active_[a].word].index);
+  }
+}
+
+}  // namespace qoc

@@ -1,0 +1,44 @@
+#pragma once
+// Check digit rules as automata: they read what they check character by character, so that a search over many texts can
+// carry their states along.
+
+#include <qoc/check_digit.h>
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+namespace qoc {
+
+/// A method as an automaton over a sequence of known length. States are numbers from 0 to numStates - 1.
+class CheckAutomaton {
+ public:
+  /// Nothing where the method does not take the length.
+  static std::optional<CheckAutomaton> make(qoc_checkDigitMethod method, std::int32_t length);
+
+  std::int32_t start() const;
+  std::int32_t numStates() const;
+  /// The state after one more character, or -1 where the method does not take it there.
+  std::int32_t step(std::int32_t state, std::int32_t position, Char32 code) const;
+  bool accepts(std::int32_t state) const;
+
+ private:
+  CheckAutomaton(qoc_checkDigitMethod method, std::int32_t length) : method_(method), length_(length) {}
+
+  qoc_checkDigitMethod method_;
+  std::int32_t length_;
+};
+
+/// Whether a method takes a length.
+bool takesLength(qoc_checkDigitMethod method, std::int32_t length);
+
+bool isIgnored(const qoc_checkDigitRule &rule, Char32 code);
+
+/// The positions that a rule checks, in its order, of a text with `length` positions that count; nothing where a part
+/// does not lie within the text.
+std::optional<std::vector<std::int32_t>> checkedPositions(const qoc_checkDigitRule &rule, std::int32_t length);
+
+/// Whether a text passes.
+bool passes(const qoc_checkDigitRule &rule, const std::vector<Char32> &text);
+
+}  // namespace qoc

@@ -1,0 +1,60 @@
+#pragma once
+// What a resolver keeps of a dictionary.
+
+#include <memory>
+
+#include "resolve/word_index.hpp"
+
+namespace qoc {
+
+/// An object of the C face with the life of this one; construct and destruct are its own.
+template <class T, auto Construct, auto Destruct>
+class Held {
+ public:
+  Held() : status_(Construct(&object_)) {}
+  Held(const Held &) = delete;
+  Held &operator=(const Held &) = delete;
+  ~Held() {
+    if (status_ >= 0) Destruct(&object_);
+  }
+  /// Whether it could be constructed; nothing else may be done with it where it could not.
+  qsys_status status() const { return status_; }
+  T *get() { return &object_; }
+  const T *get() const { return &object_; }
+  T *operator->() { return &object_; }
+  const T *operator->() const { return &object_; }
+
+ private:
+  T object_;
+  qsys_status status_;
+};
+
+using HeldFieldings =
+    Held<qstd_vector_qoc_ocrDictionaryLineFielding, qstd_vector_qoc_ocrDictionaryLineFielding_constructEmpty,
+         qstd_vector_qoc_ocrDictionaryLineFielding_destruct>;
+using HeldExpressions =
+    Held<qstd_vector_qoc_ocrDictionaryRegularExpression, qstd_vector_qoc_ocrDictionaryRegularExpression_constructEmpty,
+         qstd_vector_qoc_ocrDictionaryRegularExpression_destruct>;
+using HeldResults =
+    Held<qoc_ocrDictionaryResultSet, qoc_ocrDictionaryResultSet_construct, qoc_ocrDictionaryResultSet_destruct>;
+using HeldReading =
+    Held<qoc_ocrDictionaryStringMulti, qoc_ocrDictionaryStringMulti_construct, qoc_ocrDictionaryStringMulti_destruct>;
+
+/// A dictionary as the resolver needs it. Immutable once made.
+struct Knowledge {
+  WordIndex words;
+  HeldFieldings fieldings;
+  HeldExpressions expressions;
+
+  /// @return 0 or a failure to copy
+  qsys_status take(const qoc_ocrDictionary &dictionary);
+  std::int32_t numShapes() const { return fieldings->core.size + expressions->core.size; }
+  /// Matches a reading with one fielding or expression.
+  qsys_status match(qoc_ocrDictionaryMode mode, std::int32_t entry, const qoc_ocrDictionaryStringMulti &reading,
+                    const qoc_ocrDictionaryRunParams &params, const qoc_swapCharSet *set,
+                    qoc_ocrDictionaryResultSet &results) const;
+};
+
+using SharedKnowledge = std::shared_ptr<const Knowledge>;
+
+}  // namespace qoc

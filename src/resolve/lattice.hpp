@@ -1,0 +1,63 @@
+#pragma once
+// One result as the texts that it stands for: for every position of the text its choices.
+
+#include <qoc/resolver.h>
+
+#include <cstdint>
+#include <vector>
+
+#include "resolve/check_digit.hpp"
+#include "resolve/reading_costs.hpp"
+
+namespace qoc {
+
+/// One position of a text.
+struct Slot {
+  std::vector<Choice> choices;  ///< By rising cost.
+  std::int32_t input = -1;      ///< The position of the reading, or -1.
+  std::vector<Choice> tried;    ///< Of an open slot in a search that tries others: the choices as they were.
+  bool isOpen =
+      false;  ///< What stands there is not known; the choice is then QOC_RESOLVER_OPEN, until a search tries others.
+};
+
+/// A check of the lattice's entry as far as a search can carry it along.
+struct CarriedCheck {
+  CheckAutomaton automaton;
+  std::vector<std::int32_t> positions;  ///< By place in the lattice's order: the automaton's position, or -1.
+  std::uint64_t radix;                  ///< The weight of its state in the state of all checks.
+};
+
+/// The texts of one result.
+struct Lattice {
+  const qoc_ocrDictionaryResult *result = nullptr;
+  qoc_ocrDictionaryMode mode = 0;
+  std::int32_t entry = 0;
+  Cost base = 0;  ///< What all texts lose alike.
+  std::vector<Slot> slots;
+
+  std::vector<std::int32_t> order;  ///< The slots in the order in which a search decides them.
+  std::vector<Cost> remaining;      ///< By place in the order: the least that the rest loses.
+  std::vector<const qoc_checkDigitRule *> checks;
+  std::vector<CarriedCheck> carried;
+  std::uint64_t startState = 0;
+  bool isHopeless = false;  ///< A check that no text of this length passes.
+
+  /// Gives up the checks in the search; texts are then not held against them.
+  void dropChecks();
+  /// Makes it ready for a search: orders the slots for the checks and sums up what is left at every place.
+  void prepare();
+  Cost least() const { return base + remaining[0]; }
+  /// The state behind one more choice. False where a check cannot take it.
+  bool step(std::uint64_t &state, std::int32_t place, Char32 code) const;
+  bool accepts(std::uint64_t state) const;
+
+ private:
+  void carryChecks();
+};
+
+/// Makes the lattice of a result of a fielding or an expression.
+/// @return 0, or a failure of the library; isPossible tells whether the reading can be the result at all
+qsys_status makeLattice(const qoc_ocrDictionaryResult &result, const ReadingCosts &costs, Lattice &lattice,
+                        bool &isPossible);
+
+}  // namespace qoc

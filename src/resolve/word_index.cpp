@@ -1,0 +1,254 @@
+// Words under weighted edits: the alignment of Wagner and Fischer (1974) with costs of its own for every position of
+// the reading, carried along the alphabetical order so that words share the rows of their common prefix.
+
+#include "resolve/word_index.hpp"
+
+#include <numeric>
+
+#include "platform/containers/view.hpp"
+
+namespace qoc {
+
+namespace {
+
+/// From this many edits on they are not counted in the table, which would grow with them.
+constexpr std::int32_t maxCountedEdits = 12;
+
+}  // namespace
+
+MultiSwaps multiSwapsOf(const qoc_swapCharSet *set) {
+  MultiSwaps swaps;
+  if (set != nullptr && set->expansion != nullptr) {
+    const auto oneToTwo = viewAs<qoc_stringExpandOneToTwo_>(set->expansion->oneToTwo);
+    const auto twoToTwo = viewAs<qoc_stringExpandTwoToTwo_>(set->expansion->twoToTwo);
+    swaps.oneToTwo.assign(oneToTwo.begin(), oneToTwo.end());
+    swaps.twoToTwo.assign(twoToTwo.begin(), twoToTwo.end());
+  }
+  return swaps;
+}
+
+Reach Reach::of(const qoc_ocrDictionaryRunParams *params) {
+  if (params == nullptr) {
+    return {};
+  }
+  return {std::max(params->maxEdits, 0), params->matchOption1 != 0, params->matchOption2 != 0,
+          params->matchOption4 != 0,     params->matchOption9 != 0, params->minStringLength,
+          params->maxStringLength};
+}
+
+void WordIndex::add(std::span<const qoc_ocrDictionaryChar> word, std::int32_t lexicon) {
+  words_.push_back({codes_.size(), word.size(), lexicon});
+  for (const qoc_ocrDictionaryChar &character : word) codes_.push_back(character.code);
+}
+
+void WordIndex::finish() {
+  order_.resize(words_.size());
+  std::iota(order_.begin(), order_.end(), 0u);
+  std::stable_sort(order_.begin(), order_.end(), [&](std::uint32_t a, std::uint32_t b) {
+    const auto *first = codes_.data() + words_[a].begin, *second = codes_.data() + words_[b].begin;
+    return std::lexicographical_compare(first, first + words_[a].length, second, second + words_[b].length);
+  });
+  common_.assign(order_.size(), 0);
+  for (std::size_t k = 1; k < order_.size(); ++k) {
+    const auto before = word(k - 1), here = word(k);
+    const auto differing = std::mismatch(before.begin(), before.end(), here.begin(), here.end());
+    common_[k] = static_cast<std::uint32_t>(differing.second - here.begin());
+  }
+}
+
+std::span<const Char32> WordIndex::word(std::size_t k) const {
+  const Word &word = words_[order_[k]];
+  return {codes_.data() + word.begin, word.length};
+}
+
+WordTable::WordTable(const ReadingCosts &costs, const Reach &reach, const MultiSwaps &swaps)
+    : costs_(costs),
+      reach_(reach),
+      swaps_(swaps),
+      countsEdits_(reach.maxEdits <= maxCountedEdits),
+      numEdits_(countsEdits_ ? reach.maxEdits : 0),
+      band_(reach.isWindow || !swaps.isEmpty() ? INT32_MAX : reach.maxEdits) {
+  suffix_.assign(static_cast<std::size_t>(costs.size()) + 1, 0);
+  for (std::int32_t i = costs.size(); i-- > 0;) {
+    suffix_[static_cast<std::size_t>(i)] =
+        suffix_[static_cast<std::size_t>(i) + 1] + std::max<Cost>(costs.firstScore(i), 0);
+  }
+  fillFirstRow();
+}
+
+bool WordTable::canReach(std::size_t length) const {
+  const auto difference = static_cast<std::int64_t>(length) - costs_.size();
+  return (difference < 0 ? -difference : difference) <= band_;
+}
+
+std::int32_t WordTable::first(std::size_t depth) const {
+  return static_cast<std::int32_t>(
+      std::clamp<std::int64_t>(static_cast<std::int64_t>(depth) - band_, 0, costs_.size()));
+}
+
+std::int32_t WordTable::last(std::size_t depth) const {
+  return static_cast<std::int32_t>(
+      std::clamp<std::int64_t>(static_cast<std::int64_t>(depth) + band_, 0, costs_.size()));
+}
+
+void WordTable::addRow(std::size_t depth) {
+  if (rows_.size() <= depth) rows_.emplace_back();
+  const auto width = static_cast<std::size_t>(last(depth) - first(depth)) + 1;
+  rows_[depth].assign(width * (static_cast<std::size_t>(numEdits_) + 1), noWay);
+}
+
+Cost &WordTable::at(std::size_t depth, std::int32_t input, std::int32_t edits) {
+  return rows_[depth][static_cast<std::size_t>(input - first(depth)) * (static_cast<std::size_t>(numEdits_) + 1) +
+                      static_cast<std::size_t>(edits)];
+}
+
+Cost WordTable::at(std::size_t depth, std::int32_t input, std::int32_t edits) const {
+  const bool isInside = input >= first(depth) && input <= last(depth);
+  return isInside ? const_cast<WordTable *>(this)->at(depth, input, edits) : noWay;
+}
+
+void WordTable::fillFirstRow() {
+  addRow(0);
+  at(0, 0, 0) = 0;
+  if (reach_.isWindow) {
+    Cost ignored = 0;
+    for (std::int32_t i = 0; i < costs_.size(); ++i) {
+      ignored += std::max<Cost>(costs_.firstScore(i), 0);
+      at(0, i + 1, 0) = ignored;
+    }
+  }
+  relax({}, 0);
+}
+
+/// Calls visit(step) for every step that ends at the position and the prefix of `depth` characters.
+template <class Visit>
+void WordTable::forEachStep(std::span<const Char32> word, std::size_t depth, std::int32_t input, Visit &&visit) const {
+  const bool mayEdit = reach_.maxEdits > 0;
+  const Cost swapPenalty = costs_.penalties().rules().swapPenalty;
+  const Char32 last = depth > 0 ? word[depth - 1] : QOC_CHAR_EMPTY;
+  if (depth > 0 && input > 0) {
+    Choice choice;
+    if (costs_.find(input - 1, last, choice)) {
+      visit(Step{1, 1, 0, choice.cost, true});
+      if (input > 1 && mayEdit && reach_.allowsExtra) {
+        visit(Step{2, 1, 1, choice.cost + costs_.extra(input - 2, QOC_CHAR_EMPTY, last), true});
+      }
+    }
+    if (mayEdit && reach_.allowsSubstitution) visit(Step{1, 1, 1, costs_.substituted(input - 1), false});
+  }
+  if (depth > 0 && mayEdit && reach_.allowsMissing) visit(Step{0, 1, 1, costs_.penalties().missing(last), false});
+  if (input > 0 && mayEdit && reach_.allowsExtra) {
+    // Only the character before it is known here: rows are shared by words that go on differently.
+    visit(Step{1, 0, 1, costs_.extra(input - 1, last, QOC_CHAR_EMPTY), false});
+  }
+  if (depth > 0 && input > 1) {
+    for (const qoc_stringExpandOneToTwo_ &swap : swaps_.oneToTwo) {
+      if (swap.single == last && costs_.shows(input - 2, swap.pairFirst) && costs_.shows(input - 1, swap.pairSecond)) {
+        visit(Step{2, 1, 0, swapPenalty, false});
+      }
+    }
+  }
+  if (depth > 1 && input > 0) {
+    for (const qoc_stringExpandOneToTwo_ &swap : swaps_.oneToTwo) {
+      if (swap.pairFirst == word[depth - 2] && swap.pairSecond == last && costs_.shows(input - 1, swap.single)) {
+        visit(Step{1, 2, 0, swapPenalty, false});
+      }
+    }
+  }
+  if (depth > 1 && input > 1) {
+    for (const qoc_stringExpandTwoToTwo_ &swap : swaps_.twoToTwo) {
+      if (swap.toFirst == word[depth - 2] && swap.toSecond == last && costs_.shows(input - 2, swap.fromFirst) &&
+          costs_.shows(input - 1, swap.fromSecond)) {
+        visit(Step{2, 2, 0, swapPenalty, false});
+      }
+    }
+  }
+}
+
+Cost WordTable::relax(std::span<const Char32> word, std::size_t depth) {
+  Cost least = noWay;
+  const WordTable &table = *this;
+  for (std::int32_t i = first(depth); i <= last(depth); ++i) {
+    forEachStep(word, depth, i, [&](const Step &step) {
+      const std::size_t from = depth - static_cast<std::size_t>(step.characters);
+      const std::int32_t counted = countsEdits_ ? step.edits : 0;
+      for (std::int32_t e = counted; e <= numEdits_; ++e) {
+        const Cost before = table.at(from, i - step.inputs, e - counted);
+        Cost &here = at(depth, i, e);
+        if (before < noWay && before + step.cost < here) here = before + step.cost;
+      }
+    });
+    for (std::int32_t e = 0; e <= numEdits_; ++e) least = std::min(least, at(depth, i, e));
+  }
+  return least;
+}
+
+Cost WordTable::extend(std::span<const Char32> word, std::size_t depth) {
+  addRow(depth + 1);
+  return relax(word, depth + 1);
+}
+
+Cost WordTable::suffixCost(std::int32_t input) const {
+  return input == costs_.size() ? 0 : reach_.isWindow ? suffix_[static_cast<std::size_t>(input)] : noWay;
+}
+
+Cost WordTable::cost(std::span<const Char32> word, std::size_t depth) const {
+  const auto length = static_cast<std::int64_t>(word.size());
+  if (reach_.maxEdits == 0 && (length < reach_.minLength || length > reach_.maxLength)) {
+    return noWay;
+  }
+  Cost least = noWay;
+  for (std::int32_t i = first(depth); i <= last(depth); ++i) {
+    for (std::int32_t e = 0; e <= numEdits_; ++e) {
+      if (at(depth, i, e) < noWay && suffixCost(i) < noWay) least = std::min(least, at(depth, i, e) + suffixCost(i));
+    }
+  }
+  return least;
+}
+
+WordTrace WordTable::trace(std::span<const Char32> word) const {
+  WordTrace trace;
+  trace.choices.resize(word.size());
+  trace.inputs.assign(word.size(), -1);
+  std::int32_t input = 0, edits = 0;
+  Cost best = noWay;
+  for (std::int32_t i = first(word.size()); i <= last(word.size()); ++i) {
+    for (std::int32_t e = 0; e <= numEdits_; ++e) {
+      const Cost here = at(word.size(), i, e), rest = suffixCost(i);
+      if (here < noWay && rest < noWay && here + rest < best) {
+        best = here + rest;
+        input = i;
+        edits = e;
+      }
+    }
+  }
+  std::size_t depth = word.size();
+  while (depth > 0) {
+    Step taken = {0, 0, 0, 0, false};
+    forEachStep(word, depth, input, [&](const Step &step) {
+      const std::int32_t counted = countsEdits_ ? step.edits : 0;
+      if (taken.inputs + taken.characters > 0 || counted > edits) return;
+      const Cost before = at(depth - static_cast<std::size_t>(step.characters), input - step.inputs, edits - counted);
+      if (before < noWay && before + step.cost == at(depth, input, edits)) taken = step;
+    });
+    if (taken.inputs + taken.characters == 0) break;
+    for (std::int32_t c = 0; c < taken.characters; ++c) {
+      const std::size_t k = depth - 1 - static_cast<std::size_t>(c);
+      const std::int32_t from = taken.inputs > 0 ? input - 1 - std::min(c, taken.inputs - 1) : -1;
+      Choice choice = {word[k], 0, -1, 0};
+      trace.inputs[k] = from;
+      if (taken.isShown) {
+        costs_.find(from, word[k], choice);
+      } else if (from >= 0 && taken.edits == 0) {  // A multi-character swap.
+        choice.score = static_cast<std::int32_t>(costs_.firstScore(from));
+      }
+      trace.choices[k] = choice;
+    }
+    depth -= static_cast<std::size_t>(taken.characters);
+    input -= taken.inputs;
+    edits -= countsEdits_ ? taken.edits : 0;
+  }
+  return trace;
+}
+
+}  // namespace qoc

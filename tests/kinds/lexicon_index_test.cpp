@@ -1,0 +1,180 @@
+// The index of a lexicon's words: what it finds, how it is shared, and its first use by several threads at once.
+
+#include <algorithm>
+#include <random>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "kinds/lexicon_index.hpp"
+#include "kinds/lexicon_roads.hpp"
+#include "run/run_builders.hpp"
+#include "text/bit_distance.hpp"
+
+namespace {
+
+using namespace qoc::test;
+
+using Words = std::vector<std::string>;
+
+/// A reading with one candidate at each position.
+Owned<qoc_ocrDictionaryStringMulti> plainReading(const std::string &text) {
+  Owned<qoc_ocrDictionaryStringMulti> made;
+  require(qoc_ocrDictionaryStringMulti_setStringT(made, text.c_str()));
+  return made;
+}
+
+std::string randomText(std::mt19937 &random, std::size_t least, std::size_t most, int numLetters) {
+  std::string text(least + random() % (most - least + 1), 'a');
+  for (char &letter : text) {
+    letter = static_cast<char>('a' + random() % static_cast<unsigned>(numLetters));
+  }
+  return text;
+}
+
+Words randomList(std::mt19937 &random, std::size_t numWords, std::size_t most, int numLetters) {
+  Words list;
+  while (list.size() < numWords) {
+    list.push_back(randomText(random, 1, most, numLetters));
+    std::sort(list.begin(), list.end());
+    list.erase(std::unique(list.begin(), list.end()), list.end());
+  }
+  std::shuffle(list.begin(), list.end(), random);
+  return list;
+}
+
+std::vector<std::int32_t> wordsWithin(const qstd_vector_qoc_ocrDictionaryString &strings, const std::string &text,
+                                      std::int32_t edits) {
+  std::array<std::uint64_t, 256> rows = {};
+  for (std::size_t j = 0; j < text.size(); ++j) {
+    rows[static_cast<std::uint8_t>(text[j])] |= std::uint64_t{1} << j;
+  }
+  std::vector<std::int32_t> within;
+  for (std::int32_t i = 0; i < strings.core.size; ++i) {
+    std::vector<std::uint8_t> letters;
+    for (const qoc_ocrDictionaryChar &character : qoc::view(qoc::view(strings)[static_cast<std::size_t>(i)])) {
+      letters.push_back(static_cast<std::uint8_t>(character.code));
+    }
+    if (qoc::bitDistance(rows, static_cast<std::int32_t>(text.size()), letters.data(),
+                         static_cast<std::int32_t>(letters.size())) <= edits) {
+      within.push_back(i);
+    }
+  }
+  return within;
+}
+
+void expectExactlyTheWordsWithin(std::mt19937 &random, const qoc_ocrDictionaryLexicon &lexicon, std::size_t longest,
+                                 int numLetters) {
+  const qoc::LexiconIndex *index = qoc::indexOf(lexicon);
+  ASSERT_NE(index, nullptr);
+  const std::string text = randomText(random, 0, longest, numLetters);
+  const Owned<qoc_ocrDictionaryStringMulti> read = plainReading(text);
+  const qoc::ReadingMatches matches(*read, nullptr);
+  qoc::IndexQuery query;
+  index->prepare(matches, {0, matches.size()}, query);
+  std::vector<std::int32_t> found;
+  for (std::int32_t edits = 0; edits <= 5; ++edits) {
+    index->find(query, edits, 0, lexicon.strings.core.size, found);
+    EXPECT_EQ(found, wordsWithin(lexicon.strings, text, edits)) << text << ", edits " << edits;
+  }
+}
+
+TEST(LexiconIndex, FindsExactlyTheWordsWithinTheEditsThroughTries) {
+  std::mt19937 random(3);
+  for (const int numLetters : {2, 4, 20}) {
+    const Owned<qoc_ocrDictionaryLexicon> entry = lexicon(randomList(random, 1500, 14, numLetters));
+    for (int i = 0; i < 60; ++i) {
+      expectExactlyTheWordsWithin(random, *entry, 16, numLetters);
+    }
+  }
+}
+
+TEST(LexiconIndex, FindsExactlyTheWordsWithinTheEditsByScan) {
+  std::mt19937 random(4);
+  const Owned<qoc_ocrDictionaryLexicon> entry = lexicon(randomList(random, 200, 10, 3));
+  for (int i = 0; i < 60; ++i) {
+    expectExactlyTheWordsWithin(random, *entry, 12, 3);
+  }
+}
+
+TEST(LexiconIndex, WordsOfTheLongestLengthsInTriesAndBeyondAreFound) {
+  Words list;
+  for (std::size_t length = 55; length <= 80; ++length) {
+    list.push_back(std::string(length, 'a'));
+    list.push_back(std::string(length - 1, 'a') + "b");
+  }
+  const auto before = qoc::lexiconRoads();
+  qoc::lexiconRoads().minWordsForTries = 0;
+  const Owned<qoc_ocrDictionaryLexicon> entry = lexicon(list);
+  for (std::size_t length = 50; length <= 63; ++length) {
+    const Owned<qoc_ocrDictionaryStringMulti> read = plainReading(std::string(length, 'a'));
+    const qoc::ReadingMatches matches(*read, nullptr);
+    qoc::IndexQuery query;
+    qoc::indexOf(*entry)->prepare(matches, {0, matches.size()}, query);
+    std::vector<std::int32_t> found;
+    for (std::int32_t edits = 0; edits <= 4; ++edits) {
+      qoc::indexOf(*entry)->find(query, edits, 0, entry->strings.core.size, found);
+      EXPECT_EQ(found, wordsWithin(entry->strings, std::string(length, 'a'), edits)) << length << ", edits " << edits;
+    }
+  }
+  qoc::lexiconRoads() = before;
+}
+
+/// Words that stand in a list more than once, as they can when the list is put into the lexicon as it is.
+TEST(LexiconIndex, FindsEveryOneOfEqualWords) {
+  std::mt19937 random(6);
+  Owned<qstd_vector_qoc_ocrDictionaryString> list;
+  for (int i = 0; i < 900; ++i) {
+    require(qstd_vector_qoc_ocrDictionaryString_pushBack(list, word(randomText(random, 6, 6, 2))));
+  }
+  const qoc::LexiconIndex index(qoc::view(*list));
+  for (int i = 0; i < 20; ++i) {
+    const std::string text = randomText(random, 5, 7, 2);
+    const Owned<qoc_ocrDictionaryStringMulti> read = plainReading(text);
+    const qoc::ReadingMatches matches(*read, nullptr);
+    qoc::IndexQuery query;
+    index.prepare(matches, {0, matches.size()}, query);
+    std::vector<std::int32_t> found;
+    for (std::int32_t edits = 0; edits <= 3; ++edits) {
+      index.find(query, edits, 0, list->core.size, found);
+      EXPECT_EQ(found, wordsWithin(*list, text, edits)) << text << ", edits " << edits;
+    }
+  }
+}
+
+TEST(LexiconIndex, CopiesShareItAndChangesRenewIt) {
+  Owned<qoc_ocrDictionaryLexicon> entry = lexicon({"ab", "cd"});
+  Owned<qoc_ocrDictionaryLexicon> copy;
+  require(qoc_ocrDictionaryLexicon_assign(copy, entry));
+  EXPECT_EQ(qoc::indexOf(*entry), qoc::indexOf(*copy));
+  require(qoc_ocrDictionaryLexicon_addStringT(copy, "ef"));
+  EXPECT_NE(qoc::indexOf(*entry), qoc::indexOf(*copy));
+  EXPECT_EQ(qoc::indexOf(*copy)->numWords(), 3u);
+}
+
+TEST(LexiconIndex, TheFirstUseAfterAChangeMayBeInSeveralThreads) {
+  std::mt19937 random(5);
+  const Words list = randomList(random, 700, 6, 4);
+  Owned<qoc_ocrDictionaryLexicon> entry = lexicon(list);
+  require(qoc_ocrDictionaryLexicon_addStringT(entry, "abcdabcd"));
+  std::vector<std::int32_t> numResults(4);
+  std::vector<std::thread> threads;
+  for (std::size_t t = 0; t < numResults.size(); ++t) {
+    threads.emplace_back([&entry, &numResults, t] {
+      qoc_ocrDictionaryRunParams params;
+      qoc_ocrDictionaryRunParams_construct(&params);
+      params.maxEdits = 1;
+      params.returnBestOnly = 0;
+      const Owned<qoc_ocrDictionaryStringMulti> read = plainReading("abcdabca");
+      Owned<qoc_ocrDictionaryResultSet> set;
+      require(qoc_ocrDictionaryLexicon_matchMulti(entry, read, &params, nullptr, set));
+      numResults[t] = set->results.core.size;
+    });
+  }
+  for (std::thread &thread : threads) {
+    thread.join();
+  }
+  EXPECT_EQ(numResults, std::vector<std::int32_t>(4, 1));
+}
+
+}  // namespace

@@ -1,0 +1,323 @@
+// The resolver against the enumeration of everything that small results and word lists allow.
+
+#include <qoc/resolver.h>
+
+#include <algorithm>
+#include <map>
+
+#include "random/random_cases.hpp"
+#include "run/run_builders.hpp"
+
+namespace {
+
+using namespace qoc::test;
+using random_cases::Random;
+
+constexpr int64_t never = INT64_MAX / 4;
+
+/// A reading, swaps and rules of one case, and what one character costs.
+struct Case {
+  std::vector<std::vector<qoc_ocrDictionaryChar>> reading;
+  Owned<qoc_swapCharSet> swaps;
+  Owned<qoc_ocrDictionaryResolverRules> rules;
+
+  explicit Case(Random &random) {
+    const int32_t n = random.between(1, 4);
+    for (int32_t i = 0; i < n; ++i) {
+      reading.emplace_back();
+      for (int32_t k = random.between(1, 3); k > 0; --k) {
+        reading.back().push_back({static_cast<Char32>("0126"[random.below(4)]), random.below(30)});
+      }
+    }
+    if (random.oneIn(2)) require(qoc_swapCharSet_setSingleSwap(swaps, '0', '6'));
+    for (int32_t *penalty :
+         {&rules->alternativePenalty, &rules->laterPenalty, &rules->swapPenalty, &rules->substitutedPenalty,
+          &rules->missingPenalty, &rules->extraPenalty, &rules->doubledPenalty, &rules->leadCap}) {
+      *penalty = random.below(25);
+    }
+    rules->maxTexts = random.between(1, 6);
+    rules->maxLag = INT32_MAX;
+    rules->freeWord = {random.below(100), random.below(20), random.below(100)};
+    rules->freeShape = {random.below(100), random.below(20), random.below(100)};
+    rules->minMargin = random.below(20);
+    for (int32_t k = random.below(4); k > 0; --k) {
+      const qoc_ocrDictionaryConfusion confusion = {random.pick<Char32>({'0', '1', '6', QOC_CHAR_EMPTY}),
+                                                    random.pick<Char32>({'0', '2', '6', QOC_CHAR_EMPTY}),
+                                                    random.below(25), random.below(25)};
+      require(qstd_vector_qoc_ocrDictionaryConfusion_pushBack(&rules->confusions, &confusion));
+    }
+  }
+
+  int64_t size() const { return static_cast<int64_t>(reading.size()); }
+  const qoc_ocrDictionaryConfusion *confusion(Char32 read, Char32 meant) const {
+    for (const auto &one : elements(rules->confusions)) {
+      if (one.read == read && one.meant == meant) return &one;
+    }
+    return nullptr;
+  }
+  int64_t first(std::size_t i) const { return reading[i][0].score; }
+  bool areSwapped(Char32 a, Char32 b) const {
+    qsys_bool answer = 0;
+    const qoc_ocrDictionaryChar x = {a, 0}, y = {b, 0};
+    require(qoc_swapCharSet_isMatchChar(swaps, &x, &y, &answer));
+    return answer != 0;
+  }
+  /// What the position loses as the character, or `never`.
+  int64_t cost(std::size_t i, Char32 code) const {
+    int64_t least = never;
+    for (std::size_t k = 0; k < reading[i].size(); ++k) {
+      const auto &candidate = reading[i][k];
+      int64_t loss = std::max<int64_t>(first(i) - candidate.score, 0);
+      const auto *listed = confusion(reading[i][0].code, candidate.code);
+      if (k > 0) loss += listed != nullptr ? listed->listedPenalty : rules->alternativePenalty;
+      if (k > 1) loss += rules->laterPenalty;
+      if (candidate.code != code) {
+        if (!areSwapped(candidate.code, code)) continue;
+        const auto *swapped = confusion(candidate.code, code);
+        loss += swapped != nullptr ? swapped->swapPenalty : rules->swapPenalty;
+      }
+      least = std::min(least, loss);
+    }
+    return least;
+  }
+  int64_t substituted(std::size_t i) const { return first(i) + rules->substitutedPenalty; }
+  int64_t missing(Char32 code) const {
+    const auto *one = confusion(QOC_CHAR_EMPTY, code);
+    return one != nullptr ? one->swapPenalty : rules->missingPenalty;
+  }
+  int64_t extra(std::size_t i, Char32 before, Char32 behind) const {
+    const auto *one = confusion(reading[i][0].code, QOC_CHAR_EMPTY);
+    const int64_t loss = one != nullptr ? one->swapPenalty : first(i) + rules->extraPenalty;
+    const bool isDoubled = (before != 0 && cost(i, before) < never) || (behind != 0 && cost(i, behind) < never);
+    return isDoubled ? std::min<int64_t>(loss, rules->doubledPenalty) : loss;
+  }
+  int64_t freeText(const qoc_ocrDictionaryFreeText &free) const {
+    int64_t loss = free.base;
+    for (const auto &position : reading) {
+      const int64_t cap = rules->leadCap;
+      const int64_t lead =
+          position.size() < 2 ? cap : std::clamp<int64_t>(position[0].score - position[1].score, 0, cap);
+      loss += free.perCharacter + lead * free.leadPercent / 100;
+    }
+    return loss;
+  }
+  Owned<qoc_ocrDictionaryStringMulti> record() const {
+    Owned<qoc_ocrDictionaryStringMulti> made;
+    for (const auto &candidates : reading) {
+      Owned<qoc_ocrDictionaryCharMulti> position;
+      require(qstd_vector_qoc_ocrDictionaryChar_assignElements(&position->candidates, candidates.data(),
+                                                               static_cast<int32_t>(candidates.size())));
+      require(qstd_vector_qoc_ocrDictionaryCharMulti_pushBack(&made->positions, position));
+    }
+    return made;
+  }
+};
+
+using Texts = std::map<std::string, int64_t>;
+
+void offer(Texts &texts, const std::string &text, int64_t cost) {
+  const auto [at, isNew] = texts.try_emplace(text, cost);
+  at->second = std::min(at->second, cost);
+}
+
+/// The difference between the best of all texts and what the resolver gives, or "".
+std::string compare(const Case &one, const Texts &all, const qoc_ocrDictionaryFreeText &free,
+                    const qoc_ocrDictionaryResolution &resolution) {
+  std::vector<std::pair<int64_t, std::string>> ranked;
+  for (const auto &[text, cost] : all) ranked.emplace_back(cost, text);
+  std::sort(ranked.begin(), ranked.end());
+  int64_t sum = 0;
+  for (std::size_t i = 0; i < one.reading.size(); ++i) sum += one.first(i);
+  const auto texts = elements(resolution.texts);
+  const std::size_t n = std::min<std::size_t>(ranked.size(), static_cast<std::size_t>(one.rules->maxTexts));
+  if (texts.size() != n) return std::to_string(texts.size()) + " texts, not " + std::to_string(n);
+  for (std::size_t i = 0; i < n; ++i) {
+    const std::string text = show(texts[i].text);
+    const int64_t next = std::min(i + 1 < ranked.size() ? ranked[i + 1].first : never, one.freeText(free));
+    if (all.count(text) == 0 || all.at(text) != ranked[i].first || texts[i].total != sum - ranked[i].first ||
+        texts[i].margin != next - ranked[i].first) {
+      return "text " + std::to_string(i) + " is " + text + " " + std::to_string(texts[i].total) + " +" +
+             std::to_string(texts[i].margin) + ", not " + ranked[i].second + " " +
+             std::to_string(sum - ranked[i].first) + " +" + std::to_string(next - ranked[i].first);
+    }
+  }
+  return "";
+}
+
+std::string resolveAndCompare(const Case &one, const Texts &all, const qoc_ocrDictionaryFreeText &free,
+                              const qoc_ocrDictionary *dictionary, const qoc_ocrDictionaryRunParams *params,
+                              const qoc_ocrDictionaryResultSet *results) {
+  Owned<qoc_ocrDictionaryResolver> resolver;
+  Owned<qoc_ocrDictionaryResolution> resolution;
+  require(qoc_ocrDictionaryResolver_setRules(resolver, one.rules));
+  require(qoc_ocrDictionaryResolver_setDictionary(resolver, dictionary));
+  require(qoc_ocrDictionaryResolver_resolve(resolver, one.record(), params, one.swaps, results, resolution));
+  const std::string difference = compare(one, all, free, *resolution);
+  return difference.empty() ? "" : difference + "\n  reading " + show(one.record()) + "\n" + describe(*results);
+}
+
+/// One made result of a fielding: for each position of the text its input, or -1, and its characters, none where it is
+/// open.
+struct Made {
+  struct Slot {
+    int32_t input;
+    std::vector<Char32> codes;
+  };
+  std::vector<Slot> slots;
+  std::vector<int32_t> deleted;
+};
+
+Made randomResult(Random &random, const Case &one) {
+  Made made;
+  for (int32_t i = 0; i < one.size(); ++i) {
+    if (random.oneIn(8)) {
+      made.slots.push_back({-1, {}});
+      if (random.oneIn(2)) made.slots.back().codes = {static_cast<Char32>("02"[random.below(2)])};
+    }
+    if (random.oneIn(8)) {
+      made.deleted.push_back(i);
+      continue;
+    }
+    made.slots.push_back({i, {}});
+    for (const Char32 code : {'0', '1', '2', '6'}) {
+      if (one.cost(static_cast<std::size_t>(i), code) < never && !random.oneIn(4))
+        made.slots.back().codes.push_back(code);
+    }
+  }
+  return made;
+}
+
+Owned<qoc_ocrDictionaryResult> recordOf(const Made &made, const Case &one, const std::vector<bool> &isOpen) {
+  Owned<qoc_ocrDictionaryResult> record;
+  record->isComputed = 1;
+  record->mode = qoc_ocrDictionaryMode_fielding;
+  require(qoc_ocrDictionaryStringMulti_assign(&record->given, one.record()));
+  require(qstd_vector32s_assign(&record->deleted, vectorOf<qstd_vector32s>(made.deleted)));
+  for (std::size_t i = 0; i < made.slots.size(); ++i) {
+    Owned<qoc_ocrDictionaryCharMulti> position;
+    for (const Char32 code : made.slots[i].codes) {
+      const qoc_ocrDictionaryChar candidate = {code, 0};
+      require(qstd_vector_qoc_ocrDictionaryChar_pushBack(&position->candidates, &candidate));
+    }
+    require(qstd_vector_qoc_ocrDictionaryCharMulti_pushBack(&record->valid.positions, position));
+    const Status status = made.slots[i].input < 0 ? inserted : isOpen[i] ? substituted : primary;
+    require(qstd_vector_qoc_ocrDictionaryPositionStatus_pushBack(&record->resultStringStatus, &status));
+  }
+  return record;
+}
+
+/// Every text of a result with its cost.
+void enumerate(const Case &one, const Made &made, const std::vector<bool> &isOpen, const qoc_checkDigitRule *check,
+               Texts &texts) {
+  // What an extra position is compared with: the cheapest character of the slots beside it.
+  const auto cheapest = [&](int32_t input) -> Char32 {
+    for (std::size_t i = 0; i < made.slots.size(); ++i) {
+      if (input < 0 || made.slots[i].input != input) continue;
+      if (isOpen[i]) return made.slots[i].codes.size() == 1 ? made.slots[i].codes[0] : Char32{'?'};
+      return *std::min_element(made.slots[i].codes.begin(), made.slots[i].codes.end(), [&](Char32 a, Char32 b) {
+        return one.cost(static_cast<std::size_t>(input), a) < one.cost(static_cast<std::size_t>(input), b);
+      });
+    }
+    return 0;
+  };
+  int64_t base = 0;
+  for (const int32_t i : made.deleted) base += one.extra(static_cast<std::size_t>(i), cheapest(i - 1), cheapest(i + 1));
+  const std::function<void(std::size_t, std::string, int64_t)> walk = [&](std::size_t i, const std::string &text,
+                                                                          int64_t cost) {
+    if (i == made.slots.size()) {
+      qsys_bool isValid = 1;
+      if (check != nullptr) require(qoc_checkDigitRule_isValidT(check, text.c_str(), &isValid));
+      if (isValid != 0) offer(texts, text, cost);
+      return;
+    }
+    const auto &slot = made.slots[i];
+    const auto input = static_cast<std::size_t>(slot.input);
+    if (isOpen[i]) {
+      const Char32 code = slot.codes.size() == 1 ? slot.codes[0] : Char32{'?'};
+      walk(i + 1, text + static_cast<char>(code),
+           cost + (slot.input >= 0 ? one.substituted(input) : one.missing(code)));
+      return;
+    }
+    for (const Char32 code : slot.codes) walk(i + 1, text + static_cast<char>(code), cost + one.cost(input, code));
+  };
+  walk(0, "", base);
+}
+
+TEST(ResolverRandom, GivesTheBestTextsOfMadeResults) {
+  random_cases::compareCases([](Random &random) -> std::string {
+    const Case one(random);
+    Owned<qoc_ocrDictionaryResultSet> results;
+    results->isComputed = 1;
+    Owned<qoc_checkDigitRule> luhn;
+    const bool isChecked = random.oneIn(3);
+    Texts passing, all;
+    for (int32_t k = random.between(1, 4); k > 0; --k) {
+      const Made made = randomResult(random, one);
+      std::vector<bool> isOpen;
+      for (const auto &slot : made.slots) isOpen.push_back(slot.input < 0 || slot.codes.empty());
+      require(qstd_vector_qoc_ocrDictionaryResult_pushBack(&results->results, recordOf(made, one, isOpen)));
+      enumerate(one, made, isOpen, nullptr, all);
+      if (isChecked) enumerate(one, made, isOpen, luhn, passing);
+    }
+    if (isChecked) {
+      Owned<qoc_ocrDictionaryEntryCheck> check;
+      require(qstd_vector_qoc_ocrDictionaryEntryCheck_pushBack(
+          const_cast<qstd_vector_qoc_ocrDictionaryEntryCheck *>(&one.rules->checks), check));
+    }
+    return resolveAndCompare(one, passing.empty() ? all : passing, one.rules->freeShape, nullptr, nullptr, results);
+  });
+}
+
+/// The least cost of the word from position i of the reading and j of the word on, within the edits that are left.
+int64_t alignWord(const Case &one, const std::string &word, const qoc_ocrDictionaryRunParams &params, std::size_t i,
+                  std::size_t j, int32_t edits, int64_t prefix) {
+  if (i == one.reading.size() && j == word.size()) return prefix;
+  int64_t least = never;
+  const auto code = [&](std::size_t k) { return static_cast<Char32>(word[k]); };
+  const auto take = [&](int64_t cost, std::size_t di, std::size_t dj, int32_t used) {
+    if (cost < never && edits >= used) {
+      least = std::min(least, alignWord(one, word, params, i + di, j + dj, edits - used, prefix + cost));
+    }
+  };
+  if (i < one.reading.size() && j < word.size()) {
+    take(one.cost(i, code(j)), 1, 1, 0);
+    if (params.matchOption1 != 0) take(one.substituted(i), 1, 1, 1);
+  }
+  if (j < word.size() && params.matchOption2 != 0) take(one.missing(code(j)), 0, 1, 1);
+  if (i < one.reading.size() && params.matchOption4 != 0) {
+    take(one.extra(i, j > 0 ? code(j - 1) : 0, 0), 1, 0, 1);
+    // An extra character is like the one behind it where the reading shows that one right behind it.
+    if (i + 1 < one.reading.size() && j < word.size() && one.cost(i + 1, code(j)) < never) {
+      take(one.extra(i, 0, code(j)) + one.cost(i + 1, code(j)), 2, 1, 1);
+    }
+  }
+  return least;
+}
+
+TEST(ResolverRandom, GivesTheBestWordsWithinReach) {
+  random_cases::compareCases([](Random &random) -> std::string {
+    const Case one(random);
+    std::vector<std::string> list;
+    for (int32_t k = random.between(1, 8); k > 0; --k) {
+      std::string text;
+      for (int32_t c = random.between(1, 5); c > 0; --c) text += "0126"[random.below(4)];
+      if (std::find(list.begin(), list.end(), text) == list.end()) list.push_back(text);
+    }
+    const auto params = runParams({.maxEdits = random.pick({0, 1, 1, 2, 3}),
+                                   .matchOption1 = random.below(2),
+                                   .matchOption2 = random.below(2),
+                                   .matchOption4 = random.below(2),
+                                   .returnBestOnly = random.below(2)});
+    Texts all;
+    for (const std::string &text : list) {
+      const int64_t cost = alignWord(one, text, *params, 0, 0, params->maxEdits, 0);
+      if (cost < never) offer(all, text, cost);
+    }
+    const auto dictionary = dictionaryOf({list});
+    Owned<qoc_ocrDictionaryResultSet> results;
+    require(qoc_ocrDictionary_runSwapCharSetMulti(dictionary, one.record(), params, one.swaps, results));
+    return resolveAndCompare(one, all, one.rules->freeWord, dictionary, params, results);
+  });
+}
+
+}  // namespace

@@ -1,0 +1,151 @@
+// Check digits against examples that their standards and registrars publish.
+
+#include <gtest/gtest.h>
+#include <qoc/check_digit.h>
+
+#include "support/handlers.hpp"
+#include "support/text.hpp"
+
+namespace {
+
+using namespace qoc::test;
+
+Owned<qoc_checkDigitRule> rule(qoc_checkDigitMethod method, const std::vector<qstd_span32> &parts = {}) {
+  Owned<qoc_checkDigitRule> made;
+  made->method = method;
+  require(qstd_vector_qstd_span32_assignElements(&made->parts, parts.data(), static_cast<int32_t>(parts.size())));
+  return made;
+}
+
+bool isValid(const Owned<qoc_checkDigitRule> &made, const std::string &text) {
+  qsys_bool answer = 7;
+  EXPECT_EQ(qoc_checkDigitRule_isValidT(made, text.c_str(), &answer), QSYS_STATUS_OK);
+  return answer == 1;
+}
+
+/// A text that passes, and that passes no more when one of its digits changes.
+void expectOnly(const Owned<qoc_checkDigitRule> &made, const std::string &text) {
+  SCOPED_TRACE(text);
+  EXPECT_TRUE(isValid(made, text));
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (text[i] < '0' || text[i] > '9') continue;
+    std::string changed = text;
+    changed[i] = static_cast<char>('0' + (text[i] - '0' + 1) % 10);
+    EXPECT_FALSE(isValid(made, changed)) << changed;
+  }
+}
+
+TEST(CheckDigit, LuhnPassesItsExamples) {
+  const auto luhn = rule(qoc_checkDigitMethod_luhn);
+  expectOnly(luhn, "79927398713");
+  expectOnly(luhn, "4111 1111 1111 1111");
+  EXPECT_FALSE(isValid(luhn, "79927398710"));
+  EXPECT_FALSE(isValid(luhn, "7992739871X"));
+}
+
+TEST(CheckDigit, GtinPassesTradeItemAndBookNumbersOfEveryLength) {
+  const auto gtin = rule(qoc_checkDigitMethod_gtin);
+  for (const char *text : {"6291041500213", "036000291452", "73513537", "978-0-306-40615-7"}) expectOnly(gtin, text);
+}
+
+TEST(CheckDigit, Isbn10PassesBooksAndSerials) {
+  const auto isbn = rule(qoc_checkDigitMethod_isbn10);
+  for (const char *text : {"0-306-40615-2", "0-8044-2957-X", "0378-5955", "2434-561X"}) expectOnly(isbn, text);
+  EXPECT_FALSE(isValid(isbn, "X378-5955")) << "X stands last only";
+}
+
+TEST(CheckDigit, Mod11x2PassesResearcherNumbers) {
+  const auto mod = rule(qoc_checkDigitMethod_mod11x2);
+  expectOnly(mod, "0000-0002-1825-0097");
+  expectOnly(mod, "0000-0002-1694-233X");
+}
+
+TEST(CheckDigit, Mod37PassesBloodDonationAndReleaseNumbers) {
+  expectOnly(rule(qoc_checkDigitMethod_mod37x2), "G123 498 654 321 H");
+  expectOnly(rule(qoc_checkDigitMethod_mod37x36), "A1-2425G-ABC1234002-M");
+}
+
+TEST(CheckDigit, Mod97PassesAccountCodesAndEntityNumbers) {
+  const auto account = rule(qoc_checkDigitMethod_mod97, {{4, QOC_CHECK_DIGIT_END}, {0, 4}});
+  expectOnly(account, "GB82 WEST 1234 5698 7654 32");
+  expectOnly(account, "DE89 3704 0044 0532 0130 00");
+  expectOnly(rule(qoc_checkDigitMethod_mod97), "213800WSGIIZCXF1P572");
+  EXPECT_FALSE(isValid(account, "GB8X WEST 1234 5698 7654 32"));
+}
+
+TEST(CheckDigit, ContainerPassesItsExamples) {
+  const auto container = rule(qoc_checkDigitMethod_container);
+  expectOnly(container, "CSQU 305438 3");
+  expectOnly(container, "TOLU4734787");
+  EXPECT_FALSE(isValid(container, "CSQU30543833"));
+  EXPECT_FALSE(isValid(container, "CSQ13054383"));
+}
+
+TEST(CheckDigit, VehiclePassesItsExamples) {
+  const auto vehicle = rule(qoc_checkDigitMethod_vehicle);
+  EXPECT_TRUE(isValid(vehicle, "1M8GDM9AXKP042788"));
+  EXPECT_TRUE(isValid(vehicle, "11111111111111111"));
+  EXPECT_FALSE(isValid(vehicle, "1M8GDM9A1KP042788"));
+  EXPECT_FALSE(isValid(vehicle, "1M8GDM9AXKP042789"));
+  EXPECT_FALSE(isValid(vehicle, "1M8GDM9AXKO042788")) << "O does not occur";
+}
+
+TEST(CheckDigit, Icao9303PassesTheSpecimenPassportPartByPart) {
+  const std::string line = "L898902C36UTO7408122F1204159ZE184226B<<<<<10";
+  const auto method = qoc_checkDigitMethod_icao9303;
+  EXPECT_TRUE(isValid(rule(method), "AB2134<<<5"));
+  EXPECT_TRUE(isValid(rule(method), "5207273"));
+  for (const auto &parts : std::vector<std::vector<qstd_span32>>{{{0, 10}},
+                                                                 {{13, 20}},
+                                                                 {{21, 28}},
+                                                                 {{28, 43}},
+                                                                 {{0, 10}, {13, 20}, {21, 44}},
+                                                                 {{0, 10}, {13, 20}, {-23, QOC_CHECK_DIGIT_END}}}) {
+    const auto part = rule(method, parts);
+    EXPECT_TRUE(isValid(part, line));
+    std::string changed = line;
+    changed[static_cast<std::size_t>(parts[0].begin)] =
+        '7' == changed[static_cast<std::size_t>(parts[0].begin)] ? '8' : '7';
+    EXPECT_FALSE(isValid(part, changed));
+  }
+}
+
+TEST(CheckDigit, TextsThatDoNotFitDoNotPass) {
+  EXPECT_FALSE(isValid(rule(qoc_checkDigitMethod_luhn), ""));
+  EXPECT_FALSE(isValid(rule(qoc_checkDigitMethod_luhn), "0"));
+  EXPECT_FALSE(isValid(rule(qoc_checkDigitMethod_luhn, {{0, 5}}), "1234"));
+  EXPECT_FALSE(isValid(rule(qoc_checkDigitMethod_luhn, {{-5, QOC_CHECK_DIGIT_END}}), "1234"));
+  EXPECT_FALSE(isValid(rule(qoc_checkDigitMethod_vehicle), "1M8GDM9AXKP04278"));
+}
+
+TEST(CheckDigitRule, IsRefusedWhereNoTextCanPass) {
+  EXPECT_EQ(qoc_checkDigitRule_validate(rule(0)), QOC_STATUS_CHECK_METHOD_INVALID);
+  EXPECT_EQ(qoc_checkDigitRule_validate(rule(11)), QOC_STATUS_CHECK_METHOD_INVALID);
+  const auto luhn = qoc_checkDigitMethod_luhn, vehicle = qoc_checkDigitMethod_vehicle;
+  EXPECT_EQ(qoc_checkDigitRule_validate(rule(luhn, {{3, 3}})), QOC_STATUS_CHECK_PARTS_INVALID);
+  EXPECT_EQ(qoc_checkDigitRule_validate(rule(luhn, {{-2, -4}})), QOC_STATUS_CHECK_PARTS_INVALID);
+  EXPECT_EQ(qoc_checkDigitRule_validate(rule(vehicle, {{0, 16}})), QOC_STATUS_CHECK_LENGTH_INVALID);
+  EXPECT_EQ(qoc_checkDigitRule_validate(rule(vehicle, {{0, 17}})), QSYS_STATUS_OK);
+  EXPECT_EQ(qoc_checkDigitRule_validate(rule(vehicle)), QSYS_STATUS_OK);
+  qsys_bool answer = 7;
+  EXPECT_EQ(qoc_checkDigitRule_isValidT(rule(0), "1", &answer), QOC_STATUS_CHECK_METHOD_INVALID);
+  EXPECT_EQ(answer, 7u);
+}
+
+TEST(CheckDigitRule, IsRefusedForALengthThatItsMethodOrItsPartsDoNotTake) {
+  const auto vehicle = rule(qoc_checkDigitMethod_vehicle);
+  EXPECT_EQ(qoc_checkDigitRule_validateLength(vehicle, 17), QSYS_STATUS_OK);
+  EXPECT_EQ(qoc_checkDigitRule_validateLength(vehicle, 16), QOC_STATUS_CHECK_LENGTH_INVALID);
+  const auto luhn = rule(qoc_checkDigitMethod_luhn, {{2, 6}});
+  EXPECT_EQ(qoc_checkDigitRule_validateLength(luhn, 6), QSYS_STATUS_OK);
+  EXPECT_EQ(qoc_checkDigitRule_validateLength(luhn, 5), QOC_STATUS_CHECK_PARTS_INVALID);
+}
+
+TEST(CheckDigitRule, ReportsNullAndGoesOn) {
+  FailedChecks reports;
+  EXPECT_EQ(qoc_checkDigitRule_validate(nullptr), QSYS_STATUS_OK);
+  EXPECT_EQ(qoc_checkDigitRule_isValidT(rule(qoc_checkDigitMethod_luhn), nullptr, nullptr), QSYS_STATUS_OK);
+  EXPECT_EQ(reports.lines().size(), 2u);
+}
+
+}  // namespace
