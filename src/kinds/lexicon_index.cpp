@@ -47,7 +47,7 @@ LexiconIndex::LexiconIndex(std::span<const qoc_ocrDictionaryString> words) : tab
   }
 }
 
-void LexiconIndex::prepare(const ReadingMatches &matches, Window window, IndexQuery &query) const noexcept {
+void LexiconIndex::prepare(const ReadingMatches &matches, Window window, IndexQuery &query) const {
   query.numPositions = window.size();
   query.hasRows = query.numPositions <= IndexQuery::maxPositions;
   if (!query.hasRows) {
