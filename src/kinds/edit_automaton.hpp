@@ -62,6 +62,20 @@ class EditAutomaton {
     return any != 0;
   }
 
+  /// Whether some alignment may take another edit. Where none may, the last state is all there is, and stepExactly
+  /// follows it.
+  bool hasEditsLeft(const State &state) const noexcept {
+    std::uint64_t any = 0;
+    for (std::size_t j = 0; j < Edits; ++j) {
+      any |= state[j];
+    }
+    return any != 0;
+  }
+  std::uint64_t stepExactly(std::uint64_t last, std::uint64_t matches) const noexcept {
+    return ((last & matches) << 1) & kept_[Edits];
+  }
+  bool acceptsExactly(std::uint64_t last) const noexcept { return (last & end_) != 0; }
+
   /// Whether the whole reading has been made. Under a ceiling state j need not hold what state j - 1 holds, so all are
   /// asked.
   bool accepts(const State &state) const noexcept {

@@ -57,7 +57,7 @@ std::vector<std::int32_t> orderByLength(std::span<const std::int32_t> lengths) {
   }
   std::vector<std::int32_t> distinct(lengths.begin(), lengths.end());
   std::ranges::sort(distinct);
-  distinct.erase(std::ranges::unique(distinct).begin(), distinct.end());
+  distinct.erase(std::unique(distinct.begin(), distinct.end()), distinct.end());
   // From here on a length is its rank among the different ones.
   std::vector<std::int32_t> ranks(lengths.size());
   std::vector<Places> places(distinct.size());

@@ -34,9 +34,9 @@ class LetterTable {
   /// Letters are at most this.
   std::size_t maxLetter() const noexcept { return maxLetter_; }
   /// The rows of a window of at most 63 positions, by letter; bit 0 is the window's first position.
-  void fill(const ReadingMatches &matches, Window window, LetterMatches &rows) const noexcept;
+  void fill(const ReadingMatches &matches, Window window, LetterMatches &rows) const;
   /// The bits (see signatureBit) of the letters that match some position of a reading of any length.
-  std::uint64_t coveredBits(const ReadingMatches &matches) const noexcept;
+  std::uint64_t coveredBits(const ReadingMatches &matches) const;
 
   /// The letter's bit in a word's signature; frequent letters have bits of their own.
   static std::uint64_t signatureBit(Letter letter) noexcept { return std::uint64_t{1} << (letter % 64); }

@@ -47,7 +47,7 @@ LexiconIndex::LexiconIndex(std::span<const qoc_ocrDictionaryString> words) : tab
   }
 }
 
-void LexiconIndex::prepare(const ReadingMatches &matches, Window window, IndexQuery &query) const noexcept {
+void LexiconIndex::prepare(const ReadingMatches &matches, Window window, IndexQuery &query) const {
   query.numPositions = window.size();
   query.hasRows = query.numPositions <= IndexQuery::maxPositions;
   if (!query.hasRows) {
@@ -94,15 +94,15 @@ void LexiconIndex::find(const IndexQuery &query, std::int32_t maxEdits, std::int
   }
   if (!equals_.empty()) {
     for (std::size_t i = 0, numFound = found.size(); i < numFound; ++i) {
-      const auto [from, to] =
-          std::ranges::equal_range(equals_, found[i], {}, &std::pair<std::int32_t, std::int32_t>::first);
-      for (auto pair = from; pair != to; ++pair) {
+      const std::int32_t word = found[i];
+      for (auto pair = std::ranges::lower_bound(equals_, word, {}, &std::pair<std::int32_t, std::int32_t>::first);
+           pair != equals_.end() && pair->first == word; ++pair) {
         found.push_back(pair->second);
       }
     }
   }
   std::ranges::sort(found);
-  found.erase(std::ranges::unique(found).begin(), found.end());
+  found.erase(std::unique(found.begin(), found.end()), found.end());
 }
 
 template <int Edits>

@@ -49,7 +49,7 @@ class LexiconIndex {
   explicit LexiconIndex(std::span<const qoc_ocrDictionaryString> words);
 
   /// Makes the query of a window of a reading.
-  void prepare(const ReadingMatches &matches, Window window, IndexQuery &query) const noexcept;
+  void prepare(const ReadingMatches &matches, Window window, IndexQuery &query) const;
 
   /// Whether the word's letters leave it an alignment of at most maxEdits edits with the reading or with a part of it.
   bool mayMatch(std::int32_t word, const IndexQuery &query, std::int32_t maxEdits) const noexcept {
@@ -82,7 +82,7 @@ class LexiconIndex {
   WordTrie forward_, backward_;
 };
 
-/// The index of a lexicon's words, made when it is first asked for; null where there is none. Any number of threads may
+/// The index of a lexicon's words, made when it is asked for first; null where there is none. Any number of threads may
 /// ask.
 const LexiconIndex *indexOf(const qoc_ocrDictionaryLexicon &lexicon);
 /// Gives the lexicon an index of its own, for its words as they are now.

@@ -61,6 +61,10 @@ class WordTrie {
 
     // Words are short, so the depth is small.
     void visit(std::size_t node, State state) {
+      if (!automaton.hasEditsLeft(state)) {
+        visitExactly(node, state[Edits]);
+        return;
+      }
       const std::uint8_t *place = nodes + node;
       const std::uint8_t head = *place++;
       for (std::uint8_t left = head & ~leafFlag; left > 0; --left) {
@@ -70,14 +74,14 @@ class WordTrie {
         }
       }
       if ((head & leafFlag) != 0) {
-        accept(state, place);
+        accept(automaton.accepts(state), place);
         return;
       }
       const std::size_t numBranches = std::size_t{*place++} + 1;
       const std::uint8_t *targets = place + numBranches;
       std::size_t branch = 0;
       if (*place == 0) {
-        accept(state, targets);
+        accept(automaton.accepts(state), targets);
         branch = 1;
       }
       for (; branch < numBranches; ++branch) {
@@ -88,8 +92,36 @@ class WordTrie {
       }
     }
 
-    void accept(const State &state, const std::uint8_t *place) {
-      if (automaton.accepts(state)) {
+    /// The same where no edit is left, as in most nodes.
+    void visitExactly(std::size_t node, std::uint64_t last) {
+      const std::uint8_t *place = nodes + node;
+      const std::uint8_t head = *place++;
+      for (std::uint8_t left = head & ~leafFlag; left > 0; --left) {
+        last = automaton.stepExactly(last, rows[*place++]);
+        if (last == 0) {
+          return;
+        }
+      }
+      if ((head & leafFlag) != 0) {
+        accept(automaton.acceptsExactly(last), place);
+        return;
+      }
+      const std::size_t numBranches = std::size_t{*place++} + 1;
+      const std::uint8_t *targets = place + numBranches;
+      std::size_t branch = 0;
+      if (*place == 0) {
+        accept(automaton.acceptsExactly(last), targets);
+        branch = 1;
+      }
+      for (; branch < numBranches; ++branch) {
+        if (const std::uint64_t next = automaton.stepExactly(last, rows[place[branch]]); next != 0) {
+          visitExactly(read(targets + 4 * branch), next);
+        }
+      }
+    }
+
+    void accept(bool isAccepted, const std::uint8_t *place) {
+      if (isAccepted) {
         found(static_cast<std::int32_t>(read(place)));
       }
     }

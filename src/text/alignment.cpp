@@ -82,8 +82,8 @@ struct Aligner::Task {
 };
 
 Aligner::~Aligner() {
-  if (hasShared_) {
-    qoc_ocrDictionaryStringMulti_destruct(&shared_);
+  for (SharedReading &shared : shared_) {
+    qoc_ocrDictionaryStringMulti_destruct(&shared.reading);
   }
 }
 
@@ -288,14 +288,22 @@ qsys_status Aligner::outlineWithOneEdit(Characters word, const qoc_ocrDictionary
   return QSYS_STATUS_OK;
 }
 
-/// Makes the copy of the reading that the results show: one for all of them.
-qsys_status Aligner::shareReading() {
-  if (hasShared_) {
-    return QSYS_STATUS_OK;
+/// Makes the copy of the reading from a position on that results show: one for all of them.
+qsys_status Aligner::shareReading(std::int32_t start, const qoc_ocrDictionaryStringMulti *&shared) {
+  auto found = std::ranges::find(shared_, start, &SharedReading::start);
+  if (found == shared_.end()) {
+    shared_.reserve(shared_.size() + 1);
+    SharedReading fresh = {start, {}};
+    QOC_TRY(qoc_ocrDictionaryStringMulti_construct(&fresh.reading));
+    shared_.push_back(fresh);
+    found = shared_.end() - 1;
+    const Positions shown = view(matches_.reading()).subspan(static_cast<std::size_t>(start));
+    QOC_TRY(qstd_vector_qoc_ocrDictionaryCharMulti_assignElements(&found->reading.positions, shown.data(),
+                                                                  static_cast<std::int32_t>(shown.size())));
+    QOC_TRY(shareElements(found->reading.positions.core));
   }
-  QOC_TRY(qoc_ocrDictionaryStringMulti_constructCopy(&shared_, &matches_.reading()));
-  hasShared_ = true;
-  return shareElements(shared_.positions.core);
+  shared = &found->reading;
+  return QSYS_STATUS_OK;
 }
 
 /// assign(vector, elements) gives a vector of plain elements copies of a span.
@@ -309,9 +317,11 @@ qsys_status Aligner::fillBy(Assign assign, const Outline &outline, const qoc_ocr
   result.numEdits = outline.numEdits;
   const Window shown = outline.isOfTable ? Window{outline.window.start + outline.numInFront, outline.window.end}
                                          : Window{0, matches_.size()};
-  if (shown.size() == matches_.size()) {
-    QOC_TRY(shareReading());
-    QOC_TRY(qoc_ocrDictionaryStringMulti_assign(&result.given, &shared_));
+  constexpr std::int32_t lastSharedStart = 8;  // Others are rare, and all of them together could be very much.
+  if (shown.end == matches_.size() && shown.start <= lastSharedStart) {
+    const qoc_ocrDictionaryStringMulti *shared = nullptr;
+    QOC_TRY(shareReading(shown.start, shared));
+    QOC_TRY(qoc_ocrDictionaryStringMulti_assign(&result.given, shared));
   } else {
     QOC_TRY(qstd_vector_qoc_ocrDictionaryCharMulti_assignElements(
         &result.given.positions, view(matches_.reading()).data() + shown.start, shown.size()));

@@ -64,7 +64,7 @@ class Aligner {
   qsys_status outlineWithOneEdit(Characters word, const qoc_ocrDictionaryRunParams &params, Window window);
   qsys_status scanEnds(Characters word, Window window, EndMatches &ends);
   void add(Window window, std::int32_t numEdits, std::size_t list, bool isOfTable, std::int32_t numInFront);
-  qsys_status shareReading();
+  qsys_status shareReading(std::int32_t start, const qoc_ocrDictionaryStringMulti *&shared);
   template <class Assign>
   qsys_status fillBy(Assign assign, const Outline &outline, const qoc_ocrDictionaryString &word,
                      qoc_ocrDictionaryResult &result);
@@ -81,8 +81,12 @@ class Aligner {
   std::vector<qoc_ocrDictionaryPositionStatus> statuses_[maxOutlines];
   std::vector<std::int32_t> deleted_[maxOutlines];
 
-  bool hasShared_ = false;
-  qoc_ocrDictionaryStringMulti shared_;  // The reading, as the results of it share it.
+  /// The reading from a position on, as the results that show it share it.
+  struct SharedReading {
+    std::int32_t start;
+    qoc_ocrDictionaryStringMulti reading;
+  };
+  std::vector<SharedReading> shared_;
 };
 
 }  // namespace qoc
