@@ -54,7 +54,28 @@ bool equal(A &&a, B &&b, C = {}, P projectA = {}, Q projectB = {}) {
   });
 }
 template <class R> bool is_sorted(R &&range) { return std::is_sorted(std::begin(range), std::end(range)); }
-template <class R> void sort(R &&range) { std::sort(std::begin(range), std::end(range)); }
+template <class R, class C = std::less<>> void sort(R &&range, C compare = {}) {
+  std::sort(std::begin(range), std::end(range), compare);
+}
+template <class R, class C = std::less<>> void push_heap(R &&range, C compare = {}) {
+  std::push_heap(std::begin(range), std::end(range), compare);
+}
+template <class R, class C = std::less<>> void pop_heap(R &&range, C compare = {}) {
+  std::pop_heap(std::begin(range), std::end(range), compare);
+}
+template <class R, class T> void fill(R &&range, const T &value) {
+  std::fill(std::begin(range), std::end(range), value);
+}
+/// What is left over, as a range that has a begin.
+template <class I> struct Rest {
+  I first, last;
+  I begin() const { return first; }
+  I end() const { return last; }
+};
+template <class R> auto unique(R &&range) {
+  const auto first = std::unique(std::begin(range), std::end(range));
+  return Rest<decltype(first)>{first, std::end(range)};
+}
 template <class R> void reverse(R &&range) { std::reverse(std::begin(range), std::end(range)); }
 template <class R> auto max(R &&range) { return *std::max_element(std::begin(range), std::end(range)); }
 template <class R, class O> void copy(R &&range, O out) { std::copy(std::begin(range), std::end(range), out); }

@@ -307,8 +307,7 @@ class Resolving {
       check(text, words.lexicon(k));
       isIn = !isChecked || text.passesCheck || !text.hasCheck;
       // More edits than the table counts: the match test of the library decides.
-      return isIn && !WordTable(costs_, reach_, swaps_).countsEdits() ? isWithinReach(words.word(k), isIn)
-                                                                      : QSYS_STATUS_OK;
+      return isIn && !reach_.countsEdits() ? isWithinReach(words.word(k), isIn) : QSYS_STATUS_OK;
     };
     QOC_TRY(words.findBest(costs_, reach_, swaps_, numWanted_, isAllowed, found));
     for (const FoundWord &word : found) {

@@ -252,6 +252,7 @@ constexpr Choice numbers[] = {
     {"*", "elementSize", 4},
     {"*", "second", 'z'},
     {"qsys_memory_alloc_internal", "size", 100},
+    {"qoc_checkDigitRule_validateLength", "length", 8},
     {"qoc_swapCharSet_*", "code", 'b'},
 };
 

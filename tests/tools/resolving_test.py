@@ -73,6 +73,12 @@ class ResolvingTest(ProgramTest):
         self.assertEqual(code, 0, err)
         self.assertRegex(out, r"\n +sure +CSQU3054383 +margin [0-9.]+, check passed\n")
 
+    def test_it_can_be_left_out(self):
+        self.write("dictionary.json", {"regularExpressions": ["[0-9]{2}"]})
+        answer, = self.run_json("-d", "dictionary.json", "--no-resolving", stdin="17\n")
+        self.assertNotIn("resolved", answer)
+        self.assertEqual(answer["results"][0]["text"], "17")
+
     def test_ready_shapes_take_what_they_describe(self):
         examples = {
             "iso-date": (["2026-11-21", "1999-01-31"], ["2026-13-01", "2026-11-32", "26-11-21"]),

@@ -169,7 +169,7 @@ void writePage(Output &output, const std::function<void(const std::string &)> &w
 ExitCode execute(const Options &options, std::uint64_t &numFinished) {
   DictionaryFile file;
   readDictionaryFile(options.dictionary, file);
-  runTask.prepare(options, file);
+  matchTask.prepare(options, file);
   file.params->returnBestOnly = 0; // The lead over the next result needs the next one.
   Output output(options.output);
   ReportImages images(options.images);
@@ -178,7 +178,7 @@ ExitCode execute(const Options &options, std::uint64_t &numFinished) {
 
   ReadingSteps<Outcome> steps;
   steps.makeWorker = [&] {
-    return [&file, matcher = std::make_shared<Matcher>(options, runTask, file)](Reading &reading) {
+    return [&file, matcher = std::make_shared<Matcher>(options, matchTask, file)](Reading &reading) {
       return judge(reading, matcher->match(reading), *file.params.get());
     };
   };
