@@ -1,11 +1,14 @@
-// How long a dictionary run takes on one long word list, beside a plain scan of the same words; as JSON for scripts/performance.
+// How long a dictionary run takes on one long word list, beside a plain scan of the same words; as JSON for
+// scripts/performance.
 //
 //   qoc_lexicon_speed WORD-FILE [NUMBER-OF-READINGS [NUMBER-OF-WORDS [--one=EDITS]]]
 //
-// With --one every reading is run once with that many edits for its best result, and nothing is printed: for counting instructions.
+// With --one every reading is run once with that many edits for its best result, and nothing is printed: for counting
+// instructions.
 //
-// Readings are words of the list with one random edit each, from a fixed seed. Every reading is run three times, and the least time
-// counts, since whatever else the machine does can only add to it; medians and 99th percentiles are over the readings.
+// Readings are words of the list with one random edit each, from a fixed seed. Every reading is run three times, and
+// the least time counts, since whatever else the machine does can only add to it; medians and 99th percentiles are over
+// the readings.
 
 #include <qoc/ocr_dictionary.h>
 
@@ -101,9 +104,15 @@ std::vector<std::string> makeReadings(const std::vector<std::string> &words, std
     const std::size_t place = random() % reading.size();
     const char letter = static_cast<char>('a' + random() % 26);
     switch (random() % 3) {
-      case 0: reading[place] = letter; break;
-      case 1: reading.insert(place, 1, letter); break;
-      default: reading.erase(place, 1); break;
+      case 0:
+        reading[place] = letter;
+        break;
+      case 1:
+        reading.insert(place, 1, letter);
+        break;
+      default:
+        reading.erase(place, 1);
+        break;
     }
     readings.push_back(reading);
   }
@@ -141,7 +150,8 @@ struct FlatWords {
     places.push_back(letters.size());
   }
 
-  /// The number of words within maxEdits of the reading, by the bit-parallel distance of every word of an admissible length.
+  /// The number of words within maxEdits of the reading, by the bit-parallel distance of every word of an admissible
+  /// length.
   std::size_t scan(const std::string &reading, std::size_t maxEdits) const {
     std::array<std::uint64_t, 256> rows = {};
     for (std::size_t j = 0; j < reading.size(); ++j) {
@@ -172,9 +182,20 @@ void makeMulti(const std::string &text, std::size_t numCandidates, qoc_ocrDictio
     qoc_ocrDictionaryCharMulti *position = nullptr;
     qstd_vector_qoc_ocrDictionaryCharMulti_getElement(&reading->positions, static_cast<std::int32_t>(j), &position);
     for (std::size_t c = 1; c < numCandidates; ++c) {
-      const qoc_ocrDictionaryChar other = {static_cast<Char32>('a' + (static_cast<std::size_t>(text[j]) + 7 * c + j) % 26), 0};
+      const qoc_ocrDictionaryChar other = {
+          static_cast<Char32>('a' + (static_cast<std::size_t>(text[j]) + 7 * c + j) % 26), 0};
       qstd_vector_qoc_ocrDictionaryChar_pushBack(&position->candidates, &other);
     }
+  }
+}
+
+/// Constructs a vector of the words.
+void fillStrings(const std::vector<std::string> &words, qstd_vector_qoc_ocrDictionaryString *strings) {
+  qstd_vector_qoc_ocrDictionaryString_construct(strings, static_cast<std::int32_t>(words.size()));
+  for (std::size_t i = 0; i < words.size(); ++i) {
+    qoc_ocrDictionaryString *string = nullptr;
+    qstd_vector_qoc_ocrDictionaryString_getElement(strings, static_cast<std::int32_t>(i), &string);
+    qoc_ocrDictionaryString_setStringT(string, words[i].c_str());
   }
 }
 
@@ -201,6 +222,60 @@ void printModel(const qoc_ocrDictionaryLexicon &lexicon, const std::vector<std::
   std::printf("\n  ]");
 }
 
+/// A reading of 30 positions, "m" written as "rn" everywhere or not: 15 places where a swap applies, 32,768 variants. A
+/// hundred of the words are made of the same letters, so that some variants are near.
+void printVariants(std::vector<std::string> words) {
+  std::mt19937 random(11);
+  for (std::size_t i = 0; i < std::min<std::size_t>(words.size(), 100); ++i) {
+    words[i].clear();
+    for (int place = 0; place < 15; ++place) {
+      words[i] += random() % 2 != 0 ? "m" : "rn";
+    }
+    words[i].erase(random() % words[i].size(), random() % 2);
+  }
+  qoc_ocrDictionaryLexicon lexicon;
+  qoc_ocrDictionaryLexicon_construct(&lexicon);
+  qstd_vector_qoc_ocrDictionaryString strings;
+  fillStrings(words, &strings);
+  qoc_ocrDictionaryLexicon_setStringsSafe(&lexicon, &strings);
+  qstd_vector_qoc_ocrDictionaryString_destruct(&strings);
+  qoc_ocrDictionary dictionary;
+  qoc_ocrDictionary_construct(&dictionary);
+  qoc_ocrDictionary_setLexiconIExtend(&dictionary, 0, &lexicon);
+  qoc_ocrDictionaryLexicon_destruct(&lexicon);
+  qoc_swapChar swap;
+  qoc_swapChar_construct(&swap);
+  const Char32 codes[] = {'m', 'r', 'n'};
+  qstd_vectorChar32_assignElements(&swap.first, codes, 1);
+  qstd_vectorChar32_assignElements(&swap.second, codes + 1, 2);
+  qstd_vector_qoc_swapChar swaps;
+  qstd_vector_qoc_swapChar_constructEmpty(&swaps);
+  qstd_vector_qoc_swapChar_pushBack(&swaps, &swap);
+  qoc_swapCharSet set;
+  qoc_swapCharSet_construct(&set);
+  qoc_swapCharSet_setSwapCharacters(&set, &swaps);
+  qoc_ocrDictionaryStringMulti reading;
+  qoc_ocrDictionaryStringMulti_constructStringT(&reading, "rnrnrnrnrnrnrnrnrnrnrnrnrnrnrn");
+  qoc_ocrDictionaryResultSet results;
+  qoc_ocrDictionaryResultSet_construct(&results);
+  qoc_ocrDictionaryRunParams params;
+  qoc_ocrDictionaryRunParams_construct(&params);
+  std::printf(",\n  \"variants\": [");
+  for (const int maxEdits : {0, 1, 2}) {
+    params.maxEdits = maxEdits;
+    const Times times = measure(
+        5, [&](std::size_t) { qoc_ocrDictionary_runSwapCharSetMulti(&dictionary, &reading, &params, &set, &results); });
+    std::printf("%s    {\"edits\": %d, \"median\": %.1f}", maxEdits == 0 ? "\n" : ",\n", maxEdits, times.median);
+  }
+  std::printf("\n  ]");
+  qoc_ocrDictionaryResultSet_destruct(&results);
+  qoc_ocrDictionaryStringMulti_destruct(&reading);
+  qoc_swapCharSet_destruct(&set);
+  qstd_vector_qoc_swapChar_destruct(&swaps);
+  qoc_swapChar_destruct(&swap);
+  qoc_ocrDictionary_destruct(&dictionary);
+}
+
 }  // namespace
 
 int main(int argc, char **argv) {
@@ -220,12 +295,7 @@ int main(int argc, char **argv) {
   const std::int64_t bytesBefore = numBytes;
   const auto loadStart = Clock::now();
   qstd_vector_qoc_ocrDictionaryString strings;
-  qstd_vector_qoc_ocrDictionaryString_construct(&strings, static_cast<std::int32_t>(words.size()));
-  for (std::size_t i = 0; i < words.size(); ++i) {
-    qoc_ocrDictionaryString *string = nullptr;
-    qstd_vector_qoc_ocrDictionaryString_getElement(&strings, static_cast<std::int32_t>(i), &string);
-    qoc_ocrDictionaryString_setStringT(string, words[i].c_str());
-  }
+  fillStrings(words, &strings);
   const double fillTime = microsecondsSince(loadStart) / 1e6;
   qoc_ocrDictionary dictionary;
   qoc_ocrDictionary_construct(&dictionary);
@@ -242,9 +312,7 @@ int main(int argc, char **argv) {
   }
   const double setTime = microsecondsSince(setStart) / 1e6;
   qstd_vector_qoc_ocrDictionaryString_destruct(&strings);
-  const auto indexStart = Clock::now();
   const qoc::LexiconIndex *index = qoc::indexOf(*lexicon);
-  const double indexTime = microsecondsSince(indexStart) / 1e6;
   const std::vector<std::string> readings = makeReadings(words, numReadings);
   qoc_ocrDictionaryResultSet results;
   qoc_ocrDictionaryResultSet_construct(&results);
@@ -261,8 +329,8 @@ int main(int argc, char **argv) {
     return 0;
   }
   const double perWord = 1.0 / static_cast<double>(words.size());
-  std::printf("{\n  \"words\": %zu, \"readings\": %zu, \"fillSeconds\": %.3f, \"setSeconds\": %.3f, \"indexSeconds\": %.3f,\n",
-              words.size(), numReadings, fillTime, setTime, indexTime);
+  std::printf("{\n  \"words\": %zu, \"readings\": %zu, \"fillSeconds\": %.3f, \"setSeconds\": %.3f,\n", words.size(),
+              numReadings, fillTime, setTime);
   std::printf("  \"bytesPerWord\": %.1f, \"indexBytesPerWord\": %.1f,\n  \"rows\": [",
               static_cast<double>(numBytes - bytesBefore) * perWord, static_cast<double>(index->numBytes()) * perWord);
 
@@ -288,11 +356,13 @@ int main(int argc, char **argv) {
         for (std::size_t i = 0; i < numReadings; ++i) {
           work(i);
         }
-        std::printf("%s    {\"candidates\": %zu, \"best\": %d, \"edits\": %d, \"median\": %.2f, \"p99\": %.2f, \"results\": %.2f, "
-                    "\"blocks\": %.1f}",
-                    separator, numCandidates, isBest, maxEdits, times.median, times.p99,
-                    static_cast<double>(numResults) / static_cast<double>(numReadings),
-                    static_cast<double>(numBlocks - blocksBefore) / static_cast<double>(numReadings));
+        std::printf(
+            "%s    {\"candidates\": %zu, \"best\": %d, \"edits\": %d, \"median\": %.2f, \"p99\": %.2f, \"results\": "
+            "%.2f, "
+            "\"blocks\": %.1f}",
+            separator, numCandidates, isBest, maxEdits, times.median, times.p99,
+            static_cast<double>(numResults) / static_cast<double>(numReadings),
+            static_cast<double>(numBlocks - blocksBefore) / static_cast<double>(numReadings));
         separator = ",\n";
         std::fflush(stdout);
       }
@@ -307,13 +377,14 @@ int main(int argc, char **argv) {
   for (const std::size_t maxEdits : {0, 1, 2, 3}) {
     std::size_t numFound = 0;
     const Times times = measure(numScanned, [&](std::size_t i) { numFound += flat.scan(readings[i], maxEdits); });
-    std::printf("%s    {\"edits\": %zu, \"median\": %.2f, \"p99\": %.2f, \"words\": %.2f}", separator, maxEdits, times.median,
-                times.p99, static_cast<double>(numFound) / static_cast<double>(3 * numScanned));
+    std::printf("%s    {\"edits\": %zu, \"median\": %.2f, \"p99\": %.2f, \"words\": %.2f}", separator, maxEdits,
+                times.median, times.p99, static_cast<double>(numFound) / static_cast<double>(3 * numScanned));
     separator = ",\n";
   }
   std::printf("\n  ]");
   if (words.size() <= 10'000) {
     printModel(*lexicon, readings);
+    printVariants(words);
   }
   std::printf("\n}\n");
   qoc_ocrDictionaryResultSet_destruct(&results);

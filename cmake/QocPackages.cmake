@@ -37,6 +37,7 @@ if(TARGET qoc_program)
   qoc_add_package(program qoc text "the command line program" "${QOC_LIBRARY_PACKAGE}")
 endif()
 if(TARGET qoc_python)
+  find_package(Python3 REQUIRED COMPONENTS Interpreter)
   math(EXPR next_minor "${Python3_VERSION_MINOR} + 1")
   qoc_add_package(python python3-qoc python "the Python module"
     "${QOC_LIBRARY_PACKAGE}, python3 (>= 3.${Python3_VERSION_MINOR}), python3 (<< 3.${next_minor})")

@@ -1,6 +1,6 @@
 #pragma once
 
-/// @file What the library uses of C++20's range algorithms and memory, for the standard library of older emscriptens,
+/// @file What the library uses of C++20's range algorithms, memory and atomics, for the standard library of older emscriptens,
 /// which lacks it. Included before every source.
 
 #include <version>
@@ -8,6 +8,7 @@
 #if defined(_LIBCPP_VERSION) && _LIBCPP_VERSION < 15000
 
 #include <algorithm>
+#include <atomic>
 #include <functional>
 #include <iterator>
 #include <memory>
@@ -53,7 +54,28 @@ bool equal(A &&a, B &&b, C = {}, P projectA = {}, Q projectB = {}) {
   });
 }
 template <class R> bool is_sorted(R &&range) { return std::is_sorted(std::begin(range), std::end(range)); }
-template <class R> void sort(R &&range) { std::sort(std::begin(range), std::end(range)); }
+template <class R, class C = std::less<>> void sort(R &&range, C compare = {}) {
+  std::sort(std::begin(range), std::end(range), compare);
+}
+template <class R, class C = std::less<>> void push_heap(R &&range, C compare = {}) {
+  std::push_heap(std::begin(range), std::end(range), compare);
+}
+template <class R, class C = std::less<>> void pop_heap(R &&range, C compare = {}) {
+  std::pop_heap(std::begin(range), std::end(range), compare);
+}
+template <class R, class T> void fill(R &&range, const T &value) {
+  std::fill(std::begin(range), std::end(range), value);
+}
+/// What is left over, as a range that has a begin.
+template <class I> struct Rest {
+  I first, last;
+  I begin() const { return first; }
+  I end() const { return last; }
+};
+template <class R> auto unique(R &&range) {
+  const auto first = std::unique(std::begin(range), std::end(range));
+  return Rest<decltype(first)>{first, std::end(range)};
+}
 template <class R> void reverse(R &&range) { std::reverse(std::begin(range), std::end(range)); }
 template <class R> auto max(R &&range) { return *std::max_element(std::begin(range), std::end(range)); }
 template <class R, class O> void copy(R &&range, O out) { std::copy(std::begin(range), std::end(range), out); }
@@ -68,6 +90,16 @@ namespace std {
 template <class T> std::unique_ptr<T> make_unique_for_overwrite(std::size_t n) {
   return std::unique_ptr<T>(new std::remove_extent_t<T>[n]);
 }
+
+/// The page has one thread.
+template <class T> class atomic_ref {
+public:
+  explicit atomic_ref(T &object) : object_(object) {}
+  T load(std::memory_order = std::memory_order_seq_cst) const { return object_; }
+
+private:
+  T &object_;
+};
 
 } // namespace std
 

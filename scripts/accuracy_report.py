@@ -120,6 +120,8 @@ def report(program, every, writes_picture=False):
                              table(program, directory, everything, every, LINES, EXPRESSION_COLUMNS)))
         resolved, _ = accuracy_resolved.section(program, directory, everything, every, writes_picture)
         sections.append(("One text for each line", resolved))
+        learnt = accuracy_resolved.learnt_section(program, directory, everything, every)
+        sections.append(("What is learnt of the reader", learnt))
     return f"""# How many lines come out right
 
 `tests/data/readings.ndjson` holds {len(everything)} lines that a real OCR engine read, with its candidates for every

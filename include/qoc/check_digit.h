@@ -41,7 +41,8 @@ enum { QOC_CHECK_DIGIT_METHOD_LIST(QOC_CHECK_DIGIT_METHOD_CONSTANT) };
 typedef struct qoc_checkDigitRule {
   qoc_checkDigitMethod method;   /**< [luhn] */
   qstd_vector_qstd_span32 parts; /**< [empty] Owned. */
-  qstd_vectorChar32 ignored;     /**< [space, hyphen-minus] Characters that do not count. Owned. */
+  qsys_bool ignoresSeparators;   /**< [1] 1: spaces and hyphens (U+0020, U+002D) do not count. */
+  qstd_vectorChar32 ignored;     /**< [empty] Other characters that do not count. Owned. */
 } qoc_checkDigitRule;
 
 #define QOC_CHECK_DIGIT_END INT32_MAX /**< As the end of a part: the end of the text. */

@@ -78,6 +78,7 @@ QOC_API qsys_status qoc_ocrDictionaryString_concatenate(const qoc_ocrDictionaryS
  * dynamic programme of Wagner and Fischer 1974); a swap that the set allows costs nothing.
  *
  * @param[in] set may be null: no swaps
+ * @return 0, QSYS_STATUS_OUT_OF_MEMORY, or the attention status when interrupted: asked where both strings are long
  */
 QOC_API qsys_status qoc_ocrDictionaryString_editDistance(const qoc_ocrDictionaryString *a,
                                                          const qoc_ocrDictionaryString *b, const qoc_swapCharSet *set,

@@ -17,5 +17,6 @@
 
 #include <qoc/ocr_dictionary.h>
 #include <qoc/cpp/dictionary.hpp>
+#include <qoc/cpp/resolver.hpp>
 
 #endif

@@ -12,7 +12,8 @@ QOC_BEGIN_DECLS
  * What it costs to take one character of a reading for another.
  *
  * With QOC_CHAR_EMPTY as `meant`, `read` is an extra character: its position keeps its score, less swapPenalty. With
- * QOC_CHAR_EMPTY as `read`, swapPenalty is that of `meant` as a missing character. All 0 after construction. Owns nothing.
+ * QOC_CHAR_EMPTY as `read`, swapPenalty is that of `meant` as a missing character. All 0 after construction. Owns
+ * nothing.
  */
 typedef struct qoc_ocrDictionaryConfusion {
   Char32 read, meant;

@@ -1,15 +1,17 @@
 #pragma once
 // The edits between a word and a reading, followed letter by letter for all their alignments at once.
 //
-// State j holds, as bit i, whether what was read of the word so far can be made of the first i positions with at most j edits
-// (Wu and Manber, 1992). A letter that matches position i moves the bit from i to i + 1; a letter without position keeps it, a
-// substituted one moves it, and a position without letter moves it at once, each from the states of one edit less. A letter's matches are
-// a row of bits, so candidates, equivalents and wildcards cost nothing.
+// State j holds, as bit i, whether what was read of the word so far can be made of the first i positions with at most j
+// edits (Wu and Manber, 1992). A letter that matches position i moves the bit from i to i + 1; a letter without
+// position keeps it, a substituted one moves it, and a position without letter moves it at once, each from the states
+// of one edit less. A letter's matches are a row of bits, so candidates, equivalents and wildcards cost nothing.
 //
-//     reading "ac", one edit:   start {0} {0 1};  after 'a' {1} {0 1 2};  after 'b' {} {1 2};  after 'c' {} {2}: "abc" takes one edit
+//     reading "ac", one edit:   start {0} {0 1};  after 'a' {1} {0 1 2};  after 'b' {} {1 2};  after 'c' {} {2}: "abc"
+//     takes one edit
 //
-// A ceiling on the edits made before the reading's position i is a mask on state j: the bit i is kept only where j edits are allowed so
-// early. The alignments that are left are those that stay below the ceiling; see WordTrie for what it is good for.
+// A ceiling on the edits made before the reading's position i is a mask on state j: the bit i is kept only where j
+// edits are allowed so early. The alignments that are left are those that stay below the ceiling; see WordTrie for what
+// it is good for.
 
 #include <array>
 #include <bit>
@@ -60,7 +62,22 @@ class EditAutomaton {
     return any != 0;
   }
 
-  /// Whether the whole reading has been made. Under a ceiling state j need not hold what state j - 1 holds, so all are asked.
+  /// Whether some alignment may take another edit. Where none may, the last state is all there is, and stepExactly
+  /// follows it.
+  bool hasEditsLeft(const State &state) const noexcept {
+    std::uint64_t any = 0;
+    for (std::size_t j = 0; j < Edits; ++j) {
+      any |= state[j];
+    }
+    return any != 0;
+  }
+  std::uint64_t stepExactly(std::uint64_t last, std::uint64_t matches) const noexcept {
+    return ((last & matches) << 1) & kept_[Edits];
+  }
+  bool acceptsExactly(std::uint64_t last) const noexcept { return (last & end_) != 0; }
+
+  /// Whether the whole reading has been made. Under a ceiling state j need not hold what state j - 1 holds, so all are
+  /// asked.
   bool accepts(const State &state) const noexcept {
     std::uint64_t any = 0;
     for (const std::uint64_t bits : state) {

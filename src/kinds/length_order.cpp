@@ -1,11 +1,12 @@
-// For one place i, the exchanges happen at the places j1 < j2 < ... behind it at which the length falls below everything seen since i.
-// Their effect is a rotation: the word at i goes to j1, that at j1 to j2, and the last one, the shortest, to i.
+// For one place i, the exchanges happen at the places j1 < j2 < ... behind it at which the length falls below
+// everything seen since i. Their effect is a rotation: the word at i goes to j1, that at j1 to j2, and the last one,
+// the shortest, to i.
 //
 //     lengths 3 2 4 1:   i = 0: 2 at 1, 1 at 3;  the rotation gives 1 3 4 2;  i = 1: 2 at 3;  1 2 4 3;  i = 2: 1 2 3 4
 //
-// For every length the places from i on that hold it are kept as a heap. A length stands in the chain when it is shorter than that of i
-// and its first place lies in front of the first places of all shorter ones; so one pass over the first places, shortest length first,
-// gives the chain from its end.
+// For every length the places from i on that hold it are kept as a heap. A length stands in the chain when it is
+// shorter than that of i and its first place lies in front of the first places of all shorter ones; so one pass over
+// the first places, shortest length first, gives the chain from its end.
 
 #include "kinds/length_order.hpp"
 
@@ -56,7 +57,7 @@ std::vector<std::int32_t> orderByLength(std::span<const std::int32_t> lengths) {
   }
   std::vector<std::int32_t> distinct(lengths.begin(), lengths.end());
   std::ranges::sort(distinct);
-  distinct.erase(std::ranges::unique(distinct).begin(), distinct.end());
+  distinct.erase(std::unique(distinct.begin(), distinct.end()), distinct.end());
   // From here on a length is its rank among the different ones.
   std::vector<std::int32_t> ranks(lengths.size());
   std::vector<Places> places(distinct.size());

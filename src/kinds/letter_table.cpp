@@ -44,6 +44,7 @@ LetterTable::LetterTable(std::span<const qoc_ocrDictionaryString> words) {
     const auto letter = static_cast<Letter>(number + 1);
     const Char32 code = byCount[i].second;
     codes_.push_back({code, letter});
+    maxLetter_ = std::max<std::size_t>(maxLetter_, letter);
     if (code < small_.size()) {
       small_[code] = letter;
     } else {
@@ -52,8 +53,8 @@ LetterTable::LetterTable(std::span<const qoc_ocrDictionaryString> words) {
   }
 }
 
-void LetterTable::fill(const ReadingMatches &matches, Window window, LetterMatches &rows) const noexcept {
-  rows.fill(0);
+void LetterTable::fill(const ReadingMatches &matches, Window window, LetterMatches &rows) const {
+  std::fill_n(rows.begin(), maxLetter_ + 1, 0);
   const auto word = static_cast<std::size_t>(window.start / 64);
   const int shift = window.start % 64;
   const bool isSplit = shift + window.size() > 64;
@@ -64,7 +65,7 @@ void LetterTable::fill(const ReadingMatches &matches, Window window, LetterMatch
   }
 }
 
-std::uint64_t LetterTable::coveredBits(const ReadingMatches &matches) const noexcept {
+std::uint64_t LetterTable::coveredBits(const ReadingMatches &matches) const {
   std::uint64_t covered = 0;
   for (const Code &code : codes_) {
     const std::uint64_t *row = matches.row(code.code);

@@ -16,11 +16,12 @@ namespace qoc {
 /// A letter of a word list: 1 to 255; 0 is the end of a word.
 using Letter = std::uint8_t;
 
-/// For every letter the positions of a reading that it matches, a bit each; 0 for letters that the list does not have.
+/// For every letter of a list the positions of a reading that it matches, a bit each.
 using LetterMatches = std::array<std::uint64_t, 256>;
 
-/// Numbers codes. In lists of more different codes than there are letters the rarest share letters; such a letter matches where one
-/// of its codes does. Whatever is looked up by letters then finds at least what it would find by codes.
+/// Numbers codes. In lists of more different codes than there are letters the rarest share letters; such a letter
+/// matches where one of its codes does. Whatever is looked up by letters then finds at least what it would find by
+/// codes.
 class LetterTable {
  public:
   explicit LetterTable(std::span<const qoc_ocrDictionaryString> words);
@@ -30,10 +31,12 @@ class LetterTable {
     return code < small_.size() ? small_[code] : others_.find(code)->second;
   }
 
+  /// Letters are at most this.
+  std::size_t maxLetter() const noexcept { return maxLetter_; }
   /// The rows of a window of at most 63 positions, by letter; bit 0 is the window's first position.
-  void fill(const ReadingMatches &matches, Window window, LetterMatches &rows) const noexcept;
+  void fill(const ReadingMatches &matches, Window window, LetterMatches &rows) const;
   /// The bits (see signatureBit) of the letters that match some position of a reading of any length.
-  std::uint64_t coveredBits(const ReadingMatches &matches) const noexcept;
+  std::uint64_t coveredBits(const ReadingMatches &matches) const;
 
   /// The letter's bit in a word's signature; frequent letters have bits of their own.
   static std::uint64_t signatureBit(Letter letter) noexcept { return std::uint64_t{1} << (letter % 64); }
@@ -48,6 +51,7 @@ class LetterTable {
     Letter letter;
   };
   std::vector<Code> codes_;  // Most frequent first.
+  std::size_t maxLetter_ = 0;
   std::array<Letter, 256> small_ = {};
   std::unordered_map<Char32, Letter> others_;
 };

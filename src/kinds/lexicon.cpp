@@ -1,7 +1,7 @@
 // Word lists: their life, and the words in them.
 //
-// A list is put together beside the lexicon and swapped in when it is complete, index included: a call that fails leaves the lexicon
-// as it was.
+// A list is put together beside the lexicon and swapped in when it is complete, index included: a call that fails
+// leaves the lexicon as it was.
 
 #include <algorithm>
 #include <bit>
@@ -85,9 +85,12 @@ void sortByLength(Strings &strings) {
   }
 }
 
+/// When the index of new words is made: with them, or, where words come one by one, when it is first used.
+enum class IndexTime { now, later };
+
 /// Runs fill(list) on a fresh list and makes it, sorted, the lexicon's words.
 template <class Fill>
-qsys_status replaceWords(qoc_ocrDictionaryLexicon &lexicon, Fill fill) {
+qsys_status replaceWords(qoc_ocrDictionaryLexicon &lexicon, IndexTime indexTime, Fill fill) {
   qoc_ocrDictionaryLexicon fresh;
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
     QOC_TRY(qoc_ocrDictionaryLexicon_construct(&fresh));
@@ -95,6 +98,9 @@ qsys_status replaceWords(qoc_ocrDictionaryLexicon &lexicon, Fill fill) {
     QOC_TRY(fill(fresh.strings));
     sortByLength(fresh.strings);
     qoc::renewIndex(fresh);
+    if (indexTime == IndexTime::now) {
+      qoc::indexOf(fresh);
+    }
     std::swap(lexicon, fresh);
     return QSYS_STATUS_OK;
   });
@@ -163,7 +169,7 @@ qsys_status qoc_ocrDictionaryLexicon_setStrings(qoc_ocrDictionaryLexicon *lexico
   if (!present({lexicon, strings})) {
     return QSYS_STATUS_OK;
   }
-  return replaceWords(*lexicon, [&](Strings &words) -> qsys_status {
+  return replaceWords(*lexicon, IndexTime::now, [&](Strings &words) -> qsys_status {
     QOC_TRY(checkList(*strings));
     return qstd_vector_qoc_ocrDictionaryString_assign(&words, strings);
   });
@@ -173,7 +179,7 @@ qsys_status qoc_ocrDictionaryLexicon_setStringsSafe(qoc_ocrDictionaryLexicon *le
   if (!present({lexicon, strings})) {
     return QSYS_STATUS_OK;
   }
-  return replaceWords(*lexicon, [&](Strings &words) -> qsys_status {
+  return replaceWords(*lexicon, IndexTime::now, [&](Strings &words) -> qsys_status {
     StringSet seen(static_cast<std::size_t>(qoc::sizeOf(*strings)));
     for (const String &string : view(*strings)) {
       if (qoc::sizeOf(string) > 0 && seen.insert(string)) {
@@ -198,9 +204,8 @@ qsys_status qoc_ocrDictionaryLexicon_getIsEmpty(const qoc_ocrDictionaryLexicon *
 
 qsys_status qoc_ocrDictionaryLexicon_compareEqual(const qoc_ocrDictionaryLexicon *a, const qoc_ocrDictionaryLexicon *b,
                                                   qsys_bool *isEqual) {
-  return present({a, b, isEqual})
-             ? qstd_vector_qoc_ocrDictionaryString_compareEqual(&a->strings, &b->strings, isEqual)
-             : QSYS_STATUS_OK;
+  return present({a, b, isEqual}) ? qstd_vector_qoc_ocrDictionaryString_compareEqual(&a->strings, &b->strings, isEqual)
+                                  : QSYS_STATUS_OK;
 }
 
 qsys_status qoc_ocrDictionaryLexicon_addString(qoc_ocrDictionaryLexicon *lexicon, const String *string) {
@@ -213,7 +218,7 @@ qsys_status qoc_ocrDictionaryLexicon_addString(qoc_ocrDictionaryLexicon *lexicon
     return QOC_STATUS_STRING_DUPLICATE;
   }
   // Deliberate: an empty word is not refused here.
-  return replaceWords(*lexicon, [&](Strings &words) -> qsys_status {
+  return replaceWords(*lexicon, IndexTime::later, [&](Strings &words) -> qsys_status {
     QOC_TRY(qstd_vector_qoc_ocrDictionaryString_assign(&words, &lexicon->strings));
     return qstd_vector_qoc_ocrDictionaryString_pushBack(&words, string);
   });
@@ -239,7 +244,7 @@ qsys_status qoc_ocrDictionaryLexicon_removeString(qoc_ocrDictionaryLexicon *lexi
   if (!present({lexicon, string})) {
     return QSYS_STATUS_OK;
   }
-  return replaceWords(*lexicon, [&](Strings &words) -> qsys_status {
+  return replaceWords(*lexicon, IndexTime::later, [&](Strings &words) -> qsys_status {
     for (const String &word : view(lexicon->strings)) {
       if (!haveSameCodes(word, *string)) {
         QOC_TRY(qstd_vector_qoc_ocrDictionaryString_pushBack(&words, &word));

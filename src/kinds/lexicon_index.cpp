@@ -43,10 +43,11 @@ LexiconIndex::LexiconIndex(std::span<const qoc_ocrDictionaryString> words) : tab
   if (letters_.numWords() >= lexiconRoads().minWordsForTries && letters_.numWords() <= maxWordsForTries) {
     forward_ = WordTrie(letters_, WordTrie::Direction::forward, &equals_);
     backward_ = WordTrie(letters_, WordTrie::Direction::backward);
+    std::ranges::sort(equals_);
   }
 }
 
-void LexiconIndex::prepare(const ReadingMatches &matches, Window window, IndexQuery &query) const noexcept {
+void LexiconIndex::prepare(const ReadingMatches &matches, Window window, IndexQuery &query) const {
   query.numPositions = window.size();
   query.hasRows = query.numPositions <= IndexQuery::maxPositions;
   if (!query.hasRows) {
@@ -56,36 +57,52 @@ void LexiconIndex::prepare(const ReadingMatches &matches, Window window, IndexQu
   }
   table_.fill(matches, window, query.rows);
   query.coveredBits = 0;
-  for (std::size_t letter = 0; letter < query.rows.size(); ++letter) {
+  for (std::size_t letter = 0; letter <= table_.maxLetter(); ++letter) {
     const std::uint64_t bits = query.rows[letter];
-    query.reversedRows[letter] = bits != 0 ? reversedBits(bits, query.numPositions) : 0;
     query.coveredBits |= bits != 0 ? LetterTable::signatureBit(static_cast<Letter>(letter)) : 0;
   }
+  for (std::size_t letter = 0; letter <= table_.maxLetter() && !backward_.isEmpty(); ++letter) {
+    const std::uint64_t bits = query.rows[letter];
+    query.reversedRows[letter] = bits != 0 ? reversedBits(bits, query.numPositions) : 0;
+  }
+}
+
+bool LexiconIndex::walks(const IndexQuery &query, std::int32_t maxEdits) const noexcept {
+  return !forward_.isEmpty() && query.hasRows && query.numPositions >= 2 && maxEdits <= maxEditsInTries;
 }
 
 void LexiconIndex::find(const IndexQuery &query, std::int32_t maxEdits, std::int32_t first, std::int32_t end,
                         std::vector<std::int32_t> &found) const {
   found.clear();
-  if (forward_.isEmpty() || !query.hasRows || query.numPositions < 2 || maxEdits > maxEditsInTries) {
+  if (!walks(query, maxEdits)) {
     scan(query, maxEdits, first, end, found);
     return;
   }
   switch (maxEdits) {
-    case 0: walk<0>(query, found); break;
-    case 1: walk<1>(query, found); break;
-    case 2: walk<2>(query, found); break;
-    default: walk<3>(query, found); break;
+    case 0:
+      walk<0>(query, found);
+      break;
+    case 1:
+      walk<1>(query, found);
+      break;
+    case 2:
+      walk<2>(query, found);
+      break;
+    default:
+      walk<3>(query, found);
+      break;
   }
   if (!equals_.empty()) {
     for (std::size_t i = 0, numFound = found.size(); i < numFound; ++i) {
-      const auto [from, to] = std::ranges::equal_range(equals_, found[i], {}, &std::pair<std::int32_t, std::int32_t>::first);
-      for (auto pair = from; pair != to; ++pair) {
+      const std::int32_t word = found[i];
+      for (auto pair = std::ranges::lower_bound(equals_, word, {}, &std::pair<std::int32_t, std::int32_t>::first);
+           pair != equals_.end() && pair->first == word; ++pair) {
         found.push_back(pair->second);
       }
     }
   }
   std::ranges::sort(found);
-  found.erase(std::ranges::unique(found).begin(), found.end());
+  found.erase(std::unique(found.begin(), found.end()), found.end());
 }
 
 template <int Edits>
@@ -125,7 +142,8 @@ std::size_t LexiconIndex::numBytes() const noexcept {
 
 namespace {
 
-/// An index, once somebody asked for it, and the number of lexicons that hold it: copies of one, which have the same words.
+/// An index, once somebody asked for it, and the number of lexicons that hold it: copies of one, which have the same
+/// words.
 struct SharedIndex {
   std::once_flag isMade;
   std::optional<LexiconIndex> index;

@@ -35,7 +35,8 @@ class WordTest {
   }
 
  private:
-  /// Tests the words of the window's own range on it, and with a search for windows on all of them, up to the first that matches.
+  /// Tests the words of the window's own range on it, and with a search for windows on all of them, up to the first
+  /// that matches.
   qsys_status tryWords(Window window, bool &isMatch) {
     isMatch = false;
     const WordRange range = findLengthRange(lexicon_, window.size(), params_);

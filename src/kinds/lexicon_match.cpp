@@ -1,29 +1,34 @@
 // The match of a lexicon: every word that can be read in a reading, ranked.
 //
-// The road that is followed: every word of an admissible length is aligned with the reading, in the lexicon's order; the results of
-// each are merged into those so far, which may drop newcomers; the first of all is the best. What is done is less. The index finds the
-// words that have an alignment of few enough edits (see LexiconIndex), for the others give no results and change nothing; and what is
-// merged are outlines (see LexiconResults), which compare as the results would.
+// The road that is followed: every word of an admissible length is aligned with the reading, in the lexicon's order;
+// the results of each are merged into those so far, which may drop newcomers; the first of all is the best. What is
+// done is less. The index finds the words that have an alignment of few enough edits (see LexiconIndex); the others
+// give no results and change nothing. And what is merged are outlines (see LexiconResults), which compare as the
+// results would.
 //
-// **Where only the best is asked for**, words of many edits need not be looked at once one of few is there. Let E be the least number of
-// edits of any result, and S any part of the words, in order, that holds every word with a result of E edits. Claim: merging only the
-// words of S gives the same best result, in all its fields. It holds in the default ranking for exact results (E = 0), and for
-// results of the edit table (maxEdits of 2 and more, E > 0); with maxEdits 1 and E = 1 every word of a result is in S anyway.
+// **Where only the best is asked for**, words of many edits need not be looked at once one of few is there. Let E be
+// the least number of edits of any result, and S any part of the words, in order, that holds every word with a result
+// of E edits. Claim: merging only the words of S gives the same best result, in all its fields. It holds in the default
+// ranking for exact results (E = 0), and for results of the edit table (maxEdits of 2 and more, E > 0); with maxEdits 1
+// and E = 1 every word of a result is in S anyway.
 //
-// - A newcomer of more edits than the list's first result is appended, before anything but edits is compared, so that it
-//   changes no result but by the order indexes that the sort after it sets. Those decide only whether the walk drops a newcomer that
-//   ties with an old result in all keys of the primary-rank order before the index. Call that a tie.
-// - In the cases named, ties agree in all keys of the default order too: edits, deleted positions and primary ones are keys of both, and
-//   the secondary positions are all that are not primary in an exact result, and none in one of the table. Duplicates agree as well.
-//   So what is dropped leaves a result of equal rank in the list that came before it, and the stable sort keeps that in front. By
-//   induction the first result is always the earliest of the least default keys among all words merged: the same in S and in all.
-// - What the comparisons cache in the best result B: B is never dropped, so its own walk compares it with results of E edits only
-//   (others are decided by edits), passes those that are worse, and ends at the first that is better. Its matched positions and its
-//   score are cached at the first result that agrees with it in primary positions and line status; it ties with none. Results that agree in
-//   these and in the default keys act alike, and of such a kind a list always holds the earliest, whatever was dropped behind it; so
-//   the kinds and their order are the same in S and in all. After that B is the first of the list, and every later newcomer of E edits is
-//   compared with it first, whatever the rest of the list holds.
-// - The order index of the best result is 0, as the sort of the finished set writes it, or as it was in a list of one.
+// - A newcomer of more edits than the list's first result is appended before anything but edits is compared, so it
+//   changes no result but by the order indexes that the sort after it sets. Those decide only whether the walk drops
+//   a newcomer that ties with an old result in all keys of the primary-rank order before the index. Call that a tie.
+// - In the cases named, ties agree in all keys of the default order too: edits, deleted positions and primary ones
+//   are keys of both, and the secondary positions are all that are not primary in an exact result, and none in one of
+//   the table. Duplicates agree as well. So what is dropped leaves a result of equal rank in the list that came
+//   before it, and the stable sort keeps that in front. By induction the first result is always the earliest of the
+//   least default keys among all words merged: the same in S and in all.
+// - What the comparisons cache in the best result B: B is never dropped, so its own walk compares it with results of
+//   E edits only (others are decided by edits), passes those that are worse, and ends at the first that is better.
+//   Its matched positions and its score are cached at the first result that agrees with it in primary positions and
+//   line status; it ties with none. Results that agree in these and in the default keys act alike, and of such a kind
+//   a list always holds the earliest, whatever was dropped behind it; so the kinds and their order are the same in S
+//   and in all. After that B is the first of the list, and every later newcomer of E edits is compared with it first,
+//   whatever the rest of the list holds.
+// - The order index of the best result is 0, as the sort of the finished set writes it, or as it was in a list of
+//   one.
 //
 // So the search begins with no edits and allows one more as long as nothing is found within those allowed.
 
@@ -53,9 +58,8 @@ WordRange findLengthRange(const qoc_ocrDictionaryLexicon &lexicon, std::int32_t 
                           const qoc_ocrDictionaryRunParams *params) {
   const auto words = view(lexicon.strings);
   const auto firstOfLength = [&](std::int64_t length) {
-    const auto found = std::ranges::lower_bound(words, length, {}, [](const qoc_ocrDictionaryString &word) {
-      return static_cast<std::int64_t>(sizeOf(word));
-    });
+    const auto found = std::ranges::lower_bound(
+        words, length, {}, [](const qoc_ocrDictionaryString &word) { return static_cast<std::int64_t>(sizeOf(word)); });
     return static_cast<std::int32_t>(found - words.begin());
   };
   const std::int64_t d = params != nullptr ? params->maxEdits : 0;
@@ -91,83 +95,97 @@ class WordMatcher {
   enum class Wanted { all, best };
 
   /// `known`, unless empty, holds every word worth aligning, ascending.
-  WordMatcher(const qoc_ocrDictionaryLexicon &lexicon, const qoc_ocrDictionaryStringMulti &reading,
-              const qoc_ocrDictionaryRunParams *params, const qoc_swapCharSet *set, Wanted wanted,
-              std::span<const std::int32_t> known = {})
+  WordMatcher(const qoc_ocrDictionaryLexicon &lexicon, const ReadingMatches &matches,
+              const qoc_ocrDictionaryRunParams *params, const WordRange &range, Wanted wanted,
+              std::span<const std::int32_t> known)
       : words_(view(lexicon.strings)),
         index_(lexiconRoads().usesIndex ? indexOf(lexicon) : nullptr),
         params_(params),
+        working_(params != nullptr ? *params : qoc_ocrDictionaryRunParams{}),
         known_(known),
         wanted_(wanted),
         maxEdits_(params != nullptr ? std::max(params->maxEdits, 0) : 0),
         searchesWindows_(params != nullptr && params->matchOption9 != 0),
-        range_(findLengthRange(lexicon, sizeOf(reading), params)),
-        polls_(range_, sizeOf(reading), params),
-        matches_(reading, set),
+        range_(range),
+        polls_(range, matches.size(), params),
+        matches_(matches),
         aligner_(matches_, Aligner::Kind::multi),
         outlined_(words_, params != nullptr) {}
 
-  /// Fills `results`, which were reset, ranked but not finished.
-  qsys_status match(qoc_ocrDictionaryResultSet &results) {
-    if (range_.first >= range_.end) {
-      return QSYS_STATUS_OK;
-    }
+  /// Fills `results`, which were reset, ranked; `areFinished` tells whether nothing is left to be done to them.
+  qsys_status match(qoc_ocrDictionaryResultSet &results, bool &areFinished) {
     if (index_ != nullptr && known_.empty()) {
       index_->prepare(matches_, {0, matches_.size()}, query_);
     }
     const bool isDefaultRanking = params_ == nullptr || (params_->rankingMode != 1 && params_->finalizeEachResult == 0);
     if (lexiconRoads().usesOutlines && isDefaultRanking && !searchesWindows_) {
-      QOC_TRY(matchByOutlines(results));
-      return polls_.passOver(range_.end);
+      areFinished = true;
+      return matchByOutlines(results);
     }
-    find(maxEdits_);
-    QOC_TRY(alignFound(results));
-    QOC_TRY(polls_.passOver(range_.end));
+    QOC_TRY(matchByResults(results));
     return qoc_ocrDictionaryResultSet_sort(&results, params_, 1);
   }
 
  private:
-  /// Finds the words worth aligning: all that have an alignment of at most maxEdits edits, and perhaps others.
-  void find(std::int32_t maxEdits) {
+  /// Finds the words worth aligning, all that have an alignment of at most maxEdits edits and perhaps others, and calls
+  /// align() with some of them in found_ after the other, in order. A scan is done in parts, so that it is interrupted.
+  template <class Align>
+  qsys_status findAll(std::int32_t maxEdits, Align align) {
+    constexpr std::int32_t wordsPerScan = 1 << 16;
+    const bool isScan = known_.empty() && (index_ == nullptr || searchesWindows_ || !index_->walks(query_, maxEdits));
+    std::int32_t end = range_.first;
+    for (std::int32_t first = end; first < range_.end; first = end) {
+      end = isScan && range_.end - first > wordsPerScan ? first + wordsPerScan : range_.end;
+      find(maxEdits, first, end);
+      QOC_TRY(align());
+      QOC_TRY(polls_.passOver(end));
+    }
+    return QSYS_STATUS_OK;
+  }
+
+  void find(std::int32_t maxEdits, std::int32_t first, std::int32_t end) {
     found_.clear();
     if (!known_.empty()) {
       std::ranges::copy_if(known_, std::back_inserter(found_),
-                           [this](std::int32_t word) { return word >= range_.first && word < range_.end; });
-      return;
-    }
-    if (index_ != nullptr && !searchesWindows_) {
-      index_->find(query_, maxEdits, range_.first, range_.end, found_);
-      return;
-    }
-    for (std::int32_t word = range_.first; word < range_.end; ++word) {
-      if (index_ == nullptr || index_->mayMatch(word, query_, maxEdits)) {
-        found_.push_back(word);
+                           [=](std::int32_t word) { return word >= first && word < end; });
+    } else if (index_ != nullptr && !searchesWindows_) {
+      index_->find(query_, maxEdits, first, end, found_);
+    } else {
+      for (std::int32_t word = first; word < end; ++word) {
+        if (index_ == nullptr || index_->mayMatch(word, query_, maxEdits)) {
+          found_.push_back(word);
+        }
       }
     }
   }
 
   /// Every word's results are made and merged.
-  qsys_status alignFound(qoc_ocrDictionaryResultSet &results) {
+  qsys_status matchByResults(qoc_ocrDictionaryResultSet &results) {
     qoc_ocrDictionaryResultSet scratch;
     return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
       QOC_TRY(makeLocal(frame, scratch));
-      qoc_ocrDictionaryRunParams working = params_ != nullptr ? *params_ : qoc_ocrDictionaryRunParams{};
-      for (const std::int32_t word : found_) {
-        QOC_TRY(polls_.pollBefore(word));
-        QOC_TRY(stopEarly(params_, results, working));
-        QOC_TRY(aligner_.align(words_[static_cast<std::size_t>(word)], params_ != nullptr ? &working : nullptr, scratch));
-        QOC_TRY(mergeTaking(results, scratch, params_));
-      }
-      return QSYS_STATUS_OK;
+      return findAll(maxEdits_, [&]() -> qsys_status {
+        for (const std::int32_t word : found_) {
+          QOC_TRY(polls_.pollBefore(word));
+          QOC_TRY(stopEarly(params_, results, working_));
+          QOC_TRY(aligner_.align(words_[static_cast<std::size_t>(word)], workingParams(), scratch));
+          QOC_TRY(mergeTaking(results, scratch, params_));
+        }
+        return QSYS_STATUS_OK;
+      });
     });
   }
 
   /// The same with outlines, of which results are made at the end.
   qsys_status matchByOutlines(qoc_ocrDictionaryResultSet &results) {
     const bool isBounded = wanted_ == Wanted::best && lexiconRoads().usesBound;
-    for (std::int32_t edits = isBounded ? 0 : maxEdits_;; ++edits) {
-      find(edits);
-      QOC_TRY(outlineFound());
+    for (std::int32_t edits = isBounded ? 0 : maxEdits_;; edits = moreEdits(edits)) {
+      outlined_.clear();
+      if (maxEdits_ > 1) {
+        // Alignments of few edits are the same whatever the limit above them; but 1 is a limit of another kind.
+        working_.maxEdits = std::max(edits, 2);
+      }
+      QOC_TRY(findAll(edits, [this] { return outlineFound(); }));
       if (edits == maxEdits_ || (!outlined_.isEmpty() && outlined_.leastEdits() <= edits)) {
         break;
       }
@@ -175,28 +193,34 @@ class WordMatcher {
     return outlined_.makeResults(aligner_, wanted_ == Wanted::best ? 1 : INT32_MAX, results);
   }
 
+  /// The next number of edits to be tried: one more as long as tries are walked, then twice as many, so that all tries
+  /// together cost little more than the last.
+  std::int32_t moreEdits(std::int32_t edits) const noexcept {
+    constexpr std::int32_t oneByOne = 3;
+    return edits < oneByOne ? edits + 1 : edits > maxEdits_ / 2 ? maxEdits_ : 2 * edits;
+  }
+
   qsys_status outlineFound() {
-    outlined_.clear();
     constexpr std::size_t mostReserved = 1 << 14;
     constexpr std::size_t mostStatuses = 64;
     outlined_.reserve(std::min(found_.size(), mostReserved),
                       std::min(static_cast<std::size_t>(matches_.size() + std::min(maxEdits_, 3)), mostStatuses));
-    qoc_ocrDictionaryRunParams working = params_ != nullptr ? *params_ : qoc_ocrDictionaryRunParams{};
     for (std::size_t i = 0; i < found_.size(); ++i) {
       prefetchWords(i);
       const std::int32_t word = found_[i];
       QOC_TRY(polls_.pollBefore(word));
-      if (stopsEarly(params_, working) && !outlined_.isEmpty() && outlined_.leastEdits() == 0) {
-        working.maxEdits = 0;
+      if (stopsEarly(params_, working_) && !outlined_.isEmpty() && outlined_.leastEdits() == 0) {
+        working_.maxEdits = 0;
       }
       std::span<const Outline> outlines;
-      QOC_TRY(aligner_.outline(words_[static_cast<std::size_t>(word)], params_ != nullptr ? &working : nullptr, outlines));
+      QOC_TRY(aligner_.outline(words_[static_cast<std::size_t>(word)], workingParams(), outlines));
       outlined_.merge(word, outlines);
     }
     return QSYS_STATUS_OK;
   }
 
-  /// The words found lie far from each other: the records of those to come, and then their characters, are fetched ahead.
+  /// The words found lie far from each other: the records of those to come, and then their characters, are fetched
+  /// ahead.
   void prefetchWords(std::size_t i) const noexcept {
     constexpr std::size_t ahead = 6;
     if (i + 2 * ahead < found_.size()) {
@@ -207,29 +231,42 @@ class WordMatcher {
     }
   }
 
+  const qoc_ocrDictionaryRunParams *workingParams() const noexcept { return params_ != nullptr ? &working_ : nullptr; }
+
   std::span<const qoc_ocrDictionaryString> words_;
   const LexiconIndex *index_;
   const qoc_ocrDictionaryRunParams *params_;
+  qoc_ocrDictionaryRunParams working_;
   std::span<const std::int32_t> known_;
   Wanted wanted_;
   std::int32_t maxEdits_;
   bool searchesWindows_;
   WordRange range_;
   WordPolls polls_;
-  ReadingMatches matches_;
+  const ReadingMatches &matches_;
   Aligner aligner_;
   LexiconResults outlined_;
   IndexQuery query_;
   std::vector<std::int32_t> found_;
 };
 
-/// Matches every word worth trying with one reading.
+/// Matches every word worth trying with one reading, whose matches are made if they are not there. `known` as in
+/// WordMatcher.
 qsys_status matchWords(const qoc_ocrDictionaryLexicon &lexicon, const qoc_ocrDictionaryStringMulti &reading,
                        const qoc_ocrDictionaryRunParams *params, const qoc_swapCharSet *set, WordMatcher::Wanted wanted,
-                       qoc_ocrDictionaryResultSet &results, std::span<const std::int32_t> known = {}) {
+                       std::span<const std::int32_t> known, std::optional<ReadingMatches> &matches,
+                       qoc_ocrDictionaryResultSet &results, bool &areFinished) {
+  areFinished = false;
   QOC_TRY(qoc_ocrDictionaryResultSet_reset(&results));
+  const WordRange range = findLengthRange(lexicon, sizeOf(reading), params);
+  if (range.first >= range.end) {
+    return QSYS_STATUS_OK;
+  }
   return inFrame<1>([&](Frame<1> &) -> qsys_status {
-    return WordMatcher(lexicon, reading, params, set, wanted, known).match(results);
+    if (!matches) {
+      matches.emplace(reading, set);
+    }
+    return WordMatcher(lexicon, *matches, params, range, wanted, known).match(results, areFinished);
   });
 }
 
@@ -281,7 +318,10 @@ class VariantMatcher {
                        std::span<const std::int32_t> known) {
     QOC_TRY(stopEarly(params_, results_, working_));
     // What a variant adds depends on all of its results, so all are needed.
-    QOC_TRY(matchWords(lexicon_, variant, workingParams(), &set_, WordMatcher::Wanted::all, scratch_, known));
+    std::optional<ReadingMatches> matches;
+    bool areFinished = false;  // The whole is finished at the end.
+    QOC_TRY(matchWords(lexicon_, variant, workingParams(), &set_, WordMatcher::Wanted::all, known, matches, scratch_,
+                       areFinished));
     QOC_TRY(qoc_ocrDictionaryResultSet_setGiven(&scratch_, &reading_, &inputIndices));
     if (isFirst) {
       std::swap(results_, scratch_);
@@ -301,7 +341,8 @@ class VariantMatcher {
       if (word % wordsPerPoll == 0 && !isAttentionCounted()) {
         QOC_TRY(qsys_attention_check());  // One more look of a ready handler tells nobody anything.
       }
-      if (index.mayMatch(word, query, maxEdits) && !lattice.addWord(word, view(words[static_cast<std::size_t>(word)]))) {
+      if (index.mayMatch(word, query, maxEdits) &&
+          !lattice.addWord(word, view(words[static_cast<std::size_t>(word)]))) {
         lattice.visitAll();
         break;
       }
@@ -381,26 +422,32 @@ qsys_status matchVariants(const qoc_ocrDictionaryLexicon &lexicon, const qoc_ocr
 
 }  // namespace
 
+qsys_status LexiconMatching::match(const qoc_ocrDictionaryLexicon &lexicon, const qoc_ocrDictionaryRunParams *params,
+                                   qoc_ocrDictionaryResultSet &results) {
+  QOC_TRY(qoc_ocrDictionaryResultSet_reset(&results));
+  bool areFinished = false;
+  if (hasVariants_) {
+    QOC_TRY(matchVariants(lexicon, reading_, params, *set_, results));
+  } else {
+    const bool isBest = params != nullptr && params->returnBestOnly != 0;
+    QOC_TRY(matchWords(lexicon, reading_, params, set_, isBest ? WordMatcher::Wanted::best : WordMatcher::Wanted::all,
+                       {}, matches_, results, areFinished));
+  }
+  if (!areFinished) {
+    QOC_TRY(qoc_ocrDictionaryResultSet_finalize(&results, params));
+  }
+  results.isComputed = 1;
+  return QSYS_STATUS_OK;
+}
+
 }  // namespace qoc
 
 qsys_status qoc_ocrDictionaryLexicon_matchMulti(const qoc_ocrDictionaryLexicon *lexicon,
                                                 const qoc_ocrDictionaryStringMulti *reading,
                                                 const qoc_ocrDictionaryRunParams *params, const qoc_swapCharSet *set,
                                                 qoc_ocrDictionaryResultSet *results) {
-  if (!present({lexicon, reading, results})) {
-    return QSYS_STATUS_OK;
-  }
-  QOC_TRY(qoc_ocrDictionaryResultSet_reset(results));
-  if (qoc::hasVariants(set)) {
-    QOC_TRY(qoc::matchVariants(*lexicon, *reading, params, *set, *results));
-  } else {
-    const bool isBest = params != nullptr && params->returnBestOnly != 0;
-    QOC_TRY(qoc::matchWords(*lexicon, *reading, params, set,
-                            isBest ? qoc::WordMatcher::Wanted::best : qoc::WordMatcher::Wanted::all, *results));
-  }
-  QOC_TRY(qoc_ocrDictionaryResultSet_finalize(results, params));
-  results->isComputed = 1;
-  return QSYS_STATUS_OK;
+  return present({lexicon, reading, results}) ? qoc::LexiconMatching(*reading, set).match(*lexicon, params, *results)
+                                              : QSYS_STATUS_OK;
 }
 
 qsys_status qoc_ocrDictionaryLexicon_match(const qoc_ocrDictionaryLexicon *lexicon,

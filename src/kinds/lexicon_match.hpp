@@ -3,6 +3,8 @@
 
 #include <qoc/lexicon.h>
 
+#include <optional>
+
 #include "frame/frame.hpp"
 #include "kinds/lexicon_index.hpp"
 #include "platform/system/attention.hpp"
@@ -32,14 +34,15 @@ inline std::int64_t numPolls(const WordRange &range) noexcept {
   return range.first < range.end ? numBelow(range.end) - numBelow(range.first) : 0;
 }
 
-/// The attention checks between one word and another: one at every word whose index is a multiple of wordsPerPoll, and where windows
-/// are searched one for each of their starts at every word.
+/// The attention checks between one word and another: one at every word whose index is a multiple of wordsPerPoll, and
+/// where windows are searched one for each of their starts at every word.
 class WordPolls {
  public:
   WordPolls(const WordRange &range, std::int32_t numPositions, const qoc_ocrDictionaryRunParams *params)
       : next_(range.first), numStarts_(params != nullptr && params->matchOption9 != 0 ? numPositions : 0) {}
 
-  /// Passes over the words up to the given one, and asks what is asked before it is looked at; words passed before are done with.
+  /// Passes over the words up to the given one, and asks what is asked before it is looked at; words passed before are
+  /// done with.
   qsys_status pollBefore(std::int32_t word) {
     if (word < next_) {
       return QSYS_STATUS_OK;
@@ -50,6 +53,9 @@ class WordPolls {
   }
   /// Passes over all words up to the given one.
   qsys_status passOver(std::int32_t word) {
+    if (word <= next_) {
+      return QSYS_STATUS_OK;
+    }
     const std::int64_t times = numPolls({next_, word}) + (std::int64_t{word} - next_) * numStarts_;
     next_ = word;
     return checkAttention(times);
@@ -57,6 +63,24 @@ class WordPolls {
 
  private:
   std::int32_t next_, numStarts_;
+};
+
+/// One reading against any number of lexicons: what is worked out of the reading is worked out once.
+class LexiconMatching {
+ public:
+  /// The reading and the set, which may be null, stay as they are while the object lives.
+  LexiconMatching(const qoc_ocrDictionaryStringMulti &reading, const qoc_swapCharSet *set)
+      : reading_(reading), set_(set), hasVariants_(hasVariants(set)) {}
+
+  /// As qoc_ocrDictionaryLexicon_matchMulti.
+  qsys_status match(const qoc_ocrDictionaryLexicon &lexicon, const qoc_ocrDictionaryRunParams *params,
+                    qoc_ocrDictionaryResultSet &results);
+
+ private:
+  const qoc_ocrDictionaryStringMulti &reading_;
+  const qoc_swapCharSet *set_;
+  bool hasVariants_;
+  std::optional<ReadingMatches> matches_;
 };
 
 }  // namespace qoc

@@ -131,8 +131,8 @@ void LexiconResults::merge(std::int32_t word, std::span<const Outline> outlines)
     }
   }
 
-  // The walk over the list and the word's outlines. Edits decide first in every order, so a list that begins with fewer edits ends it
-  // at once, and past the outlines of equal edits nothing is compared any more.
+  // The walk over the list and the word's outlines. Edits decide first in every order, so a list that begins with fewer
+  // edits ends it at once, and past the outlines of equal edits nothing is compared any more.
   const std::int32_t numOld = numListed_;
   std::int32_t appended[Aligner::maxOutlines];
   std::int32_t numAppended = 0;
@@ -160,7 +160,8 @@ void LexiconResults::merge(std::int32_t word, std::span<const Outline> outlines)
         for (const Newcomer &newcomer : newcomers_) {
           orderIndex = newcomer.entry == current ? newcomer.orderIndex : orderIndex;
         }
-        decision = areSame(old, newer) ? 0 : -compareByScore(Ranked{*this, old, orderIndex}, Ranked{*this, newer, j}, false);
+        decision =
+            areSame(old, newer) ? 0 : -compareByScore(Ranked{*this, old, orderIndex}, Ranked{*this, newer, j}, false);
       }
     }
     if (decision > 0) {
@@ -210,16 +211,22 @@ qsys_status LexiconResults::makeResults(Aligner &aligner, std::int32_t most, qoc
   for (qoc_ocrDictionaryResult &result : made) {
     result = blank;
   }
+  ElementPool pool;
   std::int32_t place = 0;
   for (const Class &group : classes_) {
     for (std::int32_t next = group.first; next != none && static_cast<std::size_t>(place) < made.size(); ++place) {
       const Entry &entry = entries_[static_cast<std::size_t>(next)];
       qoc_ocrDictionaryResult &result = made[static_cast<std::size_t>(place)];
-      const Outline outline = {{0, aligner.numPositions()}, entry.numEdits,   entry.isOfTable,
-                               entry.numInFront,            statusesOf(entry), deletedOf(entry)};
-      QOC_TRY(aligner.fill(outline, words_[static_cast<std::size_t>(entry.word)], result));
+      const Outline outline = {{0, aligner.numPositions()}, entry.numEdits,  entry.isOfTable, entry.numInFront,
+                               statusesOf(entry),           deletedOf(entry)};
+      QOC_TRY(aligner.fill(outline, words_[static_cast<std::size_t>(entry.word)], pool, result));
       QOC_TRY(qoc_ocrDictionaryStringMulti_assign(&result.givenSwap, &result.given));
       result.resultStringLineStatus = entry.lineStatus;
+      if (isFinished_) {
+        void *statuses = nullptr;
+        QOC_TRY(pool.place(result.statusWRTInputStringSwapChar.core, sizeOf(result.given), statuses));
+        fillStatusWRTInputString(result, editAs<Status>(result.statusWRTInputStringSwapChar));
+      }
       result.orderIndex = place;
       if (entry.isMatchedCounted) {
         result.numMatchedPositionsIsCached = 1;

@@ -11,28 +11,32 @@
 
 namespace qoc {
 
-/// Merges the results of one word after the other in the default ranking, as qoc_ocrDictionaryResultSet_merge does with whole
-/// results, but on outlines; results are made once, of those that are left.
+/// Merges the results of one word after the other in the default ranking, as qoc_ocrDictionaryResultSet_merge does with
+/// whole results, but on outlines; results are made once, of those that are left.
 ///
-/// The merged list is kept as classes of outlines that the default order cannot tell apart but by the order index, which is to say
-/// that within a class the order is that of arrival. The index of an outline is then known without being written down: its place in the
-/// list, but for those that the last merge has put in.
+/// The merged list is kept as classes of outlines that the default order cannot tell apart but by the order index,
+/// which is to say that within a class the order is that of arrival. The index of an outline is then known without
+/// being written down: its place in the list, but for those that the last merge has put in.
 class LexiconResults {
  public:
-  /// `isFinished` tells whether the results of a word are finished by params before they are merged, which sets their line status.
-  LexiconResults(std::span<const qoc_ocrDictionaryString> words, bool isFinished) : words_(words), isFinished_(isFinished) {}
+  /// `isFinished` tells whether the results of a word are finished by params before they are merged, which sets their
+  /// line status.
+  LexiconResults(std::span<const qoc_ocrDictionaryString> words, bool isFinished)
+      : words_(words), isFinished_(isFinished) {}
 
   void clear() noexcept;
   /// Makes room for the outlines of so many words, of so many statuses each.
   void reserve(std::size_t numWords, std::size_t numStatuses);
-  /// Merges what the alignment of a word gave, in the order in which it is filed: nothing, or one outline, or an exact one and one more.
+  /// Merges what the alignment of a word gave, in the order in which it is filed: nothing, or one outline, or an exact
+  /// one and one more.
   void merge(std::int32_t word, std::span<const Outline> outlines);
 
   bool isEmpty() const noexcept { return classes_.empty(); }
   /// The edits of the first result; there must be one.
   std::int32_t leastEdits() const noexcept { return classes_.front().key.numEdits; }
 
-  /// Makes the first results, as many as there are or the given number, of the words that `aligner` aligned; the set was reset.
+  /// Makes the first results, as many as there are or the given number, of the words that `aligner` aligned, and
+  /// finishes them, with params that do. The set was reset.
   qsys_status makeResults(Aligner &aligner, std::int32_t most, qoc_ocrDictionaryResultSet &results);
 
  private:
@@ -82,7 +86,8 @@ class LexiconResults {
   std::vector<std::int32_t> deleted_;
   std::vector<Class> classes_;  // In the default order.
   std::int32_t numListed_ = 0;
-  /// What the last merge put in, and the order indexes that it got by standing at the end of the list; none where there is none.
+  /// What the last merge put in, and the order indexes that it got by standing at the end of the list; none where there
+  /// is none.
   struct Newcomer {
     std::int32_t entry = none, orderIndex = 0;
   };

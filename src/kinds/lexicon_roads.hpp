@@ -1,5 +1,6 @@
 #pragma once
-// The ways that the match of a lexicon can take. All lead to the same results; what they are for is said where they are taken.
+// The ways that the match of a lexicon can take. All lead to the same results; what they are for is said where they are
+// taken.
 
 #include <cstdint>
 

@@ -3,6 +3,7 @@
 #include <qoc/line_fielding.h>
 
 #include "kinds/line_alignment.hpp"
+#include "platform/system/work_meter.hpp"
 #include "run/result_set_ops.hpp"
 #include "swap/variants.hpp"
 #include "text/reading_of.hpp"
@@ -81,6 +82,7 @@ class ReadingMatcher {
   }
 
   qsys_status file(std::int32_t start, std::int32_t length, LineAlignment alignment) {
+    QOC_TRY(meter_.add(workPerPosition * static_cast<std::size_t>(sizeOf(reading_) + admission_.numLinePositions())));
     qoc_ocrDictionaryResult result;
     return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
       QOC_TRY(qoc_ocrDictionaryResult_construct(&result));
@@ -130,6 +132,9 @@ class ReadingMatcher {
     return QSYS_STATUS_OK;
   }
 
+  static constexpr std::size_t workPerPosition = 64;  // It is copied, graded and its candidates are listed.
+
+  WorkMeter meter_;
   const qoc_ocrDictionaryStringMulti &reading_;
   const qoc_swapCharSet *set_;
   qstd_vector_vector_qoc_ocrDictionaryResult &buckets_;

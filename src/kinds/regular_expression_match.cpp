@@ -138,16 +138,11 @@ class ReadingMatcher {
     return QSYS_STATUS_OK;
   }
 
-  /// Whether another result of the edit cannot show: only the best one is kept in the end, there is one without an
-  /// edit, and one with an edit, which leaves its traces in the ranking of the other.
-  bool isNeedless(ExpressionEdit edit) const {
-    return keepsBestOnly_ && edit != ExpressionEdit::none && sizeOf(buckets_) == 2 && hasExact();
-  }
+  /// Whether a result of the edit cannot show: only the best one is kept in the end, and there is one without an edit,
+  /// which every ranking puts first before it looks at anything else.
+  bool isNeedless(ExpressionEdit edit) const { return keepsBestOnly_ && edit != ExpressionEdit::none && hasExact(); }
 
   qsys_status file(const Edited &edited, Way way) {
-    if (isNeedless(edited.edit)) {
-      return QSYS_STATUS_OK;
-    }
     qoc_ocrDictionaryResult result;
     QOC_TRY(inFrame<1>([&](Frame<1> &frame) -> qsys_status {
       QOC_TRY(qoc_ocrDictionaryResult_construct(&result));
@@ -209,6 +204,16 @@ class ReadingMatcher {
   std::vector<const qstd_tokenMulti *> sequence_;
 };
 
+/// Merges the buckets into an empty set. A single result, which nothing is merged or ranked with, is moved.
+qsys_status takeOver(qstd_vector_vector_qoc_ocrDictionaryResult &buckets, const qoc_ocrDictionaryRunParams *params,
+                     qoc_ocrDictionaryResultSet &results) {
+  const auto all = editAs<qstd_vector_qoc_ocrDictionaryResult>(buckets);
+  if (!all.empty() && sizeOf(all.back()) == 1 && (all.size() == 1 || sizeOf(all.front()) == 0)) {
+    return qstd_vector_qoc_ocrDictionaryResult_swap(&results.results, &all.back());
+  }
+  return qoc_ocrDictionaryResultSet_mergeBuckets(&results, &buckets, params);
+}
+
 /// Ranks everything that one reading gives in `results`, computed also when that is nothing; or enough of it for
 /// whoever keeps the best result only.
 qsys_status matchReading(const Expression &expression, const qoc_ocrDictionaryStringMulti &reading,
@@ -233,7 +238,7 @@ qsys_status matchReading(const Expression &expression, const qoc_ocrDictionarySt
     QOC_TRY(withStates(expression, [&](auto &states) {
       return ReadingMatcher(states, limits, keepsBestOnly, reading, params, set, tokens, wildcard, buckets).matchAll();
     }));
-    return qoc_ocrDictionaryResultSet_mergeBuckets(&results, &buckets, params);
+    return takeOver(buckets, params, results);
   });
 }
 

@@ -12,7 +12,9 @@ namespace {
 /// Edits are counted up to here; no search allows as many.
 constexpr std::uint8_t mostEdits = 250;
 
-std::uint8_t oneMore(std::uint8_t edits) noexcept { return edits < mostEdits ? static_cast<std::uint8_t>(edits + 1) : mostEdits; }
+std::uint8_t oneMore(std::uint8_t edits) noexcept {
+  return edits < mostEdits ? static_cast<std::uint8_t>(edits + 1) : mostEdits;
+}
 
 std::uint64_t saturatingSum(std::uint64_t a, std::uint64_t b) noexcept {
   return a > std::numeric_limits<std::uint64_t>::max() - b ? std::numeric_limits<std::uint64_t>::max() : a + b;
@@ -78,7 +80,8 @@ std::size_t VariantLattice::nodeWithin(std::int32_t position, std::size_t choice
 }
 
 /// Takes the way by a symbol from the node to the target into the node's row.
-void VariantLattice::fillLeft(const Word &word, std::size_t node, std::size_t target, std::size_t symbol, bool isFresh) {
+void VariantLattice::fillLeft(const Word &word, std::size_t node, std::size_t target, std::size_t symbol,
+                              bool isFresh) {
   const std::size_t stride = static_cast<std::size_t>(word.size) + 1;
   std::uint8_t *here = left_.data() + word.firstLeft + node * stride;
   const std::uint8_t *behind = left_.data() + word.firstLeft + target * stride;
@@ -111,7 +114,8 @@ bool VariantLattice::addWord(std::int32_t index, Characters characters) {
   left_.resize(left_.size() + stride * numNodes_);
   const auto last = static_cast<std::size_t>(numPositions_);
   for (std::size_t i = 0; i < stride; ++i) {
-    left_[word.firstLeft + last * stride + i] = static_cast<std::uint8_t>(std::min<std::size_t>(stride - 1 - i, mostEdits));
+    left_[word.firstLeft + last * stride + i] =
+        static_cast<std::uint8_t>(std::min<std::size_t>(stride - 1 - i, mostEdits));
   }
   for (std::int32_t p = numPositions_ - 1; p >= 0; --p) {
     const auto choices = choices_->at(p);
@@ -184,7 +188,8 @@ void VariantLattice::step(const Word &word, const std::uint8_t *from, std::size_
   }
 }
 
-/// Takes the next choice of the last beginning. @return whether the longer beginning is near some word; else it is not taken
+/// Takes the next choice of the last beginning. @return whether the longer beginning is near some word; else it is not
+/// taken
 bool VariantLattice::enter(std::int32_t &position, std::int32_t &length) {
   Frame &before = frames_.back();
   const std::size_t choiceIndex = before.nextChoice++;

@@ -1,19 +1,21 @@
 #pragma once
 // The variants that multi-character swaps make of a reading, as one lattice, and the words that some of them are near.
 //
-// A reading with twenty positions that swaps apply to has a million variants; few words are near any of them. The variants are the ways
-// through a lattice: its nodes are the places between the reading's positions, and each choice at a position leads on by one symbol or
-// two, a position kept or characters put in. So the least number of edits between a word and all variants at once is one table, node
-// by letter, filled from the end:
+// A reading with twenty positions that swaps apply to has a million variants; few words are near any of them. The
+// variants are the ways through a lattice: its nodes are the places between the reading's positions, and each choice at
+// a position leads on by one symbol or two, a position kept or characters put in. So the least number of edits between
+// a word and all variants at once is one table, node by letter, filled from the end:
 //
 //     left(node, i) = the least edits that turn some way from the node into the word's letters from i on
 //
-// A word with left(first node, 0) above the edits allowed is near no variant. For the others the ways are walked in the order of the
-// expansion, each word carrying the row of its edits with the symbols so far. A beginning is gone on with only while for some word, for
-// some i, the row at i and left(node, i) together stay within the edits: then, and only then, some variant with this beginning is near the word. So
-// the walk visits nothing but beginnings of variants that are asked for.
+// A word with left(first node, 0) above the edits allowed is near no variant. For the others the ways are walked in the
+// order of the expansion, each word carrying the row of its edits with the symbols so far. A beginning is gone on with
+// only while for some word, for some i, the row at i and left(node, i) together stay within the edits: then, and only
+// then, some variant with this beginning is near the word. So the walk visits nothing but beginnings of variants that
+// are asked for.
 //
-// Edits are counted as the index counts them (see LexiconIndex): at least as many words and variants are found as any alignment accepts.
+// Edits are counted as the index counts them (see LexiconIndex): at least as many words and variants are found as any
+// alignment accepts.
 
 #include <qoc/dictionary_string.h>
 
@@ -64,8 +66,9 @@ class VariantLattice {
     return std::span(counts_).subspan(static_cast<std::size_t>(position) * size, size);
   }
 
-  /// Goes through all variants in order. visit(steps, isFirst, words) is called for each that is near one of the words kept, with these, ascending
-  /// as they were added; pass(position, length) for the variants that have a beginning of that length, up to that position, in common and are near none.
+  /// Goes through all variants in order. visit(steps, isFirst, words) is called for each that is near one of the words
+  /// kept, with these, ascending as they were added; pass(position, length) for the variants that have a beginning of
+  /// that length, up to that position, in common and are near none.
   template <class Visit, class Pass>
   qsys_status walk(Visit visit, Pass pass) {
     begin();

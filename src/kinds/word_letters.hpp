@@ -26,7 +26,8 @@ class WordLetters {
   std::int32_t endOf(std::size_t g) const noexcept { return g + 1 < groups_.size() ? groups_[g + 1].first : numWords_; }
   /// The letters of the words of a group from the given word on; one word's follow the other's.
   const Letter *lettersOf(const Group &group, std::int32_t word) const noexcept {
-    return letters_.data() + group.place + static_cast<std::size_t>(word - group.first) * static_cast<std::size_t>(group.length);
+    return letters_.data() + group.place +
+           static_cast<std::size_t>(word - group.first) * static_cast<std::size_t>(group.length);
   }
   std::size_t numLetters() const noexcept { return letters_.size(); }
   std::size_t numBytes() const noexcept { return letters_.capacity() + groups_.capacity() * sizeof(Group); }

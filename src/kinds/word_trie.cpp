@@ -59,7 +59,8 @@ class WordTrie::Builder {
     if (depth < 8) {
       return static_cast<Letter>(entry.head >> (56 - 8 * depth));
     }
-    return depth >= entry.length ? Letter{0} : entry.letters[direction_ == Direction::forward ? depth : entry.length - 1 - depth];
+    return depth >= entry.length ? Letter{0}
+                                 : entry.letters[direction_ == Direction::forward ? depth : entry.length - 1 - depth];
   }
 
   Entry makeEntry(const Letter *letters, std::int32_t length, std::int32_t word) const noexcept {
@@ -124,7 +125,8 @@ class WordTrie::Builder {
       while (next < end && letterAt(entries_[next], fork) == letter) {
         ++next;
       }
-      const auto value = letter == 0 ? static_cast<std::uint32_t>(entries_[i].word) : static_cast<std::uint32_t>(nodes_.size());
+      const auto value =
+          letter == 0 ? static_cast<std::uint32_t>(entries_[i].word) : static_cast<std::uint32_t>(nodes_.size());
       std::memcpy(nodes_.data() + target, &value, sizeof value);
       if (letter != 0) {
         writeNode(i, next, fork + 1);

@@ -7,9 +7,9 @@
 //       at a fork:  number of branches less 1, the branches' letters ascending, for each branch 4 bytes;
 //       at a leaf:  the 4 bytes of its word.
 //
-// The 4 bytes of a branch are the place of its node, or the word itself where the branch is the end of a word (letter 0). A leaf's n has
-// bit 7 set. A walk thus reads the letters of all branches from one place and goes only where alignments are left, and what lies
-// below a fork lies together.
+// The 4 bytes of a branch are the place of its node, or the word itself where the branch is the end of a word (letter
+// 0). A leaf's n has bit 7 set. A walk thus reads the letters of all branches from one place and goes only where
+// alignments are left, and what lies below a fork lies together.
 
 #include <cstdint>
 #include <cstring>
@@ -29,12 +29,13 @@ class WordTrie {
 
   /// An empty trie.
   WordTrie() = default;
-  /// Of words with the same letters the first is in the trie; the others are added to `equals`, where it is given, as pairs of the
-  /// word in the trie and the other.
+  /// Of words with the same letters the first is in the trie; the others are added to `equals`, where it is given, as
+  /// pairs of the word in the trie and the other.
   WordTrie(const WordLetters &words, Direction direction,
            std::vector<std::pair<std::int32_t, std::int32_t>> *equals = nullptr);
 
-  /// Calls found(word) for every word that the automaton accepts; `rows` are the matches of the letters, in the trie's direction.
+  /// Calls found(word) for every word that the automaton accepts; `rows` are the matches of the letters, in the trie's
+  /// direction.
   template <int Edits, class Found>
   void walk(const EditAutomaton<Edits> &automaton, const LetterMatches &rows, Found found) const {
     if (!nodes_.empty()) {
@@ -60,6 +61,10 @@ class WordTrie {
 
     // Words are short, so the depth is small.
     void visit(std::size_t node, State state) {
+      if (!automaton.hasEditsLeft(state)) {
+        visitExactly(node, state[Edits]);
+        return;
+      }
       const std::uint8_t *place = nodes + node;
       const std::uint8_t head = *place++;
       for (std::uint8_t left = head & ~leafFlag; left > 0; --left) {
@@ -69,14 +74,14 @@ class WordTrie {
         }
       }
       if ((head & leafFlag) != 0) {
-        accept(state, place);
+        accept(automaton.accepts(state), place);
         return;
       }
       const std::size_t numBranches = std::size_t{*place++} + 1;
       const std::uint8_t *targets = place + numBranches;
       std::size_t branch = 0;
       if (*place == 0) {
-        accept(state, targets);
+        accept(automaton.accepts(state), targets);
         branch = 1;
       }
       for (; branch < numBranches; ++branch) {
@@ -87,8 +92,36 @@ class WordTrie {
       }
     }
 
-    void accept(const State &state, const std::uint8_t *place) {
-      if (automaton.accepts(state)) {
+    /// The same where no edit is left, as in most nodes.
+    void visitExactly(std::size_t node, std::uint64_t last) {
+      const std::uint8_t *place = nodes + node;
+      const std::uint8_t head = *place++;
+      for (std::uint8_t left = head & ~leafFlag; left > 0; --left) {
+        last = automaton.stepExactly(last, rows[*place++]);
+        if (last == 0) {
+          return;
+        }
+      }
+      if ((head & leafFlag) != 0) {
+        accept(automaton.acceptsExactly(last), place);
+        return;
+      }
+      const std::size_t numBranches = std::size_t{*place++} + 1;
+      const std::uint8_t *targets = place + numBranches;
+      std::size_t branch = 0;
+      if (*place == 0) {
+        accept(automaton.acceptsExactly(last), targets);
+        branch = 1;
+      }
+      for (; branch < numBranches; ++branch) {
+        if (const std::uint64_t next = automaton.stepExactly(last, rows[place[branch]]); next != 0) {
+          visitExactly(read(targets + 4 * branch), next);
+        }
+      }
+    }
+
+    void accept(bool isAccepted, const std::uint8_t *place) {
+      if (isAccepted) {
         found(static_cast<std::int32_t>(read(place)));
       }
     }

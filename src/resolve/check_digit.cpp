@@ -158,6 +158,9 @@ bool CheckAutomaton::accepts(std::int32_t state) const {
 }
 
 bool isIgnored(const qoc_checkDigitRule &rule, Char32 code) {
+  if (rule.ignoresSeparators != 0 && (code == ' ' || code == '-')) {
+    return true;
+  }
   const auto ignored = viewAs<Char32>(rule.ignored);
   return std::find(ignored.begin(), ignored.end(), code) != ignored.end();
 }

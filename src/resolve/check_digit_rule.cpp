@@ -11,8 +11,6 @@ using namespace qoc;
 
 namespace {
 
-constexpr Char32 ignoredByDefault[] = {' ', '-'};
-
 /// Whether a part can hold a position of some text.
 bool canHold(const qstd_span32 &part) {
   const bool isSameSide = (part.begin < 0) == (part.end < 0);
@@ -49,9 +47,10 @@ qsys_status qoc_checkDigitRule_construct(qoc_checkDigitRule *rule) {
   }
   return inFrame<2>([&](Frame<2> &frame) -> qsys_status {
     rule->method = qoc_checkDigitMethod_luhn;
+    rule->ignoresSeparators = 1;
     QOC_TRY(qstd_vector_qstd_span32_constructEmpty(&rule->parts));
     frame.output<qstd_vector_qstd_span32_destruct>(&rule->parts);
-    QOC_TRY(qstd_vectorChar32_constructFromBlock(&rule->ignored, ignoredByDefault, std::size(ignoredByDefault)));
+    QOC_TRY(qstd_vectorChar32_constructEmpty(&rule->ignored));
     frame.output<qstd_vectorChar32_destruct>(&rule->ignored);
     return QSYS_STATUS_OK;
   });
@@ -69,6 +68,7 @@ qsys_status qoc_checkDigitRule_assign(qoc_checkDigitRule *rule, const qoc_checkD
   QOC_TRY(qstd_vector_qstd_span32_assign(&rule->parts, &source->parts));
   QOC_TRY(qstd_vectorChar32_assign(&rule->ignored, &source->ignored));
   rule->method = source->method;
+  rule->ignoresSeparators = source->ignoresSeparators;
   return QSYS_STATUS_OK;
 }
 

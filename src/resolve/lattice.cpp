@@ -133,8 +133,12 @@ void fillShown(Slot &slot, std::span<const qoc_ocrDictionaryChar> valid, bool is
       *same = choice;
     }
   }
-  std::stable_sort(slot.choices.begin(), slot.choices.end(),
-                   [](const Choice &a, const Choice &b) { return a.cost < b.cost; });
+  // By insertion: stable, and without memory of its own.
+  for (auto each = slot.choices.begin(); each != slot.choices.end(); ++each) {
+    const auto place = std::upper_bound(slot.choices.begin(), each, *each,
+                                        [](const Choice &a, const Choice &b) { return a.cost < b.cost; });
+    std::rotate(place, each, each + 1);
+  }
 }
 
 /// What the reading's positions that the result passes over cost.

@@ -121,6 +121,12 @@ qsys_status ReadingCosts::addPosition(const qoc_ocrDictionaryCharMulti &multi, c
   choices.erase(
       std::unique(choices.begin(), choices.end(), [](const Choice &a, const Choice &b) { return a.code == b.code; }),
       choices.end());
+  const Cost ordinary = std::max<Cost>(position.firstScore + penalties_.rules().extraPenalty, 0);
+  position.extra = penalties_.extra(position.firstCode).value_or(ordinary);
+  position.plain.fill(position.any.cost);
+  for (const Choice &choice : choices) {
+    if (choice.code < position.plain.size()) position.plain[choice.code] = choice.cost;
+  }
   positions_.push_back(std::move(position));
   return QSYS_STATUS_OK;
 }
@@ -140,9 +146,9 @@ bool ReadingCosts::find(std::int32_t position, Char32 code, Choice &choice) cons
   return choice.cost < noWay && code != QOC_CHAR_EMPTY;
 }
 
-bool ReadingCosts::shows(std::int32_t position, Char32 code) const {
+Cost ReadingCosts::matchAny(std::int32_t position, Char32 code) const {
   Choice choice;
-  return code != QOC_CHAR_EMPTY && find(position, code, choice);
+  return code != QOC_CHAR_EMPTY && find(position, code, choice) ? choice.cost : noWay;
 }
 
 Cost ReadingCosts::substituted(std::int32_t position) const {
@@ -150,16 +156,15 @@ Cost ReadingCosts::substituted(std::int32_t position) const {
 }
 
 Cost ReadingCosts::extra(std::int32_t position, Char32 before, Char32 behind) const {
-  const Cost ordinary = std::max<Cost>(firstScore(position) + penalties_.rules().extraPenalty, 0);
-  const Cost cost = penalties_.extra(positions_[static_cast<std::size_t>(position)].firstCode).value_or(ordinary);
-  const bool isDoubled = shows(position, before) || shows(position, behind);
-  return isDoubled ? std::min<Cost>(cost, penalties_.rules().doubledPenalty) : cost;
+  const Cost cost = positions_[static_cast<std::size_t>(position)].extra;
+  const Cost doubled = penalties_.rules().doubledPenalty;
+  return cost <= doubled || !(shows(position, before) || shows(position, behind)) ? cost : doubled;
 }
 
 Cost ReadingCosts::freeText(const qoc_ocrDictionaryFreeText &freeText) const {
   Cost cost = freeText.base;
   for (const Position &position : positions_) {
-    cost += freeText.perCharacter + position.lead * freeText.leadPercent / 100;
+    cost += freeText.perCharacter + std::min<Cost>(position.lead * freeText.leadPercent / 100, INT32_MAX);
   }
   return cost;
 }

@@ -3,6 +3,7 @@
 
 #include <qoc/resolver.h>
 
+#include <array>
 #include <cstdint>
 #include <limits>
 #include <optional>
@@ -60,8 +61,13 @@ class ReadingCosts {
   Cost substituted(std::int32_t position) const;
   /// The cost of leaving the position out; `before` and `behind` stand beside it in the text (QOC_CHAR_EMPTY for none).
   Cost extra(std::int32_t position, Char32 before, Char32 behind) const;
+  /// What the character costs there; noWay where the position cannot be it.
+  Cost match(std::int32_t position, Char32 code) const {
+    const Position &at = positions_[static_cast<std::size_t>(position)];
+    return code < at.plain.size() ? at.plain[code] : matchAny(position, code);
+  }
   /// Whether a candidate of the position is the character or a swap equivalent of it.
-  bool shows(std::int32_t position, Char32 code) const;
+  bool shows(std::int32_t position, Char32 code) const { return match(position, code) < noWay; }
   /// What the reading loses as a text that the dictionary does not describe.
   Cost freeText(const qoc_ocrDictionaryFreeText &freeText) const;
 
@@ -71,8 +77,11 @@ class ReadingCosts {
     Cost firstScore = 0, lead = 0;
     Char32 firstCode = QOC_CHAR_EMPTY;
     Choice any = {QOC_CHAR_EMPTY, noWay, -1, 0};  // A candidate that matches every character.
+    std::array<Cost, 128> plain;                  // The costs of the plain characters, which are asked most.
+    Cost extra = 0;                               // Of leaving it out.
   };
 
+  Cost matchAny(std::int32_t position, Char32 code) const;
   qsys_status addPosition(const qoc_ocrDictionaryCharMulti &multi, const qoc_swapCharSet *set);
 
   const Penalties &penalties_;

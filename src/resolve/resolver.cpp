@@ -9,9 +9,8 @@ using namespace qoc;
 
 namespace {
 
-const SharedKnowledge &knowledgeOf(const qoc_ocrDictionaryResolver &resolver) {
-  static const SharedKnowledge none;
-  return resolver.knowledge != nullptr ? *static_cast<const SharedKnowledge *>(resolver.knowledge) : none;
+SharedKnowledge knowledgeOf(const qoc_ocrDictionaryResolver &resolver) {
+  return resolver.knowledge != nullptr ? *static_cast<const SharedKnowledge *>(resolver.knowledge) : nullptr;
 }
 
 /// Puts new knowledge in place of what was there.

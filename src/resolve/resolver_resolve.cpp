@@ -237,7 +237,7 @@ class Resolving {
     Cost least = texts_.empty() ? noWay : texts_.front().cost;
     for (const Lattice &lattice : lattices_) least = std::min(least, lattice.least());
     std::size_t numTaken = 0;
-    const auto take = [&](const FoundText &found, bool &goesOn) -> qsys_status {
+    const auto take = [&](const FoundText &found, bool &goesOn, Cost &maxCost) -> qsys_status {
       const Lattice &lattice = lattices_[found.lattice];
       Text text;
       text.cost = found.cost;
@@ -254,6 +254,10 @@ class Resolving {
         ++numTaken;
       }
       goesOn = numTaken < numWanted_;
+      // Behind the texts that are wanted the next one matters only for the margin, and only before free text.
+      if (numTaken + 1 >= numWanted_) {
+        maxCost = std::min(maxCost, std::max(costs_.freeText(rules_.freeShape), costs_.freeText(rules_.freeWord)));
+      }
       return QSYS_STATUS_OK;
     };
     return searchTexts(
@@ -303,8 +307,7 @@ class Resolving {
       check(text, words.lexicon(k));
       isIn = !isChecked || text.passesCheck || !text.hasCheck;
       // More edits than the table counts: the match test of the library decides.
-      return isIn && !WordTable(costs_, reach_, swaps_).countsEdits() ? isWithinReach(words.word(k), isIn)
-                                                                      : QSYS_STATUS_OK;
+      return isIn && !reach_.countsEdits() ? isWithinReach(words.word(k), isIn) : QSYS_STATUS_OK;
     };
     QOC_TRY(words.findBest(costs_, reach_, swaps_, numWanted_, isAllowed, found));
     for (const FoundWord &word : found) {

@@ -55,6 +55,9 @@ class Search {
       const std::int32_t at = queue_.top();
       queue_.pop();
       const Node node = nodes_[static_cast<std::size_t>(at)];
+      if (node.bound > maxCost_) {
+        break;
+      }
       Lattice &lattice = lattices_[node.lattice];
       std::size_t &numPaths = numPaths_[{node.lattice, node.place, node.state}];
       if (numPaths == k_) {
@@ -66,7 +69,7 @@ class Search {
         goOn(lattice, node, at);
       } else if (lattice.accepts(node.state)) {
         bool goesOn = true;
-        QOC_TRY(take_(textOf(lattice, at), goesOn));
+        QOC_TRY(take_(textOf(lattice, at), goesOn, maxCost_));
         if (!goesOn) {
           break;
         }

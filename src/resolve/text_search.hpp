@@ -18,8 +18,9 @@ struct FoundText {
 /// Called before a lattice is searched whose slots are not all known; may change their choices, but not their least
 /// cost.
 using OpenLattice = std::function<qsys_status(Lattice &)>;
-/// Called with each text, best first; says whether to go on.
-using TakeText = std::function<qsys_status(const FoundText &, bool &goesOn)>;
+/// Called with each text, best first; says whether to go on, and
+/// may lower the limit from which on no text is wanted.
+using TakeText = std::function<qsys_status(const FoundText &, bool &goesOn, Cost &maxCost)>;
 
 /**
  * Goes through the texts of all lattices by rising cost.

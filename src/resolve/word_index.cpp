@@ -36,6 +36,8 @@ Reach Reach::of(const qoc_ocrDictionaryRunParams *params) {
           params->maxStringLength};
 }
 
+bool Reach::countsEdits() const { return maxEdits <= maxCountedEdits; }
+
 void WordIndex::add(std::span<const qoc_ocrDictionaryChar> word, std::int32_t lexicon) {
   words_.push_back({codes_.size(), word.size(), lexicon});
   for (const qoc_ocrDictionaryChar &character : word) codes_.push_back(character.code);
@@ -44,9 +46,12 @@ void WordIndex::add(std::span<const qoc_ocrDictionaryChar> word, std::int32_t le
 void WordIndex::finish() {
   order_.resize(words_.size());
   std::iota(order_.begin(), order_.end(), 0u);
-  std::stable_sort(order_.begin(), order_.end(), [&](std::uint32_t a, std::uint32_t b) {
+  // Equal words stay in the order in which they came. A stable sort would ask for memory and do without where there is none.
+  std::sort(order_.begin(), order_.end(), [&](std::uint32_t a, std::uint32_t b) {
     const auto *first = codes_.data() + words_[a].begin, *second = codes_.data() + words_[b].begin;
-    return std::lexicographical_compare(first, first + words_[a].length, second, second + words_[b].length);
+    const auto order = std::lexicographical_compare_three_way(first, first + words_[a].length, second,
+                                                              second + words_[b].length);
+    return order != 0 ? order < 0 : a < b;
   });
   common_.assign(order_.size(), 0);
   for (std::size_t k = 1; k < order_.size(); ++k) {
@@ -65,7 +70,7 @@ WordTable::WordTable(const ReadingCosts &costs, const Reach &reach, const MultiS
     : costs_(costs),
       reach_(reach),
       swaps_(swaps),
-      countsEdits_(reach.maxEdits <= maxCountedEdits),
+      countsEdits_(reach.countsEdits()),
       numEdits_(countsEdits_ ? reach.maxEdits : 0),
       band_(reach.isWindow || !swaps.isEmpty() ? INT32_MAX : reach.maxEdits) {
   suffix_.assign(static_cast<std::size_t>(costs.size()) + 1, 0);
@@ -127,11 +132,10 @@ void WordTable::forEachStep(std::span<const Char32> word, std::size_t depth, std
   const Cost swapPenalty = costs_.penalties().rules().swapPenalty;
   const Char32 last = depth > 0 ? word[depth - 1] : QOC_CHAR_EMPTY;
   if (depth > 0 && input > 0) {
-    Choice choice;
-    if (costs_.find(input - 1, last, choice)) {
-      visit(Step{1, 1, 0, choice.cost, true});
+    if (const Cost shown = costs_.match(input - 1, last); shown < noWay) {
+      visit(Step{1, 1, 0, shown, true});
       if (input > 1 && mayEdit && reach_.allowsExtra) {
-        visit(Step{2, 1, 1, choice.cost + costs_.extra(input - 2, QOC_CHAR_EMPTY, last), true});
+        visit(Step{2, 1, 1, shown + costs_.extra(input - 2, QOC_CHAR_EMPTY, last), true});
       }
     }
     if (mayEdit && reach_.allowsSubstitution) visit(Step{1, 1, 1, costs_.substituted(input - 1), false});

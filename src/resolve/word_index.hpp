@@ -39,6 +39,8 @@ struct Reach {
   std::int32_t minLength = 1, maxLength = INT32_MAX;
 
   static Reach of(const qoc_ocrDictionaryRunParams *params);
+  /// Whether a table counts the edits; with more of them it would grow too large, and allows any number.
+  bool countsEdits() const;
 };
 
 /// Words in alphabetical order, in one block of codes. Immutable once built.
@@ -76,8 +78,6 @@ class WordTable {
  public:
   WordTable(const ReadingCosts &costs, const Reach &reach, const MultiSwaps &swaps);
 
-  /// Whether the table counts the edits; else it allows any number.
-  bool countsEdits() const { return countsEdits_; }
   /// Whether a word of that length can be reached at all.
   bool canReach(std::size_t length) const;
   /// Fills the row of the word's character `depth` (from 0); the rows above hold its prefix.

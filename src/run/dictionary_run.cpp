@@ -1,6 +1,9 @@
 // The run: a reading against every entry of a dictionary.
 
+#include <utility>
+
 #include "frame/frame.hpp"
+#include "kinds/lexicon_match.hpp"
 #include "qoc/dictionary.h"
 #include "run/result_set_ops.hpp"
 #include "text/reading_of.hpp"
@@ -11,17 +14,16 @@ using qoc::present;
 
 namespace {
 
-/// One run: what it is given, its working copy of the params, and the scratch set that every entry is matched into.
+/// One run: the params it is given and its working copy, and the scratch set that every entry is matched into.
 struct Run {
-  const qoc_ocrDictionaryStringMulti *reading;
   const qoc_ocrDictionaryRunParams *params;
-  const qoc_swapCharSet *set;
   qoc_ocrDictionaryResultSet *results;
   qoc_ocrDictionaryRunParams working;
   qoc_ocrDictionaryResultSet scratch;
 };
 
-/// Once the best result is exact and only the best counts, one edit need not be looked for in the entries that are left.
+/// Once the best result is exact and only the best counts, one edit need not be looked for in the entries that are
+/// left.
 qsys_status stopEarly(Run &run) {
   if (run.params->returnBestOnly != 0 && run.params->maxEdits == 1) {
     qsys_bool isExactBest = 0;
@@ -31,13 +33,13 @@ qsys_status stopEarly(Run &run) {
   return QSYS_STATUS_OK;
 }
 
-/// Matches every entry of one kind, in order.
-template <auto MatchMulti, class Entry, class Entries>
-qsys_status runEntries(Run &run, const Entries &entries) {
+/// Matches every entry of one kind, in order, by match(entry).
+template <class Entry, class Entries, class Match>
+qsys_status runEntries(Run &run, const Entries &entries, Match match) {
   for (const Entry &entry : qoc::viewAs<Entry>(entries)) {
     QOC_TRY(qsys_attention_check());
     QOC_TRY(stopEarly(run));
-    QOC_TRY(MatchMulti(&entry, run.reading, &run.working, run.set, &run.scratch));
+    QOC_TRY(match(entry));
     // With the caller's params: the working copy's edits are no matter of the merge.
     QOC_TRY(qoc::mergeTaking(*run.results, run.scratch, run.params));
   }
@@ -81,25 +83,40 @@ qsys_status qoc_ocrDictionary_runSwapCharSetMulti(const qoc_ocrDictionary *dicti
     return QSYS_STATUS_OK;
   }
   QOC_TRY(qoc_ocrDictionaryResultSet_reset(results));
-  Run run = {reading, params, set, results, {}, {}};
+  Run run = {params, results, {}, {}};
   return inFrame<2>([&](Frame<2> &frame) -> qsys_status {
     QOC_TRY(qoc_ocrDictionaryRunParams_constructCopy(&run.working, params));
     frame.local<qoc_ocrDictionaryRunParams_destruct>(&run.working);
     QOC_TRY(qoc_ocrDictionaryResultSet_construct(&run.scratch));
     frame.local<qoc_ocrDictionaryResultSet_destruct>(&run.scratch);
 
+    // The caller's storage serves the scratch set first: the first results that are found move back with it.
+    if (results->results.core.memory == run.scratch.results.core.memory) {
+      std::swap(results->results, run.scratch.results);
+    }
     // The order of the kinds is fixed: ties keep what came first.
-    QOC_TRY((runEntries<qoc_ocrDictionaryLexicon_matchMulti, qoc_ocrDictionaryLexicon>(run, dictionary->lexicons)));
-    QOC_TRY((runEntries<qoc_ocrDictionaryLineFielding_matchMulti, qoc_ocrDictionaryLineFielding>(
-        run, dictionary->fieldings)));
-    QOC_TRY((runEntries<qoc_ocrDictionaryRegularExpression_matchMulti, qoc_ocrDictionaryRegularExpression>(
-        run, dictionary->regularExpressions)));
+    qoc::LexiconMatching lexiconMatching(*reading, set);
+    QOC_TRY(runEntries<qoc_ocrDictionaryLexicon>(run, dictionary->lexicons, [&](const auto &lexicon) {
+      return lexiconMatching.match(lexicon, &run.working, run.scratch);
+    }));
+    QOC_TRY(runEntries<qoc_ocrDictionaryLineFielding>(run, dictionary->fieldings, [&](const auto &fielding) {
+      return qoc_ocrDictionaryLineFielding_matchMulti(&fielding, reading, &run.working, set, &run.scratch);
+    }));
+    QOC_TRY(runEntries<qoc_ocrDictionaryRegularExpression>(
+        run, dictionary->regularExpressions, [&](const auto &expression) {
+          return qoc_ocrDictionaryRegularExpression_matchMulti(&expression, reading, &run.working, set, &run.scratch);
+        }));
+    if (results->results.core.capacity == 0) {
+      std::swap(results->results, run.scratch.results);  // Nothing moved: the storage goes back as it is.
+      QOC_TRY(qstd_vector_qoc_ocrDictionaryResult_resize(&results->results, 0));
+    }
     // The merges have left the results ranked, and finishing ranks them again.
     if (results->isComputed == 0) {
       QOC_TRY(qoc_ocrDictionaryResultSet_reset(results));
       results->isComputed = 1;
     }
-    // Every entry's results came finished, and finishing them again changes nothing unless it takes inserted positions out.
+    // Every entry's results came finished, and finishing them again changes nothing unless it takes inserted positions
+    // out.
     return params->finalizeEachResult != 0 ? qoc_ocrDictionaryResultSet_finalize(results, params)
                                            : qoc::rankAndCut(*results, params);
   });

@@ -54,41 +54,32 @@ qsys_status qoc_ocrDictionaryResult_getIsSingularPos(const qoc_ocrDictionaryResu
   return QSYS_STATUS_OK;
 }
 
-qsys_status qoc_ocrDictionaryResult_getStatusWRTInputStringSwapChar(
-    const qoc_ocrDictionaryResult *result, qstd_vector_qoc_ocrDictionaryPositionStatus *statuses) {
-  if (!present({result, statuses})) {
-    return QSYS_STATUS_OK;
-  }
-  QOC_TRY(qoc_ocrDictionaryResult_checkComputed(result));
-  const auto given = view(result->given);
+void qoc::fillStatusWRTInputString(const qoc_ocrDictionaryResult &result, std::span<Status> out) {
+  const auto given = view(result.given);
   const auto n = static_cast<std::int64_t>(given.size());
-  // The output may be a vector of the result itself, but not the one that is walked: those differ in what they mean.
-  const Status primary = qoc_ocrDictionaryPositionStatus_primary;
-  QOC_TRY(qstd_vector_qoc_ocrDictionaryPositionStatus_clear(statuses));
-  QOC_TRY(qstd_vector_qoc_ocrDictionaryPositionStatus_resizeFill(statuses, static_cast<std::int32_t>(n), &primary));
-  const auto out = qoc::editAs<Status>(*statuses);
+  std::ranges::fill(out, qoc_ocrDictionaryPositionStatus_primary);
   const auto set = [&](std::int64_t index, Status status) {
     if (index >= 0 && index < n) {  // Positions outside the reading do not exist.
       out[static_cast<std::size_t>(index)] = status;
     }
   };
 
-  const std::int64_t prefixEnd = std::min<std::int64_t>(result->numIgnoredPrefixCharacters, n);
+  const std::int64_t prefixEnd = std::min<std::int64_t>(result.numIgnoredPrefixCharacters, n);
   for (std::int64_t i = 0; i < prefixEnd; ++i) {
     set(i, qoc_ocrDictionaryPositionStatus_deletedIgnored);
   }
-  for (std::int64_t i = std::max<std::int64_t>(n - result->numIgnoredSuffixCharacters, 0); i < n; ++i) {
+  for (std::int64_t i = std::max<std::int64_t>(n - result.numIgnoredSuffixCharacters, 0); i < n; ++i) {
     set(i, qoc_ocrDictionaryPositionStatus_deletedIgnored);
   }
-  for (const std::int32_t index : qoc::viewAs<std::int32_t>(result->deleted)) {
+  for (const std::int32_t index : qoc::viewAs<std::int32_t>(result.deleted)) {
     if (index >= 0 && index < n) {
-      const bool isIgnored = result->ignoreDeletedSpaces != 0 && isLoneSpace(given[static_cast<std::size_t>(index)]);
+      const bool isIgnored = result.ignoreDeletedSpaces != 0 && isLoneSpace(given[static_cast<std::size_t>(index)]);
       set(index, isIgnored ? qoc_ocrDictionaryPositionStatus_deletedIgnored : qoc_ocrDictionaryPositionStatus_deleted);
     }
   }
 
-  std::int64_t q = result->numIgnoredPrefixCharacters;
-  for (const Status status : statusesOf(*result)) {
+  std::int64_t q = result.numIgnoredPrefixCharacters;
+  for (const Status status : statusesOf(result)) {
     if (q >= n) {
       break;
     }
@@ -101,6 +92,19 @@ qsys_status qoc_ocrDictionaryResult_getStatusWRTInputStringSwapChar(
     }
     checkResultStatus(status);
   }
+}
+
+qsys_status qoc_ocrDictionaryResult_getStatusWRTInputStringSwapChar(
+    const qoc_ocrDictionaryResult *result, qstd_vector_qoc_ocrDictionaryPositionStatus *statuses) {
+  if (!present({result, statuses})) {
+    return QSYS_STATUS_OK;
+  }
+  QOC_TRY(qoc_ocrDictionaryResult_checkComputed(result));
+  // The output may be a vector of the result itself, but not the one that is walked: those differ in what they mean.
+  const Status primary = qoc_ocrDictionaryPositionStatus_primary;
+  QOC_TRY(qstd_vector_qoc_ocrDictionaryPositionStatus_clear(statuses));
+  QOC_TRY(qstd_vector_qoc_ocrDictionaryPositionStatus_resizeFill(statuses, qoc::sizeOf(result->given), &primary));
+  qoc::fillStatusWRTInputString(*result, qoc::editAs<Status>(*statuses));
   return QSYS_STATUS_OK;
 }
 

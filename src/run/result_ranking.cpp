@@ -1,10 +1,11 @@
 // Ranking: the three orders of results, and the sort by them.
 //
-// The orders count edits first; the default order then prefers results that the reader's own first choices support, the two scoring
-// orders the worst position and the reader's scores. A comparison caches what it counts in the results.
+// The orders count edits first; the default order then prefers results that the reader's own first choices support, the
+// two scoring orders the worst position and the reader's scores. A comparison caches what it counts in the results.
 //
-// Two results that are not computed compare inconsistently (each is said to come after the other), so the sort must not be one that
-// trusts its comparison: this is a merge sort of its own, which reads and writes within bounds whatever it is told.
+// Two results that are not computed compare inconsistently (each is said to come after the other), so the sort must not
+// be one that trusts its comparison: this is a merge sort of its own, which reads and writes within bounds whatever it
+// is told.
 
 #include "run/result_ranking.hpp"
 
@@ -55,7 +56,8 @@ std::int32_t numInsertedOf(Result &result) {
   return result.numInserted;
 }
 
-/// The sum of the dictionary characters' scores over the positions that the mask counts. Sums wrap around as 32-bit numbers do.
+/// The sum of the dictionary characters' scores over the positions that the mask counts. Sums wrap around as 32-bit
+/// numbers do.
 std::int32_t scoreOf(Result &result) {
   if (result.scoreIsCached == 0) {
     const std::int32_t mask = result.scoreStatusMask;
@@ -133,7 +135,8 @@ bool isInDefaultOrder(std::span<const Result> results) {
   return isOrdered;
 }
 
-/// The default order of the results of a vector, each of which has its place as order index; what is counted is counted once.
+/// The default order of the results of a vector, each of which has its place as order index; what is counted is counted
+/// once.
 class DefaultOrder {
  public:
   explicit DefaultOrder(std::span<Result> results) : results_(results) {
@@ -241,7 +244,8 @@ qsys_status qoc_ocrDictionaryResultVector_sort(qstd_vector_qoc_ocrDictionaryResu
       }
     } else {
       const auto compare = params->rankingVariant == 3 ? qoc::comparePrimary : qoc::comparePrimaryAndSecondary;
-      sortBy(edited, [&](std::size_t a, std::size_t b) { return compare(edited[a], edited[b]); }, isDescending != 0);
+      sortBy(
+          edited, [&](std::size_t a, std::size_t b) { return compare(edited[a], edited[b]); }, isDescending != 0);
     }
     return QSYS_STATUS_OK;
   });

@@ -18,8 +18,9 @@ inline constexpr std::int32_t maskPrimaryAndSecondary = 15;
 inline int fewerFirst(std::int32_t a, std::int32_t b) noexcept { return a < b ? -1 : a > b ? 1 : 0; }
 inline int moreFirst(std::int32_t a, std::int32_t b) noexcept { return fewerFirst(b, a); }
 
-/// The scoring orders of two computed results, or of what stands for them; they differ in whether a secondary position is as good
-/// as a primary one. The counts that are kept (see result.h) are asked for only where a key before them leaves the order open.
+/// The scoring orders of two computed results, or of what stands for them; they differ in whether a secondary position
+/// is as good as a primary one. The counts that are kept (see result.h) are asked for only where a key before them
+/// leaves the order open.
 template <class Ranked>
 int compareByScore(Ranked a, Ranked b, bool withSecondary) {
   if (const int order = fewerFirst(a.numEdits(), b.numEdits()); order != 0) {
@@ -32,8 +33,8 @@ int compareByScore(Ranked a, Ranked b, bool withSecondary) {
   b.setMask(withSecondary ? maskPrimaryAndSecondary : maskPrimary);
   const auto lineStatus = [withSecondary](const Ranked &ranked) {
     const qoc_ocrDictionaryPositionStatus status = ranked.lineStatus();
-    const bool isSecondary = status == qoc_ocrDictionaryPositionStatus_secondary ||
-                             status == qoc_ocrDictionaryPositionStatus_secondarySwap;
+    const bool isSecondary =
+        status == qoc_ocrDictionaryPositionStatus_secondary || status == qoc_ocrDictionaryPositionStatus_secondarySwap;
     return withSecondary && isSecondary ? status - 2 : status;
   };
   if (const int order = fewerFirst(lineStatus(a), lineStatus(b)); order != 0) {

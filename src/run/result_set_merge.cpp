@@ -43,7 +43,8 @@ qsys_status copyResult(qstd_vector_qoc_ocrDictionaryResult &results, Result &res
   return qstd_vector_qoc_ocrDictionaryResult_pushBack(&results, &result);
 }
 
-/// Merges; append(results, result) puts a result of the partial set, none twice and in order, behind those of the target.
+/// Merges; append(results, result) puts a result of the partial set, none twice and in order, behind those of the
+/// target.
 template <class Append>
 qsys_status mergeInto(qoc_ocrDictionaryResultSet &target, qoc_ocrDictionaryResultSet &partial,
                       const qoc_ocrDictionaryRunParams *params, Append append) {
@@ -95,7 +96,8 @@ qsys_status qoc_ocrDictionaryResult_isSameResult(const Result *a, const Result *
       a->numIgnoredPrefixCharacters != b->numIgnoredPrefixCharacters) {
     return QSYS_STATUS_OK;
   }
-  // Deliberate: mode, dictionaryString, startFieldIndex and overlapInputString do not count. What differs most comes first.
+  // Deliberate: mode, dictionaryString, startFieldIndex and overlapInputString do not count. What differs most comes
+  // first.
   if (!std::ranges::equal(qoc::statusesOf(*a), qoc::statusesOf(*b)) ||
       !std::ranges::equal(qoc::viewAs<std::int32_t>(a->deleted), qoc::viewAs<std::int32_t>(b->deleted))) {
     return QSYS_STATUS_OK;
@@ -140,15 +142,16 @@ qsys_status qoc::mergeTaking(qoc_ocrDictionaryResultSet &target, qoc_ocrDictiona
   const auto leave = [&](std::int32_t end) {
     for (; numSeen < end; ++numSeen, ++numLeft) {
       // The one in front has been taken, or is this one: its bytes are nobody's any more.
-      std::memmove(static_cast<void *>(&edited[static_cast<std::size_t>(numLeft)]), &edited[static_cast<std::size_t>(numSeen)],
-                   sizeof(Result));
+      std::memmove(static_cast<void *>(&edited[static_cast<std::size_t>(numLeft)]),
+                   &edited[static_cast<std::size_t>(numSeen)], sizeof(Result));
     }
   };
-  const qsys_status status =
-      mergeInto(target, partial, params, [&](qstd_vector_qoc_ocrDictionaryResult &results, Result &result) -> qsys_status {
+  const qsys_status status = mergeInto(
+      target, partial, params, [&](qstd_vector_qoc_ocrDictionaryResult &results, Result &result) -> qsys_status {
         const std::int32_t numResults = sizeOf(results);
         if (numResults == results.core.capacity) {
-          QOC_TRY(qstd_vector_qoc_ocrDictionaryResult_reserve(&results, numResults + std::max(numResults / 2, sizeOf(partial.results))));
+          QOC_TRY(qstd_vector_qoc_ocrDictionaryResult_reserve(
+              &results, numResults + std::max(numResults / 2, sizeOf(partial.results))));
         }
         const auto index = static_cast<std::int32_t>(&result - edited.data());
         leave(index);

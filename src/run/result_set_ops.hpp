@@ -16,11 +16,16 @@ inline std::span<const qoc_ocrDictionaryResult> view(const qstd_vector_qoc_ocrDi
 inline std::span<qoc_ocrDictionaryResult> edit(qstd_vector_qoc_ocrDictionaryResult &results) noexcept {
   return editAs<qoc_ocrDictionaryResult>(results);
 }
-/// As qoc_ocrDictionaryResultSet_merge, for a partial set that is not needed any more: what is merged moves, and it ends empty.
+/// As qoc_ocrDictionaryResultSet_merge, for a partial set that is not needed any more: what is merged moves, and it
+/// ends empty.
 qsys_status mergeTaking(qoc_ocrDictionaryResultSet &target, qoc_ocrDictionaryResultSet &partial,
                         const qoc_ocrDictionaryRunParams *params);
-/// What finishing a set does to the set as a whole: ranks it, and cuts it to the best where the params, which may be null, say so.
+/// What finishing a set does to the set as a whole: ranks it, and cuts it to the best where the params, which may be
+/// null, say so.
 qsys_status rankAndCut(qoc_ocrDictionaryResultSet &set, const qoc_ocrDictionaryRunParams *params);
+/// Fills `out`, which has the reading's size, with the statuses of
+/// qoc_ocrDictionaryResult_getStatusWRTInputStringSwapChar.
+void fillStatusWRTInputString(const qoc_ocrDictionaryResult &result, std::span<qoc_ocrDictionaryPositionStatus> out);
 inline const char *nameOfFlag(qsys_bool flag) noexcept { return flag != 0 ? "qeTrue" : "qeFalse"; }
 
 }  // namespace qoc

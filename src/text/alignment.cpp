@@ -1,12 +1,13 @@
 // The alignment of a dictionary string with a reading.
 //
-// The whole reading is aligned, and, where the parameters ask for it, every window of it. A window yields the exact alignment, if
-// position for position matches, and alignments with edits: through the edit table, or, in the multi kind with exactly one edit
-// allowed, by the one-edit builder. Candidates are filed by their number of edits and merged from the fewest up.
+// The whole reading is aligned, and, where the parameters ask for it, every window of it. A window yields the exact
+// alignment, if position for position matches, and alignments with edits: through the edit table, or, in the multi kind
+// with exactly one edit allowed, by the one-edit builder. Candidates are filed by their number of edits and merged from
+// the fewest up.
 //
-// The two ways of showing edits differ on purpose. The table speaks from the reading's side: a position without character is
-// `inserted`, a character without position adds the position's index to `deleted`. The one-edit builder speaks from the dictionary's
-// side: a character without position is `inserted`, an extra position is `deleted`.
+// The two ways of showing edits differ on purpose. The table speaks from the reading's side: a position without
+// character is `inserted`, a character without position adds the position's index to `deleted`. The one-edit builder
+// speaks from the dictionary's side: a character without position is `inserted`, an extra position is `deleted`.
 
 #include "text/alignment.hpp"
 
@@ -81,8 +82,8 @@ struct Aligner::Task {
 };
 
 Aligner::~Aligner() {
-  if (hasShared_) {
-    qoc_ocrDictionaryStringMulti_destruct(&shared_);
+  for (SharedReading &shared : shared_) {
+    qoc_ocrDictionaryStringMulti_destruct(&shared.reading);
   }
 }
 
@@ -135,7 +136,7 @@ qsys_status Aligner::outlineWindow(Characters word, const qoc_ocrDictionaryRunPa
   const bool allowsEdits = params != nullptr && params->maxEdits != 0;
   if (kind_ == Kind::plain) {
     if (allowsEdits) {
-      outlineByTable(*params, window);
+      QOC_TRY(outlineByTable(*params, window));
     }
     outlineExactly(word, window);
     return QSYS_STATUS_OK;
@@ -147,8 +148,7 @@ qsys_status Aligner::outlineWindow(Characters word, const qoc_ocrDictionaryRunPa
   if (params->maxEdits == 1) {
     return outlineWithOneEdit(word, *params, window);
   }
-  outlineByTable(*params, window);
-  return QSYS_STATUS_OK;
+  return outlineByTable(*params, window);
 }
 
 /// Adds an outline of the lists that stand in the given place.
@@ -168,16 +168,18 @@ bool Aligner::outlineExactly(Characters word, Window window) {
   for (std::size_t i = 0; i < word.size(); ++i) {
     // Deliberate: secondary, never a swap status, also when it was the set that made the match.
     const Char32 primary = view(positions[static_cast<std::size_t>(window.start) + i]).front().code;
-    statuses_[list][i] = primary == word[i].code ? qoc_ocrDictionaryPositionStatus_primary
-                                                 : qoc_ocrDictionaryPositionStatus_secondary;
+    statuses_[list][i] =
+        primary == word[i].code ? qoc_ocrDictionaryPositionStatus_primary : qoc_ocrDictionaryPositionStatus_secondary;
   }
   add(window, 0, list, false, 0);
   return true;
 }
 
-void Aligner::outlineByTable(const qoc_ocrDictionaryRunParams &params, Window window) {
-  if (!table_.fill(rows_, window, params)) {
-    return;
+qsys_status Aligner::outlineByTable(const qoc_ocrDictionaryRunParams &params, Window window) {
+  bool isWithin = false;
+  QOC_TRY(table_.fill(rows_, window, params, isWithin));
+  if (!isWithin) {
+    return QSYS_STATUS_OK;
   }
   std::int32_t i = 0;
   std::int32_t j = 0;
@@ -188,7 +190,8 @@ void Aligner::outlineByTable(const qoc_ocrDictionaryRunParams &params, Window wi
   statuses.clear();
   deleted.clear();
 
-  // Where the path begins: i characters that the reading lacks, or j positions that are extra; `given` holds nothing of them.
+  // Where the path begins: i characters that the reading lacks, or j positions that are extra; `given` holds nothing of
+  // them.
   const std::int32_t numInFront = i > 0 ? 0 : j;
   std::int32_t numEdits = i > 0 ? i : j;
   statuses.insert(statuses.end(), static_cast<std::size_t>(j), qoc_ocrDictionaryPositionStatus_inserted);
@@ -204,10 +207,11 @@ void Aligner::outlineByTable(const qoc_ocrDictionaryRunParams &params, Window wi
     numEdits += *step != EditTable::Step::match ? 1 : 0;
   }
   add(window, numEdits, list, true, numInFront);
+  return QSYS_STATUS_OK;
 }
 
-/// Grades the positions that match from either end, and clamps the back so that the two do not overlap: the front into the list of
-/// the outline to come, the back into `back_`.
+/// Grades the positions that match from either end, and clamps the back so that the two do not overlap: the front into
+/// the list of the outline to come, the back into `back_`.
 qsys_status Aligner::scanEnds(Characters word, Window window, EndMatches &ends) {
   const std::int32_t m = rows_.size();
   const std::int32_t k = window.size();
@@ -284,18 +288,28 @@ qsys_status Aligner::outlineWithOneEdit(Characters word, const qoc_ocrDictionary
   return QSYS_STATUS_OK;
 }
 
-/// Makes the copy of the reading that the results show: one for all of them.
-qsys_status Aligner::shareReading() {
-  if (hasShared_) {
-    return QSYS_STATUS_OK;
+/// Makes the copy of the reading from a position on that results show: one for all of them.
+qsys_status Aligner::shareReading(std::int32_t start, const qoc_ocrDictionaryStringMulti *&shared) {
+  auto found = std::ranges::find(shared_, start, &SharedReading::start);
+  if (found == shared_.end()) {
+    shared_.reserve(shared_.size() + 1);
+    SharedReading fresh = {start, {}};
+    QOC_TRY(qoc_ocrDictionaryStringMulti_construct(&fresh.reading));
+    shared_.push_back(fresh);
+    found = shared_.end() - 1;
+    const Positions shown = view(matches_.reading()).subspan(static_cast<std::size_t>(start));
+    QOC_TRY(qstd_vector_qoc_ocrDictionaryCharMulti_assignElements(&found->reading.positions, shown.data(),
+                                                                  static_cast<std::int32_t>(shown.size())));
+    QOC_TRY(shareElements(found->reading.positions.core));
   }
-  QOC_TRY(qoc_ocrDictionaryStringMulti_constructCopy(&shared_, &matches_.reading()));
-  hasShared_ = true;
-  return shareElements(shared_.positions.core);
+  shared = &found->reading;
+  return QSYS_STATUS_OK;
 }
 
-qsys_status Aligner::fill(const Outline &outline, const qoc_ocrDictionaryString &word,
-                          qoc_ocrDictionaryResult &result) {
+/// assign(vector, elements) gives a vector of plain elements copies of a span.
+template <class Assign>
+qsys_status Aligner::fillBy(Assign assign, const Outline &outline, const qoc_ocrDictionaryString &word,
+                            qoc_ocrDictionaryResult &result) {
   result.isComputed = 1;
   result.mode = qoc_ocrDictionaryMode_lexicon;
   result.numIgnoredPrefixCharacters = outline.window.start;
@@ -303,9 +317,11 @@ qsys_status Aligner::fill(const Outline &outline, const qoc_ocrDictionaryString 
   result.numEdits = outline.numEdits;
   const Window shown = outline.isOfTable ? Window{outline.window.start + outline.numInFront, outline.window.end}
                                          : Window{0, matches_.size()};
-  if (shown.size() == matches_.size()) {
-    QOC_TRY(shareReading());
-    QOC_TRY(qoc_ocrDictionaryStringMulti_assign(&result.given, &shared_));
+  constexpr std::int32_t lastSharedStart = 8;  // Others are rare, and all of them together could be very much.
+  if (shown.end == matches_.size() && shown.start <= lastSharedStart) {
+    const qoc_ocrDictionaryStringMulti *shared = nullptr;
+    QOC_TRY(shareReading(shown.start, shared));
+    QOC_TRY(qoc_ocrDictionaryStringMulti_assign(&result.given, shared));
   } else {
     QOC_TRY(qstd_vector_qoc_ocrDictionaryCharMulti_assignElements(
         &result.given.positions, view(matches_.reading()).data() + shown.start, shown.size()));
@@ -315,12 +331,26 @@ qsys_status Aligner::fill(const Outline &outline, const qoc_ocrDictionaryString 
     QOC_TRY(qoc_ocrDictionaryString_getSubstrExtend(&word, 0, outline.numInFront, &result.dictionaryString.characters));
     QOC_TRY(qstd_vector_qoc_ocrDictionaryChar_append(&result.dictionaryString.characters, &word.characters));
   } else {
-    QOC_TRY(qoc_ocrDictionaryString_assign(&result.dictionaryString, &word));
+    QOC_TRY(assign(result.dictionaryString.characters.core, view(word)));
   }
-  QOC_TRY(qstd_vector_qoc_ocrDictionaryPositionStatus_assignElements(
-      &result.resultStringStatus, outline.statuses.data(), static_cast<std::int32_t>(outline.statuses.size())));
-  return qstd_vector32s_assignElements(&result.deleted, outline.deleted.data(),
-                                       static_cast<std::int32_t>(outline.deleted.size()));
+  QOC_TRY(assign(result.resultStringStatus.core, outline.statuses));
+  return assign(result.deleted.core, outline.deleted);
+}
+
+qsys_status Aligner::fill(const Outline &outline, const qoc_ocrDictionaryString &word,
+                          qoc_ocrDictionaryResult &result) {
+  const auto assign = [](qstd_vector &vector, auto elements) {
+    return qstd_vector__assignElements(&vector, elements.data(), static_cast<std::int32_t>(elements.size()));
+  };
+  return fillBy(assign, outline, word, result);
+}
+
+qsys_status Aligner::fill(const Outline &outline, const qoc_ocrDictionaryString &word, ElementPool &pool,
+                          qoc_ocrDictionaryResult &result) {
+  const auto assign = [&pool](qstd_vector &vector, auto elements) {
+    return pool.placeCopies(vector, elements.data(), static_cast<std::int32_t>(elements.size()));
+  };
+  return fillBy(assign, outline, word, result);
 }
 
 }  // namespace qoc

@@ -3,12 +3,14 @@
 
 #include <qoc/result_set.h>
 
+#include "platform/containers/shared_elements.hpp"
 #include "text/edit_table.hpp"
 #include "text/window_search.hpp"
 
 namespace qoc {
 
-/// What an alignment comes to, before a result is made of it. Its lists stand in the aligner's and hold until the next word.
+/// What an alignment comes to, before a result is made of it. Its lists stand in the aligner's and hold until the next
+/// word.
 struct Outline {
   Window window = {0, 0};
   std::int32_t numEdits = 0;
@@ -23,8 +25,8 @@ struct Outline {
 /// Aligns words with one reading. Nothing is constructed for a word that has no alignment.
 class Aligner {
  public:
-  /// The two kinds of alignment. The plain one shows every edit by the table's steps; the multi one builds a single edit by itself,
-  /// from the dictionary's side, and stops early.
+  /// The two kinds of alignment. The plain one shows every edit by the table's steps; the multi one builds a single
+  /// edit by itself, from the dictionary's side, and stops early.
   enum class Kind { plain, multi };
 
   /// An alignment of a window is exact or has edits; both, with all results asked for.
@@ -42,6 +44,9 @@ class Aligner {
 
   /// Makes a fresh or reset result of an outline of the word, as it is filed.
   qsys_status fill(const Outline &outline, const qoc_ocrDictionaryString &word, qoc_ocrDictionaryResult &result);
+  /// The same for a fresh result, with its plain elements in a pool.
+  qsys_status fill(const Outline &outline, const qoc_ocrDictionaryString &word, ElementPool &pool,
+                   qoc_ocrDictionaryResult &result);
 
   std::int32_t numPositions() const noexcept { return matches_.size(); }
 
@@ -55,11 +60,14 @@ class Aligner {
   qsys_status alignWindow(Task &task, Window window);
   qsys_status outlineWindow(Characters word, const qoc_ocrDictionaryRunParams *params, Window window);
   bool outlineExactly(Characters word, Window window);
-  void outlineByTable(const qoc_ocrDictionaryRunParams &params, Window window);
+  qsys_status outlineByTable(const qoc_ocrDictionaryRunParams &params, Window window);
   qsys_status outlineWithOneEdit(Characters word, const qoc_ocrDictionaryRunParams &params, Window window);
   qsys_status scanEnds(Characters word, Window window, EndMatches &ends);
   void add(Window window, std::int32_t numEdits, std::size_t list, bool isOfTable, std::int32_t numInFront);
-  qsys_status shareReading();
+  qsys_status shareReading(std::int32_t start, const qoc_ocrDictionaryStringMulti *&shared);
+  template <class Assign>
+  qsys_status fillBy(Assign assign, const Outline &outline, const qoc_ocrDictionaryString &word,
+                     qoc_ocrDictionaryResult &result);
 
   const ReadingMatches &matches_;
   Kind kind_;
@@ -73,8 +81,12 @@ class Aligner {
   std::vector<qoc_ocrDictionaryPositionStatus> statuses_[maxOutlines];
   std::vector<std::int32_t> deleted_[maxOutlines];
 
-  bool hasShared_ = false;
-  qoc_ocrDictionaryStringMulti shared_;  // The reading, as the results of it share it.
+  /// The reading from a position on, as the results that show it share it.
+  struct SharedReading {
+    std::int32_t start;
+    qoc_ocrDictionaryStringMulti reading;
+  };
+  std::vector<SharedReading> shared_;
 };
 
 }  // namespace qoc

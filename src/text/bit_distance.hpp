@@ -6,13 +6,14 @@
 
 namespace qoc {
 
-/// The distance by substituted, missing and extra characters, a match free, of a word from a reading of at most 64 positions.
-/// `rows` are the positions that each of the word's letters matches.
+/// The distance by substituted, missing and extra characters, a match free, of a word from a reading of at most 64
+/// positions. `rows` are the positions that each of the word's letters matches.
 ///
-/// The differences between neighbouring cells of the table are -1, 0 or 1, so a column is two words of bits; the distance follows the
-/// last row (Myers, 1999, as simplified by Hyyrö, 2003).
+/// The differences between neighbouring cells of the table are -1, 0 or 1, so a column is two words of bits; the
+/// distance follows the last row (Myers, 1999, as simplified by Hyyrö, 2003).
 template <class Rows>
-std::int32_t bitDistance(const Rows &rows, std::int32_t numPositions, const std::uint8_t *letters, std::int32_t numLetters) noexcept {
+std::int32_t bitDistance(const Rows &rows, std::int32_t numPositions, const std::uint8_t *letters,
+                         std::int32_t numLetters) noexcept {
   if (numPositions == 0) {
     return numLetters;
   }

@@ -4,11 +4,16 @@
 #include <vector>
 
 #include "frame/frame.hpp"
+#include "platform/system/work_meter.hpp"
 #include "text/views.hpp"
 
 using qoc::Frame;
 using qoc::inFrame;
 using qoc::present;
+
+namespace {
+constexpr std::size_t workPerCell = 8;  // A comparison of characters is a call.
+}
 
 qsys_status qoc_ocrDictionaryString_editDistance(const qoc_ocrDictionaryString *a, const qoc_ocrDictionaryString *b,
                                                  const qoc_swapCharSet *set, int32_t *distance) {
@@ -21,7 +26,9 @@ qsys_status qoc_ocrDictionaryString_editDistance(const qoc_ocrDictionaryString *
     const auto second = qoc::view(*b);
     std::vector<std::int32_t> row(first.size() + 1);
     std::iota(row.begin(), row.end(), 0);
+    qoc::WorkMeter meter;
     for (std::size_t j = 1; j <= second.size(); ++j) {
+      QOC_TRY(meter.add(workPerCell * (first.size() + 1)));
       std::int32_t diagonal = row[0];  // Cell (i - 1, j - 1).
       row[0] = static_cast<std::int32_t>(j);
       for (std::size_t i = 1; i <= first.size(); ++i) {

@@ -3,24 +3,29 @@
 #include <algorithm>
 #include <cstdlib>
 
+#include "platform/system/present.hpp"
+
 namespace qoc {
 
-bool EditTable::fill(const WordRows &word, Window window, const qoc_ocrDictionaryRunParams &params) {
+qsys_status EditTable::fill(const WordRows &word, Window window, const qoc_ocrDictionaryRunParams &params,
+                            bool &isWithin) {
+  isWithin = false;
   m_ = word.size();
   k_ = window.size();
   const std::int32_t maxEdits = params.maxEdits;
   if (maxEdits < 0 || std::abs(std::int64_t{m_} - k_) > maxEdits) {
-    return false;  // As many steps off the diagonal as the lengths differ, each at a cost of 1.
+    return QSYS_STATUS_OK;  // As many steps off the diagonal as the lengths differ, each at a cost of 1.
   }
   band_ = std::min<std::int32_t>(maxEdits, std::max(m_, k_));
   isBanded_ = 2 * std::int64_t{band_} + 1 < std::int64_t{m_} + 1;
   stride_ = isBanded_ ? 2 * std::int64_t{band_} + 1 : std::int64_t{m_} + 1;
   const std::size_t numCells = static_cast<std::size_t>(stride_) * (static_cast<std::size_t>(k_) + 1);
-  // Within the band every cell is written before it is read, and no other is read.
-  if (costs_.size() < numCells) {
-    costs_.resize(numCells);
-    steps_.resize(numCells);
-  }
+  // Within the band every cell is written before it is read, and no other is read. A large table is begun row by row, so
+  // that the memory is not touched in one long go.
+  const bool isLarge = numCells > largeTable;
+  costs_.reserve(numCells);
+  steps_.reserve(numCells);
+  makeRows(isLarge ? 1 : k_ + 1);
 
   for (std::int32_t i = 0; i <= std::min(m_, band_); ++i) {
     costs_[at(i, 0)] = i;
@@ -29,6 +34,10 @@ bool EditTable::fill(const WordRows &word, Window window, const qoc_ocrDictionar
     const std::int32_t first = std::max(j - band_, 0);
     const std::int32_t last = static_cast<std::int32_t>(std::min<std::int64_t>(m_, std::int64_t{j} + band_));
     std::int32_t least = unreachable;
+    if (isLarge) {
+      makeRows(j + 1);
+    }
+    QOC_TRY(meter_.add(static_cast<std::size_t>(last - first) + 1));
     for (std::int32_t i = first; i <= last; ++i) {
       std::int32_t &cost = costs_[at(i, j)];
       if (i == 0) {
@@ -50,10 +59,11 @@ bool EditTable::fill(const WordRows &word, Window window, const qoc_ocrDictionar
       least = std::min(least, cost);
     }
     if (least > maxEdits) {
-      return false;  // Costs never fall along a path, and every path crosses this row.
+      return QSYS_STATUS_OK;  // Costs never fall along a path, and every path crosses this row.
     }
   }
-  return costs_[at(m_, k_)] <= maxEdits;
+  isWithin = costs_[at(m_, k_)] <= maxEdits;
+  return QSYS_STATUS_OK;
 }
 
 void EditTable::trace(std::vector<Step> &steps, std::int32_t &firstI, std::int32_t &firstJ) const {

@@ -8,34 +8,36 @@
 
 namespace qoc {
 
-bool MatchTest::testWindow(Window window, const qoc_ocrDictionaryRunParams *params) {
+qsys_status MatchTest::testWindow(Window window, const qoc_ocrDictionaryRunParams *params, bool &isMatch) {
+  isMatch = false;
   if (!admitsLength(params, window)) {
-    return false;
+    return QSYS_STATUS_OK;
   }
   const std::int32_t m = rows_.size();
   const std::int32_t k = window.size();
   const EndMatches ends = matchEnds(rows_, window);
   if (m == k && ends.numFront == m) {
-    return true;
+    isMatch = true;
+    return QSYS_STATUS_OK;
   }
   if (params == nullptr || params->maxEdits == 0) {
-    return false;
+    return QSYS_STATUS_OK;
   }
   if (params->maxEdits != 1) {
-    return table_.fill(rows_, window, *params);
+    return table_.fill(rows_, window, *params, isMatch);
   }
   // One edit: what matches from either end must cover all but the place of the edit. The two may overlap, which covers it too.
   const std::int64_t numEnds = std::int64_t{ends.numFront} + ends.numBack;
-  return (m == k && params->matchOption1 != 0 && numEnds + 1 >= m) ||
-         (m == k + 1 && params->matchOption2 != 0 && numEnds + 1 >= m) ||
-         (m == k - 1 && params->matchOption4 != 0 && numEnds >= m);
+  isMatch = (m == k && params->matchOption1 != 0 && numEnds + 1 >= m) ||
+            (m == k + 1 && params->matchOption2 != 0 && numEnds + 1 >= m) ||
+            (m == k - 1 && params->matchOption4 != 0 && numEnds >= m);
+  return QSYS_STATUS_OK;
 }
 
 qsys_status MatchTest::isMatchInWindow(Characters word, Window window, const qoc_ocrDictionaryRunParams *params,
                                        bool &isMatch) {
   rows_.set(word, matches_);
-  isMatch = testWindow(window, params);
-  return QSYS_STATUS_OK;
+  return testWindow(window, params, isMatch);
 }
 
 qsys_status MatchTest::isMatch(Characters word, const qoc_ocrDictionaryRunParams *params, bool &isMatch) {
@@ -45,7 +47,8 @@ qsys_status MatchTest::isMatch(Characters word, const qoc_ocrDictionaryRunParams
     return QSYS_STATUS_OK;
   }
   return searchWindows(n, rows_.size(), *params, [&](Window window, bool &isDone) -> qsys_status {
-    isMatch = isDone = testWindow(window, params);
+    QOC_TRY(testWindow(window, params, isMatch));
+    isDone = isMatch;
     return QSYS_STATUS_OK;
   });
 }

@@ -17,7 +17,7 @@ class MatchTest {
   qsys_status isMatchInWindow(Characters word, Window window, const qoc_ocrDictionaryRunParams *params, bool &isMatch);
 
  private:
-  bool testWindow(Window window, const qoc_ocrDictionaryRunParams *params);
+  qsys_status testWindow(Window window, const qoc_ocrDictionaryRunParams *params, bool &isMatch);
 
   ReadingMatches &matches_;
   WordRows rows_;

@@ -18,6 +18,9 @@ std::int32_t firstEquivalent(const qoc_swapCharSet &set, std::int32_t index) noe
                                    flags.begin());
 }
 
+/// Readings up to here have all their rows at once: they take some megabytes at most.
+constexpr std::size_t mostPositionsInRows = 4096;
+
 std::size_t hashOf(Char32 code) noexcept { return code * 0x9E3779B1u; }
 
 }  // namespace
@@ -25,8 +28,15 @@ std::size_t hashOf(Char32 code) noexcept { return code * 0x9E3779B1u; }
 ReadingMatches::ReadingMatches(const qoc_ocrDictionaryStringMulti &reading, const qoc_swapCharSet *set)
     : reading_(reading),
       set_(set != nullptr && set->distinctCharacters.core.size > 0 ? set : nullptr),
-      numWords_(std::max<std::size_t>((view(reading).size() + 63) / 64, 1)) {
-  const Positions positions = view(reading);
+      numWords_(std::max<std::size_t>((view(reading).size() + 63) / 64, 1)),
+      isLong_(view(reading).size() > mostPositionsInRows) {
+  if (!isLong_) {
+    fillRows();
+  }
+}
+
+void ReadingMatches::fillRows() {
+  const Positions positions = view(reading_);
   rows_.reserve((numFixedRows + std::min<std::size_t>(positions.size(), 64)) * numWords_);
   rows_.resize(numFixedRows * numWords_);
   const auto set1 = [this](std::uint32_t row, std::size_t j) {
@@ -51,9 +61,25 @@ ReadingMatches::ReadingMatches(const qoc_ocrDictionaryStringMulti &reading, cons
   }
 }
 
+const std::uint64_t *ReadingMatches::rowOnDemand(Char32 code) const {
+  if (const auto found = onDemand_.find(code); found != onDemand_.end()) {
+    return found->second.data();
+  }
+  std::vector<std::uint64_t> row(numWords_);
+  const Positions positions = view(reading_);
+  for (std::size_t j = 0; j < positions.size(); ++j) {
+    const bool isMatched = std::ranges::any_of(view(positions[j]), [&](const qoc_ocrDictionaryChar &candidate) {
+      return isMatch(set_, candidate.code, code);
+    });
+    row[j / 64] |= static_cast<std::uint64_t>(isMatched) << (j % 64);
+  }
+  return onDemand_.emplace(code, std::move(row)).first->second.data();
+}
+
 Char32 ReadingMatches::representativeOf(Char32 code) const noexcept {
   const std::int32_t index = set_ != nullptr ? indexOfCode(*set_, code) : -1;
-  return index < 0 ? code : viewAs<Char32>(set_->distinctCharacters)[static_cast<std::size_t>(firstEquivalent(*set_, index))];
+  return index < 0 ? code
+                   : viewAs<Char32>(set_->distinctCharacters)[static_cast<std::size_t>(firstEquivalent(*set_, index))];
 }
 
 std::uint32_t ReadingMatches::addRow(Char32 representative) {

@@ -1,15 +1,20 @@
 #pragma once
 // Which positions of a reading a character matches, as bits, worked out once for the reading.
 //
-// A character matches a position when it equals a candidate, or is equivalent to one under the swap set. Equivalence is transitive, so
-// the codes fall into classes, and every class has one code that stands for it. The reading is gone through once: each candidate sets
-// its position in the row of its class. What a character matches is then the row of its class. The reserved codes have rows of their
-// own: the empty code matches nothing; the code that matches anything, as a candidate, sets its position in every row but that one.
+// A character matches a position when it equals a candidate, or is equivalent to one under the swap set. Equivalence is
+// transitive, so the codes fall into classes, and every class has one code that stands for it. The reading is gone
+// through once: each candidate sets its position in the row of its class. What a character matches is then the row of
+// its class. The reserved codes have rows of their own: the empty code matches nothing; the code that matches anything,
+// as a candidate, sets its position in every row but that one.
+//
+// Very long readings may hold so many classes that their rows would take much memory; of those a row is made only when
+// it is asked for.
 
 #include <qoc/swap_char_set.h>
 
 #include <cstdint>
 #include <span>
+#include <unordered_map>
 #include <vector>
 
 #include "text/views.hpp"
@@ -32,7 +37,10 @@ class ReadingMatches {
   ReadingMatches &operator=(const ReadingMatches &) = delete;
 
   /// The positions that match a code, as numWords() words of bits; valid until the object dies.
-  const std::uint64_t *row(Char32 code) const noexcept {
+  const std::uint64_t *row(Char32 code) const {
+    if (isLong_) {
+      return rowOnDemand(code);
+    }
     const std::size_t index = code < std::size(small_) && small_[code] != 0 ? small_[code] : findRow(code);
     return rows_.data() + index * numWords_;
   }
@@ -50,6 +58,8 @@ class ReadingMatches {
   /// The first rows; those of the classes that the reading holds stand behind them.
   enum : std::uint32_t { rowOfEmpty = 0, rowOfAny = 1, rowOfOthers = 2, numFixedRows = 3 };
 
+  void fillRows();
+  const std::uint64_t *rowOnDemand(Char32 code) const;
   std::size_t findRow(Char32 code) const noexcept;
   std::uint32_t addRow(Char32 representative);
   Char32 representativeOf(Char32 code) const noexcept;
@@ -60,10 +70,12 @@ class ReadingMatches {
   const qoc_ocrDictionaryStringMulti &reading_;
   const qoc_swapCharSet *set_;  // Null where no group has a character.
   std::size_t numWords_;
+  bool isLong_;
   std::vector<std::uint64_t> rows_;
-  std::uint32_t small_[128] = {};           // The rows of 7-bit codes that stand for their class; 0 where there is none.
-  std::vector<Char32> representatives_;     // Of the rows behind the fixed ones.
-  std::vector<std::uint32_t> slots_;        // Hash table of the rows whose representatives have more than 7 bits; 0 is free.
+  std::uint32_t small_[128] = {};        // The rows of 7-bit codes that stand for their class; 0 where there is none.
+  std::vector<Char32> representatives_;  // Of the rows behind the fixed ones.
+  std::vector<std::uint32_t> slots_;  // Hash table of the rows whose representatives have more than 7 bits; 0 is free.
+  mutable std::unordered_map<Char32, std::vector<std::uint64_t>> onDemand_;  // Rows of a long reading, by code.
 };
 
 /// A dictionary string beside a reading: for each of its characters the positions that match it.

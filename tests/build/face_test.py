@@ -20,6 +20,7 @@ IS_INSTRUMENTED = os.environ["QOC_INSTRUMENTED"] == "1"
 SHARED_VARIABLES = {
     "(anonymous namespace)::mutex": "guards the assertion handler",
     "(anonymous namespace)::current": "the assertion handler; the allocator",
+    "qoc::emptyExpression()::empty": "the empty regular expression: made when it is first asked for, then only read",
 }
 THREAD_VARIABLES = {
     "(anonymous namespace)::attention": "the thread's attention handler",

@@ -14,7 +14,7 @@ import public_interface  # noqa: E402
 SCALARS = {
     "int8_t", "int16_t", "int32_t", "int64_t", "uint8_t", "uint16_t", "uint32_t", "uint64_t", "size_t", "char", "int",
     "unsigned", "float", "double", "qsys_status", "qsys_bool", "Char32", "CharT", "wchar_t", "qoc_ocrDictionaryMode",
-    "qoc_ocrDictionaryPositionStatus",
+    "qoc_ocrDictionaryPositionStatus", "qoc_checkDigitMethod", "qoc_ocrDictionaryOutcome",
 }
 # Types whose sample is made by hand, in samples.cpp.
 SPECIAL = {"qsys_cleanupEntry", "qstd_elementTable", "qsys_memoryTable", "FILE"}

@@ -118,6 +118,31 @@ Owned<qoc_ocrDictionary> dictionaryOfSamples() {
   return dictionary;
 }
 
+Owned<qoc_checkDigitRule> ruleOf(int variant) {
+  Owned<qoc_checkDigitRule> rule;
+  rule->method = variant % 2 == 0 ? qoc_checkDigitMethod_luhn : qoc_checkDigitMethod_mod97;
+  const qstd_span32 part = {0, QOC_CHECK_DIGIT_END};
+  require(qstd_vector_qstd_span32_pushBack(&rule->parts, &part));
+  return rule;
+}
+
+Owned<qoc_ocrDictionaryEntryCheck> entryCheckOf(int variant) {
+  Owned<qoc_ocrDictionaryEntryCheck> check;
+  check->mode = qoc_ocrDictionaryMode_regularExpression;
+  check->entry = variant % 2;
+  require(qoc_checkDigitRule_assign(&check->rule, ruleOf(variant)));
+  return check;
+}
+
+Owned<qoc_ocrDictionaryResolverRules> resolverRulesOf(int variant) {
+  Owned<qoc_ocrDictionaryResolverRules> rules;
+  rules->minMargin = 10 + variant;
+  const qoc_ocrDictionaryConfusion confusion = {'b', static_cast<Char32>('o' + variant % 2), 2, 3};
+  require(qstd_vector_qoc_ocrDictionaryConfusion_pushBack(&rules->confusions, &confusion));
+  require(qstd_vector_qoc_ocrDictionaryEntryCheck_pushBack(&rules->checks, entryCheckOf(variant)));
+  return rules;
+}
+
 /// The results of a run: they hold everything that results can hold, and it fits together.
 Owned<qoc_ocrDictionaryResultSet> resultsOfSamples(int variant, World world) {
   const auto params = paramsOf(world);
@@ -190,6 +215,15 @@ const std::map<std::string_view, Fill> &fills() {
        }},
       {"qoc_ocrDictionaryResultSet", [](void *o, int k, World world) { give(o, resultsOfSamples(k, world)); }},
       {"qoc_ocrDictionary", [](void *o, int, World) { give(o, dictionaryOfSamples()); }},
+      {"qoc_checkDigitRule", [](void *o, int k, World) { give(o, ruleOf(k)); }},
+      {"qoc_ocrDictionaryEntryCheck", [](void *o, int k, World) { give(o, entryCheckOf(k)); }},
+      {"qoc_ocrDictionaryResolverRules", [](void *o, int k, World) { give(o, resolverRulesOf(k)); }},
+      {"qoc_ocrDictionaryResolver",
+       [](void *o, int k, World) {
+         auto *resolver = static_cast<qoc_ocrDictionaryResolver *>(o);
+         require(qoc_ocrDictionaryResolver_setRules(resolver, resolverRulesOf(k)));
+         require(qoc_ocrDictionaryResolver_setDictionary(resolver, dictionaryOfSamples()));
+       }},
   };
   return table;
 }
@@ -218,6 +252,7 @@ constexpr Choice numbers[] = {
     {"*", "elementSize", 4},
     {"*", "second", 'z'},
     {"qsys_memory_alloc_internal", "size", 100},
+    {"qoc_checkDigitRule_validateLength", "length", 8},
     {"qoc_swapCharSet_*", "code", 'b'},
 };
 
@@ -240,6 +275,9 @@ constexpr Reason optional[] = {
     {"*_isMatch*", "params", "null is no edits"},
     {"*_match*", "params", "null is no edits"},
     {"*_satisfiesStringLength", "params", "null is no limits"},
+    {"qoc_ocrDictionaryResolver_setDictionary", "dictionary", "null is none"},
+    {"qoc_ocrDictionaryResolver_resolve", "params", "null is the defaults"},
+    {"qoc_ocrDictionaryResolver_resolve", "set", "null is no swaps"},
 };
 
 template <class List>
@@ -386,6 +424,8 @@ const char *mayChangeOnFailure(const Function &function) {
       {"qstd_tokenMulti_set*", "", "tokens are assigned one after the other"},
       {"*PositionFielding_set*AndFieldingBits", "", "the bits are set before the list"},
       {"qoc_ocrDictionary*_run*", "", "results are reset first and filled piece by piece"},
+      {"qoc_ocrDictionaryResolver_setRules", "", "lists and numbers are assigned one after the other"},
+      {"qoc_ocrDictionaryResolver_resolve", "", "the resolution is emptied first and filled piece by piece"},
       {"qoc_swapCharSet_get*", "", "an output is filled piece by piece"},
       {"qoc_swapCharSet_set*", "", "the set is reset where its tables cannot be had"},
       {"qoc_swapCharSet_append*", "", "the set is reset where its tables cannot be had"},

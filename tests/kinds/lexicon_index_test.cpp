@@ -43,15 +43,16 @@ Words randomList(std::mt19937 &random, std::size_t numWords, std::size_t most, i
   return list;
 }
 
-std::vector<std::int32_t> wordsWithin(const qoc_ocrDictionaryLexicon &lexicon, const std::string &text, std::int32_t edits) {
+std::vector<std::int32_t> wordsWithin(const qstd_vector_qoc_ocrDictionaryString &strings, const std::string &text,
+                                      std::int32_t edits) {
   std::array<std::uint64_t, 256> rows = {};
   for (std::size_t j = 0; j < text.size(); ++j) {
     rows[static_cast<std::uint8_t>(text[j])] |= std::uint64_t{1} << j;
   }
   std::vector<std::int32_t> within;
-  for (std::int32_t i = 0; i < lexicon.strings.core.size; ++i) {
+  for (std::int32_t i = 0; i < strings.core.size; ++i) {
     std::vector<std::uint8_t> letters;
-    for (const qoc_ocrDictionaryChar &character : qoc::view(qoc::view(lexicon.strings)[static_cast<std::size_t>(i)])) {
+    for (const qoc_ocrDictionaryChar &character : qoc::view(qoc::view(strings)[static_cast<std::size_t>(i)])) {
       letters.push_back(static_cast<std::uint8_t>(character.code));
     }
     if (qoc::bitDistance(rows, static_cast<std::int32_t>(text.size()), letters.data(),
@@ -74,7 +75,7 @@ void expectExactlyTheWordsWithin(std::mt19937 &random, const qoc_ocrDictionaryLe
   std::vector<std::int32_t> found;
   for (std::int32_t edits = 0; edits <= 5; ++edits) {
     index->find(query, edits, 0, lexicon.strings.core.size, found);
-    EXPECT_EQ(found, wordsWithin(lexicon, text, edits)) << text << ", edits " << edits;
+    EXPECT_EQ(found, wordsWithin(lexicon.strings, text, edits)) << text << ", edits " << edits;
   }
 }
 
@@ -113,10 +114,32 @@ TEST(LexiconIndex, WordsOfTheLongestLengthsInTriesAndBeyondAreFound) {
     std::vector<std::int32_t> found;
     for (std::int32_t edits = 0; edits <= 4; ++edits) {
       qoc::indexOf(*entry)->find(query, edits, 0, entry->strings.core.size, found);
-      EXPECT_EQ(found, wordsWithin(*entry, std::string(length, 'a'), edits)) << length << ", edits " << edits;
+      EXPECT_EQ(found, wordsWithin(entry->strings, std::string(length, 'a'), edits)) << length << ", edits " << edits;
     }
   }
   qoc::lexiconRoads() = before;
+}
+
+/// Words that stand in a list more than once, as they can when the list is put into the lexicon as it is.
+TEST(LexiconIndex, FindsEveryOneOfEqualWords) {
+  std::mt19937 random(6);
+  Owned<qstd_vector_qoc_ocrDictionaryString> list;
+  for (int i = 0; i < 900; ++i) {
+    require(qstd_vector_qoc_ocrDictionaryString_pushBack(list, word(randomText(random, 6, 6, 2))));
+  }
+  const qoc::LexiconIndex index(qoc::view(*list));
+  for (int i = 0; i < 20; ++i) {
+    const std::string text = randomText(random, 5, 7, 2);
+    const Owned<qoc_ocrDictionaryStringMulti> read = plainReading(text);
+    const qoc::ReadingMatches matches(*read, nullptr);
+    qoc::IndexQuery query;
+    index.prepare(matches, {0, matches.size()}, query);
+    std::vector<std::int32_t> found;
+    for (std::int32_t edits = 0; edits <= 3; ++edits) {
+      index.find(query, edits, 0, list->core.size, found);
+      EXPECT_EQ(found, wordsWithin(*list, text, edits)) << text << ", edits " << edits;
+    }
+  }
 }
 
 TEST(LexiconIndex, CopiesShareItAndChangesRenewIt) {

@@ -23,9 +23,7 @@ struct Bounds {
   size_t longestWord, longestReading;
 };
 
-Bounds bounds() {
-  return std::getenv("QOC_TEST_THOROUGH") != nullptr ? Bounds{3, 5, 4} : Bounds{2, 4, 3};
-}
+Bounds bounds() { return std::getenv("QOC_TEST_THOROUGH") != nullptr ? Bounds{3, 5, 4} : Bounds{2, 4, 3}; }
 
 /** All sequences of the given items, from one item up to `longest`. */
 template <class Item>
@@ -105,19 +103,19 @@ TEST(LexiconExhaustive, MatchesAsTheModelDoes) {
   ASSERT_EQ(lexicon.setStrings(words), 0);
   ASSERT_EQ(qoc_ocrDictionaryLexicon_setStrings(&record, &strings), 0);
 
-  const std::vector<Reading> readings = sequences(positions(), bounds().longestReading);
+  std::vector<Reading> readings = sequences(positions(), bounds().longestReading);
+  readings.emplace_back();
   const std::vector<RunParams> allParams = grid();
   int64_t numCases = 0, numResults = 0;
   for (const Reading &reading : readings) {
     reference::HeldMulti readingRecord;
     toRecord(reading, &readingRecord);
     for (const RunParams &params : allParams) {
-      const auto expected = ofModel<ResultSet>(
-          0, [&](Polls &polls) { return lexicon.matchMulti(reading, &params, nullptr, polls); });
+      const auto expected =
+          ofModel<ResultSet>(0, [&](Polls &polls) { return lexicon.matchMulti(reading, &params, nullptr, polls); });
       const auto actual = ofLibrary<ResultSet>(0, [&](ResultSet &value) {
         reference::HeldResultSet set;
-        const qsys_status status =
-            qoc_ocrDictionaryLexicon_matchMulti(&record, &readingRecord, &params, nullptr, &set);
+        const qsys_status status = qoc_ocrDictionaryLexicon_matchMulti(&record, &readingRecord, &params, nullptr, &set);
         value = fromRecord(*set);
         return status;
       });

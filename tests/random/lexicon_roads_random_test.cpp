@@ -27,13 +27,14 @@ class Roads {
 };
 
 /** All ways, the plainest last; tries also for the shortest lists, so that small cases go through them. */
-constexpr LexiconRoads allRoads[] = {
-    {true, true, true, true, 0},   {true, true, true, true, 512},   {true, false, true, false, 0},
-    {true, false, false, true, 0}, {false, true, true, false, 512}, {false, false, false, false, 512}};
+constexpr LexiconRoads allRoads[] = {{true, true, true, true, 0},     {true, true, true, true, 512},
+                                     {true, false, true, false, 0},   {true, false, false, true, 0},
+                                     {false, true, true, false, 512}, {false, false, false, false, 512}};
 
 std::string describe(const LexiconRoads &roads) {
   return "index " + std::to_string(roads.usesIndex) + ", bound " + std::to_string(roads.usesBound) + ", outlines " +
-         std::to_string(roads.usesOutlines) + ", lattice " + std::to_string(roads.usesLattice) + ", tries from " + std::to_string(roads.minWordsForTries);
+         std::to_string(roads.usesOutlines) + ", lattice " + std::to_string(roads.usesLattice) + ", tries from " +
+         std::to_string(roads.minWordsForTries);
 }
 
 Outcome<ResultSet> matchOnRoads(const LexiconRoads &roads, const std::vector<Word> &words, const Reading &reading,
@@ -84,10 +85,10 @@ std::string compareRoads(Random &random, int32_t mostWords, int32_t longest) {
     alphabet.letters.insert(alphabet.letters.end(), {'d', 0x4E00, 0x1F600});
   }
   const std::vector<Word> words = randomWords(random, alphabet, mostWords, longest);
-  Reading reading = words.empty() || random.oneIn(4)
-                        ? randomReading(random, alphabet, longest)
-                        : nearReading(random, alphabet,
-                                      words[static_cast<size_t>(random.below(static_cast<int32_t>(words.size())))]);
+  Reading reading =
+      words.empty() || random.oneIn(4)
+          ? randomReading(random, alphabet, longest)
+          : nearReading(random, alphabet, words[static_cast<size_t>(random.below(static_cast<int32_t>(words.size())))]);
   std::optional<RunParams> params = randomParams(random, 20);
   if (params && random.oneIn(2)) {
     params->matchOption9 = 0;  // Most of what there is to compare is there without windows and in the default ranking.
@@ -155,7 +156,8 @@ TEST(LexiconRoadsRandom, longWords) {
   });
 }
 
-/** Lists of several thousand words, words of a thousand characters among them, on every road: too much for the model. */
+/** Lists of several thousand words, words of a thousand characters among them, on every road: too much for the model.
+ */
 TEST(LexiconRoadsRandom, largeLists) {
   compareCases(numCases() / 5000, [](Random &random) {
     Alphabet alphabet = {{}, 1000};
@@ -168,8 +170,10 @@ TEST(LexiconRoadsRandom, largeLists) {
     words.push_back(longWord);
     words.push_back(Word(longWord.begin(), longWord.end() - 2));
     for (int32_t i = 0; i < 6; ++i) {
-      const Word &near = i == 0 ? longWord : words[static_cast<size_t>(random.below(static_cast<int32_t>(words.size())))];
-      const Reading reading = i == 1 ? Reading(10'000, {{alphabet.letters[0], 0}}) : nearReading(random, alphabet, near);
+      const Word &near =
+          i == 0 ? longWord : words[static_cast<size_t>(random.below(static_cast<int32_t>(words.size())))];
+      const Reading reading =
+          i == 1 ? Reading(10'000, {{alphabet.letters[0], 0}}) : nearReading(random, alphabet, near);
       RunParams params = *randomParams(random, 0);
       params.maxEdits = random.between(0, 3);
       params.matchOption9 = 0;

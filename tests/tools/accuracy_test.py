@@ -22,7 +22,10 @@ class AccuracyTest(ProgramTest):
                 if line.startswith("|") and not line.startswith("|---")]
 
     def test_a_part_of_the_readings(self):
-        tables = self.tables(self.report("--every", "10"))
+        matched, rest = self.report("--every", "10").split("## One text for each line\n")
+        resolved, learnt = rest.split("## What is learnt of the reader\n")
+        self.assertEqual(len(self.tables(learnt)), 8)
+        tables = self.tables(matched)
         self.assertEqual([row[0] for row in tables], ["kind", "word", "name", "all"] +
                          2 * ["kind", "serial", "date", "lot", "vin", "iban", "all"])
         for row in tables:
@@ -32,6 +35,12 @@ class AccuracyTest(ProgramTest):
             for right, wrong in zip(numbers[2::2], numbers[3::2]):
                 self.assertLessEqual(right + wrong, numbers[0])
             self.assertGreater(max(numbers[2::2]), 0)
+        rows = self.tables(resolved)
+        self.assertEqual([row[0] for row in rows],
+                         ["kind", "serial", "date", "lot", "word", "name", "vin", "iban", "all", "per cent"])
+        for kind, lines, *cells in rows[1:-1]:
+            for cell in cells:  # Right, wrong, unsure and none are all the lines there are.
+                self.assertEqual(sum(map(int, cell.split(" / "))), int(lines), kind)
 
     def test_the_document_has_the_same_tables(self):
         document = (ROOT / "docs" / "accuracy.md").read_text(encoding="utf-8")

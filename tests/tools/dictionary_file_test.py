@@ -64,7 +64,9 @@ class DictionaryFileTest(ProgramTest):
         self.assert_refused({"parameters": {"ranking": "score"}}, " /parameters/ranking: ", '"primary-secondary"')
 
     def test_unknown_keys(self):
-        self.assert_refused({"lexicon": []}, " /lexicon: unknown key; expected one of ", '"lexicons", "fieldings", "regularExpressions", "swaps", "parameters", "fitParameters"')
+        self.assert_refused({"lexicon": []}, " /lexicon: unknown key; expected one of ",
+                            '"lexicons", "fieldings", "regularExpressions", "shapes", "swaps", "parameters", '
+                            '"fitParameters", "resolving"')
         self.assert_refused({"lexicons": [{"word": []}]}, " /lexicons/0/word: unknown key", '"words", "file"')
         self.assert_refused({"parameters": {"max/edits": 1}}, " /parameters/max~1edits: unknown key", '"maxEdits"')
 

@@ -111,9 +111,10 @@ class UsageTest(ProgramTest):
         dictionary = self.dictionary("word", maxEdits=1)
         code, out, err = self.run_program("run", "-d", dictionary, stdin="ward\nother\n")
         self.assertEqual((code, err), (1, ""))
-        head, first, second = out.splitlines()
+        head, first, resolved, second = out.splitlines()
         self.assertIn("result", head)
         self.assertRegex(first, r"^1 +ward +word +1 +words +\.x\.\. / \.x\.\.$")
+        self.assertRegex(resolved, r"^ +(un)?sure +word +margin -?[0-9.]+$")
         self.assertRegex(second, r"^2 +other +no result$")
 
     def test_colours(self):

@@ -216,6 +216,13 @@ Specs resolvingOptions() {
   return specs;
 }
 
+OptionSpec noResolvingOption() {
+  OptionSpec option = flag("--no-resolving", "Write the results alone, and choose no text; quicker with large word lists",
+                           [](Options &options) { options.isResolving = false; });
+  option.group = resolvingOptions().front().group;
+  return option;
+}
+
 constexpr const char *readingExitCodes =
     "0 every reading had a result, 1 some had none, 2 bad usage, bad input or interrupted";
 constexpr const char *plainExitCodes = "0 success, 2 bad usage, bad input or interrupted";
@@ -234,7 +241,7 @@ std::vector<CommandSpec> makeTable() {
                    true,
                    joined({{dictionaryOption()}, inputOptions(), outputOptions("Write NDJSON, an object for each reading, "
                                                                                "instead of a table"),
-                           documentOptions(), workOptions(), runOptions, resolvingOptions()}),
+                           documentOptions(), workOptions(), runOptions, resolvingOptions(), {noResolvingOption()}}),
                    true,
                    readingExitCodes,
                    {"qoc run --dictionary words.json --max-edits 1 readings.ndjson",

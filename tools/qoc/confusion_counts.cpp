@@ -50,7 +50,7 @@ std::vector<Step> align(const Lesson &lesson) {
   return steps;
 }
 
-} // namespace
+}  // namespace
 
 void ConfusionCounts::add(const Lesson &lesson) {
   const std::vector<Step> steps = align(lesson);
@@ -84,4 +84,4 @@ void ConfusionCounts::add(const Lesson &lesson) {
   }
 }
 
-} // namespace qoc::program
+}  // namespace qoc::program

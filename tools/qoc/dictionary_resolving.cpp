@@ -135,6 +135,7 @@ void readCheck(const JsonNode &node, qoc_checkDigitRule &rule) {
     }
   }
   if (node.has("ignored")) {
+    rule.ignoresSeparators = 0;
     const std::vector<Char32> codes =
         decodeUtf8(node.member("ignored").string("the characters to ignore, as a string"));
     check(qstd_vectorChar32_assignElements(&rule.ignored, codes.data(), static_cast<std::int32_t>(codes.size())),

@@ -87,7 +87,7 @@ void addReadyShape(const JsonNode &node, DictionaryFile &into) {
 bool isIgnored(const qoc_checkDigitRule &rule, Char32 code) {
   const Char32 *found = nullptr;
   check(qstd_vectorChar32_find(&rule.ignored, code, &found), "a check");
-  return found != nullptr;
+  return found != nullptr || (rule.ignoresSeparators != 0 && (code == ' ' || code == '-'));
 }
 
 /// Refuses a check that no text of the line can pass.

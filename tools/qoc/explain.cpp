@@ -113,7 +113,7 @@ bool isWanted(const Reading &reading, const Options &options) {
 ExitCode execute(const Options &options, std::uint64_t &numFinished) {
   DictionaryFile file;
   readDictionaryFile(options.dictionary, file);
-  runTask.prepare(options, file);
+  matchTask.prepare(options, file);
   file.params->returnBestOnly = 0; // Every result, whatever the dictionary asks of other commands.
   Output output;
   if (options.isTsv) output.write(tableHeadLine);
@@ -122,7 +122,7 @@ ExitCode execute(const Options &options, std::uint64_t &numFinished) {
 
   ReadingSteps<Outcome> steps;
   steps.makeWorker = [&] {
-    return [&options, &file, colored, matcher = std::make_shared<Matcher>(options, runTask, file)](Reading &reading) {
+    return [&options, &file, colored, matcher = std::make_shared<Matcher>(options, matchTask, file)](Reading &reading) {
       if (!isWanted(reading, options)) return Outcome{{}, true};
       const std::span<const qoc_ocrDictionaryResult> results = elements(matcher->match(reading).results->results);
       const qoc_ocrDictionaryRunParams &params = *file.params.get();

@@ -100,7 +100,7 @@ void JsonNode::requireObject(std::initializer_list<std::string_view> keys) const
   requireObject("an object with keys of " + known);
   for (const auto &[key, unused] : value_.items()) {
     if (std::find(keys.begin(), keys.end(), key) == keys.end()) {
-      attempt([&] { member(key).fail("unknown key; expected one of " + known); });
+      attempt([this, &known, &name = key] { member(name).fail("unknown key; expected one of " + known); });
     }
   }
 }

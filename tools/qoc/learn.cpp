@@ -34,12 +34,12 @@ struct Learnt {
   struct Confusion {
     std::u32string read, meant;
     ConfusionCount count;
-    std::size_t numRead; ///< How often the (first) character was read at all.
+    std::size_t numRead;  ///< How often the (first) character was read at all.
     std::int32_t penalty;
   };
-  std::vector<Confusion> swaps;     ///< One character for another.
-  std::vector<Confusion> sequences; ///< One for two, two for one.
-  std::vector<Confusion> extras;    ///< Characters that were not there.
+  std::vector<Confusion> swaps;      ///< One character for another.
+  std::vector<Confusion> sequences;  ///< One for two, two for one.
+  std::vector<Confusion> extras;     ///< Characters that were not there.
 };
 
 /// A confusion that was seen n times among `of` costs what its odds are worth.
@@ -58,7 +58,8 @@ Learnt learnFrom(const ConfusionCounts &counts, std::size_t threshold, bool isOn
       return whyRefused(code).empty() && (!isOnly7Bits || code <= max7Bits);
     });
     // A pair that begins with the character that it is swapped for can be no swap.
-    const auto &[shorter, longer] = std::minmax(read, meant, [](const auto &a, const auto &b) { return a.size() < b.size(); });
+    const auto &[shorter, longer] =
+        std::minmax(read, meant, [](const auto &a, const auto &b) { return a.size() < b.size(); });
     if (shorter.size() == 1 && longer.size() == 2 && longer.front() == shorter.front()) continue;
     if (count.numTimes < threshold || read.empty() || !isAllowed) continue;
     const auto found = counts.numRead.find(read.front());
@@ -94,7 +95,8 @@ void makeSwaps(const DictionaryFile &file, const Learnt &learnt, SwapCharSet &se
     const std::vector<Char32> read(sequence.read.begin(), sequence.read.end()),
         meant(sequence.meant.begin(), sequence.meant.end());
     check(qstd_vectorChar32_assignElements(&swap->first, read.data(), static_cast<std::int32_t>(read.size())), where);
-    check(qstd_vectorChar32_assignElements(&swap->second, meant.data(), static_cast<std::int32_t>(meant.size())), where);
+    check(qstd_vectorChar32_assignElements(&swap->second, meant.data(), static_cast<std::int32_t>(meant.size())),
+          where);
     check(qstd_vector_qoc_swapChar_pushBack(sequences.get(), swap.get()), where);
   }
   SwapCharSet sequenceSet;
@@ -120,7 +122,7 @@ void makeRules(const DictionaryFile &file, const Learnt &learnt, ResolverRules &
 
 /// Readings with truth, and how they come out with what was learnt.
 class School {
-public:
+ public:
   School(const Options &options, const DictionaryFile &file) : file_(file) {
     ReadingSource source(options.readings, options.input, [] {});
     Reading reading;
@@ -160,8 +162,8 @@ public:
       check(qoc_ocrDictionary_runSwapCharSetMulti(file_.dictionary.get(), multi.get(), file_.params.get(), swaps.get(),
                                                   results.get()),
             lesson.place);
-      check(qoc_ocrDictionaryResolver_resolve(resolver.get(), multi.get(), file_.params.get(), swaps.get(), results.get(),
-                                              resolution.get()),
+      check(qoc_ocrDictionaryResolver_resolve(resolver.get(), multi.get(), file_.params.get(), swaps.get(),
+                                              results.get(), resolution.get()),
             lesson.place);
       ++(resolution->outcome == qoc_ocrDictionaryOutcome_none     ? verdicts.none
          : resolution->outcome == qoc_ocrDictionaryOutcome_unsure ? verdicts.unsure
@@ -171,7 +173,7 @@ public:
     return verdicts;
   }
 
-private:
+ private:
   static bool isTruth(const qoc_ocrDictionaryResolution &resolution, const Lesson &lesson) {
     const auto characters = elements(elements(resolution.texts)[0].text.characters);
     return std::equal(characters.begin(), characters.end(), lesson.truth.begin(), lesson.truth.end(),
@@ -210,7 +212,8 @@ OrderedJson sectionsOf(const Learnt &learnt) {
   }
   for (const auto *list : {&learnt.swaps, &learnt.extras}) {
     for (const Learnt::Confusion &confusion : *list) {
-      resolving.push_back({{"read", utf8(confusion.read)}, {"meant", utf8(confusion.meant)},
+      resolving.push_back({{"read", utf8(confusion.read)},
+                           {"meant", utf8(confusion.meant)},
                            {"swapPenalty", inPoints(confusion.penalty)}});
     }
   }
@@ -225,9 +228,9 @@ struct Finding {
 
 Learnt alone(const Learnt::Confusion &confusion) {
   Learnt learnt;
-  (confusion.meant.empty()                                  ? learnt.extras
+  (confusion.meant.empty()                               ? learnt.extras
    : confusion.read.size() + confusion.meant.size() == 2 ? learnt.swaps
-                                                          : learnt.sequences)
+                                                         : learnt.sequences)
       .push_back(confusion);
   return learnt;
 }
@@ -318,7 +321,8 @@ ExitCode execute(const Options &options) {
   for (const auto *list : {&learnt.swaps, &learnt.sequences, &learnt.extras}) {
     for (const Learnt::Confusion &confusion : *list) {
       const Verdicts with = school.judge(alone(confusion), everything);
-      findings.push_back({confusion, static_cast<std::ptrdiff_t>(with.right) - static_cast<std::ptrdiff_t>(before.right),
+      findings.push_back({confusion,
+                          static_cast<std::ptrdiff_t>(with.right) - static_cast<std::ptrdiff_t>(before.right),
                           static_cast<std::ptrdiff_t>(with.wrong) - static_cast<std::ptrdiff_t>(before.wrong)});
     }
   }
@@ -332,11 +336,11 @@ ExitCode execute(const Options &options) {
   return allHadResults;
 }
 
-} // namespace
+}  // namespace
 
 int learn(const Options &options) {
   const InterruptGuard guard;
   return endingWell([&] { return execute(options); }, [] { return std::string("interrupted; nothing was written"); });
 }
 
-} // namespace qoc::program
+}  // namespace qoc::program

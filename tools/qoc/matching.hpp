@@ -18,6 +18,8 @@ struct Task {
 };
 
 /// The dictionary's entries, each matched with the reading.
+extern const Task matchTask;
+/// The same, and the one text that the reading is taken for.
 extern const Task runTask;
 /// The dictionary's lines, into which the reading is forced.
 extern const Task fitTask;

@@ -27,6 +27,7 @@ struct Options {
   unsigned jobs = 1;      ///< Threads; 0 is one for each processor.
   ColorChoice color = ColorChoice::automatic;
   ProgressChoice progress = ProgressChoice::automatic;
+  bool isResolving = true;  ///< Choose one text for each reading.
   bool isJson = false, isTsv = false;
   std::string to;           ///< The format that is written back or converted to; empty for none.
   std::string output;       ///< Where documents and reports go; empty for standard output.

@@ -5,6 +5,7 @@
 
 #include <qoc/dictionary.h>
 #include <qoc/fielding_run.h>
+#include <qoc/resolver.h>
 #include <qoc/cpp/status.hpp>
 
 #include <concepts>
@@ -65,6 +66,9 @@ QOC_CPP_OBJECT(qoc_ocrDictionaryLexicon)
 QOC_CPP_OBJECT(qoc_ocrDictionaryLineFielding)
 QOC_CPP_OBJECT(qoc_ocrDictionaryPositionFielding)
 QOC_CPP_OBJECT(qoc_ocrDictionaryRegularExpression)
+QOC_CPP_OBJECT(qoc_ocrDictionaryResolution)
+QOC_CPP_OBJECT(qoc_ocrDictionaryResolver)
+QOC_CPP_OBJECT(qoc_ocrDictionaryResolverRules)
 QOC_CPP_OBJECT(qoc_ocrDictionaryResult)
 QOC_CPP_OBJECT(qoc_ocrDictionaryResultSet)
 QOC_CPP_OBJECT(qoc_ocrDictionaryString)
@@ -83,6 +87,7 @@ QOC_CPP_VECTOR(qstd_vector_qoc_ocrDictionaryLineFielding, qoc_ocrDictionaryLineF
 QOC_CPP_VECTOR(qstd_vector_qoc_ocrDictionaryPositionFielding, qoc_ocrDictionaryPositionFielding)
 QOC_CPP_VECTOR(qstd_vector_qoc_ocrDictionaryPositionStatus, qoc_ocrDictionaryPositionStatus)
 QOC_CPP_VECTOR(qstd_vector_qoc_ocrDictionaryRegularExpression, qoc_ocrDictionaryRegularExpression)
+QOC_CPP_VECTOR(qstd_vector_qoc_ocrDictionaryResolvedText, qoc_ocrDictionaryResolvedText)
 QOC_CPP_VECTOR(qstd_vector_qoc_ocrDictionaryResult, qoc_ocrDictionaryResult)
 QOC_CPP_VECTOR(qstd_vector_qoc_ocrDictionaryString, qoc_ocrDictionaryString)
 QOC_CPP_VECTOR(qstd_vector_qoc_swapChar, qoc_swapChar)

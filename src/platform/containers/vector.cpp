@@ -1,9 +1,10 @@
 // The generic vector.
 //
-// Storage is one block of `capacity` elements, the first `size` of which are constructed. Elements are moved byte by byte (the
-// table's contract allows it), so growing, inserting and erasing call no element operation but the ones that the caller asked for,
-// and cannot fail half-way: what is added is first constructed behind the last element, in the new block if one is needed, and only
-// then moved to its place. That also makes it safe to add elements of the vector to itself.
+// Storage is one block of `capacity` elements, the first `size` of which are constructed. Elements are moved byte by
+// byte (the table's contract allows it), so growing, inserting and erasing call no element operation but the ones that
+// the caller asked for, and cannot fail half-way: what is added is first constructed behind the last element, in the
+// new block if one is needed, and only then moved to its place. That also makes it safe to add elements of the vector
+// to itself.
 
 #include <qoc/vector.h>
 
@@ -70,25 +71,35 @@ qsys_status destroy(const qstd_vector &vector, std::int32_t first, std::int32_t 
   return status;
 }
 
-/// The memory of a vector whose block is shared is this mark. The count of its holders stands in front of the elements.
+/// What a shared block begins with. In front of a vector's elements in it stands the block's address.
+struct SharedBlock {
+  std::atomic<std::int64_t> numHolders;
+  bool isPool;
+};
+
+/// The memory of a vector whose elements lie in a shared block is this mark.
 constexpr qsys_memoryTable sharedMemory = {nullptr, nullptr, nullptr};
 
-constexpr std::size_t sizeOfHolders = alignof(std::max_align_t) > sizeof(std::atomic<std::int64_t>)
-                                          ? alignof(std::max_align_t)
-                                          : sizeof(std::atomic<std::int64_t>);
+constexpr std::size_t alignedUp(std::size_t size, std::size_t alignment) {
+  return (size + alignment - 1) / alignment * alignment;
+}
+/// Where elements that several vectors have in common begin.
+constexpr std::size_t sizeOfHead = alignedUp(sizeof(SharedBlock) + sizeof(SharedBlock *), alignof(std::max_align_t));
 
 bool isShared(const qstd_vector &vector) { return vector.memory == &sharedMemory; }
 
-std::atomic<std::int64_t> &holdersOf(const qstd_vector &vector) {
-  return *reinterpret_cast<std::atomic<std::int64_t> *>(static_cast<std::byte *>(vector.elements) - sizeOfHolders);
-}
+SharedBlock *&blockOf(void *elements) { return static_cast<SharedBlock **>(elements)[-1]; }
+
+/// Whether copies may hold the vector's block, too.
+bool isJoinable(const qstd_vector &vector) { return isShared(vector) && !blockOf(vector.elements)->isPool; }
 
 /// Lets go of a shared block, which leaves the vector empty; the last holder destroys the elements.
 qsys_status leaveShared(qstd_vector &vector) {
   qsys_status status = QSYS_STATUS_OK;
-  if (holdersOf(vector).fetch_sub(1, std::memory_order_acq_rel) == 1) {
-    status = destroy(vector, 0, vector.size);
-    qsys_memory_free_internal(&holdersOf(vector));
+  SharedBlock *block = blockOf(vector.elements);
+  if (block->numHolders.fetch_sub(1, std::memory_order_acq_rel) == 1) {
+    status = block->isPool ? status : destroy(vector, 0, vector.size);  // Elements of a pool are plain.
+    qsys_memory_free_internal(block);
   }
   vector = {nullptr, 0, 0, vector.elementSize, vector.table, nullptr};
   return status;
@@ -96,7 +107,7 @@ qsys_status leaveShared(qstd_vector &vector) {
 
 /// Makes a vector another holder of the block of a shared one; whatever it held before is the caller's to destroy.
 void joinShared(qstd_vector &vector, const qstd_vector &shared) {
-  holdersOf(shared).fetch_add(1, std::memory_order_relaxed);
+  blockOf(shared.elements)->numHolders.fetch_add(1, std::memory_order_relaxed);
   vector = shared;
 }
 
@@ -288,7 +299,8 @@ qsys_status assignBlock(qstd_vector &vector, const void *first, std::int32_t n) 
   if (n < vector.size) {
     return setSize(vector, n, {Source::Kind::defaults});
   }
-  return n == numKept ? QSYS_STATUS_OK : add(vector, n - numKept, {Source::Kind::block, step(first, numKept, vector)}, true);
+  return n == numKept ? QSYS_STATUS_OK
+                      : add(vector, n - numKept, {Source::Kind::block, step(first, numKept, vector)}, true);
 }
 
 bool liesWithin(const qstd_vector &vector, const void *address) {
@@ -339,7 +351,7 @@ qsys_status qstd_vector__constructCopy(qstd_vector *vector, const qstd_vector *s
   if (!present({vector, source})) {
     return QSYS_STATUS_OK;
   }
-  if (isShared(*source)) {
+  if (isJoinable(*source)) {
     joinShared(*vector, *source);
     return QSYS_STATUS_OK;
   }
@@ -351,7 +363,7 @@ qsys_status qstd_vector__assign(qstd_vector *vector, const qstd_vector *source) 
   if (!present({vector, source}) || vector == source) {
     return QSYS_STATUS_OK;
   }
-  if (isShared(*source) && (vector->memory == nullptr || isShared(*vector))) {
+  if (isJoinable(*source) && (vector->memory == nullptr || isShared(*vector))) {
     qstd_vector before = *vector;
     joinShared(*vector, *source);
     return qstd_vector__destruct(&before);
@@ -573,15 +585,72 @@ qsys_status qoc::shareElements(qstd_vector &vector) noexcept {
   if (isShared(vector) || vector.size == 0) {
     return QSYS_STATUS_OK;  // No elements need no block.
   }
-  auto *block = static_cast<std::byte *>(qsys_memory_alloc_internal(sizeOfHolders + numBytes(vector, vector.size)));
+  auto *block = static_cast<std::byte *>(qsys_memory_alloc_internal(sizeOfHead + numBytes(vector, vector.size)));
   if (block == nullptr) {
     return QSYS_STATUS_OUT_OF_MEMORY;
   }
-  new (block) std::atomic<std::int64_t>(1);
-  std::memcpy(block + sizeOfHolders, vector.elements, numBytes(vector, vector.size));
+  auto *elements = block + sizeOfHead;
+  blockOf(elements) = new (block) SharedBlock{1, false};
+  std::memcpy(elements, vector.elements, numBytes(vector, vector.size));
   release(vector, vector.elements);
-  vector.elements = block + sizeOfHolders;
+  vector.elements = elements;
   vector.capacity = vector.size;
   vector.memory = &sharedMemory;
+  return QSYS_STATUS_OK;
+}
+
+namespace {
+
+/// More holders than there will ever be: an open block of a pool counts them, and settles when it is closed.
+constexpr std::int64_t numHoldersOfOpen = std::int64_t{1} << 62;
+
+}  // namespace
+
+qoc::ElementPool::~ElementPool() { close(); }
+
+void qoc::ElementPool::close() noexcept {
+  if (block_ != nullptr) {
+    const std::int64_t numUnused = numHoldersOfOpen - numPlaced_;
+    if (reinterpret_cast<SharedBlock *>(block_)->numHolders.fetch_sub(numUnused, std::memory_order_acq_rel) ==
+        numUnused) {
+      qsys_memory_free_internal(block_);
+    }
+    block_ = nullptr;
+  }
+  numPlaced_ = 0;
+}
+
+qsys_status qoc::ElementPool::place(qstd_vector &vector, std::int32_t n, void *&elements) noexcept {
+  elements = nullptr;
+  if (n <= 0) {
+    return QSYS_STATUS_OK;
+  }
+  const std::size_t needed = alignedUp(sizeof(SharedBlock *) + numBytes(vector, n), sizeof(SharedBlock *));
+  if (block_ == nullptr || needed > size_ - used_) {
+    close();
+    used_ = alignedUp(sizeof(SharedBlock), sizeof(SharedBlock *));
+    size_ = std::max(blockSize, used_ + needed);
+    block_ = static_cast<std::byte *>(qsys_memory_alloc_internal(size_));
+    if (block_ == nullptr) {
+      return QSYS_STATUS_OUT_OF_MEMORY;
+    }
+    new (block_) SharedBlock{numHoldersOfOpen, true};
+  }
+  elements = block_ + used_ + sizeof(SharedBlock *);
+  blockOf(elements) = reinterpret_cast<SharedBlock *>(block_);
+  used_ += needed;
+  ++numPlaced_;
+  vector.elements = elements;
+  vector.size = vector.capacity = n;
+  vector.memory = &sharedMemory;
+  return QSYS_STATUS_OK;
+}
+
+qsys_status qoc::ElementPool::placeCopies(qstd_vector &vector, const void *first, std::int32_t n) noexcept {
+  void *elements = nullptr;
+  QOC_TRY(place(vector, n, elements));
+  if (elements != nullptr) {
+    std::memcpy(elements, first, numBytes(vector, n));
+  }
   return QSYS_STATUS_OK;
 }

@@ -15,7 +15,7 @@
 
 #include "platform/regex/code_set.hpp"
 #include "platform/regex/syntax.hpp"
-#include "platform/regex/work_meter.hpp"
+#include "platform/system/work_meter.hpp"
 
 namespace qoc {
 

@@ -47,7 +47,6 @@ class WayFinder {
       return QSYS_STATUS_OK;
     }
     places_.resize(sequence_.size());
-    followers_.resize(static_cast<std::size_t>(states_.expression().numPositions()) + 1);
     return follow(onWay);
   }
 
@@ -64,7 +63,7 @@ class WayFinder {
   };
   /// A path's end at one place, whose followers are tried one after the other.
   struct Step {
-    const std::vector<std::int32_t> *followers;
+    std::span<const std::int32_t> followers;
     std::size_t next;
     Set told;   ///< The positions that earlier paths of the same labels go on to here.
     Set tried;  ///< The followers that were tried.
@@ -91,17 +90,19 @@ class WayFinder {
   qsys_status follow(OnWay onWay) {
     std::vector<Step> path;
     std::vector<const MatchedTokens *> way(sequence_.size());
-    const std::vector<std::int32_t> *starts = nullptr;
-    QOC_TRY(followersOf(-1, starts));
-    path.push_back({starts, 0, states_.none(), states_.none()});
+    path.reserve(sequence_.size());
+    only_.resize(sequence_.size());
+    std::span<const std::int32_t> followers;
+    QOC_TRY(followersOf(-1, 0, followers));
+    path.push_back({followers, 0, states_.none(), states_.none()});
     while (!path.empty()) {
       Step &step = path.back();
-      if (step.next == step.followers->size()) {
+      if (step.next == step.followers.size()) {
         path.pop_back();
         continue;
       }
-      QOC_TRY(states_.tick(1));
-      const std::int32_t position = (*step.followers)[step.next++];
+      QOC_TRY(states_.meter().add(1));
+      const std::int32_t position = step.followers[step.next++];
       const std::size_t i = path.size() - 1;
       if (!contains(live_[i], position)) {
         continue;
@@ -115,8 +116,8 @@ class WayFinder {
       }
       way[i] = &label.tokens;
       if (i + 1 < sequence_.size()) {
-        const std::vector<std::int32_t> *followers = nullptr;
-        QOC_TRY(followersOf(position, followers));
+        QOC_TRY(followersOf(position, i + 1, followers));
+        QOC_TRY(states_.tick(1));
         path.push_back({followers, 0, states_.followersOf(told) & live_[i + 1], states_.none()});
       } else if (isEmpty(told)) {
         QOC_TRY(states_.meter().add(workPerPlace * way.size()));
@@ -126,14 +127,33 @@ class WayFinder {
     return QSYS_STATUS_OK;
   }
 
-  /// The followers of a position, or, of -1, the positions to begin with; found once.
-  qsys_status followersOf(std::int32_t position, const std::vector<std::int32_t> *&followers) {
+  /// The followers of a position, or, of -1, the positions to begin with, that may be live at a place; in order. Where
+  /// only one is live it is found without the walk that gives the order, which is made once for every position.
+  qsys_status followersOf(std::int32_t position, std::size_t place, std::span<const std::int32_t> &followers) {
+    Set live = live_[place];
+    if (position < 0) {
+      live &= states_.first();
+    } else {
+      Set self = states_.none();
+      insert(self, position);
+      live &= states_.followersOf(self);
+    }
+    std::size_t numLive = 0;
+    forEach(live, [&](std::int32_t one) {
+      only_[place] = one;
+      ++numLive;
+    });
+    if (numLive == 1) {
+      followers = {&only_[place], 1};
+      return QSYS_STATUS_OK;
+    }
+    followers_.resize(static_cast<std::size_t>(states_.expression().numPositions()) + 1);
     auto &entry = followers_[static_cast<std::size_t>(position + 1)];
     if (!entry.isFound) {
       QOC_TRY(walk_.find(states_.expression(), position, entry.list, states_.meter()));
       entry.isFound = true;
     }
-    followers = &entry.list;
+    followers = entry.list;
     return QSYS_STATUS_OK;
   }
 
@@ -195,7 +215,8 @@ class WayFinder {
   OrderedWalk walk_;
   std::vector<Set> live_;
   std::vector<Place> places_;
-  std::vector<Followers> followers_;
+  std::vector<Followers> followers_;  ///< Of each position, behind those of the start.
+  std::vector<std::int32_t> only_;    ///< For each place, the follower that is the only live one.
 };
 
 }  // namespace qoc

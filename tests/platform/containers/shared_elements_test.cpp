@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <functional>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -68,7 +70,8 @@ TEST(SharedElements, EveryWriteLeavesTheOthersAsTheyWere) {
       [&](Positions *p) { require(qstd_vector_qoc_ocrDictionaryCharMulti_pushBack(p, element)); },
       [&](Positions *p) { require(qstd_vector_qoc_ocrDictionaryCharMulti_insertElement(p, 1, element)); },
       [](Positions *p) {
-        require(qstd_vector_qoc_ocrDictionaryCharMulti_insert(p, 1, qoc::viewAs<qoc_ocrDictionaryCharMulti>(*p).data(), 2));
+        require(
+            qstd_vector_qoc_ocrDictionaryCharMulti_insert(p, 1, qoc::viewAs<qoc_ocrDictionaryCharMulti>(*p).data(), 2));
       },
       [](Positions *p) { require(qstd_vector_qoc_ocrDictionaryCharMulti_append(p, p)); },
       [](Positions *p) { require(qstd_vector_qoc_ocrDictionaryCharMulti_eraseElement(p, 0)); },
@@ -112,6 +115,43 @@ TEST(SharedElements, EveryWriteLeavesTheOthersAsTheyWere) {
     }
     EXPECT_EQ(allocator.numLive(), 0) << "write " << i;
   }
+}
+
+/// The vectors of a pool come and go in any order; copies have blocks of their own.
+TEST(ElementPool, BlocksLiveAsLongAsTheirVectors) {
+  LibraryAllocator allocator;
+  std::mt19937 random(9);
+  {
+    std::vector<qstd_vector32s> vectors(5000);
+    {
+      qoc::ElementPool pool;
+      const std::int64_t before = allocator.numAllocations();
+      for (std::size_t i = 0; i < vectors.size(); ++i) {
+        require(qstd_vector32s_constructEmpty(&vectors[i]));
+        const std::vector<std::int32_t> values(i % 23, static_cast<std::int32_t>(i));
+        require(pool.placeCopies(vectors[i].core, values.data(), static_cast<std::int32_t>(values.size())));
+      }
+      EXPECT_LT(allocator.numAllocations() - before, 30);
+    }
+    qstd_vector32s copy;
+    require(qstd_vector32s_constructCopy(&copy, &vectors[22]));
+    EXPECT_FALSE(qoc::holdSameElements(copy.core, vectors[22].core));
+    std::shuffle(vectors.begin(), vectors.end(), random);
+    for (std::size_t i = 0; i < vectors.size(); ++i) {
+      const auto values = qoc::viewAs<std::int32_t>(vectors[i]);
+      EXPECT_TRUE(std::all_of(values.begin(), values.end(), [&](std::int32_t value) { return value == values[0]; }));
+      if (i % 3 == 0) {
+        const std::int32_t value = 7;
+        require(qstd_vector32s_pushBack(&vectors[i], &value));
+        EXPECT_EQ(qoc::viewAs<std::int32_t>(vectors[i]).back(), 7);
+      }
+      require(qstd_vector32s_destruct(&vectors[i]));
+    }
+    EXPECT_EQ(qoc::viewAs<std::int32_t>(copy).size(), 22u);
+    EXPECT_EQ(qoc::viewAs<std::int32_t>(copy)[0], 22);
+    require(qstd_vector32s_destruct(&copy));
+  }
+  EXPECT_EQ(allocator.numLive(), 0);
 }
 
 TEST(SharedElements, AVectorWithoutMemoryForItsOwnCopyStaysAsItWas) {

@@ -182,7 +182,10 @@ class Dictionary:
         return self._of_core(self._core, replace(self._parameters, **changes), self._fit_parameters)
 
     def to_dict(self) -> dict[str, Any]:
-        """The content as a dictionary file holds it, words included: json.dump of it makes such a file."""
+        """The content as a dictionary file holds it, words included: json.dump of it makes such a file.
+
+        What only the program reads of a file, how it resolves results, is not in it.
+        """
         described = self._core.entries()
         for key, parameters, names in (
             ("parameters", self._parameters, _FILE_KEYS),

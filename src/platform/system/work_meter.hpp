@@ -3,7 +3,7 @@
 
 #include <qoc/system.h>
 
-#include <cstdint>
+#include <cstddef>
 
 namespace qoc {
 
