@@ -237,7 +237,8 @@ class JsonOutputTest(ProgramTest):
 
     def test_every_field(self):
         answer, = self.run_json("-d", self.dictionary("word", maxEdits=1), stdin='{"id":"x","text":"ward"}\n')
-        self.assertEqual(list(answer), ["type", "version", "file", "line", "id", "text", "leftOut", "results"])
+        keys = ["type", "version", "file", "line", "id", "text", "leftOut", "resolved", "results"]
+        self.assertEqual(list(answer), keys)
         self.assertEqual((answer["type"], answer["version"], answer["file"], answer["line"], answer["id"],
                           answer["text"]), ("reading", 1, "standard input", 1, "x", "ward"))
         result, = answer["results"]

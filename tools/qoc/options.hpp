@@ -27,7 +27,6 @@ struct Options {
   unsigned jobs = 1;      ///< Threads; 0 is one for each processor.
   ColorChoice color = ColorChoice::automatic;
   ProgressChoice progress = ProgressChoice::automatic;
-  bool isResolving = true;  ///< Choose one text for each reading.
   bool isJson = false, isTsv = false;
   std::string to;           ///< The format that is written back or converted to; empty for none.
   std::string output;       ///< Where documents and reports go; empty for standard output.
@@ -40,6 +39,7 @@ struct Options {
   Overrides<qoc_ocrDictionaryRunParams> overrides;     ///< What is to change in the dictionary file's run parameters.
   Overrides<qoc_ocrDictionaryResolverRules> ruleOverrides; ///< The same for the choice of one text.
   Overrides<qoc_ocrDictionaryFieldingRunParams> fitOverrides; ///< The same for the fielding run.
+  bool isResolving = true; ///< Choose one text for each reading.
   int (*command)(const Options &options) = nullptr;           ///< What is asked for; gives the exit code.
 };
 
