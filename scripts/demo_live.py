@@ -37,9 +37,9 @@ def run(program, *arguments):
     return done.stdout
 
 
-def text_of(result):
-    """A result's text, as far as the dictionary leaves one."""
-    return result.get("text") or result["dictionaryString"]
+def text_of(answer):
+    """The text that the dictionary makes of a reading, or None."""
+    return answer.get("resolved", {}).get("text") or (answer["results"][0]["text"] if answer["results"] else None)
 
 
 def main():
@@ -61,8 +61,9 @@ def main():
         if not answers:
             print("    read nothing")
         for answer in answers:
-            after = text_of(answer["results"][0]) if answer["results"] else None
-            print(f"    before  {answer['text']}\n    after   {'no result' if after is None else after}")
+            after = text_of(answer)
+            outcome = f"  ({answer['resolved']['outcome']})" if after else ""
+            print(f"    before  {answer['text']}\n    after   {after or 'no result'}{outcome}")
             numbers["right as read"] += answer["text"] == known["truth"]
             numbers["right afterwards"] += after == known["truth"]
         print()

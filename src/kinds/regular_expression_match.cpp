@@ -3,6 +3,7 @@
 
 #include "frame/frame.hpp"
 #include "kinds/regular_expression_search.hpp"
+#include "platform/containers/shared_elements.hpp"
 #include "platform/regex/ways.hpp"
 #include "run/result_set_ops.hpp"
 #include "swap/variants.hpp"
@@ -54,18 +55,19 @@ qsys_status setTokens(const qoc_ocrDictionaryCharMulti &position, const qoc_swap
 template <class States>
 class ReadingMatcher {
  public:
-  /// `tokens` is empty, and filled with the reading's when it is first needed. `keepsBestOnly` says that of what is
-  /// filed only the best result is to be kept.
+  /// `shown` and `tokens` are empty, and filled when they are first needed: with the copy of the reading that all
+  /// results share, and with its tokens. `keepsBestOnly` says that of what is filed only the best result is to be kept.
   ReadingMatcher(States &states, const LengthLimits &limits, bool keepsBestOnly,
                  const qoc_ocrDictionaryStringMulti &reading, const qoc_ocrDictionaryRunParams *params,
-                 const qoc_swapCharSet *set, qstd_vector_qstd_tokenMulti &tokens, const qstd_tokenMulti &wildcard,
-                 qstd_vector_vector_qoc_ocrDictionaryResult &buckets)
+                 const qoc_swapCharSet *set, qoc_ocrDictionaryStringMulti &shown, qstd_vector_qstd_tokenMulti &tokens,
+                 const qstd_tokenMulti &wildcard, qstd_vector_vector_qoc_ocrDictionaryResult &buckets)
       : states_(states),
         limits_(limits),
         keepsBestOnly_(keepsBestOnly),
         reading_(reading),
         params_(params),
         set_(set),
+        shown_(shown),
         tokens_(tokens),
         wildcard_(wildcard),
         buckets_(buckets),
@@ -161,8 +163,12 @@ class ReadingMatcher {
     if (edited.edit == ExpressionEdit::deletion) {
       QOC_TRY(qstd_vector32s_pushBack(&filed.deleted, &edited.place));
     }
-    QOC_TRY(qoc_ocrDictionaryStringMulti_assign(&filed.given, &reading_));
-    QOC_TRY(qoc_ocrDictionaryStringMulti_assign(&filed.givenSwap, &reading_));
+    if (sizeOf(shown_) == 0) {
+      QOC_TRY(qoc_ocrDictionaryStringMulti_assign(&shown_, &reading_));
+      QOC_TRY(shareElements(shown_.positions.core));
+    }
+    QOC_TRY(qoc_ocrDictionaryStringMulti_assign(&filed.given, &shown_));
+    QOC_TRY(qoc_ocrDictionaryStringMulti_assign(&filed.givenSwap, &shown_));
     return fillPositions(edited, way, filed);
   }
 
@@ -197,6 +203,7 @@ class ReadingMatcher {
   const qoc_ocrDictionaryStringMulti &reading_;
   const qoc_ocrDictionaryRunParams *params_;
   const qoc_swapCharSet *set_;
+  qoc_ocrDictionaryStringMulti &shown_;
   qstd_vector_qstd_tokenMulti &tokens_;
   const qstd_tokenMulti &wildcard_;
   qstd_vector_vector_qoc_ocrDictionaryResult &buckets_;
@@ -226,17 +233,21 @@ qsys_status matchReading(const Expression &expression, const qoc_ocrDictionarySt
     return passOverStarts(sizeOf(reading), params);
   }
   qstd_vector_vector_qoc_ocrDictionaryResult buckets;
+  qoc_ocrDictionaryStringMulti shown;
   qstd_vector_qstd_tokenMulti tokens;
   qstd_tokenMulti wildcard;
-  return inFrame<3>([&](Frame<3> &frame) -> qsys_status {
+  return inFrame<4>([&](Frame<4> &frame) -> qsys_status {
     QOC_TRY(qstd_vector_vector_qoc_ocrDictionaryResult_constructEmpty(&buckets));
     frame.local<qstd_vector_vector_qoc_ocrDictionaryResult_destruct>(&buckets);
+    QOC_TRY(qoc_ocrDictionaryStringMulti_construct(&shown));
+    frame.local<qoc_ocrDictionaryStringMulti_destruct>(&shown);
     QOC_TRY(qstd_vector_qstd_tokenMulti_constructEmpty(&tokens));
     frame.local<qstd_vector_qstd_tokenMulti_destruct>(&tokens);
     QOC_TRY(qstd_tokenMulti_construct(&wildcard));
     frame.local<qstd_tokenMulti_destruct>(&wildcard);
     QOC_TRY(withStates(expression, [&](auto &states) {
-      return ReadingMatcher(states, limits, keepsBestOnly, reading, params, set, tokens, wildcard, buckets).matchAll();
+      return ReadingMatcher(states, limits, keepsBestOnly, reading, params, set, shown, tokens, wildcard, buckets)
+          .matchAll();
     }));
     return takeOver(buckets, params, results);
   });

@@ -133,11 +133,11 @@ void fillShown(Slot &slot, std::span<const qoc_ocrDictionaryChar> valid, bool is
       *same = choice;
     }
   }
-  // By insertion: stable, and without memory of its own.
-  for (auto each = slot.choices.begin(); each != slot.choices.end(); ++each) {
-    const auto place = std::upper_bound(slot.choices.begin(), each, *each,
-                                        [](const Choice &a, const Choice &b) { return a.cost < b.cost; });
-    std::rotate(place, each, each + 1);
+  // By insertion: choices of equal cost keep their order, and nothing is allocated.
+  for (auto next = slot.choices.begin(); next != slot.choices.end(); ++next) {
+    const auto place = std::upper_bound(slot.choices.begin(), next, next->cost,
+                                        [](Cost cost, const Choice &choice) { return cost < choice.cost; });
+    std::rotate(place, next, next + 1);
   }
 }
 

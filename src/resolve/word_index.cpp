@@ -46,11 +46,12 @@ void WordIndex::add(std::span<const qoc_ocrDictionaryChar> word, std::int32_t le
 void WordIndex::finish() {
   order_.resize(words_.size());
   std::iota(order_.begin(), order_.end(), 0u);
-  // Equal words stay in the order in which they came. A stable sort would ask for memory and do without where there is none.
-  std::sort(order_.begin(), order_.end(), [&](std::uint32_t a, std::uint32_t b) {
+  const auto compare = [&](std::uint32_t a, std::uint32_t b) {
     const auto *first = codes_.data() + words_[a].begin, *second = codes_.data() + words_[b].begin;
-    const auto order = std::lexicographical_compare_three_way(first, first + words_[a].length, second,
-                                                              second + words_[b].length);
+    return std::lexicographical_compare_three_way(first, first + words_[a].length, second, second + words_[b].length);
+  };
+  std::sort(order_.begin(), order_.end(), [&](std::uint32_t a, std::uint32_t b) {
+    const auto order = compare(a, b);
     return order != 0 ? order < 0 : a < b;
   });
   common_.assign(order_.size(), 0);

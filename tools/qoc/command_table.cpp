@@ -296,7 +296,7 @@ std::vector<CommandSpec> makeTable() {
                                    [](Options &options, const std::string &path) { options.images = path; }),
                             valued("--title", ValueKind::text, "TITLE", "The page's title",
                                    [](Options &options, const std::string &title) { options.title = title; })},
-                           inputOptions(), workOptions(), runOptions}),
+                           inputOptions(), workOptions(), runOptions, resolvingOptions()}),
                    false,
                    readingExitCodes,
                    {"qoc report -d words.json --max-edits 1 -o report.html readings.ndjson"},

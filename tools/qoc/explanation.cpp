@@ -157,6 +157,49 @@ Explanation explainResult(const Reading &reading, const qoc_ocrDictionaryResult 
   return Layout(reading, result, text).build();
 }
 
+Explanation explainText(const Reading &reading, const qoc_ocrDictionaryResolvedText &text) {
+  Explanation explanation;
+  const std::span<const qoc_ocrDictionaryChar> characters = elements(text.text.characters);
+  const std::span<const std::int32_t> inputs = elements(text.inputIndices), chosen = elements(text.candidateIndices);
+  const auto readAt = [&](std::size_t position) { return encodeUtf8(reading.positions[position].front().code); };
+  std::size_t next = 0; // The first position that has not been laid out.
+  const auto leaveOut = [&](std::size_t end) {
+    for (; next < std::min(end, reading.positions.size()); ++next) {
+      explanation.columns.push_back(
+          {next, next + 1, readAt(next), "", qoc_ocrDictionaryPositionStatus_deleted, "left out"});
+    }
+  };
+  for (std::size_t i = 0; i < characters.size(); ++i) {
+    const std::string is = encodeUtf8(characters[i].code);
+    const bool hasPosition = i < inputs.size() && inputs[i] >= 0;
+    if (hasPosition) leaveOut(static_cast<std::size_t>(inputs[i]));
+    if (!hasPosition || static_cast<std::size_t>(inputs[i]) != next || next >= reading.positions.size()) {
+      explanation.columns.push_back(
+          {next, next, "", is, qoc_ocrDictionaryPositionStatus_inserted, quoted(is) + " is missing in the reading"});
+      continue;
+    }
+    const std::vector<Candidate> &candidates = reading.positions[next];
+    const auto index = i < chosen.size() ? chosen[i] : -1;
+    const auto found = std::find_if(candidates.begin(), candidates.end(), [&](const Candidate &candidate) {
+      return candidate.code == characters[i].code;
+    });
+    const bool isListed = index >= 0, isItself = isListed && found != candidates.end();
+    const bool isFirst = isItself ? found == candidates.begin() : index == 0;
+    const qoc_ocrDictionaryPositionStatus status =
+        !isListed  ? qoc_ocrDictionaryPositionStatus_substituted
+        : isItself ? (isFirst ? qoc_ocrDictionaryPositionStatus_primary : qoc_ocrDictionaryPositionStatus_secondary)
+                   : (isFirst ? qoc_ocrDictionaryPositionStatus_primarySwap
+                              : qoc_ocrDictionaryPositionStatus_secondarySwap);
+    const std::string meaning = status == qoc_ocrDictionaryPositionStatus_primary ? "the first candidate"
+                                : isItself ? "candidate " + std::to_string(found - candidates.begin() + 1) + "; printed was " + quoted(readAt(next))
+                                           : quoted(readAt(next)) + " stands for " + quoted(is);
+    explanation.columns.push_back({next, next + 1, readAt(next), is, status, meaning});
+    ++next;
+  }
+  leaveOut(reading.positions.size());
+  return explanation;
+}
+
 Explanation explainUnmatched(const Reading &reading) {
   Explanation explanation;
   for (std::size_t i = 0; i < reading.positions.size(); ++i) {
@@ -247,27 +290,6 @@ std::string explanationAsHtml(const Explanation &explanation, const Reading &rea
             shown(column.character) + "</s></i>";
   }
   return html;
-}
-
-std::vector<std::string> correctedTexts(const Explanation &explanation, const Reading &reading,
-                                        const qoc_ocrDictionaryResult &result) {
-  std::vector<std::string> texts(reading.positions.size());
-  if (texts.empty()) return texts;
-  const auto prefix = static_cast<std::size_t>(std::max(result.numIgnoredPrefixCharacters, 0));
-  const auto suffix = static_cast<std::size_t>(std::max(result.numIgnoredSuffixCharacters, 0));
-  const std::size_t n = explanation.columns.size();
-  std::string before; // What comes in before the first position.
-  for (std::size_t i = 0; i < n; ++i) {
-    const ExplanationColumn &column = explanation.columns[i];
-    const bool isOutside = i < prefix || i + suffix >= n;
-    const bool isOpen = column.character.empty() && column.status < qoc_ocrDictionaryPositionStatus_inserted;
-    const std::string &character = isOutside || isOpen ? column.read : column.character;
-    if (column.begin < column.end) texts[column.begin] += character;
-    else if (column.begin > 0) texts[std::min(column.begin, texts.size()) - 1] += character;
-    else before += character;
-  }
-  texts.front().insert(0, before);
-  return texts;
 }
 
 } // namespace qoc::program

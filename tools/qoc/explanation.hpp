@@ -31,6 +31,9 @@ struct Explanation {
 Explanation explainResult(const Reading &reading, const qoc_ocrDictionaryResult &result,
                           const std::vector<Char32> &text);
 
+/// Lays a text that was resolved over its reading, where no result shows it. The statuses are what the candidates say.
+Explanation explainText(const Reading &reading, const qoc_ocrDictionaryResolvedText &text);
+
 /// Lays out a reading that has no result: what was read, position by position.
 Explanation explainUnmatched(const Reading &reading);
 
@@ -47,10 +50,5 @@ nlohmann::ordered_json explanationAsJson(const Explanation &explanation);
 /// Elements `i` of class `sSTATUS`, each with what was read, the mark and what it is; with the candidates in `data-c`,
 /// each a character and right behind it its score, spaces between them; and with the meaning in `data-m`.
 std::string explanationAsHtml(const Explanation &explanation, const Reading &reading);
-
-/// What the reading's text becomes: for each of its positions the characters that stand there now. What a window leaves
-/// out at either end stays as it was read.
-std::vector<std::string> correctedTexts(const Explanation &explanation, const Reading &reading,
-                                        const qoc_ocrDictionaryResult &result);
 
 } // namespace qoc::program

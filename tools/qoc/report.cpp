@@ -1,7 +1,7 @@
 #include "report.hpp"
 
+#include "best_text.hpp"
 #include "matching.hpp"
-#include "ranking.hpp"
 #include "reading_loop.hpp"
 #include "report_images.hpp"
 #include "report_summary.hpp"
@@ -23,7 +23,7 @@ struct Outcome {
   ReadingVerdict verdict;
   const char *mode = "";
   Explanation explanation;
-  std::string text, lead; ///< Of the best result: its text, and by what it leads over the next.
+  std::string text, lead; ///< The best text, and by how much it leads.
   std::int32_t numEdits = 0;
 };
 
@@ -63,6 +63,13 @@ std::string plainText(const std::vector<Char32> &codes) {
   return text;
 }
 
+/// A number of the library's hundredths, in the scale of the readings' scores.
+std::string inPoints(std::int32_t hundredths) {
+  char text[32];
+  std::snprintf(text, sizeof text, "%.2f", static_cast<double>(hundredths) / 100);
+  return text;
+}
+
 /// A text as a field of a row: HTML, of one line, without tabs. A file's name need not be UTF-8.
 std::string field(const std::string &text) {
   std::string characters;
@@ -70,30 +77,25 @@ std::string field(const std::string &text) {
   return escapeXml(characters);
 }
 
-Outcome judge(const Reading &reading, const Answer &answer, const qoc_ocrDictionaryRunParams &params) {
+Outcome judge(const Reading &reading, const Answer &answer) {
   Outcome outcome;
-  const std::span<const qoc_ocrDictionaryResult> results = elements(answer.results->results);
   const std::string read = reading.text();
   outcome.verdict.hasTruth = reading.truth.is_string();
   outcome.verdict.isRightBefore = outcome.verdict.hasTruth && read == reading.truth.get_ref<const std::string &>();
-  outcome.verdict.hasResult = !results.empty();
-  if (results.empty()) return outcome;
-  const qoc_ocrDictionaryResult &best = results.front();
-  const std::vector<Char32> codes = resultText(best);
-  outcome.text = plainText(codes);
-  outcome.mode = sourceName(best.mode);
-  outcome.numEdits = best.numEdits;
-  outcome.explanation = explainResult(reading, best, codes);
+  std::optional<BestText> best = bestTextOf(reading, answer);
+  outcome.verdict.hasResult = best.has_value();
+  if (!best) return outcome;
+  outcome.text = plainText(best->codes);
+  outcome.mode = sourceName(best->mode);
+  outcome.numEdits = best->numEdits;
+  outcome.explanation = std::move(best->explanation);
   outcome.verdict.isChanged = outcome.text != read;
   outcome.verdict.isRightAfter =
       outcome.verdict.hasTruth && outcome.text == reading.truth.get_ref<const std::string &>();
-  const auto *next = std::find_if(results.data() + 1, results.data() + results.size(),
-                                  [&](const auto &result) { return resultText(result) != codes; });
-  if (next != results.data() + results.size()) {
-    const RankingDecision decision = whyRanked(params, best, *next);
-    outcome.verdict.isNarrow = next->numEdits == best.numEdits;
-    outcome.lead = "before " + quoted(plainText(resultText(*next))) + " by " + decision.key;
-  }
+  outcome.verdict.isNarrow = answer.resolution->outcome == qoc_ocrDictionaryOutcome_unsure;
+  const std::span<const qoc_ocrDictionaryResolvedText> texts = elements(answer.resolution->texts);
+  if (!texts.empty()) outcome.lead = inPoints(texts.front().margin);
+  if (texts.size() > 1) outcome.lead += " before " + quoted(plainText(codesOf(texts[1].text)));
   return outcome;
 }
 
@@ -121,7 +123,8 @@ std::string rowOf(const Reading &reading, const Outcome &outcome, int image) {
     label += ", is " + outcome.text;
     result = verdict.isChanged ? "changed" : "as it was read";
     detail = std::to_string(outcome.numEdits) + (outcome.numEdits == 1 ? " edit, from " : " edits, from ") + outcome.mode;
-    if (!outcome.lead.empty()) detail += "; " + outcome.lead;
+    if (!outcome.lead.empty()) detail += "; lead " + outcome.lead;
+    if (verdict.isNarrow) result += ", unsure";
   } else {
     shown = explanationAsHtml(explainUnmatched(reading), reading);
   }
@@ -169,8 +172,7 @@ void writePage(Output &output, const std::function<void(const std::string &)> &w
 ExitCode execute(const Options &options, std::uint64_t &numFinished) {
   DictionaryFile file;
   readDictionaryFile(options.dictionary, file);
-  matchTask.prepare(options, file);
-  file.params->returnBestOnly = 0; // The lead over the next result needs the next one.
+  runTask.prepare(options, file);
   Output output(options.output);
   ReportImages images(options.images);
   ReportSummary summary;
@@ -178,8 +180,8 @@ ExitCode execute(const Options &options, std::uint64_t &numFinished) {
 
   ReadingSteps<Outcome> steps;
   steps.makeWorker = [&] {
-    return [&file, matcher = std::make_shared<Matcher>(options, matchTask, file)](Reading &reading) {
-      return judge(reading, matcher->match(reading), *file.params.get());
+    return [matcher = std::make_shared<Matcher>(options, runTask, file)](Reading &reading) {
+      return judge(reading, matcher->match(reading));
     };
   };
   steps.deliver = [&](Reading &reading, Outcome &outcome) {

@@ -1,7 +1,7 @@
 #include "run.hpp"
 
+#include "best_text.hpp"
 #include "corrected_documents.hpp"
-#include "explanation.hpp"
 #include "matching.hpp"
 #include "reading_loop.hpp"
 
@@ -21,10 +21,7 @@ Outcome describe(const Options &options, Reading &reading, const Answer &answer,
   const std::span<const qoc_ocrDictionaryResult> results = elements(answer.results->results);
   Outcome outcome{{}, {}, !results.empty()};
   if (!options.to.empty()) {
-    if (!results.empty()) {
-      const Explanation explanation = explainResult(reading, results.front(), resultText(results.front()));
-      outcome.texts = correctedTexts(explanation, reading, results.front());
-    }
+    if (const std::optional<BestText> best = bestTextOf(reading, answer)) outcome.texts = correctedTexts(reading, *best);
   } else {
     outcome.text = options.isJson  ? describeAsJson(reading, answer)
                    : options.isTsv ? describeAsTsv(reading, answer)
