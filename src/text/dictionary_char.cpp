@@ -20,8 +20,7 @@ qsys_status qoc_ocrDictionaryChar_construct(qoc_ocrDictionaryChar *object) {
 }
 
 qsys_status qoc_ocrDictionaryChar_constructCopy(qoc_ocrDictionaryChar *object, const qoc_ocrDictionaryChar *source) {
-  return qoc::constructThenAssign<qoc_ocrDictionaryChar_construct, qoc_ocrDictionaryChar_assign,
-                                  qoc_ocrDictionaryChar_destruct>(object, source);
+  return qoc_ocrDictionaryChar_assign(object, source);
 }
 
 qsys_status qoc_ocrDictionaryChar_constructCharCode(qoc_ocrDictionaryChar *character, Char32 code) {

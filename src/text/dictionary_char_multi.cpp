@@ -1,6 +1,6 @@
 // Multi-candidate characters.
 
-#include "frame/frame.hpp"
+#include "platform/system/present.hpp"
 #include "qoc/swap_char_set.h"
 #include "text/dictionary_char.hpp"
 #include "text/views.hpp"
@@ -24,8 +24,9 @@ qsys_status qoc_ocrDictionaryCharMulti_construct(qoc_ocrDictionaryCharMulti *obj
 
 qsys_status qoc_ocrDictionaryCharMulti_constructCopy(qoc_ocrDictionaryCharMulti *object,
                                                      const qoc_ocrDictionaryCharMulti *source) {
-  return qoc::constructThenAssign<qoc_ocrDictionaryCharMulti_construct, qoc_ocrDictionaryCharMulti_assign,
-                                  qoc_ocrDictionaryCharMulti_destruct>(object, source);
+  return present({object, source})
+             ? qstd_vector_qoc_ocrDictionaryChar_constructCopy(&object->candidates, &source->candidates)
+             : QSYS_STATUS_OK;
 }
 
 qsys_status qoc_ocrDictionaryCharMulti_assign(qoc_ocrDictionaryCharMulti *object,
@@ -147,9 +148,8 @@ qsys_status qoc_ocrDictionaryCharMulti_compareEqual(const qoc_ocrDictionaryCharM
 qsys_status qoc_ocrDictionaryCharMulti_isMatchChar32(const qoc_ocrDictionaryCharMulti *multi, Char32 code,
                                                      const qoc_swapCharSet *set, qsys_bool *isMatch) {
   const qoc_ocrDictionaryChar character = {code, 0};
-  return present({multi, isMatch})
-             ? qoc_ocrDictionaryChar_isMatchMulti(&character, &multi->candidates, set, isMatch)
-             : QSYS_STATUS_OK;
+  return present({multi, isMatch}) ? qoc_ocrDictionaryChar_isMatchMulti(&character, &multi->candidates, set, isMatch)
+                                   : QSYS_STATUS_OK;
 }
 
 qsys_status qoc_ocrDictionaryCharMulti_print(const qoc_ocrDictionaryCharMulti *multi) {

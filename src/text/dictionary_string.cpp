@@ -93,8 +93,9 @@ qsys_status qoc_ocrDictionaryString_construct(qoc_ocrDictionaryString *object) {
 
 qsys_status qoc_ocrDictionaryString_constructCopy(qoc_ocrDictionaryString *object,
                                                   const qoc_ocrDictionaryString *source) {
-  return qoc::constructThenAssign<qoc_ocrDictionaryString_construct, qoc_ocrDictionaryString_assign,
-                                  qoc_ocrDictionaryString_destruct>(object, source);
+  return present({object, source})
+             ? qstd_vector_qoc_ocrDictionaryChar_constructCopy(&object->characters, &source->characters)
+             : QSYS_STATUS_OK;
 }
 
 qsys_status qoc_ocrDictionaryString_assign(qoc_ocrDictionaryString *object, const qoc_ocrDictionaryString *source) {

@@ -54,8 +54,9 @@ qsys_status qoc_ocrDictionaryStringMulti_construct(qoc_ocrDictionaryStringMulti 
 
 qsys_status qoc_ocrDictionaryStringMulti_constructCopy(qoc_ocrDictionaryStringMulti *object,
                                                        const qoc_ocrDictionaryStringMulti *source) {
-  return qoc::constructThenAssign<qoc_ocrDictionaryStringMulti_construct, qoc_ocrDictionaryStringMulti_assign,
-                                  qoc_ocrDictionaryStringMulti_destruct>(object, source);
+  return present({object, source})
+             ? qstd_vector_qoc_ocrDictionaryCharMulti_constructCopy(&object->positions, &source->positions)
+             : QSYS_STATUS_OK;
 }
 
 qsys_status qoc_ocrDictionaryStringMulti_assign(qoc_ocrDictionaryStringMulti *object,
