@@ -14,8 +14,6 @@ import sys
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 DATA = ROOT / "tests" / "data"
-DICTIONARIES = {"word": "words.json", "name": "products.json", "serial": "serials.json", "date": "dates.json",
-                "lot": "lots.json", "vin": "vins.json", "iban": "ibans.json"}
 # Alternatives for every character, and their boxes.
 ENGINE_OPTIONS = ["--psm", "7", "--oem", "1", "--dpi", "300", "-l", "eng", "-c", "lstm_choice_mode=2", "-c",
                   "lstm_rating_coefficient=2.5", "-c", "hocr_char_boxes=1", "hocr"]
@@ -53,7 +51,7 @@ def main():
     for picture in sorted((DATA / "images").glob("*.png")):
         known = kinds[picture.stem]
         document = read(picture, directory)
-        common = ["-d", str(ROOT / "examples" / DICTIONARIES[known["kind"]]), "--max-edits", "1", str(document)]
+        common = ["-d", str(ROOT / "examples" / "resolve" / f"{known['kind']}.json"), str(document)]
         answers = [json.loads(line) for line in run(program, "run", "--json", *common).splitlines()]
         run(program, "run", "--to", "hocr", "-o", str(directory / "corrected" / document.name), *common)
         print(f"{picture.name} ({known['kind']}), which shows  {known['truth']}")
