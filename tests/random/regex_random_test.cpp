@@ -152,11 +152,24 @@ TEST(RegexRandom, FindsTheSameInLongerSequences) {
   });
 }
 
+/// How many repeats lie in one another.
+int32_t depthOfRepeats(const reference::Pattern &pattern) {
+  int32_t depth = 0;
+  for (const reference::Pattern &part : pattern.parts) {
+    depth = std::max(depth, depthOfRepeats(part));
+  }
+  return depth + (pattern.kind == reference::Pattern::repeat ? 1 : 0);
+}
+
 TEST(RegexRandom, AgreesWithTheStandardLibraryOnWholeMatches) {
   int32_t numMatches = 0;
   compareCases([&](Random &random) -> std::string {
     const std::vector<uint32_t> letters = {'a', 'b', 'c'};
-    std::string source = sourceOf(random, randomPattern(random, letters, 3));
+    const reference::Pattern pattern = randomPattern(random, letters, 3);
+    if (depthOfRepeats(pattern) > 2) {
+      return "";  // The standard library's time is exponential in it: minutes for some.
+    }
+    std::string source = sourceOf(random, pattern);
     for (size_t at = 0; (at = source.find("\\x{", at)) != std::string::npos; ++at) {
       return "";  // The standard library has no such escape.
     }
