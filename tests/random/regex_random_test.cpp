@@ -2,6 +2,7 @@
 
 #include <qoc/regex.h>
 
+#include <algorithm>
 #include <regex>
 
 #include "random/random_cases.hpp"
@@ -163,7 +164,7 @@ int32_t depthOfRepeats(const reference::Pattern &pattern) {
 
 TEST(RegexRandom, AgreesWithTheStandardLibraryOnWholeMatches) {
   int32_t numMatches = 0;
-  compareCases([&](Random &random) -> std::string {
+  compareCases(10 * numCases(), [&](Random &random) -> std::string {
     const std::vector<uint32_t> letters = {'a', 'b', 'c'};
     const reference::Pattern pattern = randomPattern(random, letters, 3);
     if (depthOfRepeats(pattern) > 2) {
@@ -184,7 +185,7 @@ TEST(RegexRandom, AgreesWithTheStandardLibraryOnWholeMatches) {
     numMatches += actual ? 1 : 0;
     return actual == expected ? "" : "expression " + source + ", text " + text + ": " + (actual ? "a match" : "none");
   });
-  EXPECT_GE(numMatches, numCases() / 20);
+  EXPECT_GE(numMatches, numCases() / 2);
 }
 
 }  // namespace
