@@ -135,9 +135,11 @@ TEST(WorstCase, LexiconAgainstAReadingOfTenThousandPositionsEnds) {
   qsys_bool isMatch = 0;
   const std::pair<const char *, const Owned<qoc_ocrDictionaryRunParams> *> allParams[] = {
       {"lexicon, edits", &anyEdits()}, {"lexicon, windows", &anyWindows()}, {"lexicon, extremes", &extremes()}};
-  for (const auto &[name, params] : allParams) {
-    expectToEnd(name, [&] { return qoc_ocrDictionaryLexicon_matchMulti(entry, input, *params, nullptr, results); });
-    expectToEnd(name, [&] { return qoc_ocrDictionaryLexicon_isMatchMulti(entry, input, *params, nullptr, &isMatch); });
+  for (const auto &each : allParams) {
+    const char *name = each.first;
+    const qoc_ocrDictionaryRunParams *params = *each.second;
+    expectToEnd(name, [&] { return qoc_ocrDictionaryLexicon_matchMulti(entry, input, params, nullptr, results); });
+    expectToEnd(name, [&] { return qoc_ocrDictionaryLexicon_isMatchMulti(entry, input, params, nullptr, &isMatch); });
   }
 }
 
