@@ -77,17 +77,6 @@ qsys_status makeLocal(Frame<Capacity> &frame, qoc_ocrDictionaryResultSet &set) {
   return QSYS_STATUS_OK;
 }
 
-/// Stops looking for an edit once the results so far begin with an exact one.
-qsys_status stopEarly(const qoc_ocrDictionaryRunParams *params, const qoc_ocrDictionaryResultSet &results,
-                      qoc_ocrDictionaryRunParams &working) {
-  if (stopsEarly(params, working)) {
-    qsys_bool isExactBest = 0;
-    QOC_TRY(qoc_ocrDictionaryResultSet_getIsExactBest(&results, &isExactBest));
-    working.maxEdits = isExactBest != 0 ? 0 : working.maxEdits;
-  }
-  return QSYS_STATUS_OK;
-}
-
 /// One reading against the words of a lexicon.
 class WordMatcher {
  public:
@@ -209,7 +198,7 @@ class WordMatcher {
       prefetchWords(i);
       const std::int32_t word = found_[i];
       QOC_TRY(polls_.pollBefore(word));
-      if (stopsEarly(params_, working_) && !outlined_.isEmpty() && outlined_.leastEdits() == 0) {
+      if (stopsOnceExact(params_) && !outlined_.isEmpty() && outlined_.leastEdits() == 0) {
         working_.maxEdits = 0;
       }
       std::span<const Outline> outlines;
@@ -322,12 +311,7 @@ class VariantMatcher {
     bool areFinished = false;  // The whole is finished at the end.
     QOC_TRY(matchWords(lexicon_, variant, workingParams(), &set_, WordMatcher::Wanted::all, known, matches, scratch_,
                        areFinished));
-    QOC_TRY(qoc_ocrDictionaryResultSet_setGiven(&scratch_, &reading_, &inputIndices));
-    if (isFirst) {
-      std::swap(results_, scratch_);
-      return QSYS_STATUS_OK;
-    }
-    return mergeTaking(results_, scratch_, params_);
+    return takeVariantsResults(results_, scratch_, reading_, inputIndices, isFirst, params_);
   }
 
   qsys_status addNearWords(const LexiconIndex &index, VariantLattice &lattice, std::int32_t maxEdits) {

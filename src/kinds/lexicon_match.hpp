@@ -23,11 +23,6 @@ WordRange findLengthRange(const qoc_ocrDictionaryLexicon &lexicon, std::int32_t 
 /// Interrupts are asked for at every word of the lexicon whose index is a multiple of this.
 inline constexpr std::int32_t wordsPerPoll = 128;
 
-/// Whether a run with these params looks for one edit only until an exact result is there.
-inline bool stopsEarly(const qoc_ocrDictionaryRunParams *params, const qoc_ocrDictionaryRunParams &working) noexcept {
-  return params != nullptr && params->returnBestOnly != 0 && working.maxEdits == 1;
-}
-
 /// The number of words of a range at which interrupts are asked for.
 inline std::int64_t numPolls(const WordRange &range) noexcept {
   const auto numBelow = [](std::int64_t index) { return (index + wordsPerPoll - 1) / wordsPerPoll; };

@@ -2,6 +2,8 @@
 
 #include <qoc/line_fielding.h>
 
+#include <utility>
+
 #include "kinds/line_alignment.hpp"
 #include "platform/system/work_meter.hpp"
 #include "run/result_set_ops.hpp"
@@ -64,7 +66,7 @@ class ReadingMatcher {
 
  private:
   qsys_status stopEditsOnceExact() {
-    if (params_.returnBestOnly != 0 && params_.maxEdits == 1) {
+    if (stopsOnceExact(&params_)) {
       qsys_bool hasExact = 0;
       QOC_TRY(qoc_ocrDictionaryResultBuckets_hasResults(&buckets_, &hasExact));
       params_.maxEdits = hasExact != 0 ? 0 : 1;
@@ -158,41 +160,24 @@ qsys_status matchReading(const qoc_ocrDictionaryLineFielding &lineFielding, cons
   });
 }
 
-/// Matches one variant of the reading, and brings its results, told of the reading itself, into `results`.
-qsys_status matchVariant(const qoc_ocrDictionaryLineFielding &lineFielding, const qoc_ocrDictionaryStringMulti &reading,
-                         const qoc_ocrDictionaryStringMulti &variant, const qstd_vector32s &indices, bool isFirst,
-                         const qoc_ocrDictionaryRunParams *params, const qoc_ocrDictionaryRunParams *callersParams,
-                         const qoc_swapCharSet *set, qoc_ocrDictionaryResultSet &results) {
-  qoc_ocrDictionaryResultSet found;
-  return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    QOC_TRY(qoc_ocrDictionaryResultSet_construct(&found));
-    frame.local<qoc_ocrDictionaryResultSet_destruct>(&found);
-    QOC_TRY(matchReading(lineFielding, variant, params, set, found));
-    QOC_TRY(qoc_ocrDictionaryResultSet_setGiven(&found, &reading, &indices));
-    return isFirst ? qoc_ocrDictionaryResultSet_assign(&results, &found)
-                   : qoc_ocrDictionaryResultSet_merge(&results, &found, callersParams);
-  });
-}
-
 /// Matches every variant of the reading that the set's multi-character swaps allow.
 qsys_status matchVariants(const qoc_ocrDictionaryLineFielding &lineFielding,
                           const qoc_ocrDictionaryStringMulti &reading, const qoc_ocrDictionaryRunParams *params,
                           const qoc_swapCharSet &set, qoc_ocrDictionaryResultSet &results) {
   qoc_ocrDictionaryRunParams working = params != nullptr ? *params : qoc_ocrDictionaryRunParams{};
-  bool isFirst = true;
-  return forEachVariant(
-      reading, set,
-      [&](const qoc_ocrDictionaryStringMulti &variant, const qstd_vector32s &indices, bool &) -> qsys_status {
-        if (params != nullptr && params->returnBestOnly != 0 && params->maxEdits == 1) {
-          qsys_bool isExact = 0;
-          QOC_TRY(qoc_ocrDictionaryResultSet_getIsExactBest(&results, &isExact));
-          working.maxEdits = isExact != 0 ? 0 : working.maxEdits;
-        }
-        QOC_TRY(matchVariant(lineFielding, reading, variant, indices, isFirst, params != nullptr ? &working : nullptr,
-                             params, &set, results));
-        isFirst = false;
-        return QSYS_STATUS_OK;
-      });
+  qoc_ocrDictionaryResultSet found;
+  return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
+    QOC_TRY(qoc_ocrDictionaryResultSet_construct(&found));
+    frame.local<qoc_ocrDictionaryResultSet_destruct>(&found);
+    bool isFirst = true;
+    return forEachVariant(
+        reading, set,
+        [&](const qoc_ocrDictionaryStringMulti &variant, const qstd_vector32s &indices, bool &) -> qsys_status {
+          QOC_TRY(stopEarly(params, results, working));
+          QOC_TRY(matchReading(lineFielding, variant, params != nullptr ? &working : nullptr, &set, found));
+          return takeVariantsResults(results, found, reading, indices, std::exchange(isFirst, false), params);
+        });
+  });
 }
 
 }  // namespace

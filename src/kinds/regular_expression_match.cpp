@@ -1,6 +1,8 @@
 // Every way in which a reading matches an expression, as ranked results. The search is in
 // regular_expression_search.hpp.
 
+#include <utility>
+
 #include "frame/frame.hpp"
 #include "kinds/regular_expression_search.hpp"
 #include "platform/containers/shared_elements.hpp"
@@ -12,11 +14,6 @@
 using namespace qoc;
 
 namespace {
-
-/// Whether a run with these params has enough once a result without an edit is there.
-bool stopsOnceExact(const qoc_ocrDictionaryRunParams *params) noexcept {
-  return params != nullptr && params->returnBestOnly != 0 && params->maxEdits == 1;
-}
 
 /// Makes the tokens of a position: its first candidate, then the other candidates and every equivalent of any.
 qsys_status setTokens(const qoc_ocrDictionaryCharMulti &position, const qoc_swapCharSet *set, qstd_tokenMulti &multi) {
@@ -253,17 +250,6 @@ qsys_status matchReading(const Expression &expression, const qoc_ocrDictionarySt
   });
 }
 
-/// Matches one variant of the reading, and brings its results, told of the reading itself, into `results`.
-qsys_status matchVariant(const Expression &expression, const qoc_ocrDictionaryStringMulti &reading,
-                         const qoc_ocrDictionaryStringMulti &variant, const qstd_vector32s &indices, bool isFirst,
-                         const qoc_ocrDictionaryRunParams *params, const qoc_swapCharSet *set,
-                         qoc_ocrDictionaryResultSet &found, qoc_ocrDictionaryResultSet &results) {
-  QOC_TRY(matchReading(expression, variant, params, set, false, found));
-  QOC_TRY(qoc_ocrDictionaryResultSet_setGiven(&found, &reading, &indices));
-  return isFirst ? qoc_ocrDictionaryResultSet_assign(&results, &found)
-                 : qoc_ocrDictionaryResultSet_merge(&results, &found, params);
-}
-
 /// Matches every variant of the reading that the set's multi-character swaps allow.
 qsys_status matchVariants(const Expression &expression, const qoc_ocrDictionaryStringMulti &reading,
                           const qoc_ocrDictionaryRunParams *params, const qoc_swapCharSet &set,
@@ -284,9 +270,8 @@ qsys_status matchVariants(const Expression &expression, const qoc_ocrDictionaryS
               return QSYS_STATUS_OK;
             }
           }
-          QOC_TRY(matchVariant(expression, reading, variant, indices, isFirst, params, &set, found, results));
-          isFirst = false;
-          return QSYS_STATUS_OK;
+          QOC_TRY(matchReading(expression, variant, params, &set, false, found));
+          return takeVariantsResults(results, found, reading, indices, std::exchange(isFirst, false), params);
         });
   });
 }

@@ -22,23 +22,12 @@ struct Run {
   qoc_ocrDictionaryResultSet scratch;
 };
 
-/// Once the best result is exact and only the best counts, one edit need not be looked for in the entries that are
-/// left.
-qsys_status stopEarly(Run &run) {
-  if (run.params->returnBestOnly != 0 && run.params->maxEdits == 1) {
-    qsys_bool isExactBest = 0;
-    QOC_TRY(qoc_ocrDictionaryResultSet_getIsExactBest(run.results, &isExactBest));
-    run.working.maxEdits = isExactBest != 0 ? 0 : run.working.maxEdits;
-  }
-  return QSYS_STATUS_OK;
-}
-
 /// Matches every entry of one kind, in order, by match(entry).
 template <class Entry, class Entries, class Match>
 qsys_status runEntries(Run &run, const Entries &entries, Match match) {
   for (const Entry &entry : qoc::viewAs<Entry>(entries)) {
     QOC_TRY(qsys_attention_check());
-    QOC_TRY(stopEarly(run));
+    QOC_TRY(qoc::stopEarly(run.params, *run.results, run.working));
     QOC_TRY(match(entry));
     // With the caller's params: the working copy's edits are no matter of the merge.
     QOC_TRY(qoc::mergeTaking(*run.results, run.scratch, run.params));

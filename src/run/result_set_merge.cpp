@@ -122,6 +122,30 @@ qsys_status qoc_ocrDictionaryResultSet_merge(qoc_ocrDictionaryResultSet *target,
   return present({target, partial}) ? mergeInto(*target, *partial, params, copyResult) : QSYS_STATUS_OK;
 }
 
+qsys_status qoc::stopEarly(const qoc_ocrDictionaryRunParams *params, const qoc_ocrDictionaryResultSet &results,
+                           qoc_ocrDictionaryRunParams &working) {
+  if (stopsOnceExact(params)) {
+    qsys_bool isExactBest = 0;
+    QOC_TRY(qoc_ocrDictionaryResultSet_getIsExactBest(&results, &isExactBest));
+    working.maxEdits = isExactBest != 0 ? 0 : working.maxEdits;
+  }
+  return QSYS_STATUS_OK;
+}
+
+qsys_status qoc::takeVariantsResults(qoc_ocrDictionaryResultSet &results, qoc_ocrDictionaryResultSet &found,
+                                     const qoc_ocrDictionaryStringMulti &reading, const qstd_vector32s &inputIndices,
+                                     bool isFirst, const qoc_ocrDictionaryRunParams *params) {
+  QOC_TRY(qoc_ocrDictionaryResultSet_setGiven(&found, &reading, &inputIndices));
+  if (!isFirst) {
+    return mergeTaking(results, found, params);
+  }
+  if (results.results.core.memory != found.results.core.memory) {
+    return qoc_ocrDictionaryResultSet_assign(&results, &found);
+  }
+  std::swap(results, found);
+  return QSYS_STATUS_OK;
+}
+
 qsys_status qoc::mergeTaking(qoc_ocrDictionaryResultSet &target, qoc_ocrDictionaryResultSet &partial,
                              const qoc_ocrDictionaryRunParams *params) {
   if (partial.isComputed == 0 || sizeOf(partial.results) == 0) {

@@ -20,6 +20,18 @@ inline std::span<qoc_ocrDictionaryResult> edit(qstd_vector_qoc_ocrDictionaryResu
 /// ends empty.
 qsys_status mergeTaking(qoc_ocrDictionaryResultSet &target, qoc_ocrDictionaryResultSet &partial,
                         const qoc_ocrDictionaryRunParams *params);
+/// Whether a run with these params, which may be null, looks for its one edit only until an exact result is there.
+inline bool stopsOnceExact(const qoc_ocrDictionaryRunParams *params) noexcept {
+  return params != nullptr && params->returnBestOnly != 0 && params->maxEdits == 1;
+}
+/// The early stop: takes the edit from the working copy of such params once the best of the results so far is exact.
+qsys_status stopEarly(const qoc_ocrDictionaryRunParams *params, const qoc_ocrDictionaryResultSet &results,
+                      qoc_ocrDictionaryRunParams &working);
+/// Brings what one variant of a reading gave, told of the reading itself, into the results: the first variant's become
+/// the results, those of the others are merged. What is left in `found` is of no use.
+qsys_status takeVariantsResults(qoc_ocrDictionaryResultSet &results, qoc_ocrDictionaryResultSet &found,
+                                const qoc_ocrDictionaryStringMulti &reading, const qstd_vector32s &inputIndices,
+                                bool isFirst, const qoc_ocrDictionaryRunParams *params);
 /// What finishing a set does to the set as a whole: ranks it, and cuts it to the best where the params, which may be
 /// null, say so.
 qsys_status rankAndCut(qoc_ocrDictionaryResultSet &set, const qoc_ocrDictionaryRunParams *params);

@@ -68,7 +68,7 @@ struct Aligner::Task {
 
   /// Once an exact alignment is there and only the best result counts, one edit need not be looked for any more.
   void stopEarly() {
-    if (params != nullptr && copy.returnBestOnly != 0 && copy.maxEdits == 1 && hasExact()) {
+    if (stopsOnceExact(params) && hasExact()) {
       copy.maxEdits = 0;
     }
   }
