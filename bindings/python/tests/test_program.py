@@ -5,7 +5,7 @@ import os
 import subprocess
 
 import pytest
-from hypothesis import HealthCheck, given, settings, strategies as st
+from hypothesis import HealthCheck, example, given, settings, strategies as st
 
 import qoc
 
@@ -62,6 +62,13 @@ def described(result):
 
 @settings(max_examples=40, suppress_health_check=[HealthCheck.function_scoped_fixture])
 @given(words, pictures, swaps, readings, parameters)
+@example(  # A position of the reading as swaps have made it is not the one of that number in the reading as given.
+    ["1"],
+    ["a"],
+    {"groups": ["bc"], "sequences": [["ab", "c"]]},
+    [[[("b", 0.0)], [("c", 0.0)]]],
+    {"returnBestOnly": False, "window": True},
+)
 def test_says_the_same(tmp_path, given_words, given_pictures, given_swaps, given_readings, given_parameters):
     path = tmp_path / "dictionary.json"
     content = {

@@ -81,9 +81,9 @@ class ResultQueries {
     const std::vector<std::int32_t> places = isComputed() ? readingIndices() : std::vector<std::int32_t>();
     for (const std::span<const Candidate> candidates : valid()) {
       const std::size_t i = text.size();
-      const bool isRead = i < places.size() && places[i] >= 0 && static_cast<std::size_t>(places[i]) < given().size();
+      const bool isRead = i < places.size() && places[i] >= 0 && static_cast<std::size_t>(places[i]) < givenSwap().size();
       text.push_back(detail::choose(
-          candidates, isRead ? given()[static_cast<std::size_t>(places[i])] : std::span<const Candidate>()));
+          candidates, isRead ? givenSwap()[static_cast<std::size_t>(places[i])] : std::span<const Candidate>()));
     }
     return text;
   }
