@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "kinds/lexicon_roads.hpp"
+#include "platform/system/shortcuts.hpp"
 #include "text/bit_distance.hpp"
 
 namespace qoc {
@@ -27,12 +28,14 @@ std::uint64_t reversedBits(std::uint64_t bits, std::int32_t numBits) noexcept {
 
 }  // namespace
 
-LexiconIndex::LexiconIndex(std::span<const qoc_ocrDictionaryString> words) : table_(words), letters_(words, table_) {
+LexiconIndex::LexiconIndex(std::span<const qoc_ocrDictionaryString> words, WorkMeter &meter)
+    : table_(words, meter), letters_(words, table_, meter) {
   signatures_.reserve(words.size());
   const auto groups = letters_.groups();
   for (std::size_t g = 0; g < groups.size(); ++g) {
     const Letter *letter = letters_.lettersOf(groups[g], groups[g].first);
     for (std::int32_t word = groups[g].first; word < letters_.endOf(g); ++word) {
+      meter.spend(1 + static_cast<std::size_t>(groups[g].length));
       std::uint64_t signature = 0;
       for (std::int32_t i = 0; i < groups[g].length; ++i) {
         signature |= LetterTable::signatureBit(*letter++);
@@ -41,9 +44,12 @@ LexiconIndex::LexiconIndex(std::span<const qoc_ocrDictionaryString> words) : tab
     }
   }
   if (letters_.numWords() >= lexiconRoads().minWordsForTries && letters_.numWords() <= maxWordsForTries) {
-    forward_ = WordTrie(letters_, WordTrie::Direction::forward, &equals_);
-    backward_ = WordTrie(letters_, WordTrie::Direction::backward);
-    std::ranges::sort(equals_);
+    forward_ = WordTrie(letters_, WordTrie::Direction::forward, meter, &equals_);
+    backward_ = WordTrie(letters_, WordTrie::Direction::backward, meter);
+    std::ranges::sort(equals_, [&meter](const auto &a, const auto &b) {
+      meter.spend(2);
+      return a < b;
+    });
   }
 }
 
@@ -158,7 +164,10 @@ const LexiconIndex *indexOf(const qoc_ocrDictionaryLexicon &lexicon) {
     return nullptr;
   }
   auto &shared = *static_cast<SharedIndex *>(lexicon.index);
-  std::call_once(shared.isMade, [&] { shared.index.emplace(words); });
+  std::call_once(shared.isMade, [&] {
+    WorkMeter meter;
+    shared.index.emplace(words, meter);
+  });
   // Words that were put into the vector itself are not known to the index.
   return shared.index->numWords() == words.size() ? &*shared.index : nullptr;
 }
@@ -169,7 +178,11 @@ void renewIndex(qoc_ocrDictionaryLexicon &lexicon) {
   lexicon.index = fresh;
 }
 
-void shareIndex(qoc_ocrDictionaryLexicon &lexicon, const qoc_ocrDictionaryLexicon &source) noexcept {
+void shareIndex(qoc_ocrDictionaryLexicon &lexicon, const qoc_ocrDictionaryLexicon &source) {
+  if (!shortcuts().sharesStorage) {
+    renewIndex(lexicon);
+    return;
+  }
   if (source.index != nullptr) {
     static_cast<SharedIndex *>(source.index)->numHolders.fetch_add(1, std::memory_order_relaxed);
   }

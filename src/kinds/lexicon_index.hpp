@@ -46,7 +46,7 @@ struct IndexQuery {
 
 class LexiconIndex {
  public:
-  explicit LexiconIndex(std::span<const qoc_ocrDictionaryString> words);
+  LexiconIndex(std::span<const qoc_ocrDictionaryString> words, WorkMeter &meter);
 
   /// Makes the query of a window of a reading.
   void prepare(const ReadingMatches &matches, Window window, IndexQuery &query) const;
@@ -83,11 +83,11 @@ class LexiconIndex {
 };
 
 /// The index of a lexicon's words, made when it is asked for first; null where there is none. Any number of threads may
-/// ask.
+/// ask. Making the index of a long list asks for attention: throws Interrupted, and the next one who asks makes it.
 const LexiconIndex *indexOf(const qoc_ocrDictionaryLexicon &lexicon);
 /// Gives the lexicon an index of its own, for its words as they are now.
 void renewIndex(qoc_ocrDictionaryLexicon &lexicon);
-void shareIndex(qoc_ocrDictionaryLexicon &lexicon, const qoc_ocrDictionaryLexicon &source) noexcept;
+void shareIndex(qoc_ocrDictionaryLexicon &lexicon, const qoc_ocrDictionaryLexicon &source);
 void dropIndex(qoc_ocrDictionaryLexicon &lexicon) noexcept;
 
 }  // namespace qoc

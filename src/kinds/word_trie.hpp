@@ -31,7 +31,7 @@ class WordTrie {
   WordTrie() = default;
   /// Of words with the same letters the first is in the trie; the others are added to `equals`, where it is given, as
   /// pairs of the word in the trie and the other.
-  WordTrie(const WordLetters &words, Direction direction,
+  WordTrie(const WordLetters &words, Direction direction, WorkMeter &meter,
            std::vector<std::pair<std::int32_t, std::int32_t>> *equals = nullptr);
 
   /// Calls found(word) for every word that the automaton accepts; `rows` are the matches of the letters, in the trie's

@@ -127,7 +127,8 @@ TEST(LexiconIndex, FindsEveryOneOfEqualWords) {
   for (int i = 0; i < 900; ++i) {
     require(qstd_vector_qoc_ocrDictionaryString_pushBack(list, word(randomText(random, 6, 6, 2))));
   }
-  const qoc::LexiconIndex index(qoc::view(*list));
+  qoc::WorkMeter meter;
+  const qoc::LexiconIndex index(qoc::view(*list), meter);
   for (int i = 0; i < 20; ++i) {
     const std::string text = randomText(random, 5, 7, 2);
     const Owned<qoc_ocrDictionaryStringMulti> read = plainReading(text);
