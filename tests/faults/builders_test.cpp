@@ -123,8 +123,8 @@ TEST(InterruptedBuilders, LargeGroupsLeaveASwapSetAsItIsOrReset) {
     EXPECT_TRUE(isUnchanged != 0 || isReset != 0);
     require(qoc_swapCharSet_assign(set, before));
   };
-  const auto large = oneGroup(30000, 0x110000), small = oneGroup(200, 0x4E00);
-  EXPECT_GT(interruptEverywhere([&] { return qoc_swapCharSet_setEquiv(set, large); }, isEither), 10);
+  const auto large = oneGroup(6000, 0x110000), small = oneGroup(200, 0x4E00);
+  EXPECT_GT(interruptEverywhere([&] { return qoc_swapCharSet_setEquiv(set, large); }, isEither), 5);
   EXPECT_GT(numUnchanged, 0);
   EXPECT_GT(numReset, 0);
   qsys_bool isEqual = 0;
@@ -136,7 +136,7 @@ TEST(InterruptedBuilders, LargeGroupsLeaveASwapSetAsItIsOrReset) {
 TEST(InterruptedBuilders, NothingIsLeftOfAConstruction) {
   LibraryAllocator memory;
   {
-    const auto groups = oneGroup(20000, 0x110000);
+    const auto groups = oneGroup(6000, 0x110000);
     const auto list = words(differentWords(60000));
     const int64_t numBefore = memory.numLive();
     const auto isGone = [&] { EXPECT_EQ(memory.numLive(), numBefore); };
