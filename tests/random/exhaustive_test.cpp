@@ -19,7 +19,7 @@ using reference::Lexicon;
 using reference::Polls;
 using reference::RegularExpression;
 
-constexpr size_t numSlices = 8;
+const size_t numSlices = isThorough() ? 64 : 4;
 
 class Slices : public testing::TestWithParam<size_t> {
  protected:
