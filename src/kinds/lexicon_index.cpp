@@ -115,14 +115,15 @@ template <int Edits>
 void LexiconIndex::walk(const IndexQuery &query, std::vector<std::int32_t> &found) const {
   const int n = query.numPositions;
   const auto keep = [&found](std::int32_t word) { found.push_back(word); };
+  WorkMeter meter;
   if constexpr (Edits == 0) {
-    forward_.walk(EditAutomaton<0>(n, 0, 0), query.rows, keep);
+    forward_.walk(EditAutomaton<0>(n, 0, 0), query.rows, meter, keep);
   } else {
     constexpr int inFront = Edits / 2;
     constexpr int behind = Edits - 1 - inFront;
     const int cut = n / 2;
-    forward_.walk(EditAutomaton<Edits>(n, cut, inFront), query.rows, keep);
-    backward_.walk(EditAutomaton<Edits>(n, n - cut, behind), query.reversedRows, keep);
+    forward_.walk(EditAutomaton<Edits>(n, cut, inFront), query.rows, meter, keep);
+    backward_.walk(EditAutomaton<Edits>(n, n - cut, behind), query.reversedRows, meter, keep);
   }
 }
 

@@ -61,6 +61,7 @@ class LexiconIndex {
 
   /// Fills `found` with words of [first, end) in ascending order, among them every one within maxEdits edits of the
   /// reading. Where tries are walked, [first, end) must hold every word whose length differs by at most maxEdits.
+  /// Throws Interrupted where a long walk is interrupted.
   void find(const IndexQuery &query, std::int32_t maxEdits, std::int32_t first, std::int32_t end,
             std::vector<std::int32_t> &found) const;
 

@@ -92,15 +92,17 @@ TEST(InterruptedBuilders, AnIndexThatAMatchMakesIsMadeByTheNext) {
   EXPECT_GT(numPolls, polls.count());
 }
 
-/// A group of so many codes from a first one on.
-Owned<qstd_vector_vectorChar32> oneGroup(int size, Char32 first) {
+/// A group of so many codes from a first one on, several times over.
+Owned<qstd_vector_vectorChar32> sameGroups(int numGroups, int size, Char32 first) {
   Owned<qstd_vectorChar32> group;
   for (int i = 0; i < size; ++i) {
     const Char32 code = first + static_cast<Char32>(i);
     require(qstd_vectorChar32_pushBack(group, &code));
   }
   Owned<qstd_vector_vectorChar32> groups;
-  require(qstd_vector_vectorChar32_pushBack(groups, group));
+  for (int g = 0; g < numGroups; ++g) {
+    require(qstd_vector_vectorChar32_pushBack(groups, group));
+  }
   return groups;
 }
 
@@ -111,7 +113,7 @@ Owned<qoc_swapCharSet> setOf(const Owned<qstd_vector_vectorChar32> &groups) {
 }
 
 TEST(InterruptedBuilders, LargeGroupsLeaveASwapSetAsItIsOrReset) {
-  const auto before = setOf(oneGroup(3, 'a')), empty = Owned<qoc_swapCharSet>();
+  const auto before = setOf(sameGroups(1, 3, 'a')), empty = Owned<qoc_swapCharSet>();
   Owned<qoc_swapCharSet> set = before;
   int numUnchanged = 0, numReset = 0;
   const auto isEither = [&] {
@@ -123,7 +125,7 @@ TEST(InterruptedBuilders, LargeGroupsLeaveASwapSetAsItIsOrReset) {
     EXPECT_TRUE(isUnchanged != 0 || isReset != 0);
     require(qoc_swapCharSet_assign(set, before));
   };
-  const auto large = oneGroup(6000, 0x110000), small = oneGroup(200, 0x4E00);
+  const auto large = sameGroups(30, 5000, 0x110000), small = sameGroups(2, 200, 0x4E00);
   EXPECT_GT(interruptEverywhere([&] { return qoc_swapCharSet_setEquiv(set, large); }, isEither), 5);
   EXPECT_GT(numUnchanged, 0);
   EXPECT_GT(numReset, 0);
@@ -136,7 +138,7 @@ TEST(InterruptedBuilders, LargeGroupsLeaveASwapSetAsItIsOrReset) {
 TEST(InterruptedBuilders, NothingIsLeftOfAConstruction) {
   LibraryAllocator memory;
   {
-    const auto groups = oneGroup(6000, 0x110000);
+    const auto groups = sameGroups(1, 5000, 0x110000);
     const auto list = words(differentWords(60000));
     const int64_t numBefore = memory.numLive();
     const auto isGone = [&] { EXPECT_EQ(memory.numLive(), numBefore); };

@@ -131,7 +131,7 @@ struct WholeRun {
 /** Words, a line and an expression in one dictionary, without swaps, with a group, and with a swap of two characters.
  */
 TEST_P(DictionaryExhaustive, RunsAsTheModelDoes) {
-  const std::vector<Word> words = allWords(3);
+  const std::vector<Word> words = allWords(isThorough() ? 3 : 2);
   WholeRun run;
   run.dictionary.lexicons.resize(1);
   ASSERT_EQ(run.dictionary.lexicons[0].setStrings(words), 0);
