@@ -23,7 +23,7 @@ qsys_status MatchTest::testWindow(Window window, const qoc_ocrDictionaryRunParam
   if (params == nullptr || params->maxEdits == 0) {
     return QSYS_STATUS_OK;
   }
-  if (params->maxEdits != 1 || !isEarly_) {
+  if (params->maxEdits != 1) {
     return table_.fill(rows_, window, *params, isMatch);
   }
   // One edit: what matches from either end must cover all but the place of the edit. The two may overlap, which covers it too.

@@ -3,7 +3,6 @@
 
 #include <qoc/run_params.h>
 
-#include "platform/system/shortcuts.hpp"
 #include "text/edit_table.hpp"
 
 namespace qoc {
@@ -11,7 +10,7 @@ namespace qoc {
 /// As qoc_ocrDictionaryString_isMatchMulti; the matches, rows and table are the caller's to use again.
 class MatchTest {
  public:
-  explicit MatchTest(ReadingMatches &matches) : matches_(matches), isEarly_(shortcuts().usesEarlyTest) {}
+  explicit MatchTest(ReadingMatches &matches) : matches_(matches) {}
 
   qsys_status isMatch(Characters word, const qoc_ocrDictionaryRunParams *params, bool &isMatch);
   /// The same for one window of the reading alone.
@@ -21,7 +20,6 @@ class MatchTest {
   qsys_status testWindow(Window window, const qoc_ocrDictionaryRunParams *params, bool &isMatch);
 
   ReadingMatches &matches_;
-  bool isEarly_;
   WordRows rows_;
   EditTable table_;
 };

@@ -9,6 +9,7 @@
 #include "run/run_builders.hpp"
 #include "support/allocator.hpp"
 #include "support/fieldings.hpp"
+#include "support/shortcuts.hpp"
 
 namespace {
 
@@ -69,6 +70,7 @@ TEST(InterruptedBuilders, AWordMoreOrLessOfALongListLeavesItAsItIs) {
 }
 
 TEST(InterruptedBuilders, AnIndexThatAMatchMakesIsMadeByTheNext) {
+  const ShortcutsTaken taken(ShortcutsTaken::all);
   Owned<qoc_ocrDictionaryLexicon> entry = lexicon(differentWords(60000));
   require(qoc_ocrDictionaryLexicon_addString(entry, word("wxyz")));  // From here on there is no index.
   const auto input = reading("w x y q");

@@ -9,6 +9,7 @@
 #include "kinds/lexicon_index.hpp"
 #include "kinds/lexicon_roads.hpp"
 #include "run/run_builders.hpp"
+#include "support/shortcuts.hpp"
 #include "text/bit_distance.hpp"
 
 namespace {
@@ -144,6 +145,7 @@ TEST(LexiconIndex, FindsEveryOneOfEqualWords) {
 }
 
 TEST(LexiconIndex, CopiesShareItAndChangesRenewIt) {
+  const qoc::test::ShortcutsTaken taken(qoc::test::ShortcutsTaken::all);
   Owned<qoc_ocrDictionaryLexicon> entry = lexicon({"ab", "cd"});
   Owned<qoc_ocrDictionaryLexicon> copy;
   require(qoc_ocrDictionaryLexicon_assign(copy, entry));

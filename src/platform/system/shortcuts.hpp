@@ -5,7 +5,7 @@
 namespace qoc {
 
 struct Shortcuts {
-  /// Windows that the characters at their ends tell everything of are not aligned by a table.
+  /// Windows whose ends leave no alignment with one edit are not graded.
   bool usesEarlyTest = true;
   /// A swap set keeps the equivalents of its characters as lists.
   bool usesEquivalentsCache = true;
