@@ -16,7 +16,7 @@ Owned<qoc_ocrDictionary> madeDictionary() {
   const Owned<qoc_ocrDictionaryLexicon> copy(elements(dictionary->lexicons)[1]);
   require(qoc_ocrDictionary_setLexiconIExtend(dictionary, 2, copy));
   Owned<qstd_vector_qoc_swapChar> swaps;
-  for (const auto &[first, second] : {std::pair("rn", "m"), std::pair("o", "0"), std::pair("c", "e")}) {
+  for (const auto &[first, second] : {std::pair("rn", "m"), std::pair("o", "0")}) {
     Owned<qoc_swapChar> swap;
     require(qoc_swapChar_setStrings(swap, word(first), word(second)));
     require(qstd_vector_qoc_swapChar_pushBack(swaps, swap));
