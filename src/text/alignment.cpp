@@ -50,7 +50,8 @@ struct Aligner::Task {
       return qoc_ocrDictionaryResult_reset(&candidate);
     }
     QOC_TRY(qoc_ocrDictionaryResult_construct(&candidate));
-    if (const qsys_status status = qstd_vector_vector_qoc_ocrDictionaryResult_constructEmpty(&buckets); status < 0) {
+    if (const qsys_status status = qstd_vector_vector_qoc_ocrDictionaryResult_constructEmpty(&buckets);
+        QOC_NEVER(status < 0)) {  // A vector without elements takes no memory.
       qoc_ocrDictionaryResult_destruct(&candidate);
       return status;
     }
@@ -242,7 +243,7 @@ qsys_status Aligner::scanEnds(Characters word, Window window, EndMatches &ends) 
   std::int32_t &s = ends.numBack;
   if (k == m + 1 && p + s >= m) {
     s = m - p;
-  } else if (k == m && p + s >= k - 1) {
+  } else if (k == m) {
     s = k - 1 - p;
   } else if (k == m - 1 && p + s > k) {
     s = k - p;
@@ -260,7 +261,8 @@ qsys_status Aligner::outlineWithOneEdit(Characters word, const qoc_ocrDictionary
   if (std::abs(m - k) > 1) {
     return QSYS_STATUS_OK;
   }
-  // Clamping never takes away what the conditions below need, so hopeless windows end before anything is graded.
+  // Hopeless windows end before anything is graded: what is left lacks one character at most, and clamping takes away
+  // no more than what overlaps.
   EndMatches ends = matchEnds(rows_, window);
   if (std::int64_t{ends.numFront} + ends.numBack + 1 < m) {
     return QSYS_STATUS_OK;
@@ -268,8 +270,8 @@ qsys_status Aligner::outlineWithOneEdit(Characters word, const qoc_ocrDictionary
   QOC_TRY(scanEnds(word, window, ends));
   // Front, the edit's status if it has one, and back; or the index of the position that is extra.
   const std::int32_t numEnds = ends.numFront + ends.numBack;
-  const bool isSubstituted = k == m && params.matchOption1 != 0 && numEnds + 1 >= m;
-  const bool isMissing = m == k + 1 && params.matchOption2 != 0 && numEnds + 1 >= m;
+  const bool isSubstituted = k == m && params.matchOption1 != 0;
+  const bool isMissing = m == k + 1 && params.matchOption2 != 0;
   const bool isExtra = m == k - 1 && params.matchOption4 != 0 && numEnds >= m;
   if (!isSubstituted && !isMissing && !isExtra) {
     return QSYS_STATUS_OK;

@@ -305,4 +305,24 @@ TEST(MatchMulti, LeavesNothingBehindWhereverMemoryRunsOut) {
   }
 }
 
+/// More different characters beyond the small codes than the table of rows has room for at first.
+TEST(MatchMulti, ManyDifferentCharactersMatchAtTheirPlaces) {
+  std::u32string text;
+  for (Char32 i = 0; i < 300; ++i) {
+    text += i % 3 == 0 ? U'a' : static_cast<char32_t>(0x4E00 + i * 7);
+  }
+  std::u32string spaced;
+  for (const char32_t c : text) {
+    spaced += spaced.empty() ? std::u32string{c} : std::u32string{U' ', c};
+  }
+  Owned<qoc_ocrDictionaryResultSet> results;
+  ASSERT_EQ(qoc_ocrDictionaryString_matchMulti(word(text), reading(spaced), nullptr, nullptr, results), QSYS_STATUS_OK);
+  ASSERT_EQ(resultsOf(*results).size(), 1u);
+  EXPECT_EQ(resultsOf(*results)[0].numEdits, 0);
+
+  text[200] = U'\u00E9';
+  ASSERT_EQ(qoc_ocrDictionaryString_matchMulti(word(text), reading(spaced), nullptr, nullptr, results), QSYS_STATUS_OK);
+  EXPECT_TRUE(resultsOf(*results).empty());
+}
+
 }  // namespace
