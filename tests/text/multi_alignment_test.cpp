@@ -325,4 +325,21 @@ TEST(MatchMulti, ManyDifferentCharactersMatchAtTheirPlaces) {
   EXPECT_TRUE(resultsOf(*results).empty());
 }
 
+/// The table of edits is of the size that is made row by row, within a band and without.
+TEST(MatchMulti, LongTextsAreAlignedWithAnyNumberOfEdits) {
+  std::string text, spaced;
+  for (int i = 0; i < 1000; ++i) {
+    text += static_cast<char>('a' + i * i % 26);
+    spaced += (i == 0 ? "" : " ") + std::string(1, i % 250 == 7 ? '!' : text.back());
+  }
+  for (const int32_t maxEdits : {4, 40, 400, 4000}) {
+    Owned<qoc_ocrDictionaryResultSet> results;
+    ASSERT_EQ(qoc_ocrDictionaryString_matchMulti(word(text), reading(spaced), runParams({.maxEdits = maxEdits}),
+                                                 nullptr, results),
+              QSYS_STATUS_OK);
+    ASSERT_EQ(resultsOf(*results).size(), 1u) << maxEdits;
+    EXPECT_EQ(resultsOf(*results)[0].numEdits, 4) << maxEdits;
+  }
+}
+
 }  // namespace

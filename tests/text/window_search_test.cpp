@@ -7,11 +7,14 @@
 #include <utility>
 #include <vector>
 
+#include "support/handlers.hpp"
+
 namespace {
 
 using qoc::findWindowEnds;
 using qoc::firstEndBehind;
 using qoc::Window;
+using qoc::test::Polls;
 
 using Ends = std::pair<std::int32_t, std::int32_t>;
 using Windows = std::vector<Ends>;
@@ -98,6 +101,20 @@ TEST(WindowSearch, AdmitsALengthThatSatisfiesOrThatAnEditMightMend) {
   EXPECT_FALSE(qoc::admitsLength(&strict, {1, 2}));
   EXPECT_FALSE(qoc::admitsLength(&strict, {1, 5}));
   EXPECT_TRUE(qoc::admitsLength(&lenient, {1, 5}));
+}
+
+TEST(WindowSearch, IsPassedOverWithAPollForEveryStart) {
+  auto params = paramsOf(1, 9, 0);
+  Polls polls(7, -4242);
+  params.matchOption9 = 0;
+  EXPECT_EQ(qoc::passOverWindows(5, &params), QSYS_STATUS_OK);
+  EXPECT_EQ(qoc::passOverWindows(5, nullptr), QSYS_STATUS_OK);
+  EXPECT_EQ(polls.count(), 0);
+  params.matchOption9 = 1;
+  EXPECT_EQ(qoc::passOverWindows(5, &params), QSYS_STATUS_OK);
+  EXPECT_EQ(polls.count(), 5);
+  EXPECT_EQ(qoc::passOverWindows(5, &params), -4242);
+  EXPECT_EQ(polls.count(), 8);
 }
 
 }  // namespace
