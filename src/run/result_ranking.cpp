@@ -132,7 +132,8 @@ bool isInDefaultOrder(std::span<const Result> results) {
   return isOrdered;
 }
 
-/// The default order of the results of a vector by their places; what is counted is counted once.
+/// The default order of the results of a vector, of which the sort asks for a place and one before it: where all keys tie
+/// the second comes first. What is counted is counted once.
 class DefaultOrder {
  public:
   explicit DefaultOrder(std::span<Result> results) : results_(results) {
@@ -145,9 +146,7 @@ class DefaultOrder {
     if (const int order = computedFirst(results_[a], results_[b]); order != 0) {
       return order;
     }
-    return keys_[a] < keys_[b]   ? -1
-           : keys_[b] < keys_[a] ? 1
-                                 : fewerFirst(results_[a].orderIndex, results_[b].orderIndex);
+    return keys_[a] < keys_[b] ? -1 : 1;
   }
 
  private:

@@ -333,4 +333,24 @@ TEST(DictionaryRun, LeavesASetItsOwnMemory) {
   EXPECT_TRUE(set.isInOwnMemory());
 }
 
+TEST(ResultSetMerge, AddsNothingThatIsThereAlready) {
+  auto target = resultSet({{.name = 1, .given = "a"}, {.name = 2, .given = "b"}, {.name = 3, .given = "c"}});
+  auto part = resultSet({{.name = 4, .given = "a"}, {.name = 5, .given = "b"}});
+  require(qoc_ocrDictionaryResultSet_sort(target, runParams(), 1));
+  require(qoc_ocrDictionaryResultSet_sort(part, runParams(), 1));
+
+  EXPECT_EQ(qoc_ocrDictionaryResultSet_merge(target, part, runParams()), QSYS_STATUS_OK);
+
+  EXPECT_EQ(namesOf(target->results), (Names{1, 2, 3}));
+}
+
+TEST(ResultSetMergeTaking, TakesNothingOfAPartThatIsNotComputed) {
+  auto target = resultSet({{.name = 1, .given = "a"}});
+  auto part = resultSet({{.name = 2, .given = "b"}}, 0);
+
+  EXPECT_EQ(qoc::mergeTaking(*target, *part, runParams()), QSYS_STATUS_OK);
+
+  EXPECT_EQ(namesOf(target->results), Names{1});
+}
+
 }  // namespace
