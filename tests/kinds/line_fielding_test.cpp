@@ -312,7 +312,7 @@ TEST(LineFieldingMatch, WindowEndsBelowZeroEndAStart) {
 TEST(LineFieldingMatch, EveryPositionIsAskedForItself) {
   EXPECT_THAT(matches(line("x9A"), plain("x123"),
                       runParams({.maxEdits = 1, .matchOption1 = 0, .returnBestOnly = 0, .matchOption9 = 1})),
-              ElementsAre("0 [x 1 A] 2: primary primary inserted"));
+              ElementsAre("0 [x 1 ~] 2: primary primary inserted"));
 }
 
 TEST(LineFieldingMatch, WindowsKeepToTheLengthLimits) {

@@ -328,7 +328,8 @@ TEST(DictionaryRun, LeavesASetItsOwnMemory) {
 
   EXPECT_EQ(qoc_ocrDictionary_runMulti(dictionary, reading("x y z"), runParams(), &*set), QSYS_STATUS_OK);
   EXPECT_TRUE(resultsOf(*set).empty());
-  EXPECT_EQ(qoc_ocrDictionary_runMulti(dictionary, reading("a b c|d"), runParams(), &*set), QSYS_STATUS_OK);
+  EXPECT_EQ(qoc_ocrDictionary_runMulti(dictionary, reading("a b c|d"), runParams({.returnBestOnly = 0}), &*set),
+            QSYS_STATUS_OK);
   EXPECT_EQ(matchedWords(*set), (std::vector<std::string>{"abc", "abd"}));
   EXPECT_TRUE(set.isInOwnMemory());
 }

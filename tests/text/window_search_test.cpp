@@ -72,9 +72,9 @@ TEST(WindowEnds, EndWithTheReading) {
 TEST(WindowEnds, AreThoseOfTheLengthsAndTheEdits) {
   EXPECT_EQ(endsOf(findWindowEnds(1, 20, paramsOf(4, 6, 0))), Ends(5, 8));
   EXPECT_EQ(endsOf(findWindowEnds(1, 20, paramsOf(4, 6, 2))), Ends(3, 10));
-  // 1 + (2^31 - 1) + 1 + (2^31 - 3) is the largest number of all.
-  EXPECT_EQ(endsOf(findWindowEnds(1, 20, paramsOf(4, INT32_MAX, INT32_MAX - 2))), Ends(2, 20));
-  EXPECT_EQ(endsOf(findWindowEnds(1, 20, paramsOf(4, INT32_MAX, INT32_MAX - 3))), Ends(-1, -2));
+  // 1 + (2^31 - 1) + 1 + (2^31 - 2) is the largest number of all.
+  EXPECT_EQ(endsOf(findWindowEnds(1, 20, paramsOf(4, INT32_MAX, INT32_MAX - 1))), Ends(2, 20));
+  EXPECT_EQ(endsOf(findWindowEnds(1, 20, paramsOf(4, INT32_MAX, INT32_MAX - 2))), Ends(-1, -2));
 }
 
 TEST(WindowSearch, TriesWindowsThatAreShorterOrLongerByTheEdits) {
