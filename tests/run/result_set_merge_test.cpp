@@ -354,4 +354,21 @@ TEST(ResultSetMergeTaking, TakesNothingOfAPartThatIsNotComputed) {
   EXPECT_EQ(namesOf(target->results), Names{1});
 }
 
+TEST(ResultSetMergeTaking, SaysThatMemoryRanOut) {
+  LibraryAllocator memory;
+  bool hasFailed = true;
+  for (int64_t n = 0; hasFailed; ++n) {
+    SCOPED_TRACE(n);
+    auto target = resultSet({{.name = 1, .given = "a", .numEdits = 1}});
+    auto part = resultSet({{.name = 2, .given = "b"}, {.name = 3, .given = "c", .numEdits = 2}});
+    memory.fail(n, FaultMode::once);
+    const qsys_status status = qoc::mergeTaking(*target, *part, runParams());
+    hasFailed = memory.hasFailed();
+    memory.failFrom(-1);
+    EXPECT_EQ(status, hasFailed ? QSYS_STATUS_OUT_OF_MEMORY : QSYS_STATUS_OK);
+    EXPECT_TRUE(n > 0 || hasFailed);
+  }
+  EXPECT_EQ(memory.numLive(), 0);
+}
+
 }  // namespace

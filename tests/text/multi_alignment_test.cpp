@@ -342,4 +342,15 @@ TEST(MatchMulti, LongTextsAreAlignedWithAnyNumberOfEdits) {
   }
 }
 
+/// So far in front that the rest of the reading is no copy that results share.
+TEST(MatchMulti, ExtraPositionsFarInFrontAreNotShown) {
+  Owned<qoc_ocrDictionaryResultSet> results;
+  ASSERT_EQ(qoc_ocrDictionaryString_matchMulti(word("abc"), reading("1 2 3 4 5 6 7 8 9 1 2 3 4 a b c"),
+                                               runParams({.maxEdits = 13}), nullptr, results),
+            QSYS_STATUS_OK);
+  ASSERT_EQ(resultsOf(*results).size(), 1u);
+  EXPECT_EQ(resultsOf(*results)[0].numEdits, 13);
+  EXPECT_EQ(show(resultsOf(*results)[0].given), "a b c");
+}
+
 }  // namespace
