@@ -256,8 +256,7 @@ qsys_status Aligner::outlineWithOneEdit(Characters word, const qoc_ocrDictionary
   if (std::abs(m - k) > 1) {
     return QSYS_STATUS_OK;
   }
-  // Hopeless windows end before anything is graded: what is left lacks one character at most, and clamping takes away
-  // no more than what overlaps.
+  // Clamping never takes away what the conditions below need, so hopeless windows end before anything is graded.
   EndMatches ends = matchEnds(rows_, window);
   if (shortcuts().usesEarlyTest && std::int64_t{ends.numFront} + ends.numBack + 1 < m) {
     return QSYS_STATUS_OK;
@@ -265,8 +264,8 @@ qsys_status Aligner::outlineWithOneEdit(Characters word, const qoc_ocrDictionary
   QOC_TRY(scanEnds(word, window, ends));
   // Front, the edit's status if it has one, and back; or the index of the position that is extra.
   const std::int32_t numEnds = ends.numFront + ends.numBack;
-  const bool isSubstituted = k == m && params.matchOption1 != 0;
-  const bool isMissing = m == k + 1 && params.matchOption2 != 0;
+  const bool isSubstituted = k == m && params.matchOption1 != 0 && numEnds + 1 >= m;
+  const bool isMissing = m == k + 1 && params.matchOption2 != 0 && numEnds + 1 >= m;
   const bool isExtra = m == k - 1 && params.matchOption4 != 0 && numEnds >= m;
   if (!isSubstituted && !isMissing && !isExtra) {
     return QSYS_STATUS_OK;
