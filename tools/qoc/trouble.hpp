@@ -6,6 +6,7 @@
 
 #include <stdexcept>
 #include <string>
+#include <string_view>
 
 namespace qoc::program {
 
@@ -20,11 +21,11 @@ public:
 struct Interrupted {};
 
 /// Turns a failure of the library into an exception: Interrupted where it was one, else Trouble "what: the
-/// status's sentence".
-inline void check(qsys_status status, const std::string &what) {
+/// status's sentence". Takes no memory where it was none, so that what was constructed just before is not lost.
+inline void check(qsys_status status, std::string_view what) {
   if (status >= 0) return;
   if (status == QSYS_STATUS_INTERRUPTED) throw Interrupted{};
-  throw Trouble(what + ": " + qoc_status_getText(status));
+  throw Trouble(std::string(what) + ": " + qoc_status_getText(status));
 }
 
 } // namespace qoc::program
