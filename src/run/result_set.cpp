@@ -3,8 +3,8 @@
 #include <algorithm>
 
 #include "frame/frame.hpp"
-#include "platform/containers/shared_elements.hpp"
 #include "run/result_set_ops.hpp"
+#include "text/shared_reading.hpp"
 
 using qoc::present;
 
@@ -82,9 +82,9 @@ qsys_status qoc_ocrDictionaryResultSet_setGiven(qoc_ocrDictionaryResultSet *set,
   }
   qoc_ocrDictionaryStringMulti shared;  // One copy for all of the results.
   return qoc::inFrame<1>([&](qoc::Frame<1> &frame) -> qsys_status {
-    QOC_TRY(qoc_ocrDictionaryStringMulti_constructCopy(&shared, given));
+    QOC_TRY(qoc_ocrDictionaryStringMulti_construct(&shared));
     frame.local<qoc_ocrDictionaryStringMulti_destruct>(&shared);
-    QOC_TRY(qoc::shareElements(shared.positions.core));
+    QOC_TRY(qoc::makeShared(qoc::view(*given), shared));
     for (qoc_ocrDictionaryResult &result : qoc::edit(set->results)) {
       QOC_TRY(qoc_ocrDictionaryStringMulti_assign(&result.given, &shared));
       QOC_TRY(qstd_vector32s_assign(&result.inputIndices, inputIndices));

@@ -26,9 +26,16 @@ inline bool holdSameElements(const qstd_vector &a, const qstd_vector &b) noexcep
 class ElementPool {
  public:
   ElementPool() = default;
+  /// With blocks only as large as is needed for vectors that take so much, by spaceFor, all together.
+  explicit ElementPool(std::size_t expected) noexcept : leastSize_(expected < blockSize ? expected : blockSize) {}
   ~ElementPool();
   ElementPool(const ElementPool &) = delete;
   ElementPool &operator=(const ElementPool &) = delete;
+
+  /// What a vector with so many bytes of elements takes of a block.
+  static constexpr std::size_t spaceFor(std::size_t numBytes) noexcept {
+    return (sizeof(void *) + numBytes + sizeof(void *) - 1) / sizeof(void *) * sizeof(void *);
+  }
 
   /// Gives a vector that has neither elements nor storage n elements, which the caller fills at `elements`.
   qsys_status place(qstd_vector &vector, std::int32_t n, void *&elements) noexcept;
@@ -41,6 +48,7 @@ class ElementPool {
 
   void close() noexcept;
 
+  std::size_t leastSize_ = blockSize;
   std::byte *block_ = nullptr;
   std::size_t used_ = 0, size_ = 0;
   std::int64_t numPlaced_ = 0;

@@ -625,11 +625,11 @@ qsys_status qoc::ElementPool::place(qstd_vector &vector, std::int32_t n, void *&
   if (n <= 0) {
     return QSYS_STATUS_OK;
   }
-  const std::size_t needed = alignedUp(sizeof(SharedBlock *) + numBytes(vector, n), sizeof(SharedBlock *));
+  const std::size_t needed = spaceFor(numBytes(vector, n));
   if (block_ == nullptr || needed > size_ - used_) {
     close();
     used_ = alignedUp(sizeof(SharedBlock), sizeof(SharedBlock *));
-    size_ = std::max(blockSize, used_ + needed);
+    size_ = std::max(leastSize_, needed) + used_;
     block_ = static_cast<std::byte *>(qsys_memory_alloc_internal(size_));
     if (block_ == nullptr) {
       return QSYS_STATUS_OUT_OF_MEMORY;

@@ -1,0 +1,124 @@
+#include "kinds/reading_variants.hpp"
+
+#include <algorithm>
+#include <limits>
+
+namespace qoc {
+
+namespace {
+
+std::uint64_t saturatingSum(std::uint64_t a, std::uint64_t b) noexcept {
+  return a > std::numeric_limits<std::uint64_t>::max() - b ? std::numeric_limits<std::uint64_t>::max() : a + b;
+}
+
+/// As often as that, or as often as can be counted.
+qsys_status checkAttentionOften(std::uint64_t times) {
+  return checkAttention(static_cast<std::int64_t>(std::min<std::uint64_t>(times, INT64_MAX)));
+}
+
+}  // namespace
+
+ReadingVariants::~ReadingVariants() {
+  if (hasSymbols_) {
+    qoc_ocrDictionaryStringMulti_destruct(&symbols_);
+  }
+}
+
+qsys_status ReadingVariants::expand() {
+  if (isExpanded_) {
+    return checkAttentionOften(saturatingSum(static_cast<std::uint64_t>(numPositions()), numVariants_));
+  }
+  QOC_TRY(choices_.find(*set_.expansion, reading_, &set_));
+  QOC_TRY(makeSymbols());
+  findLengths();
+  if (isAttentionCounted()) {
+    countVariants();
+  }
+  isExpanded_ = true;
+  return checkAttentionOften(numVariants_);
+}
+
+qsys_status ReadingVariants::makeSymbols() {
+  QOC_TRY(qoc_ocrDictionaryStringMulti_constructCopy(&symbols_, &reading_));
+  hasSymbols_ = true;
+  numNodes_ = static_cast<std::size_t>(numPositions()) + 1;
+  qstd_vector32s origins;
+  return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
+    QOC_TRY(qstd_vector32s_constructEmpty(&origins));
+    frame.local<qstd_vector32s_destruct>(&origins);
+    for (std::int32_t p = 0; p < numPositions(); ++p) {
+      firstChoices_.push_back(numbers_.size());
+      for (const ExpansionChoice &choice : choices_.at(p)) {
+        const auto firstSymbol = static_cast<std::size_t>(choice.isKept() ? p : sizeOf(symbols_));
+        numbers_.push_back({firstSymbol, numNodes_});
+        numNodes_ += choice.numInserted == 2 ? 1 : 0;
+        if (!choice.isKept()) {
+          QOC_TRY(appendChoice(choice, p, reading_, &symbols_, &origins));
+        }
+      }
+    }
+    return QSYS_STATUS_OK;
+  });
+}
+
+void ReadingVariants::findLengths() {
+  lengths_.assign(static_cast<std::size_t>(numPositions()) + 1, {std::numeric_limits<std::int32_t>::max(), 0});
+  lengths_.back() = {0, 0};
+  for (std::int32_t p = numPositions() - 1; p >= 0; --p) {
+    for (const ExpansionChoice &choice : choices_.at(p)) {
+      const Lengths &behind = lengths_[static_cast<std::size_t>(p + choice.numRead)];
+      Lengths &here = lengths_[static_cast<std::size_t>(p)];
+      here.least = std::min(here.least, behind.least + numSymbolsOf(choice));
+      here.most = std::max(here.most, behind.most + numSymbolsOf(choice));
+    }
+  }
+}
+
+/// Numbers of variants by length, from every position on; a number that is too big is the largest one.
+void ReadingVariants::countVariants() {
+  const std::size_t size = numLengths();
+  const auto numRows = static_cast<std::size_t>(numPositions()) + 1;
+  counts_.assign(numRows * size, 0);
+  counts_[(numRows - 1) * size] = 1;
+  for (std::int32_t p = numPositions() - 1; p >= 0; --p) {
+    for (const ExpansionChoice &choice : choices_.at(p)) {
+      const auto added = static_cast<std::size_t>(numSymbolsOf(choice));
+      for (std::size_t length = 0; length + added < size; ++length) {
+        std::uint64_t &count = counts_[static_cast<std::size_t>(p) * size + length + added];
+        count = saturatingSum(count, counts_[static_cast<std::size_t>(p + choice.numRead) * size + length]);
+      }
+    }
+  }
+  numVariants_ = 0;
+  for (std::size_t length = 0; length < size; ++length) {
+    numVariants_ = saturatingSum(numVariants_, counts_[length]);
+  }
+}
+
+qsys_status ReadingVariants::passOver(std::int32_t position, std::int32_t length, Polls polls) const {
+  if (counts_.empty()) {
+    return qsys_attention_check();  // One more look of a ready handler tells nobody anything.
+  }
+  const std::uint64_t *counts = counts_.data() + static_cast<std::size_t>(position) * numLengths();
+  std::uint64_t times = 0;
+  for (std::size_t i = 0; i < numLengths(); ++i) {
+    const auto whole = static_cast<std::uint64_t>(length) + i;
+    const std::uint64_t each =
+        static_cast<std::uint64_t>(polls.each) + whole * static_cast<std::uint64_t>(polls.perPosition);
+    const bool isTooMuch = each > 0 && counts[i] > std::numeric_limits<std::uint64_t>::max() / each;
+    times = saturatingSum(times, isTooMuch ? std::numeric_limits<std::uint64_t>::max() : each * counts[i]);
+  }
+  return checkAttentionOften(times);
+}
+
+qsys_status ReadingVariants::make(std::span<const Step> steps, qoc_ocrDictionaryStringMulti &variant,
+                                  qstd_vector32s &inputIndices) const {
+  QOC_TRY(qstd_vector_qoc_ocrDictionaryCharMulti_clear(&variant.positions));
+  QOC_TRY(qstd_vector32s_clear(&inputIndices));
+  for (const auto &[position, choice] : steps) {
+    QOC_TRY(appendChoice(choices_.at(position)[choice], position, reading_, &variant, &inputIndices));
+  }
+  return QSYS_STATUS_OK;
+}
+
+}  // namespace qoc
