@@ -20,6 +20,7 @@
 #include <qoc/line_fielding.h>
 #include <qoc/run_params.h>
 
+#include <algorithm>
 #include <utility>
 #include <vector>
 
@@ -38,10 +39,22 @@ class LineScreen {
     prepare();
     return (rowOf(position)[index / 64] >> (index % 64) & 1) != 0;
   }
+  /// Whether a position of a line may admit any of the reading's.
+  bool mayAdmitAny(const qoc_ocrDictionaryPositionFielding &position) {
+    prepare();
+    const Word *row = rowOf(position);
+    return std::any_of(row, row + numWords_, [](Word word) { return word != 0; });
+  }
   /// Whether it may be a failure to ask whether a position of the reading is admitted.
   bool mayFail(std::size_t index) {
     prepare();
     return (undecided_[index / 64] >> (index % 64) & 1) != 0;
+  }
+
+  /// Whether nothing that can be asked about the reading is a failure.
+  bool isEveryCharacterText() {
+    prepare();
+    return std::ranges::all_of(undecided_, [](Word word) { return word == 0; });
   }
 
   /// The work that was done since this was asked for last, as a WorkMeter counts it.

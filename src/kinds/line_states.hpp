@@ -93,11 +93,31 @@ class LineSymbols {
   std::vector<SetType> accepting_;
 };
 
+/// Whether every position of a line, but for one where an edit may stand for it, may admit some symbol of a reading's
+/// variants: no more than that is asked, of all of them at once.
+inline qsys_status mayFitSymbols(const qoc_ocrDictionaryLineFielding &line, LineScreen &screen, EditOptions edits,
+                                 bool &answer) {
+  answer = true;
+  if (!screen.isEveryCharacterText()) {
+    return QSYS_STATUS_OK;
+  }
+  int numSpared = edits.insertion || edits.substitution ? 1 : 0;
+  WorkMeter meter;
+  for (const qoc_ocrDictionaryPositionFielding &position : view(line)) {
+    if (!screen.mayAdmitAny(position) && numSpared-- == 0) {
+      answer = false;
+      break;
+    }
+    QOC_TRY(meter.add(1 + screen.takeWork()));
+  }
+  return QSYS_STATUS_OK;
+}
+
 /// Goes through the variants of a reading that the line may fit, as forEachNearVariant; visit has the variants as its
 /// first argument, for it may forbid edits.
 template <class Visit, class Passed>
 qsys_status forEachNearVariant(const qoc_ocrDictionaryLineFielding &line, LineVariants &lineVariants,
-                               const qoc_ocrDictionaryRunParams *params, ReadingVariants::Polls polls, Visit visit,
+                               const qoc_ocrDictionaryRunParams *params, VariantPolls polls, Visit visit,
                                Passed passed) {
   QOC_TRY(lineVariants.expand());
   const ReadingVariants &variants = lineVariants.variants;
@@ -105,7 +125,11 @@ qsys_status forEachNearVariant(const qoc_ocrDictionaryLineFielding &line, LineVa
   const MatchedLengths lengths = {numPositions, lengthPasses(params, numPositions) ? numPositions : -1};
   const EditOptions edits = editOptionsOf(params);
   const bool hasWindows = searchesWindows(params);
-  if (!haveLengths(variants, lengths, edits, hasWindows)) {
+  bool mayFit = haveLengths(variants, lengths, edits, hasWindows);
+  if (mayFit) {
+    QOC_TRY(mayFitSymbols(line, *lineVariants.screen, edits, mayFit));
+  }
+  if (!mayFit) {
     QOC_TRY(variants.passOver(0, 0, polls));
     passed();
     return QSYS_STATUS_OK;

@@ -352,10 +352,16 @@ class NearVariants {
   std::vector<Step> steps_;
 };
 
+/// How often matching a variant asks for attention: so many times, and more for each of its positions.
+struct VariantPolls {
+  std::int64_t each, perPosition;
+  std::int64_t operator()(std::int32_t length) const noexcept { return each + perPosition * length; }
+};
+
 /// Goes through the variants with their records: visit(variant, inputIndices, isFirst, isDone) for each that may match.
 /// The others ask for attention as matching them would, and then passed() is called.
 template <class Near, class Visit, class Passed>
-qsys_status forEachNearVariant(const ReadingVariants &variants, Near &near, ReadingVariants::Polls polls, Visit visit,
+qsys_status forEachNearVariant(const ReadingVariants &variants, Near &near, VariantPolls polls, Visit visit,
                                Passed passed) {
   qoc_ocrDictionaryStringMulti variant;
   qstd_vector32s inputIndices;

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <limits>
 
+#include "platform/system/work_meter.hpp"
+
 namespace qoc {
 
 namespace {
@@ -32,7 +34,7 @@ qsys_status ReadingVariants::expand() {
   QOC_TRY(makeSymbols());
   findLengths();
   if (isAttentionCounted()) {
-    countVariants();
+    QOC_TRY(countVariants());
   }
   isExpanded_ = true;
   return checkAttentionOften(numVariants_);
@@ -42,6 +44,8 @@ qsys_status ReadingVariants::makeSymbols() {
   QOC_TRY(qoc_ocrDictionaryStringMulti_constructCopy(&symbols_, &reading_));
   hasSymbols_ = true;
   numNodes_ = static_cast<std::size_t>(numPositions()) + 1;
+  constexpr std::size_t workPerChoice = 256;
+  WorkMeter meter;
   qstd_vector32s origins;
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
     QOC_TRY(qstd_vector32s_constructEmpty(&origins));
@@ -52,6 +56,7 @@ qsys_status ReadingVariants::makeSymbols() {
         const auto firstSymbol = static_cast<std::size_t>(choice.isKept() ? p : sizeOf(symbols_));
         numbers_.push_back({firstSymbol, numNodes_});
         numNodes_ += choice.numInserted == 2 ? 1 : 0;
+        QOC_TRY(meter.add(workPerChoice));
         if (!choice.isKept()) {
           QOC_TRY(appendChoice(choice, p, reading_, &symbols_, &origins));
         }
@@ -75,7 +80,8 @@ void ReadingVariants::findLengths() {
 }
 
 /// Numbers of variants by length, from every position on; a number that is too big is the largest one.
-void ReadingVariants::countVariants() {
+qsys_status ReadingVariants::countVariants() {
+  WorkMeter meter;
   const std::size_t size = numLengths();
   const auto numRows = static_cast<std::size_t>(numPositions()) + 1;
   counts_.assign(numRows * size, 0);
@@ -83,6 +89,7 @@ void ReadingVariants::countVariants() {
   for (std::int32_t p = numPositions() - 1; p >= 0; --p) {
     for (const ExpansionChoice &choice : choices_.at(p)) {
       const auto added = static_cast<std::size_t>(numSymbolsOf(choice));
+      QOC_TRY(meter.add(2 * size));
       for (std::size_t length = 0; length + added < size; ++length) {
         std::uint64_t &count = counts_[static_cast<std::size_t>(p) * size + length + added];
         count = saturatingSum(count, counts_[static_cast<std::size_t>(p + choice.numRead) * size + length]);
@@ -93,22 +100,7 @@ void ReadingVariants::countVariants() {
   for (std::size_t length = 0; length < size; ++length) {
     numVariants_ = saturatingSum(numVariants_, counts_[length]);
   }
-}
-
-qsys_status ReadingVariants::passOver(std::int32_t position, std::int32_t length, Polls polls) const {
-  if (counts_.empty()) {
-    return qsys_attention_check();  // One more look of a ready handler tells nobody anything.
-  }
-  const std::uint64_t *counts = counts_.data() + static_cast<std::size_t>(position) * numLengths();
-  std::uint64_t times = 0;
-  for (std::size_t i = 0; i < numLengths(); ++i) {
-    const auto whole = static_cast<std::uint64_t>(length) + i;
-    const std::uint64_t each =
-        static_cast<std::uint64_t>(polls.each) + whole * static_cast<std::uint64_t>(polls.perPosition);
-    const bool isTooMuch = each > 0 && counts[i] > std::numeric_limits<std::uint64_t>::max() / each;
-    times = saturatingSum(times, isTooMuch ? std::numeric_limits<std::uint64_t>::max() : each * counts[i]);
-  }
-  return checkAttentionOften(times);
+  return QSYS_STATUS_OK;
 }
 
 qsys_status ReadingVariants::make(std::span<const Step> steps, qoc_ocrDictionaryStringMulti &variant,

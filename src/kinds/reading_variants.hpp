@@ -1,7 +1,8 @@
 #pragma once
 // The variants that multi-character swaps make of a reading, as one lattice: its nodes are the places between the
 // reading's positions, and each choice at a position leads on by one symbol or two, a position kept or characters put
-// in. It is worked out once for all entries that the variants are matched with.
+// in. It is worked out once for all entries that the variants are matched with; how words go through it is in
+// variant_lattice.hpp, how expressions and lines do in near_variants.hpp.
 
 #include <qoc/swap_char_set.h>
 
@@ -63,13 +64,24 @@ class ReadingVariants {
     return lengths_[static_cast<std::size_t>(position)].most;
   }
 
-  /// What matching each variant asks for attention: so many times, and more for each of its positions.
-  struct Polls {
-    std::int32_t each, perPosition;
-  };
   /// Asks for attention as often as matching all variants does that begin in the same way, up to a position, where they
-  /// have a length.
-  qsys_status passOver(std::int32_t position, std::int32_t length, Polls polls) const;
+  /// have a length: for each, so often as pollsOf(length) says of its length.
+  template <class PollsOf>
+  qsys_status passOver(std::int32_t position, std::int32_t length, PollsOf pollsOf) const {
+    if (counts_.empty()) {
+      return qsys_attention_check();  // One more look of a ready handler tells nobody anything.
+    }
+    const auto counts = std::span(counts_).subspan(static_cast<std::size_t>(position) * numLengths(), numLengths());
+    std::int64_t times = 0;
+    for (std::size_t i = 0; i < counts.size(); ++i) {
+      if (counts[i] > 0) {
+        const std::int64_t each = pollsOf(length + static_cast<std::int32_t>(i));
+        const bool isTooMuch = each > 0 && counts[i] > static_cast<std::uint64_t>((INT64_MAX - times) / each);
+        times = isTooMuch ? INT64_MAX : times + each * static_cast<std::int64_t>(counts[i]);
+      }
+    }
+    return checkAttention(times);
+  }
 
   /// Makes the variant of some steps.
   qsys_status make(std::span<const Step> steps, qoc_ocrDictionaryStringMulti &variant,
@@ -89,7 +101,7 @@ class ReadingVariants {
   std::size_t numLengths() const noexcept { return 2 * static_cast<std::size_t>(numPositions()) + 1; }
   qsys_status makeSymbols();
   void findLengths();
-  void countVariants();
+  qsys_status countVariants();
 
   const qoc_ocrDictionaryStringMulti &reading_;
   const qoc_swapCharSet &set_;

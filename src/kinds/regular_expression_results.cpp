@@ -62,19 +62,26 @@ void ExpressionResults::settle(Outline &outline) {
 }
 
 qsys_status ExpressionResults::make(qoc_ocrDictionaryResultSet &results) {
-  if (outlines_.size() == 1) {
-    return makeOf(outlines_, results.results);
+  const auto numEdits = [](const Outline &outline) { return outline.keys[0]; };
+  if (!std::ranges::is_sorted(outlines_, {}, numEdits)) {
+    std::ranges::stable_sort(outlines_, {}, numEdits);
   }
-  std::ranges::stable_sort(outlines_, {}, [](const Outline &outline) { return outline.keys[0]; });
   const auto firstEdited = std::ranges::find_if(outlines_, [](const Outline &outline) { return outline.keys[0] > 0; });
+  qoc_ocrDictionaryStringMulti shown;
   qoc_ocrDictionaryResultSet bucket;
-  return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
+  return inFrame<2>([&](Frame<2> &frame) -> qsys_status {
+    QOC_TRY(qoc_ocrDictionaryStringMulti_construct(&shown));
+    frame.local<qoc_ocrDictionaryStringMulti_destruct>(&shown);
+    QOC_TRY(makeShared(reading_, shown));
+    if (outlines_.size() == 1) {
+      return makeOf(outlines_, shown, results.results);
+    }
     QOC_TRY(qoc_ocrDictionaryResultSet_construct(&bucket));
     frame.local<qoc_ocrDictionaryResultSet_destruct>(&bucket);
     for (const auto &outlines : {std::span(outlines_.begin(), firstEdited), std::span(firstEdited, outlines_.end())}) {
       QOC_TRY(qoc_ocrDictionaryResultSet_reset(&bucket));
       bucket.isComputed = 1;
-      QOC_TRY(makeOf(outlines, bucket.results));
+      QOC_TRY(makeOf(outlines, shown, bucket.results));
       QOC_TRY(qoc_ocrDictionaryResultSet_sort(&bucket, params_, 1));
       QOC_TRY(mergeTaking(results, bucket, params_));
     }
@@ -82,8 +89,9 @@ qsys_status ExpressionResults::make(qoc_ocrDictionaryResultSet &results) {
   });
 }
 
-/// Makes a result of each outline, in a vector without any.
-qsys_status ExpressionResults::makeOf(std::span<const Outline> outlines, qstd_vector_qoc_ocrDictionaryResult &results) {
+/// Makes a result of each outline, in a vector without any; they share the copy of the reading that they show.
+qsys_status ExpressionResults::makeOf(std::span<const Outline> outlines, const qoc_ocrDictionaryStringMulti &shown,
+                                      qstd_vector_qoc_ocrDictionaryResult &results) {
   constexpr std::size_t workPerPlace = 16;
   if (outlines.empty()) {
     return QSYS_STATUS_OK;
@@ -93,59 +101,53 @@ qsys_status ExpressionResults::makeOf(std::span<const Outline> outlines, qstd_ve
   }
   std::size_t expected = 0;
   for (const Outline &outline : outlines) {
-    expected += ElementPool::spaceFor(outline.numPlaces * sizeof(qoc_ocrDictionaryPositionStatus)) +
-                ElementPool::spaceFor(sizeof(std::int32_t));
+    expected += ElementPool::sizeOf(outline.numPlaces, sizeof(qoc_ocrDictionaryPositionStatus)) +
+                ElementPool::sizeOf(1, sizeof(std::int32_t));
     for (std::size_t i = 0; i < outline.numPlaces; ++i) {
-      expected += ElementPool::spaceFor(static_cast<std::size_t>(numCodes_[outline.firstPlace + i]) *
-                                        sizeof(qoc_ocrDictionaryChar));
+      expected += ElementPool::sizeOf(static_cast<std::size_t>(numCodes_[outline.firstPlace + i]),
+                                      sizeof(qoc_ocrDictionaryChar));
     }
   }
-  qoc_ocrDictionaryStringMulti shown;
-  return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    QOC_TRY(qoc_ocrDictionaryStringMulti_construct(&shown));
-    frame.local<qoc_ocrDictionaryStringMulti_destruct>(&shown);
-    QOC_TRY(makeShared(reading_, shown));
-    // Results and positions without contents own nothing: their bytes make as many as are needed.
-    qoc_ocrDictionaryResult blank;
-    QOC_TRY(qoc_ocrDictionaryResult_construct(&blank));
-    blank.isComputed = 1;
-    blank.mode = qoc_ocrDictionaryMode_regularExpression;
-    qoc_ocrDictionaryCharMulti blankPosition;
-    QOC_TRY(qoc_ocrDictionaryCharMulti_construct(&blankPosition));
-    QOC_TRY(qstd_vector_qoc_ocrDictionaryResult_resizeUninit(&results, static_cast<std::int32_t>(outlines.size())));
-    const auto made = edit(results);
-    std::ranges::fill(made, blank);
-    ElementPool pool(expected);
-    for (std::size_t k = 0; k < outlines.size(); ++k) {
-      const Outline &outline = outlines[k];
-      const EditedSpan &span = outline.span;
-      qoc_ocrDictionaryResult &result = made[k];
-      QOC_TRY(meter_.add(workPerPlace * outline.numPlaces));
-      result.numEdits = outline.keys[0];
-      result.numIgnoredPrefixCharacters = span.start;
-      result.numIgnoredSuffixCharacters = static_cast<std::int32_t>(reading_.size()) - span.end;
-      if (span.edit == ExpressionEdit::deletion) {
-        QOC_TRY(pool.placeCopies(result.deleted.core, &span.place, 1));
-      }
-      QOC_TRY(qoc_ocrDictionaryStringMulti_assign(&result.given, &shown));
-      QOC_TRY(qoc_ocrDictionaryStringMulti_assign(&result.givenSwap, &shown));
-      const auto numPlaces = static_cast<std::int32_t>(outline.numPlaces);
-      QOC_TRY(pool.placeCopies(result.resultStringStatus.core, statuses_.data() + outline.firstPlace, numPlaces));
-      QOC_TRY(qstd_vector_qoc_ocrDictionaryCharMulti_resizeUninit(&result.valid.positions, numPlaces));
-      const auto valid = editAs<qoc_ocrDictionaryCharMulti>(result.valid.positions);
-      std::ranges::fill(valid, blankPosition);
-      const Char32 *code = codes_.data() + outline.firstCode;
-      for (std::size_t i = 0; i < outline.numPlaces; ++i) {
-        const std::int32_t numCodes = numCodes_[outline.firstPlace + i];
-        void *elements = nullptr;
-        QOC_TRY(pool.place(valid[i].candidates.core, numCodes, elements));
-        for (auto &candidate : editAs<qoc_ocrDictionaryChar>(valid[i].candidates)) {
-          candidate = {*code++, 0};
-        }
+  // Results and positions without contents own nothing: their bytes make as many as are needed.
+  qoc_ocrDictionaryResult blank;
+  QOC_TRY(qoc_ocrDictionaryResult_construct(&blank));
+  blank.isComputed = 1;
+  blank.mode = qoc_ocrDictionaryMode_regularExpression;
+  qoc_ocrDictionaryCharMulti blankPosition;
+  QOC_TRY(qoc_ocrDictionaryCharMulti_construct(&blankPosition));
+  QOC_TRY(qstd_vector_qoc_ocrDictionaryResult_resizeUninit(&results, static_cast<std::int32_t>(outlines.size())));
+  const auto made = edit(results);
+  std::ranges::fill(made, blank);
+  ElementPool pool(expected);
+  for (std::size_t k = 0; k < outlines.size(); ++k) {
+    const Outline &outline = outlines[k];
+    const EditedSpan &span = outline.span;
+    qoc_ocrDictionaryResult &result = made[k];
+    QOC_TRY(meter_.add(workPerPlace * outline.numPlaces));
+    result.numEdits = outline.keys[0];
+    result.numIgnoredPrefixCharacters = span.start;
+    result.numIgnoredSuffixCharacters = static_cast<std::int32_t>(reading_.size()) - span.end;
+    if (span.edit == ExpressionEdit::deletion) {
+      QOC_TRY(pool.placeCopies(result.deleted.core, &span.place, 1));
+    }
+    QOC_TRY(qoc_ocrDictionaryStringMulti_assign(&result.given, &shown));
+    QOC_TRY(qoc_ocrDictionaryStringMulti_assign(&result.givenSwap, &shown));
+    const auto numPlaces = static_cast<std::int32_t>(outline.numPlaces);
+    QOC_TRY(pool.placeCopies(result.resultStringStatus.core, statuses_.data() + outline.firstPlace, numPlaces));
+    QOC_TRY(qstd_vector_qoc_ocrDictionaryCharMulti_resizeUninit(&result.valid.positions, numPlaces));
+    const auto valid = editAs<qoc_ocrDictionaryCharMulti>(result.valid.positions);
+    std::ranges::fill(valid, blankPosition);
+    const Char32 *code = codes_.data() + outline.firstCode;
+    for (std::size_t i = 0; i < outline.numPlaces; ++i) {
+      const std::int32_t numCodes = numCodes_[outline.firstPlace + i];
+      void *elements = nullptr;
+      QOC_TRY(pool.place(valid[i].candidates.core, numCodes, elements));
+      for (auto &candidate : editAs<qoc_ocrDictionaryChar>(valid[i].candidates)) {
+        candidate = {*code++, 0};
       }
     }
-    return QSYS_STATUS_OK;
-  });
+  }
+  return QSYS_STATUS_OK;
 }
 
 }  // namespace qoc

@@ -46,6 +46,11 @@ class ExpressionResults {
   template <class Way, class Places>
   void add(const EditedSpan &span, const Way &way, const Places &sequence) {
     Outline outline = {span, {}, statuses_.size(), way.size(), codes_.size()};
+    if (statuses_.empty()) {
+      statuses_.reserve(expectedWays * way.size());
+      numCodes_.reserve(expectedWays * way.size());
+      codes_.reserve(expectedWays * way.size());
+    }
     for (std::size_t i = 0; i < way.size(); ++i) {
       const MatchedTokens matched = way[i];
       for (const std::int32_t index : matched) {
@@ -66,6 +71,8 @@ class ExpressionResults {
   /// negated.
   using Keys = std::array<std::int32_t, 4>;
 
+  static constexpr std::size_t expectedWays = 4;
+
   struct Outline {
     EditedSpan span;
     Keys keys;
@@ -73,7 +80,8 @@ class ExpressionResults {
   };
 
   void settle(Outline &outline);
-  qsys_status makeOf(std::span<const Outline> outlines, qstd_vector_qoc_ocrDictionaryResult &results);
+  qsys_status makeOf(std::span<const Outline> outlines, const qoc_ocrDictionaryStringMulti &shown,
+                     qstd_vector_qoc_ocrDictionaryResult &results);
 
   Positions reading_;
   const qoc_ocrDictionaryRunParams *params_;

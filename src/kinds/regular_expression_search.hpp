@@ -397,8 +397,8 @@ class ExpressionSymbols {
 /// Goes through the variants of a reading that the expression may match, as forEachNearVariant.
 template <class Visit, class Passed>
 qsys_status forEachNearVariant(const Expression &expression, ReadingVariants &variants,
-                               const qoc_ocrDictionaryRunParams *params, const qoc_swapCharSet &set,
-                               ReadingVariants::Polls polls, Visit visit, Passed passed) {
+                               const qoc_ocrDictionaryRunParams *params, const qoc_swapCharSet &set, VariantPolls polls,
+                               Visit visit, Passed passed) {
   QOC_TRY(variants.expand());
   const MatchedLengths lengths = LengthLimits(expression, params).matchedLengths();
   const EditOptions edits = editOptionsOf(params);

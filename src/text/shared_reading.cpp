@@ -10,7 +10,7 @@ namespace qoc {
 qsys_status makeShared(Positions positions, qoc_ocrDictionaryStringMulti &shared) {
   std::size_t expected = 0;
   for (const qoc_ocrDictionaryCharMulti &position : positions) {
-    expected += ElementPool::spaceFor(view(position).size_bytes());
+    expected += ElementPool::sizeOf(view(position).size(), sizeof(qoc_ocrDictionaryChar));
   }
   // A position without candidates owns nothing: its bytes make as many as are needed.
   qoc_ocrDictionaryCharMulti blank;

@@ -171,6 +171,29 @@ TEST(WorstCase, SwapsAtEveryPositionEnd) {
   Owned<qoc_ocrDictionaryResultSet> results;
   expectToEnd("run with swaps",
               [&] { return qoc_ocrDictionary_runSwapCharSetMulti(dictionary, input, anyWindows(), set, results); });
+
+  // Of a shorter reading the variants are counted.
+  const auto shorter = longReading("m|n|r", 900);
+  const auto shape = line(repeated("aAm", 300));
+  Owned<qoc_ocrDictionaryRegularExpression> expression;
+  require(qoc_ocrDictionaryRegularExpression_setStringT(expression, L"((rn|m)*[a-z]{1,9})*x"));
+  qsys_bool isMatch = 0;
+  for (const auto *reading : {&input, &shorter}) {
+    for (const auto *params : {&anyEdits(), &anyWindows()}) {
+      expectToEnd("line match with swaps", [&] {
+        return qoc_ocrDictionaryLineFielding_matchMulti(shape, *reading, *params, set, results);
+      });
+      expectToEnd("line isMatch with swaps", [&] {
+        return qoc_ocrDictionaryLineFielding_isMatchMulti(shape, *reading, *params, set, &isMatch);
+      });
+      expectToEnd("expression match with swaps", [&] {
+        return qoc_ocrDictionaryRegularExpression_matchMulti(expression, *reading, *params, set, results);
+      });
+      expectToEnd("expression isMatch with swaps", [&] {
+        return qoc_ocrDictionaryRegularExpression_isMatchMulti(expression, *reading, *params, set, &isMatch);
+      });
+    }
+  }
 }
 
 TEST(WorstCase, LinesOfTenThousandPositionsEnd) {
