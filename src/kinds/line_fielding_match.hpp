@@ -12,7 +12,7 @@ namespace qoc {
 
 /// The variants that multi-character swaps make of a reading, and the screen of their symbols.
 struct LineVariants {
-  LineVariants(const qoc_ocrDictionaryStringMulti &reading, const qoc_swapCharSet &set) noexcept
+  LineVariants(const qoc_ocrDictionaryStringMulti &reading, const qoc_swapCharSet &set)
       : variants(reading, set), setOfSwaps(&set) {}
 
   /// As ReadingVariants::expand.

@@ -27,7 +27,7 @@ class ReadingVariants {
   };
 
   /// The reading, which has a position at least, and the set stay as they are while the object lives.
-  ReadingVariants(const qoc_ocrDictionaryStringMulti &reading, const qoc_swapCharSet &set) noexcept
+  ReadingVariants(const qoc_ocrDictionaryStringMulti &reading, const qoc_swapCharSet &set)
       : reading_(reading), set_(set) {}
   ~ReadingVariants();
   ReadingVariants(const ReadingVariants &) = delete;
