@@ -84,6 +84,7 @@ class LineSymbols {
   }
 
   bool mayFail(std::size_t symbol) { return screen_.mayFail(symbol); }
+  bool mayAnyFail() { return !screen_.isEveryCharacterText(); }
 
  private:
   std::span<const qoc_ocrDictionaryPositionFielding> line_;

@@ -54,7 +54,7 @@ inline bool haveLengths(const ReadingVariants &variants, MatchedLengths lengths,
 ///
 /// - states(), with the operations of NarrowStates;
 /// - accepting(symbol, set), which sets a pointer to the positions that accept a symbol, and returns a status;
-/// - mayFail(symbol), whether it may be a failure to ask about one.
+/// - mayFail(symbol) and mayAnyFail(), whether it may be a failure to ask about one, or about any.
 template <class Symbols>
 class NearVariants {
  public:
@@ -319,8 +319,9 @@ class NearVariants {
     State &end = behind_[static_cast<std::size_t>(n)];
     end.isEnd = end.isEditedEnd = true;
     insertBefore(end);
-    std::int32_t numDead = 0;  // No choice reads more than two positions.
-    for (std::int32_t p = n - 1; p >= 0 && numDead < 2; --p) {
+    // No choice reads more than two positions, so two dead nodes end it, unless something before them is a failure.
+    std::int32_t numDead = 0;
+    for (std::int32_t p = n - 1; p >= 0 && (numDead < 2 || symbols_.mayAnyFail()); --p) {
       State here = nothing();
       const auto choices = variants_.choicesAt(p);
       for (std::size_t c = 0; c < choices.size(); ++c) {

@@ -385,6 +385,7 @@ class ExpressionSymbols {
   }
 
   bool mayFail(std::size_t) const noexcept { return false; }
+  bool mayAnyFail() const noexcept { return false; }
 
  private:
   States &states_;
