@@ -10,16 +10,16 @@
 namespace qoc {
 
 bool ExpressionResults::mayCount(ExpressionEdit edit, std::int32_t length) const noexcept {
-  if (outlines_.empty()) {
+  if (isEmpty()) {
     return true;
   }
   if (!keepsBestWay_) {
-    return !(keepsBestOnly_ && hasExact_) || edit == ExpressionEdit::none;
+    return !(keepsBestOnly_ && hasExact()) || edit == ExpressionEdit::none;
   }
   const bool isOneLess = edit == ExpressionEdit::deletion || edit == ExpressionEdit::substitution;
-  const Keys best = {edit == ExpressionEdit::none ? 0 : 1, edit == ExpressionEdit::deletion ? 1 : 0,
-                     isOneLess ? 1 - length : -length, 0};
-  return best < outlines_.front().keys;
+  const Keys bestOfAll = {edit == ExpressionEdit::none ? 0 : 1, edit == ExpressionEdit::deletion ? 1 : 0,
+                          isOneLess ? 1 - length : -length, 0};
+  return bestOfAll < best().keys;
 }
 
 /// Finishes an outline whose places are the last ones, and keeps it, unless there is a better one.
@@ -36,49 +36,38 @@ void ExpressionResults::settle(Outline &outline) {
   };
   outline.keys = {span.edit == ExpressionEdit::none ? 0 : 1, span.edit == ExpressionEdit::deletion ? 1 : 0,
                   -numOf(qoc_ocrDictionaryPositionStatus_primary), -numOf(qoc_ocrDictionaryPositionStatus_secondary)};
-  hasExact_ = hasExact_ || span.edit == ExpressionEdit::none;
-  if (!keepsBestWay_ || outlines_.empty()) {
-    outlines_.push_back(outline);
-    return;
-  }
-  const auto dropFrom = [&](std::size_t firstPlace, std::size_t numPlaces, std::size_t firstCode,
-                            std::size_t numCodes) {
-    const auto erase = [](auto &elements, std::size_t first, std::size_t count) {
-      const auto begin = elements.begin() + static_cast<std::ptrdiff_t>(first);
-      elements.erase(begin, begin + static_cast<std::ptrdiff_t>(count));
+  if (keepsBestWay_ && !isEmpty()) {
+    const bool isBetter = outline.keys < best().keys;
+    const auto drop = [](auto &elements, std::size_t first, std::size_t end) {
+      elements.erase(elements.begin() + static_cast<std::ptrdiff_t>(first),
+                     elements.begin() + static_cast<std::ptrdiff_t>(end));
     };
-    erase(statuses_, firstPlace, numPlaces);
-    erase(numCodes_, firstPlace, numPlaces);
-    erase(codes_, firstCode, numCodes);
-  };
-  Outline &best = outlines_.front();
-  if (outline.keys < best.keys) {
-    dropFrom(0, outline.firstPlace, 0, outline.firstCode);
+    drop(statuses_, isBetter ? 0 : outline.firstPlace, isBetter ? outline.firstPlace : statuses_.size());
+    drop(numCodes_, isBetter ? 0 : outline.firstPlace, isBetter ? outline.firstPlace : numCodes_.size());
+    drop(codes_, isBetter ? 0 : outline.firstCode, isBetter ? outline.firstCode : codes_.size());
+    if (!isBetter) {
+      return;
+    }
     outline.firstPlace = outline.firstCode = 0;
-    best = outline;
-  } else {
-    dropFrom(outline.firstPlace, outline.numPlaces, outline.firstCode, codes_.size() - outline.firstCode);
+    outlines_[0].clear();
+    outlines_[1].clear();
   }
+  outlines_[outline.keys[0]].push_back(outline);
 }
 
 qsys_status ExpressionResults::make(qoc_ocrDictionaryResultSet &results) {
-  const auto numEdits = [](const Outline &outline) { return outline.keys[0]; };
-  if (!std::ranges::is_sorted(outlines_, {}, numEdits)) {
-    std::ranges::stable_sort(outlines_, {}, numEdits);
-  }
-  const auto firstEdited = std::ranges::find_if(outlines_, [](const Outline &outline) { return outline.keys[0] > 0; });
   qoc_ocrDictionaryStringMulti shown;
   qoc_ocrDictionaryResultSet bucket;
   return inFrame<2>([&](Frame<2> &frame) -> qsys_status {
     QOC_TRY(qoc_ocrDictionaryStringMulti_construct(&shown));
     frame.local<qoc_ocrDictionaryStringMulti_destruct>(&shown);
     QOC_TRY(makeShared(reading_, shown));
-    if (outlines_.size() == 1) {
-      return makeOf(outlines_, shown, results.results);
+    if (outlines_[0].size() + outlines_[1].size() == 1) {
+      return makeOf(outlines_[hasExact() ? 0 : 1], shown, results.results);
     }
     QOC_TRY(qoc_ocrDictionaryResultSet_construct(&bucket));
     frame.local<qoc_ocrDictionaryResultSet_destruct>(&bucket);
-    for (const auto &outlines : {std::span(outlines_.begin(), firstEdited), std::span(firstEdited, outlines_.end())}) {
+    for (const std::vector<Outline> &outlines : outlines_) {
       QOC_TRY(qoc_ocrDictionaryResultSet_reset(&bucket));
       bucket.isComputed = 1;
       QOC_TRY(makeOf(outlines, shown, bucket.results));

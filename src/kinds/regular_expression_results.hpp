@@ -36,8 +36,8 @@ class ExpressionResults {
         keepsBestOnly_(keepsBestOnly),
         keepsBestWay_(keepsBestOnly && (params == nullptr || params->rankingMode != 1)) {}
 
-  bool isEmpty() const noexcept { return outlines_.empty(); }
-  bool hasExact() const noexcept { return hasExact_; }
+  bool isEmpty() const noexcept { return outlines_[0].empty() && outlines_[1].empty(); }
+  bool hasExact() const noexcept { return !outlines_[0].empty(); }
 
   /// Whether a result of an edit to a span of so many positions can make a difference.
   bool mayCount(ExpressionEdit edit, std::int32_t length) const noexcept;
@@ -79,6 +79,7 @@ class ExpressionResults {
     std::size_t firstPlace, numPlaces, firstCode;
   };
 
+  const Outline &best() const noexcept { return outlines_[hasExact() ? 0 : 1].front(); }
   void settle(Outline &outline);
   qsys_status makeOf(std::span<const Outline> outlines, const qoc_ocrDictionaryStringMulti &shown,
                      qstd_vector_qoc_ocrDictionaryResult &results);
@@ -86,8 +87,7 @@ class ExpressionResults {
   Positions reading_;
   const qoc_ocrDictionaryRunParams *params_;
   bool keepsBestOnly_, keepsBestWay_;
-  bool hasExact_ = false;
-  std::vector<Outline> outlines_;
+  std::vector<Outline> outlines_[2];                       ///< Without an edit, and with one.
   std::vector<qoc_ocrDictionaryPositionStatus> statuses_;  ///< Of all places.
   std::vector<std::int32_t> numCodes_;                     ///< Of all places.
   std::vector<Char32> codes_;                              ///< Of all places.
