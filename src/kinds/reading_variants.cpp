@@ -44,7 +44,7 @@ qsys_status ReadingVariants::makeSymbols() {
   QOC_TRY(qoc_ocrDictionaryStringMulti_constructCopy(&symbols_, &reading_));
   hasSymbols_ = true;
   numNodes_ = static_cast<std::size_t>(numPositions()) + 1;
-  constexpr std::size_t workPerChoice = 256;
+  constexpr std::size_t workPerChoice = 1024;  // It is appended by copies, each an allocation or two.
   WorkMeter meter;
   qstd_vector32s origins;
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
