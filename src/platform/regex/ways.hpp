@@ -69,6 +69,14 @@ class WayFinder {
     if (!intersects(live_.front(), states_.first())) {
       return QSYS_STATUS_OK;
     }
+    if (std::ranges::all_of(sequence_, [](const Place &place) { return place.codes.size() == 1; })) {
+      // Whatever the path, it tells of every place that its one token matched.
+      tokens_.assign(1, 0);
+      labels_.assign(1, {0, 1, states_.none()});
+      way_.assign(sequence_.size(), 0);
+      QOC_TRY(states_.meter().add(workPerPlace * way_.size()));
+      return onWay(Way(*this));
+    }
     tokens_.clear();
     labels_.clear();
     labelOfSet_.clear();
