@@ -81,24 +81,26 @@ void ReadingVariants::findLengths() {
 
 /// Numbers of variants by length, from every position on; a number that is too big is the largest one.
 qsys_status ReadingVariants::countVariants() {
+  constexpr std::size_t workPerLength = 4;
   WorkMeter meter;
   const std::size_t size = numLengths();
-  const auto numRows = static_cast<std::size_t>(numPositions()) + 1;
-  counts_.assign(numRows * size, 0);
-  counts_[(numRows - 1) * size] = 1;
+  counts_.reserve(firstCount(0) + size);
+  counts_.resize(size);
+  counts_[0] = 1;
   for (std::int32_t p = numPositions() - 1; p >= 0; --p) {
+    counts_.resize(firstCount(p) + size);
     for (const ExpansionChoice &choice : choices_.at(p)) {
+      QOC_TRY(meter.add(workPerLength * size));
       const auto added = static_cast<std::size_t>(numSymbolsOf(choice));
-      QOC_TRY(meter.add(2 * size));
       for (std::size_t length = 0; length + added < size; ++length) {
-        std::uint64_t &count = counts_[static_cast<std::size_t>(p) * size + length + added];
-        count = saturatingSum(count, counts_[static_cast<std::size_t>(p + choice.numRead) * size + length]);
+        std::uint64_t &count = counts_[firstCount(p) + length + added];
+        count = saturatingSum(count, counts_[firstCount(p + choice.numRead) + length]);
       }
     }
   }
   numVariants_ = 0;
   for (std::size_t length = 0; length < size; ++length) {
-    numVariants_ = saturatingSum(numVariants_, counts_[length]);
+    numVariants_ = saturatingSum(numVariants_, counts_[firstCount(0) + length]);
   }
   return QSYS_STATUS_OK;
 }

@@ -71,7 +71,7 @@ class ReadingVariants {
     if (counts_.empty()) {
       return qsys_attention_check();  // One more look of a ready handler tells nobody anything.
     }
-    const auto counts = std::span(counts_).subspan(static_cast<std::size_t>(position) * numLengths(), numLengths());
+    const auto counts = std::span(counts_).subspan(firstCount(position), numLengths());
     std::int64_t times = 0;
     for (std::size_t i = 0; i < counts.size(); ++i) {
       if (counts[i] > 0) {
@@ -99,6 +99,10 @@ class ReadingVariants {
     return numbers_[firstChoices_[static_cast<std::size_t>(position)] + choice];
   }
   std::size_t numLengths() const noexcept { return 2 * static_cast<std::size_t>(numPositions()) + 1; }
+  /// Where the counts of a position begin: those of the last one come first, as they are counted.
+  std::size_t firstCount(std::int32_t position) const noexcept {
+    return static_cast<std::size_t>(numPositions() - position) * numLengths();
+  }
   qsys_status makeSymbols();
   void findLengths();
   qsys_status countVariants();
@@ -112,7 +116,7 @@ class ReadingVariants {
   std::vector<ChoiceNumbers> numbers_;     // Of all choices.
   std::size_t numNodes_ = 0;
   std::vector<Lengths> lengths_;
-  std::vector<std::uint64_t> counts_;  // By position and length, where attention is counted.
+  std::vector<std::uint64_t> counts_;  // By position, from the last on, and length, where attention is counted.
   std::uint64_t numVariants_ = 1;
 };
 

@@ -3,12 +3,16 @@
 #include <algorithm>
 
 #include "frame/frame.hpp"
+#include "platform/containers/shared_elements.hpp"
 #include "run/result_set_ops.hpp"
 #include "text/shared_reading.hpp"
 
+using qoc::ElementPool;
 using qoc::present;
 
 namespace {
+
+using Status = qoc_ocrDictionaryPositionStatus;
 
 /// Takes inserted positions out of a result.
 qsys_status removeInserted(qoc_ocrDictionaryResult &result) {
@@ -116,13 +120,27 @@ qsys_status qoc_ocrDictionaryResultSet_finalize(qoc_ocrDictionaryResultSet *set,
   if (params == nullptr) {
     return QSYS_STATUS_OK;
   }
+  // The statuses of many results share blocks, in vectors that have no storage yet.
+  const auto isFresh = [](const qoc_ocrDictionaryResult &result) {
+    const qstd_vector &statuses = result.statusWRTInputStringSwapChar.core;
+    return statuses.elements == nullptr && statuses.memory == nullptr;
+  };
+  std::size_t expected = 0;
+  for (const qoc_ocrDictionaryResult &result : qoc::view(set->results)) {
+    expected += isFresh(result) ? ElementPool::sizeOf(qoc::view(result.given).size(), sizeof(Status)) : 0;
+  }
+  ElementPool pool(expected);
   for (qoc_ocrDictionaryResult &result : qoc::edit(set->results)) {
     if (params->finalizeEachResult != 0) {
       QOC_TRY(removeInserted(result));
     }
     const auto statuses = qoc::statusesOf(result);
     result.resultStringLineStatus = statuses.empty() ? 0 : std::ranges::max(statuses);
-    if (result.isComputed != 0) {
+    if (result.isComputed != 0 && isFresh(result)) {
+      void *elements = nullptr;
+      QOC_TRY(pool.place(result.statusWRTInputStringSwapChar.core, qoc::sizeOf(result.given), elements));
+      qoc::fillStatusWRTInputString(result, qoc::editAs<Status>(result.statusWRTInputStringSwapChar));
+    } else if (result.isComputed != 0) {
       QOC_TRY(qoc_ocrDictionaryResult_getStatusWRTInputStringSwapChar(&result, &result.statusWRTInputStringSwapChar));
     }
   }
