@@ -280,23 +280,12 @@ class VariantMatcher {
 
   /// Makes and matches the variants that are near some word; the others would give no results.
   qsys_status matchNear(const LexiconIndex &index) {
-    ExpansionChoices choices;
-    QOC_TRY(choices.find(*set_.expansion, reading_, &set_));
-    VariantLattice lattice;
+    ReadingVariants variants(reading_, set_);
+    QOC_TRY(variants.expand());
     const std::int32_t maxEdits = params_ != nullptr ? std::max(params_->maxEdits, 0) : 0;
-    QOC_TRY(lattice.build(reading_, choices, &set_, maxEdits));
-    const bool isCounted = isAttentionCounted();
-    std::uint64_t numVariants = 1;
-    if (isCounted) {
-      lattice.countVariants();
-      numVariants = 0;
-      for (const std::uint64_t number : lattice.numVariantsFrom(0)) {
-        numVariants += std::min(number, std::numeric_limits<std::uint64_t>::max() - numVariants);
-      }
-    }
-    QOC_TRY(checkAttention(static_cast<std::int64_t>(std::min<std::uint64_t>(numVariants, INT64_MAX))));
-    QOC_TRY(addNearWords(index, lattice, maxEdits));
-    return walk(lattice, choices, isCounted);
+    VariantLattice lattice(variants, &set_, maxEdits);
+    QOC_TRY(addNearWords(index, variants, lattice, maxEdits));
+    return walk(variants, lattice);
   }
 
  private:
@@ -311,13 +300,14 @@ class VariantMatcher {
     return takeVariantsResults(results_, scratch_, reading_, inputIndices, isFirst, params_);
   }
 
-  qsys_status addNearWords(const LexiconIndex &index, VariantLattice &lattice, std::int32_t maxEdits) {
+  qsys_status addNearWords(const LexiconIndex &index, const ReadingVariants &variants, VariantLattice &lattice,
+                           std::int32_t maxEdits) {
     IndexQuery query;
     const ReadingMatches &symbols = lattice.symbolMatches();
     index.prepare(symbols, {0, symbols.size()}, query);
     const auto words = view(lexicon_.strings);
-    const WordRange shortest = findLengthRange(lexicon_, lattice.leastLength(), params_);
-    const WordRange longest = findLengthRange(lexicon_, lattice.mostLength(), params_);
+    const WordRange shortest = findLengthRange(lexicon_, variants.leastLength(0), params_);
+    const WordRange longest = findLengthRange(lexicon_, variants.mostLength(0), params_);
     for (std::int32_t word = shortest.first; word < longest.end; ++word) {
       if (word % wordsPerPoll == 0 && !isAttentionCounted()) {
         QOC_TRY(qsys_attention_check());  // One more look of a ready handler tells nobody anything.
@@ -331,7 +321,7 @@ class VariantMatcher {
     return QSYS_STATUS_OK;
   }
 
-  qsys_status walk(VariantLattice &lattice, const ExpansionChoices &choices, bool isCounted) {
+  qsys_status walk(const ReadingVariants &variants, VariantLattice &lattice) {
     qoc_ocrDictionaryStringMulti variant;
     qstd_vector32s inputIndices;
     return inFrame<2>([&](Frame<2> &frame) -> qsys_status {
@@ -339,31 +329,16 @@ class VariantMatcher {
       frame.local<qoc_ocrDictionaryStringMulti_destruct>(&variant);
       QOC_TRY(qstd_vector32s_constructEmpty(&inputIndices));
       frame.local<qstd_vector32s_destruct>(&inputIndices);
-      const auto visit = [&](std::span<const VariantLattice::Step> steps, bool isFirst,
+      const auto visit = [&](std::span<const ReadingVariants::Step> steps, bool isFirst,
                              std::span<const std::int32_t> near) -> qsys_status {
-        QOC_TRY(qstd_vector_qoc_ocrDictionaryCharMulti_clear(&variant.positions));
-        QOC_TRY(qstd_vector32s_clear(&inputIndices));
-        for (const auto &[position, choice] : steps) {
-          QOC_TRY(appendChoice(choices.at(position)[choice], position, reading_, &variant, &inputIndices));
-        }
+        QOC_TRY(variants.make(steps, variant, inputIndices));
         return matchOne(variant, inputIndices, isFirst, near);
       };
       const auto pass = [&](std::int32_t position, std::int32_t length) -> qsys_status {
-        if (!isCounted) {
-          return qsys_attention_check();
-        }
         QOC_TRY(stopEarly(params_, results_, working_));
-        const auto numVariants = lattice.numVariantsFrom(position);
-        std::int64_t times = 0;
-        for (std::size_t i = 0; i < numVariants.size(); ++i) {
-          if (numVariants[i] > 0) {
-            const std::int64_t each =
-                numPolls(findLengthRange(lexicon_, length + static_cast<std::int32_t>(i), workingParams()));
-            const bool isTooMuch = each > 0 && numVariants[i] > static_cast<std::uint64_t>((INT64_MAX - times) / each);
-            times = isTooMuch ? INT64_MAX : times + each * static_cast<std::int64_t>(numVariants[i]);
-          }
-        }
-        return checkAttention(times);
+        return variants.passOver(position, length, [&](std::int32_t whole) {
+          return numPolls(findLengthRange(lexicon_, whole, workingParams()));
+        });
       };
       return lattice.walk(visit, pass);
     });
@@ -380,8 +355,6 @@ class VariantMatcher {
   qoc_ocrDictionaryRunParams working_;
 };
 
-/// Longer readings have too many numbers of variants to be counted for a handler that is to be asked for each.
-constexpr std::int32_t maxCountedPositions = 1000;
 constexpr std::int32_t maxEditsInLattice = 200;
 
 qsys_status matchVariants(const qoc_ocrDictionaryLexicon &lexicon, const qoc_ocrDictionaryStringMulti &reading,
@@ -391,13 +364,11 @@ qsys_status matchVariants(const qoc_ocrDictionaryLexicon &lexicon, const qoc_ocr
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
     QOC_TRY(makeLocal(frame, scratch));
     const LexiconRoads &roads = lexiconRoads();
-    const LexiconIndex *index = roads.usesIndex && roads.usesLattice ? indexOf(lexicon) : nullptr;
+    const LexiconIndex *index = roads.usesIndex && usesLattice(reading) ? indexOf(lexicon) : nullptr;
     const bool isInReach = params == nullptr || (params->matchOption9 == 0 && params->maxEdits >= 0 &&
                                                  params->maxEdits <= maxEditsInLattice);
-    const bool isCountable = !isAttentionCounted() || sizeOf(reading) <= maxCountedPositions;
     VariantMatcher matcher(lexicon, reading, params, set, scratch, results);
-    return index != nullptr && isInReach && isCountable && sizeOf(reading) > 0 ? matcher.matchNear(*index)
-                                                                               : matcher.matchEach();
+    return index != nullptr && isInReach ? matcher.matchNear(*index) : matcher.matchEach();
   });
 }
 

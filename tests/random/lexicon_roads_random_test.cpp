@@ -1,10 +1,8 @@
 // Random comparison of every way that the match of a word list can take, with the reference model and with each other.
 
-#include <utility>
-
-#include "kinds/lexicon_roads.hpp"
 #include "random/random_cases.hpp"
 #include "random/swap_record.hpp"
+#include "random/taken_roads.hpp"
 #include "reference/lexicon.hpp"
 
 namespace random_cases {
@@ -13,18 +11,6 @@ namespace {
 using qoc::LexiconRoads;
 using reference::Polls;
 using reference::ResultSet;
-
-/** Takes the given roads in this thread while it lives. */
-class Roads {
- public:
-  explicit Roads(const LexiconRoads &roads) : before_(std::exchange(qoc::lexiconRoads(), roads)) {}
-  ~Roads() { qoc::lexiconRoads() = before_; }
-  Roads(const Roads &) = delete;
-  Roads &operator=(const Roads &) = delete;
-
- private:
-  LexiconRoads before_;
-};
 
 /** All ways, the plainest last; tries also for the shortest lists, so that small cases go through them. */
 constexpr LexiconRoads allRoads[] = {{true, true, true, true, 0},     {true, true, true, true, 512},
