@@ -3,6 +3,7 @@
 #include "resolve/knowledge.hpp"
 
 #include "platform/containers/view.hpp"
+#include "platform/regex/shared_expression.hpp"
 #include "platform/system/present.hpp"
 
 namespace qoc {
@@ -21,6 +22,15 @@ qsys_status Knowledge::take(const qoc_ocrDictionary &dictionary) {
   }
   words.finish();
   return QSYS_STATUS_OK;
+}
+
+bool Knowledge::admitsLength(std::int64_t length) const {
+  const auto all = viewAs<qoc_ocrDictionaryRegularExpression>(*expressions.get());
+  return fieldings->core.size > 0 ||
+         std::any_of(all.begin(), all.end(), [&](const qoc_ocrDictionaryRegularExpression &expression) {
+           const Expression &compiled = expressionOf(expression.regex);
+           return length >= compiled.minLength() && length <= compiled.maxLength();
+         });
 }
 
 qsys_status Knowledge::match(qoc_ocrDictionaryMode mode, std::int32_t entry,
