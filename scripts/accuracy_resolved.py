@@ -24,15 +24,14 @@ KINDS = ("serial", "date", "lot", "word", "name", "vin", "iban")
 NUM_SPLITS = 20
 WRONG_RATE = 0.015  # What a margin may let through where it is tuned.
 LEFT_OUT = "sets left out"
-# The numbers that matter, and the confusions: what is tried for each where everything is tuned on one half of the
-# lines. All combinations are.
+# What is tried for the rules where they are tuned on one half of the lines: first how candidates are weighed and which
+# confusions there are, then what a swap and a missing character cost, too. All combinations are.
 TUNED = {
+    LEFT_OUT: ([], ["ocr-slashed-zeros"]),
     "alternativePenalty": (10, 25, 40),
     "laterPenalty": (10, 20, 30),
-    "swapPenalty": (60, 90),
-    "missingPenalty": (40, 55, 70),
-    LEFT_OUT: ([], ["ocr-slashed-zeros"]),
 }
+TUNED_TOO = TUNED | {"swapPenalty": (60, 90), "missingPenalty": (40, 55, 70)}
 
 
 class Column:
@@ -124,14 +123,30 @@ def ranked(answers):
     return sorted((answer for answer in answers if answer.can_be_sure), key=lambda answer: -answer.margin)
 
 
+def by_margin(answers):
+    """From the greatest margin down: the margin, and how many lines are right and wrong when all from there are taken."""
+    right = wrong = 0
+    for margin, equal in itertools.groupby(ranked(answers), key=lambda answer: answer.margin):
+        for answer in equal:
+            right, wrong = right + answer.is_right(), wrong + (not answer.is_right())
+        yield margin, right, wrong
+
+
 def tuned_margin(answers):
-    """The margin with the most right lines among those with few enough wrong ones, and how many these are."""
-    best, right, wrong, margin = 0, 0, 0, float("inf")
-    for answer in ranked(answers):
-        right, wrong = right + answer.is_right(), wrong + (not answer.is_right())
-        if wrong <= WRONG_RATE * len(answers) and right > best:
-            best, margin = right, answer.margin
-    return margin, best
+    """The margin with the most right lines among those with few enough wrong ones."""
+    allowed = [(right, margin) for margin, right, wrong in by_margin(answers) if wrong <= WRONG_RATE * len(answers)]
+    return max(allowed, default=(0, float("inf")))[1]
+
+
+def merit(answers):
+    """How good rules are, whatever the margin: the right lines where no wrong one is allowed, or one, or up to a few more
+    than may be, added up. One number alone would follow chance."""
+    most = round(WRONG_RATE * len(answers)) + 2
+    best = [0] * (most + 1)
+    for _, right, wrong in by_margin(answers):
+        for k in range(wrong, most + 1):
+            best[k] = max(best[k], right)
+    return sum(best)
 
 
 def halves(num_lines):
@@ -155,17 +170,20 @@ def cross_validated(choices):
     num_lines = len(choices[0])
     sums = [0, 0]
     for tuning, testing in halves(num_lines):
-        margins = [tuned_margin([answers[i] for i in tuning]) for answers in choices]
-        best = max(range(len(choices)), key=lambda k: margins[k][1])
-        right, wrong, *_ = count(choices[best][i].verdict(margins[best][0]) for i in testing)
+        best = max(choices, key=lambda answers: merit([answers[i] for i in tuning]))
+        margin = tuned_margin([best[i] for i in tuning])
+        right, wrong, *_ = count(best[i].verdict(margin) for i in testing)
         sums = [sums[0] + right, sums[1] + wrong]
     return [100 * n / NUM_SPLITS / num_lines for n in sums]
 
 
-def rules_tried():
-    """Every way to set the tuned rules."""
-    for values in itertools.product(*TUNED.values()):
-        yield dict(zip(TUNED, values))
+def rules_tried(tuned):
+    """Every way to set the rules."""
+    return [dict(zip(tuned, values)) for values in itertools.product(*tuned.values())]
+
+
+def as_text(tuned):
+    return "; ".join(f"`{name}` {', '.join(map(str, values))}" for name, values in tuned.items() if name != LEFT_OUT)
 
 
 def answers_of(program, directory, everything, every, column):
@@ -177,11 +195,8 @@ def answers_of(program, directory, everything, every, column):
 
 def curve(answers):
     """By margin: per cent right and per cent wrong of all lines when everything from there on is taken."""
-    points, right, wrong = [], 0, 0
-    for answer in ranked(answers):
-        right, wrong = right + answer.is_right(), wrong + (not answer.is_right())
-        points.append((answer.margin, 100 * right / len(answers), 100 * wrong / len(answers)))
-    return points
+    return [(margin, 100 * right / len(answers), 100 * wrong / len(answers))
+            for margin, right, wrong in by_margin(answers)]
 
 
 def picture(points, default):
@@ -216,10 +231,10 @@ def picture(points, default):
     return "\n".join(parts) + "\n"
 
 
-def default_margin():
-    """The program's own, in points, as its header says."""
+def default_rule(name):
+    """A number of the library's own rules, in points."""
     source = (ROOT / "src" / "resolve" / "resolver_records.cpp").read_text(encoding="utf-8")
-    return int(source.split("minMargin = ")[1].split(";")[0]) / 100
+    return int(source.split(f"rules->{name} = ")[1].split(";")[0]) / 100
 
 
 def section(program, directory, everything, every, writes_picture):
@@ -244,9 +259,13 @@ def section(program, directory, everything, every, writes_picture):
     shares = [cell([f"{100 * n / num_lines:.1f}" for n in counts]) for counts in totals]
     lines.append("| per cent | | " + " | ".join(shares) + " |")
     right, wrong = cross_validated([default])
-    tried = [answers_of(program, directory, everything, every, Column("", rules=rules)) for rules in rules_tried()]
-    tuned_right, tuned_wrong = cross_validated(tried)
-    margin = default_margin()
+    tried = [(rules, answers_of(program, directory, everything, every, Column("", rules=rules)))
+             for rules in rules_tried(TUNED_TOO)]
+    usual = rules_tried({name: (default_rule(name),) for name in TUNED_TOO if name not in TUNED})[0]
+    few = [answers for rules, answers in tried if all(rules[name] == value for name, value in usual.items())]
+    few_right, few_wrong = cross_validated(few)
+    all_right, all_wrong = cross_validated([answers for _, answers in tried])
+    margin = default_rule("minMargin")
     if writes_picture:
         PICTURE.write_text(picture(curve(default), margin), encoding="utf-8")
     text = "\n".join(lines) + f"""
@@ -261,10 +280,11 @@ The default margin is {margin:g} points. Where the margin is tuned on one half o
 most {100 * WRONG_RATE:g} % wrong ones) and counted on the other half, and the reverse, {right:.1f} % are right and
 {wrong:.1f} % wrong, the mean of {NUM_SPLITS} ways to halve them.
 
-The same where the penalties and the confusions are chosen on the one half, too, with the margin:
-**{tuned_right:.1f} % are right and {tuned_wrong:.1f} % wrong.** Tried are all {len(tried)} combinations of
-{", ".join(f"`{name}` {', '.join(map(str, values))}" for name, values in TUNED.items() if name != LEFT_OUT)}, with and without
-the set `ocr-slashed-zeros`. Other numbers of the rules hardly matter here, or (free text) stay as they were fitted on all
+The same where the weight of other candidates and the confusions are chosen on the one half with the margin:
+**{few_right:.1f} % are right and {few_wrong:.1f} % wrong.** Tried are all {len(few)} combinations of
+{as_text(TUNED)}; with and without the set `ocr-slashed-zeros`. With what swaps and missing characters cost, too
+({as_text({name: values for name, values in TUNED_TOO.items() if name not in TUNED})}: {len(tried)} combinations), {all_right:.1f} % are right and {all_wrong:.1f} % wrong: so many choices
+begin to follow chance. The other numbers of the rules hardly matter here, or (free text) stay as they were fitted on all
 lines.
 
 ![Right against wrong lines as the margin falls](accuracy-margin.svg)
@@ -318,6 +338,35 @@ With it added to the dictionaries of `examples/resolve/` the lines come out {wit
 it was learnt from these very lines: this engine lists nearly everything that it confuses among its candidates, and what
 is learnt of characters that are not there the program's own confusions say already. So it is in none of these
 dictionaries.
+"""
+
+
+def without_scores(reading, has_candidates):
+    """The reading as an engine would give it that tells no scores."""
+    bare = {"id": reading["id"], "kind": reading["kind"], "truth": reading["truth"]}
+    if not has_candidates:
+        return bare | {"text": reading["text"]}
+    return bare | {"positions": [[[character, 0] for character, _ in position] for position in reading["positions"]]}
+
+
+def bare_section(program, directory, everything, every):
+    """What comes of readings without scores."""
+    lines = ["| kind | lines | candidates in their order | text alone |", "|---|---|---|---|"]
+    totals = [[0] * 4, [0] * 4]
+    for kind in KINDS:
+        readings = [reading for reading in everything if reading["kind"] == kind][::every]
+        row = [count(answer.verdict() for answer in
+                     run(program, directory, COLUMNS[-1], kind,
+                         [without_scores(reading, has_candidates) for reading in readings]))
+               for has_candidates in (True, False)]
+        totals = [[a + b for a, b in zip(total, counts)] for total, counts in zip(totals, row)]
+        lines.append(f"| {kind} | {len(readings)} | " + " | ".join(map(cell, row)) + " |")
+    lines.append(f"| all | {sum(totals[0])} | " + " | ".join(map(cell, totals)) + " |")
+    return "\n".join(lines) + """
+
+The same readings with the default dictionaries and all scores taken away. A text is called sure where no other has as
+few differences from the first candidates: a line that was misread into another text of the dictionary is then sure and
+wrong, and nothing can show it. Only check digits help.
 """
 
 

@@ -117,10 +117,11 @@ class Resolving {
     return std::max(best, std::min(best + greatestMargin(), freeText_));
   }
 
-  /// Whether the dictionary may have texts that the results do not show but for their words.
+  /// Whether a fielding or an expression may have results that the set does not show: those of equal rank that another
+  /// entry has are not in it.
   bool knowsMoreShapes() const {
     return knowledge_ != nullptr && knowledge_->numShapes() > 0 &&
-           (params_.returnBestOnly != 0 || knowledge_->numShapes() > 1);
+           (params_.returnBestOnly != 0 || knowledge_->numShapes() > 1 || knowledge_->words.size() > 0);
   }
   /// Whether it takes the entry to know a result's checks; the results do not tell it.
   bool needsChecksOfEntries() const { return hasChecks() && knowledge_ != nullptr && knowledge_->numShapes() > 1; }

@@ -30,6 +30,7 @@ struct Case {
         reading.back().push_back({static_cast<Char32>("0126"[random.below(4)]), random.below(30)});
       }
     }
+    reading.front().front().score = random.between(1, 30);  // Without any score other rules hold.
     if (random.oneIn(2)) require(qoc_swapCharSet_setSingleSwap(swaps, '0', '6'));
     for (int32_t *penalty :
          {&rules->alternativePenalty, &rules->laterPenalty, &rules->swapPenalty, &rules->substitutedPenalty,

@@ -84,9 +84,9 @@ struct Setting {
 TEST(Resolver, TakesTheCandidatesThatTheEntryAdmitsByTheirScores) {
   Setting setting;
   setting.addLine("A99");
-  EXPECT_EQ(setting("890|B80 190|790|I20 O70|060"), "unsure: B10 228 +1, B70 227");
-  setting.rules->minMargin = 1;
-  EXPECT_EQ(setting("890|B80 190|790|I20 O70|060"), "sure: B10 228 +1, B70 227");
+  EXPECT_EQ(setting("890|B80 190|789|I20 O70|060"), "unsure: B10 228 +2, B70 226");
+  setting.rules->minMargin = 2;
+  EXPECT_EQ(setting("890|B80 190|789|I20 O70|060"), "sure: B10 228 +2, B70 226");
 }
 
 TEST(Resolver, TakesNoTextWhereNothingFits) {
@@ -99,7 +99,7 @@ TEST(Resolver, TakesNoTextWhereNothingFits) {
 TEST(Resolver, CountsNoCandidateForMoreThanTheFirst) {
   Setting setting;
   setting.addLine("9");
-  EXPECT_EQ(setting("170|790"), "unsure: 1 70 +1, 7 69");
+  EXPECT_EQ(setting("170|790"), "unsure: 1 70 +0, 7 70");
 }
 
 TEST(Resolver, GivesASwapTheScoreOfItsCandidateLessAPenalty) {
@@ -159,9 +159,11 @@ TEST(Resolver, DoesNotTakeAnOpenOrUncheckedTextWithoutScoresForSure) {
   Setting setting;
   setting.params->maxEdits = 1;
   setting.addLine("99");
-  EXPECT_EQ(setting("10"), "unsure: 1? -60 +0, ?1 -60 +0");
+  EXPECT_EQ(setting("10"), "unsure: ?1 -60 +0, 1? -60 +0");
   setting.addCheck(qoc_ocrDictionaryMode_fielding, 0, qoc_checkDigitMethod_luhn);
   EXPECT_EQ(setting("10 80"), "sure: 18 0 +0");
+  EXPECT_EQ(setting("10 70"), "unsure: 67 -50 +0, 18 -50 +0");
+  setting.params->maxEdits = 0;
   EXPECT_EQ(setting("10 70"), "unsure: 17 0 +0");
 }
 

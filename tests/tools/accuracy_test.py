@@ -23,7 +23,10 @@ class AccuracyTest(ProgramTest):
 
     def test_a_part_of_the_readings(self):
         matched, rest = self.report("--every", "10").split("## One text for each line\n")
-        resolved, learnt = rest.split("## What is learnt of the reader\n")
+        rest, learnt = rest.split("## What is learnt of the reader\n")
+        resolved, bare = rest.split("## Readings without scores\n")
+        self.assertEqual([row[0] for row in self.tables(bare)],
+                         ["kind", "serial", "date", "lot", "word", "name", "vin", "iban", "all"])
         by_kind, shipped = learnt.split("The ready set `ocr-learnt`")
         self.assertEqual(len(self.tables(by_kind)), 8)
         self.assertGreater(len(self.tables(shipped)), 3)
