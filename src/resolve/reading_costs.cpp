@@ -24,6 +24,7 @@ bool hasScores(std::span<const qoc_ocrDictionaryCharMulti> positions) {
 Confusions::Confusions(const qoc_ocrDictionaryResolverRules &rules) {
   for (const qoc_ocrDictionaryConfusion &confusion : viewAs<qoc_ocrDictionaryConfusion>(rules.confusions)) {
     entries_.push_back({keyOf(confusion.read, confusion.meant), entries_.size(), confusion});
+    haveMissing_ = haveMissing_ || confusion.read == QOC_CHAR_EMPTY;
   }
   std::sort(entries_.begin(), entries_.end(),
             [](const Entry &a, const Entry &b) { return a.key != b.key ? a.key < b.key : a.place < b.place; });
@@ -50,11 +51,6 @@ Cost Penalties::extra(Char32 read, Cost score) const {
   const auto *confusion = confusions_.find(read, QOC_CHAR_EMPTY);
   return difference_ +
          (confusion != nullptr ? Cost{confusion->swapPenalty} : std::max<Cost>(score + rules_.extraPenalty, 0));
-}
-
-Cost Penalties::missing(Char32 meant) const {
-  const auto *confusion = confusions_.find(QOC_CHAR_EMPTY, meant);
-  return difference_ + (confusion != nullptr ? confusion->swapPenalty : rules_.missingPenalty);
 }
 
 Cost Penalties::leastMissing() const {

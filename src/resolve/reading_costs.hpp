@@ -33,6 +33,8 @@ class Confusions {
   explicit Confusions(const qoc_ocrDictionaryResolverRules &rules);
 
   const qoc_ocrDictionaryConfusion *find(Char32 read, Char32 meant) const;
+  /// Whether some missing character has a penalty of its own.
+  bool haveMissing() const { return haveMissing_; }
 
  private:
   struct Entry {
@@ -41,6 +43,7 @@ class Confusions {
     qoc_ocrDictionaryConfusion confusion;
   };
   std::vector<Entry> entries_;  // By rising key.
+  bool haveMissing_ = false;
 };
 
 /// What differences from a reading lose under some rules.
@@ -63,7 +66,10 @@ class Penalties {
   /// What leaving the character out costs in all.
   Cost extra(Char32 read, Cost score) const;
   Cost doubled() const { return difference_ + rules_.doubledPenalty; }
-  Cost missing(Char32 meant) const;
+  Cost missing(Char32 meant) const {
+    const auto *confusion = confusions_.haveMissing() ? confusions_.find(QOC_CHAR_EMPTY, meant) : nullptr;
+    return difference_ + (confusion != nullptr ? confusion->swapPenalty : rules_.missingPenalty);
+  }
   /// The least that any missing character costs.
   Cost leastMissing() const;
 

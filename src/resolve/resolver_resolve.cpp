@@ -189,7 +189,7 @@ class Resolving {
       for (const Choice &choice : costs_.choices(slot.input)) {
         const bool isShown = std::any_of(slot.choices.begin(), slot.choices.end(),
                                          [&](const Choice &shown) { return shown.code == choice.code; });
-        if (choice.cost <= limit && !isShown) {
+        if (choice.cost <= limit && !isShown && knowledge_->admits(i, choice.code)) {
           return false;
         }
       }

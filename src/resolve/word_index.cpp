@@ -190,16 +190,22 @@ Cost WordTable::relax(std::span<const Char32> word, std::size_t depth, Cost limi
     begin = std::min(begin, rows_[depth - above].firstLive);
     if (rows_[depth - above].lastLive >= 0) end = std::max(end, rows_[depth - above].lastLive + 2);
   }
-  for (std::int32_t i = std::max(begin, first(depth)); i <= std::min(std::max(end, row.lastLive + 1), last(depth)); ++i) {
-    forEachStep(word, depth, i, [&](const Step &step) {
-      const std::size_t from = depth - static_cast<std::size_t>(step.characters);
-      const std::int32_t counted = countsEdits_ ? step.edits : 0;
-      for (std::int32_t e = counted; e <= numEdits_; ++e) {
-        const Cost before = table.at(from, i - step.inputs, e - counted);
-        Cost &here = at(depth, i, e);
-        if (before < noWay && before + step.cost < here && before + step.cost <= limit) here = before + step.cost;
-      }
-    });
+  const bool isPlain = countsEdits_ && swaps_.isEmpty() && depth > 0;
+  const std::int32_t lowest = std::max(begin, first(depth));
+  for (std::int32_t i = lowest; i <= std::min(std::max(end, row.lastLive + 1), last(depth)); ++i) {
+    if (isPlain) {
+      takePlainSteps(word[depth - 1], depth, i, limit);
+    } else {
+      forEachStep(word, depth, i, [&](const Step &step) {
+        const std::size_t from = depth - static_cast<std::size_t>(step.characters);
+        const std::int32_t counted = countsEdits_ ? step.edits : 0;
+        for (std::int32_t e = counted; e <= numEdits_; ++e) {
+          const Cost before = table.at(from, i - step.inputs, e - counted);
+          Cost &here = at(depth, i, e);
+          if (before < noWay && before + step.cost < here && before + step.cost <= limit) here = before + step.cost;
+        }
+      });
+    }
     for (std::int32_t e = 0; e <= numEdits_; ++e) {
       const Cost here = at(depth, i, e);
       if (here >= noWay) continue;
@@ -209,6 +215,33 @@ Cost WordTable::relax(std::span<const Char32> word, std::size_t depth, Cost limi
     }
   }
   return least;
+}
+
+/// The steps of forEachStep where every edit is counted and nothing is swapped together, for all numbers of edits.
+void WordTable::takePlainSteps(Char32 code, std::size_t depth, std::int32_t input, Cost limit) {
+  const auto cells = [&](std::size_t row, std::int32_t i) -> Cost * {
+    return i >= first(row) && i <= last(row) ? &at(row, i, 0) : nullptr;
+  };
+  Cost *here = cells(depth, input);
+  const auto take = [&](const Cost *from, Cost cost, std::int32_t edits) {
+    if (from == nullptr || cost >= noWay) return;
+    for (std::int32_t e = edits; e <= numEdits_; ++e) {
+      const Cost reached = from[e - edits] + cost;  // Beyond the limit where there is no way.
+      if (reached < here[e] && reached <= limit) here[e] = reached;
+    }
+  };
+  const bool allowsExtra = numEdits_ > 0 && reach_.allowsExtra;
+  if (input > 0) {
+    const Cost *diagonal = cells(depth - 1, input - 1);
+    const Cost shown = costs_.match(input - 1, code);
+    take(diagonal, shown, 0);
+    if (numEdits_ > 0 && reach_.allowsSubstitution) take(diagonal, costs_.substituted(input - 1), 1);
+    if (allowsExtra && input > 1 && shown < noWay) {
+      take(cells(depth - 1, input - 2), shown + costs_.extra(input - 2, QOC_CHAR_EMPTY, code), 1);
+    }
+  }
+  if (numEdits_ > 0 && reach_.allowsMissing) take(cells(depth - 1, input), costs_.penalties().missing(code), 1);
+  if (allowsExtra && input > 0) take(cells(depth, input - 1), costs_.extra(input - 1, code, QOC_CHAR_EMPTY), 1);
 }
 
 Cost WordTable::extend(std::span<const Char32> word, std::size_t depth, Cost limit) {

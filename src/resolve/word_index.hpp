@@ -111,6 +111,7 @@ class WordTable {
   Cost at(std::size_t depth, std::int32_t input, std::int32_t edits) const;
   void fillFirstRow();
   Cost relax(std::span<const Char32> word, std::size_t depth, Cost limit);
+  void takePlainSteps(Char32 code, std::size_t depth, std::int32_t input, Cost limit);
   Cost suffixCost(std::int32_t input) const;
 
   const ReadingCosts &costs_;
