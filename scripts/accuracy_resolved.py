@@ -272,9 +272,9 @@ def section(program, directory, everything, every, writes_picture):
 
 Each cell says how many lines are right, wrong, unsure and without a text: right and wrong are those that the program
 calls "sure". Raw is the engine's own text, taken as it is. The columns after it take the candidates of every position;
-with confusions (the swaps of the ready sets `ocr-look-alikes` and, but for words, `ocr-slashed-zeros`); with edits (one, for words two and for names three);
-with both; and with the check digits that vehicle and account codes have, which is what the dictionaries of
-`examples/resolve/` give as they stand.
+with confusions (the swaps of the ready sets `ocr-look-alikes` and, but for words and names, `ocr-slashed-zeros`); with
+edits (one, for words two and for names three); with both; and with the check digits that vehicle and account codes have,
+which is what the dictionaries of `examples/resolve/` give as they stand.
 
 The default margin is {margin:g} points. Where the margin is tuned on one half of the lines (the most right lines with at
 most {100 * WRONG_RATE:g} % wrong ones) and counted on the other half, and the reverse, {right:.1f} % are right and
@@ -282,10 +282,11 @@ most {100 * WRONG_RATE:g} % wrong ones) and counted on the other half, and the r
 
 The same where the weight of other candidates and the confusions are chosen on the one half with the margin:
 **{few_right:.1f} % are right and {few_wrong:.1f} % wrong.** Tried are all {len(few)} combinations of
-{as_text(TUNED)}; with and without the set `ocr-slashed-zeros`. With what swaps and missing characters cost, too
-({as_text({name: values for name, values in TUNED_TOO.items() if name not in TUNED})}: {len(tried)} combinations), {all_right:.1f} % are right and {all_wrong:.1f} % wrong: so many choices
-begin to follow chance. The other numbers of the rules hardly matter here, or (free text) stay as they were fitted on all
-lines.
+{as_text(TUNED)}; with and without the set `ocr-slashed-zeros`.
+With what swaps and missing characters cost, too
+({as_text({name: values for name, values in TUNED_TOO.items() if name not in TUNED})}),
+all {len(tried)} combinations, {all_right:.1f} % are right and {all_wrong:.1f} % wrong: so many choices begin to follow
+chance. The other numbers of the rules hardly matter here, or (free text) stay as they were fitted on all lines.
 
 ![Right against wrong lines as the margin falls](accuracy-margin.svg)
 """
@@ -334,10 +335,10 @@ The ready set `ocr-learnt` is what `qoc learn` finds at its own threshold of 3 i
 
 """ + "\n".join(shipped) + f"""
 
-With it added to the dictionaries of `examples/resolve/` the lines come out {with_learnt}, and {default} without it, although
-it was learnt from these very lines: this engine lists nearly everything that it confuses among its candidates, and what
-is learnt of characters that are not there the program's own confusions say already. So it is in none of these
-dictionaries.
+With it added to the dictionaries of `examples/resolve/` the lines come out {with_learnt}, and
+{default} without it, although it was learnt from these very lines: it gains nothing here. This engine lists
+nearly everything that it confuses among its candidates, and most of what is learnt of characters that are not there the
+program's own confusions say already. So it is in none of these dictionaries.
 """
 
 
