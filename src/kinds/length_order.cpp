@@ -49,19 +49,23 @@ class Places {
 
 }  // namespace
 
-std::vector<std::int32_t> orderByLength(std::span<const std::int32_t> lengths) {
+std::vector<std::int32_t> orderByLength(std::span<const std::int32_t> lengths, WorkMeter &meter) {
   std::vector<std::int32_t> order(lengths.size());
   std::iota(order.begin(), order.end(), 0);
   if (std::ranges::is_sorted(lengths)) {
     return order;
   }
   std::vector<std::int32_t> distinct(lengths.begin(), lengths.end());
-  std::ranges::sort(distinct);
+  std::ranges::sort(distinct, [&meter](std::int32_t a, std::int32_t b) {
+    meter.spend(1);
+    return a < b;
+  });
   distinct.erase(std::unique(distinct.begin(), distinct.end()), distinct.end());
   // From here on a length is its rank among the different ones.
   std::vector<std::int32_t> ranks(lengths.size());
   std::vector<Places> places(distinct.size());
   for (std::size_t i = 0; i < lengths.size(); ++i) {
+    meter.spend(16);
     ranks[i] = static_cast<std::int32_t>(std::ranges::lower_bound(distinct, lengths[i]) - distinct.begin());
     places[static_cast<std::size_t>(ranks[i])].append(static_cast<std::int32_t>(i));
   }
@@ -72,6 +76,7 @@ std::vector<std::int32_t> orderByLength(std::span<const std::int32_t> lengths) {
       ++shortest;
     }
     const auto rank = static_cast<std::size_t>(ranks[static_cast<std::size_t>(order[i])]);
+    meter.spend(16 + rank - std::min(rank, shortest));
     chain.clear();
     for (std::size_t shorter = shortest; shorter < rank; ++shorter) {
       if (!places[shorter].isEmpty() && (chain.empty() || places[shorter].first() < places[chain.back()].first())) {

@@ -17,6 +17,7 @@ using qoc::Frame;
 using qoc::inFrame;
 using qoc::present;
 using qoc::view;
+using qoc::WorkMeter;
 
 namespace {
 
@@ -30,10 +31,19 @@ bool haveSameCodes(const String &a, const String &b) noexcept {
 /// The different strings among those put in, in a table of a fixed size with open addresses.
 class StringSet {
  public:
-  explicit StringSet(std::size_t mostStrings) : slots_(std::bit_ceil(2 * mostStrings + 2)) {}
+  StringSet(std::size_t mostStrings, WorkMeter &meter) : meter_(meter) {
+    const std::size_t numSlots = std::bit_ceil(2 * mostStrings + 2);
+    slots_.reserve(numSlots);
+    while (slots_.size() < numSlots) {  // In parts, so that the memory is not touched in one long go.
+      constexpr std::size_t slotsPerPart = 1 << 14;
+      meter_.spend(slotsPerPart);
+      slots_.resize(std::min(numSlots, slots_.size() + slotsPerPart));
+    }
+  }
 
   /// @return whether no equal string was there
-  bool insert(const String &string) noexcept {
+  bool insert(const String &string) {
+    meter_.spend(16 + qoc::unitsOf(string));
     std::uint64_t hash = 0x9E3779B97F4A7C15u;
     for (const qoc_ocrDictionaryChar &character : view(string)) {
       hash = (hash ^ character.code) * 0xFF51AFD7ED558CCDu;
@@ -56,29 +66,48 @@ class StringSet {
     std::uint64_t hash;
     const String *string;
   };
+  WorkMeter &meter_;
   std::vector<Slot> slots_;
 };
 
 /// Empty words fail first, wherever in the list they stand, then equal ones.
-qsys_status checkList(const Strings &strings) {
+qsys_status checkList(const Strings &strings, WorkMeter &meter) {
   const auto words = view(strings);
-  if (std::ranges::any_of(words, [](const String &word) { return qoc::sizeOf(word) == 0; })) {
+  const auto isEmpty = [&meter](const String &word) {
+    meter.spend(1);
+    return qoc::sizeOf(word) == 0;
+  };
+  if (std::ranges::any_of(words, isEmpty)) {
     return QOC_STATUS_STRING_EMPTY;
   }
-  StringSet seen(words.size());
+  StringSet seen(words.size(), meter);
   const bool isUnique = std::ranges::all_of(words, [&](const String &word) { return seen.insert(word); });
   return isUnique ? QSYS_STATUS_OK : QOC_STATUS_STRING_DUPLICATE;
 }
 
+constexpr std::size_t unitsPerCopy = 32;  ///< Of a word, in a meter's units.
+
+qsys_status appendWords(Strings &words, const Strings &source, WorkMeter &meter) {
+  QOC_TRY(qstd_vector_qoc_ocrDictionaryString_reserve(&words, qoc::sizeOf(source)));
+  for (const String &word : view(source)) {
+    meter.spend(unitsPerCopy);
+    QOC_TRY(qstd_vector_qoc_ocrDictionaryString_pushBack(&words, &word));
+  }
+  return QSYS_STATUS_OK;
+}
+
 /// Brings a list into the lexicon's order.
-void sortByLength(Strings &strings) {
+void sortByLength(Strings &strings, WorkMeter &meter) {
   const auto words = qoc::editAs<String>(strings);
   std::vector<std::int32_t> lengths(words.size());
-  std::ranges::transform(words, lengths.begin(), [](const String &word) { return qoc::sizeOf(word); });
+  std::ranges::transform(words, lengths.begin(), [&meter](const String &word) {
+    meter.spend(1);
+    return qoc::sizeOf(word);
+  });
   if (std::ranges::is_sorted(lengths)) {
     return;
   }
-  const std::vector<std::int32_t> order = qoc::orderByLength(lengths);
+  const std::vector<std::int32_t> order = qoc::orderByLength(lengths, meter);
   const std::vector<String> unsorted(words.begin(), words.end());  // The records; each finds its one place again.
   for (std::size_t i = 0; i < order.size(); ++i) {
     words[i] = unsorted[static_cast<std::size_t>(order[i])];
@@ -88,15 +117,17 @@ void sortByLength(Strings &strings) {
 /// When the index of new words is made: with them, or, where words come one by one, when it is first used.
 enum class IndexTime { now, later };
 
-/// Runs fill(list) on a fresh list and makes it, sorted, the lexicon's words.
+/// Runs fill(list, meter) on a fresh list and makes it, sorted, the lexicon's words. Long lists ask for attention on
+/// the way; what has been put together is then dropped.
 template <class Fill>
 qsys_status replaceWords(qoc_ocrDictionaryLexicon &lexicon, IndexTime indexTime, Fill fill) {
   qoc_ocrDictionaryLexicon fresh;
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
     QOC_TRY(qoc_ocrDictionaryLexicon_construct(&fresh));
     frame.local<qoc_ocrDictionaryLexicon_destruct>(&fresh);
-    QOC_TRY(fill(fresh.strings));
-    sortByLength(fresh.strings);
+    WorkMeter meter;
+    QOC_TRY(fill(fresh.strings, meter));
+    sortByLength(fresh.strings, meter);
     qoc::renewIndex(fresh);
     if (indexTime == IndexTime::now) {
       qoc::indexOf(fresh);
@@ -169,9 +200,9 @@ qsys_status qoc_ocrDictionaryLexicon_setStrings(qoc_ocrDictionaryLexicon *lexico
   if (!present({lexicon, strings})) {
     return QSYS_STATUS_OK;
   }
-  return replaceWords(*lexicon, IndexTime::now, [&](Strings &words) -> qsys_status {
-    QOC_TRY(checkList(*strings));
-    return qstd_vector_qoc_ocrDictionaryString_assign(&words, strings);
+  return replaceWords(*lexicon, IndexTime::now, [&](Strings &words, WorkMeter &meter) -> qsys_status {
+    QOC_TRY(checkList(*strings, meter));
+    return appendWords(words, *strings, meter);
   });
 }
 
@@ -179,10 +210,11 @@ qsys_status qoc_ocrDictionaryLexicon_setStringsSafe(qoc_ocrDictionaryLexicon *le
   if (!present({lexicon, strings})) {
     return QSYS_STATUS_OK;
   }
-  return replaceWords(*lexicon, IndexTime::now, [&](Strings &words) -> qsys_status {
-    StringSet seen(static_cast<std::size_t>(qoc::sizeOf(*strings)));
+  return replaceWords(*lexicon, IndexTime::now, [&](Strings &words, WorkMeter &meter) -> qsys_status {
+    StringSet seen(static_cast<std::size_t>(qoc::sizeOf(*strings)), meter);
     for (const String &string : view(*strings)) {
       if (qoc::sizeOf(string) > 0 && seen.insert(string)) {
+        meter.spend(unitsPerCopy);
         QOC_TRY(qstd_vector_qoc_ocrDictionaryString_pushBack(&words, &string));
       }
     }
@@ -212,14 +244,17 @@ qsys_status qoc_ocrDictionaryLexicon_addString(qoc_ocrDictionaryLexicon *lexicon
   if (!present({lexicon, string})) {
     return QSYS_STATUS_OK;
   }
-  const String *found = nullptr;
-  QOC_TRY(qstd_vector_qoc_ocrDictionaryString_find(&lexicon->strings, string, &found));
-  if (found != nullptr) {
-    return QOC_STATUS_STRING_DUPLICATE;
-  }
   // Deliberate: an empty word is not refused here.
-  return replaceWords(*lexicon, IndexTime::later, [&](Strings &words) -> qsys_status {
-    QOC_TRY(qstd_vector_qoc_ocrDictionaryString_assign(&words, &lexicon->strings));
+  return replaceWords(*lexicon, IndexTime::later, [&](Strings &words, WorkMeter &meter) -> qsys_status {
+    const auto isSame = [&](const String &word) {
+      meter.spend(4);
+      return haveSameCodes(word, *string);
+    };
+    if (std::ranges::any_of(view(lexicon->strings), isSame)) {
+      return QOC_STATUS_STRING_DUPLICATE;
+    }
+    QOC_TRY(qstd_vector_qoc_ocrDictionaryString_reserve(&words, qoc::sizeOf(lexicon->strings) + 1));
+    QOC_TRY(appendWords(words, lexicon->strings, meter));
     return qstd_vector_qoc_ocrDictionaryString_pushBack(&words, string);
   });
 }
@@ -244,8 +279,9 @@ qsys_status qoc_ocrDictionaryLexicon_removeString(qoc_ocrDictionaryLexicon *lexi
   if (!present({lexicon, string})) {
     return QSYS_STATUS_OK;
   }
-  return replaceWords(*lexicon, IndexTime::later, [&](Strings &words) -> qsys_status {
+  return replaceWords(*lexicon, IndexTime::later, [&](Strings &words, WorkMeter &meter) -> qsys_status {
     for (const String &word : view(lexicon->strings)) {
+      meter.spend(unitsPerCopy);
       if (!haveSameCodes(word, *string)) {
         QOC_TRY(qstd_vector_qoc_ocrDictionaryString_pushBack(&words, &word));
       }

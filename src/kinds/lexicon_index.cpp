@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "kinds/lexicon_roads.hpp"
+#include "platform/system/shortcuts.hpp"
 #include "text/bit_distance.hpp"
 
 namespace qoc {
@@ -27,12 +28,14 @@ std::uint64_t reversedBits(std::uint64_t bits, std::int32_t numBits) noexcept {
 
 }  // namespace
 
-LexiconIndex::LexiconIndex(std::span<const qoc_ocrDictionaryString> words) : table_(words), letters_(words, table_) {
+LexiconIndex::LexiconIndex(std::span<const qoc_ocrDictionaryString> words, WorkMeter &meter)
+    : table_(words, meter), letters_(words, table_, meter) {
   signatures_.reserve(words.size());
   const auto groups = letters_.groups();
   for (std::size_t g = 0; g < groups.size(); ++g) {
     const Letter *letter = letters_.lettersOf(groups[g], groups[g].first);
     for (std::int32_t word = groups[g].first; word < letters_.endOf(g); ++word) {
+      meter.spend(1 + static_cast<std::size_t>(groups[g].length));
       std::uint64_t signature = 0;
       for (std::int32_t i = 0; i < groups[g].length; ++i) {
         signature |= LetterTable::signatureBit(*letter++);
@@ -41,9 +44,12 @@ LexiconIndex::LexiconIndex(std::span<const qoc_ocrDictionaryString> words) : tab
     }
   }
   if (letters_.numWords() >= lexiconRoads().minWordsForTries && letters_.numWords() <= maxWordsForTries) {
-    forward_ = WordTrie(letters_, WordTrie::Direction::forward, &equals_);
-    backward_ = WordTrie(letters_, WordTrie::Direction::backward);
-    std::ranges::sort(equals_);
+    forward_ = WordTrie(letters_, WordTrie::Direction::forward, meter, &equals_);
+    backward_ = WordTrie(letters_, WordTrie::Direction::backward, meter);
+    std::ranges::sort(equals_, [&meter](const auto &a, const auto &b) {
+      meter.spend(2);
+      return a < b;
+    });
   }
 }
 
@@ -109,14 +115,15 @@ template <int Edits>
 void LexiconIndex::walk(const IndexQuery &query, std::vector<std::int32_t> &found) const {
   const int n = query.numPositions;
   const auto keep = [&found](std::int32_t word) { found.push_back(word); };
+  WorkMeter meter;
   if constexpr (Edits == 0) {
-    forward_.walk(EditAutomaton<0>(n, 0, 0), query.rows, keep);
+    forward_.walk(EditAutomaton<0>(n, 0, 0), query.rows, meter, keep);
   } else {
     constexpr int inFront = Edits / 2;
     constexpr int behind = Edits - 1 - inFront;
     const int cut = n / 2;
-    forward_.walk(EditAutomaton<Edits>(n, cut, inFront), query.rows, keep);
-    backward_.walk(EditAutomaton<Edits>(n, n - cut, behind), query.reversedRows, keep);
+    forward_.walk(EditAutomaton<Edits>(n, cut, inFront), query.rows, meter, keep);
+    backward_.walk(EditAutomaton<Edits>(n, n - cut, behind), query.reversedRows, meter, keep);
   }
 }
 
@@ -158,7 +165,10 @@ const LexiconIndex *indexOf(const qoc_ocrDictionaryLexicon &lexicon) {
     return nullptr;
   }
   auto &shared = *static_cast<SharedIndex *>(lexicon.index);
-  std::call_once(shared.isMade, [&] { shared.index.emplace(words); });
+  std::call_once(shared.isMade, [&] {
+    WorkMeter meter;
+    shared.index.emplace(words, meter);
+  });
   // Words that were put into the vector itself are not known to the index.
   return shared.index->numWords() == words.size() ? &*shared.index : nullptr;
 }
@@ -169,7 +179,11 @@ void renewIndex(qoc_ocrDictionaryLexicon &lexicon) {
   lexicon.index = fresh;
 }
 
-void shareIndex(qoc_ocrDictionaryLexicon &lexicon, const qoc_ocrDictionaryLexicon &source) noexcept {
+void shareIndex(qoc_ocrDictionaryLexicon &lexicon, const qoc_ocrDictionaryLexicon &source) {
+  if (!shortcuts().sharesStorage) {
+    renewIndex(lexicon);
+    return;
+  }
   if (source.index != nullptr) {
     static_cast<SharedIndex *>(source.index)->numHolders.fetch_add(1, std::memory_order_relaxed);
   }

@@ -31,15 +31,15 @@ class WordTrie {
   WordTrie() = default;
   /// Of words with the same letters the first is in the trie; the others are added to `equals`, where it is given, as
   /// pairs of the word in the trie and the other.
-  WordTrie(const WordLetters &words, Direction direction,
+  WordTrie(const WordLetters &words, Direction direction, WorkMeter &meter,
            std::vector<std::pair<std::int32_t, std::int32_t>> *equals = nullptr);
 
   /// Calls found(word) for every word that the automaton accepts; `rows` are the matches of the letters, in the trie's
-  /// direction.
+  /// direction. Throws Interrupted when the meter's check says so.
   template <int Edits, class Found>
-  void walk(const EditAutomaton<Edits> &automaton, const LetterMatches &rows, Found found) const {
+  void walk(const EditAutomaton<Edits> &automaton, const LetterMatches &rows, WorkMeter &meter, Found found) const {
     if (!nodes_.empty()) {
-      Walk<Edits, Found>{nodes_.data(), automaton, rows, found}.visit(0, automaton.start());
+      Walk<Edits, Found>{nodes_.data(), automaton, rows, meter, found}.visit(0, automaton.start());
     }
   }
 
@@ -78,6 +78,7 @@ class WordTrie {
         return;
       }
       const std::size_t numBranches = std::size_t{*place++} + 1;
+      meter.spend(2 * numBranches);
       const std::uint8_t *targets = place + numBranches;
       std::size_t branch = 0;
       if (*place == 0) {
@@ -107,6 +108,7 @@ class WordTrie {
         return;
       }
       const std::size_t numBranches = std::size_t{*place++} + 1;
+      meter.spend(2 * numBranches);
       const std::uint8_t *targets = place + numBranches;
       std::size_t branch = 0;
       if (*place == 0) {
@@ -129,6 +131,7 @@ class WordTrie {
     const std::uint8_t *nodes;
     const EditAutomaton<Edits> &automaton;
     const LetterMatches &rows;
+    WorkMeter &meter;
     Found &found;
   };
 
