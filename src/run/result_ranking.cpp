@@ -19,7 +19,6 @@
 #include "frame/frame.hpp"
 #include "run/result_set_ops.hpp"
 
-using qoc::fewerFirst;
 using qoc::Frame;
 using qoc::inFrame;
 using qoc::maskPrimary;
