@@ -449,7 +449,8 @@ class Resolving {
 
   qsys_status collectWords() { return knowledge_ != nullptr ? collectKnownWords() : collectShownWords(); }
 
-  /// What a word that the run found costs: an upper bound for the best text.
+  /// What a word that the run found costs: an upper bound for the best text. With several edits a result names the text
+  /// as it was aligned, which need not be the word.
   Cost costOfShownWord() {
     for (const qoc_ocrDictionaryResult &result : results_) {
       if (result.mode != qoc_ocrDictionaryMode_lexicon || result.isComputed == 0) {
@@ -459,7 +460,7 @@ class Resolving {
       for (const qoc_ocrDictionaryChar &character : viewAs<qoc_ocrDictionaryChar>(result.dictionaryString.characters)) {
         if (character.code != QOC_CHAR_EMPTY) shownWord_.push_back(character.code);
       }
-      return costOf(shownWord_);
+      return knowledge_->words.contains(shownWord_) ? costOf(shownWord_) : noWay;
     }
     return noWay;
   }

@@ -74,6 +74,19 @@ std::span<const Char32> WordIndex::word(std::size_t k) const {
   return {codes_.data() + word.begin, word.length};
 }
 
+bool WordIndex::contains(std::span<const Char32> sought) const {
+  const auto comesBefore = [&](std::uint32_t k, std::span<const Char32> other) {
+    const Char32 *first = codes_.data() + words_[k].begin;
+    return std::lexicographical_compare(first, first + words_[k].length, other.begin(), other.end());
+  };
+  const auto found = std::lower_bound(order_.begin(), order_.end(), sought, comesBefore);
+  if (found == order_.end()) {
+    return false;
+  }
+  const auto known = word(static_cast<std::size_t>(found - order_.begin()));
+  return std::equal(known.begin(), known.end(), sought.begin(), sought.end());
+}
+
 WordTable::WordTable(const ReadingCosts &costs, const Reach &reach, const MultiSwaps &swaps)
     : costs_(costs),
       reach_(reach),

@@ -53,6 +53,7 @@ class WordIndex {
   std::size_t size() const { return order_.size(); }
   std::span<const Char32> word(std::size_t k) const;
   std::int32_t lexicon(std::size_t k) const { return words_[order_[k]].lexicon; }
+  bool contains(std::span<const Char32> word) const;
 
   /// Finds the k words that the reading can be at the least cost, best first.
   /// @param limit says, given the cost of the best word so far, which costs are too much (at first noWay, of no word)

@@ -330,8 +330,9 @@ std::string verdictOf(const qoc_ocrDictionaryResolution &resolution) {
   for (const qoc_ocrDictionaryResolvedText &text : elements(resolution.texts).first(
            std::min<std::size_t>(elements(resolution.texts).size(), 1))) {
     out += " " + std::to_string(text.total) + " +" + std::to_string(text.margin) + (text.passesCheck != 0 ? " ok" : "");
-    // Which of several equal texts comes first depends on the results; it is never sure.
-    if (text.margin > 0 || resolution.outcome == qoc_ocrDictionaryOutcome_sure) out += " " + show(text.text);
+    // Which of several equal texts comes first depends on the results.
+    const bool isOnlyOne = resolution.hasScores == 0 && resolution.outcome == qoc_ocrDictionaryOutcome_sure;
+    if (text.margin > 0 || isOnlyOne) out += " " + show(text.text);
   }
   return out;
 }
