@@ -11,6 +11,7 @@
 #include "frame/frame.hpp"
 #include "kinds/length_order.hpp"
 #include "kinds/lexicon_index.hpp"
+#include "platform/containers/shared_elements.hpp"
 #include "text/views.hpp"
 
 using qoc::Frame;
@@ -70,33 +71,61 @@ qsys_status checkList(const Strings &strings) {
   return isUnique ? QSYS_STATUS_OK : QOC_STATUS_STRING_DUPLICATE;
 }
 
-/// Brings a list into the lexicon's order.
-void sortByLength(Strings &strings) {
-  const auto words = qoc::editAs<String>(strings);
+/// The words of a list to be, in any order.
+using Chosen = std::vector<const String *>;
+
+Chosen chosenOf(const Strings &strings) {
+  Chosen chosen;
+  chosen.reserve(view(strings).size() + 1);
+  for (const String &string : view(strings)) {
+    chosen.push_back(&string);
+  }
+  return chosen;
+}
+
+/// Brings words into the lexicon's order.
+void sortByLength(Chosen &words) {
   std::vector<std::int32_t> lengths(words.size());
-  std::ranges::transform(words, lengths.begin(), [](const String &word) { return qoc::sizeOf(word); });
+  std::ranges::transform(words, lengths.begin(), [](const String *word) { return qoc::sizeOf(*word); });
   if (std::ranges::is_sorted(lengths)) {
     return;
   }
   const std::vector<std::int32_t> order = qoc::orderByLength(lengths);
-  const std::vector<String> unsorted(words.begin(), words.end());  // The records; each finds its one place again.
-  for (std::size_t i = 0; i < order.size(); ++i) {
-    words[i] = unsorted[static_cast<std::size_t>(order[i])];
+  Chosen sorted(words.size());
+  std::ranges::transform(order, sorted.begin(), [&](std::int32_t word) { return words[static_cast<std::size_t>(word)]; });
+  words.swap(sorted);
+}
+
+/// Fills an empty list with copies of words. Their characters lie together, in the list's order: that saves a block for
+/// each, and a match looks at words of one length.
+qsys_status copyWords(const Chosen &words, Strings &copies) {
+  std::size_t numBytes = 0;
+  for (const String *word : words) {
+    numBytes += qoc::ElementPool::sizeOf(view(*word).size(), sizeof(qoc_ocrDictionaryChar));
   }
+  qoc::ElementPool pool(numBytes);
+  QOC_TRY(qstd_vector_qoc_ocrDictionaryString_resize(&copies, static_cast<std::int32_t>(words.size())));
+  const auto made = qoc::editAs<String>(copies);
+  for (std::size_t i = 0; i < words.size(); ++i) {
+    QOC_TRY(pool.placeCopies(made[i].characters.core, view(*words[i]).data(), qoc::sizeOf(*words[i])));
+  }
+  return QSYS_STATUS_OK;
 }
 
 /// When the index of new words is made: with them, or, where words come one by one, when it is first used.
 enum class IndexTime { now, later };
 
-/// Runs fill(list) on a fresh list and makes it, sorted, the lexicon's words.
-template <class Fill>
-qsys_status replaceWords(qoc_ocrDictionaryLexicon &lexicon, IndexTime indexTime, Fill fill) {
+/// Chooses words by choose(words) and makes copies of them, sorted, the lexicon's words.
+template <class Choose>
+qsys_status replaceWords(qoc_ocrDictionaryLexicon &lexicon, IndexTime indexTime, Choose choose) {
   qoc_ocrDictionaryLexicon fresh;
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
     QOC_TRY(qoc_ocrDictionaryLexicon_construct(&fresh));
     frame.local<qoc_ocrDictionaryLexicon_destruct>(&fresh);
-    QOC_TRY(fill(fresh.strings));
-    sortByLength(fresh.strings);
+    Chosen words;
+    QOC_TRY(choose(words));
+    sortByLength(words);
+    QOC_TRY(copyWords(words, fresh.strings));
     qoc::renewIndex(fresh);
     if (indexTime == IndexTime::now) {
       qoc::indexOf(fresh);
@@ -138,8 +167,9 @@ qsys_status qoc_ocrDictionaryLexicon_assign(qoc_ocrDictionaryLexicon *object, co
   }
   Strings copy;
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    QOC_TRY(qstd_vector_qoc_ocrDictionaryString_constructCopy(&copy, &source->strings));
+    QOC_TRY(qstd_vector_qoc_ocrDictionaryString_constructEmpty(&copy));
     frame.local<qstd_vector_qoc_ocrDictionaryString_destruct>(&copy);
+    QOC_TRY(copyWords(chosenOf(source->strings), copy));
     QOC_TRY(qstd_vector_qoc_ocrDictionaryString_swap(&object->strings, &copy));
     qoc::shareIndex(*object, *source);
     return QSYS_STATUS_OK;
@@ -169,9 +199,10 @@ qsys_status qoc_ocrDictionaryLexicon_setStrings(qoc_ocrDictionaryLexicon *lexico
   if (!present({lexicon, strings})) {
     return QSYS_STATUS_OK;
   }
-  return replaceWords(*lexicon, IndexTime::now, [&](Strings &words) -> qsys_status {
+  return replaceWords(*lexicon, IndexTime::now, [&](Chosen &words) -> qsys_status {
     QOC_TRY(checkList(*strings));
-    return qstd_vector_qoc_ocrDictionaryString_assign(&words, strings);
+    words = chosenOf(*strings);
+    return QSYS_STATUS_OK;
   });
 }
 
@@ -179,11 +210,11 @@ qsys_status qoc_ocrDictionaryLexicon_setStringsSafe(qoc_ocrDictionaryLexicon *le
   if (!present({lexicon, strings})) {
     return QSYS_STATUS_OK;
   }
-  return replaceWords(*lexicon, IndexTime::now, [&](Strings &words) -> qsys_status {
+  return replaceWords(*lexicon, IndexTime::now, [&](Chosen &words) -> qsys_status {
     StringSet seen(static_cast<std::size_t>(qoc::sizeOf(*strings)));
     for (const String &string : view(*strings)) {
       if (qoc::sizeOf(string) > 0 && seen.insert(string)) {
-        QOC_TRY(qstd_vector_qoc_ocrDictionaryString_pushBack(&words, &string));
+        words.push_back(&string);
       }
     }
     return QSYS_STATUS_OK;
@@ -218,9 +249,10 @@ qsys_status qoc_ocrDictionaryLexicon_addString(qoc_ocrDictionaryLexicon *lexicon
     return QOC_STATUS_STRING_DUPLICATE;
   }
   // Deliberate: an empty word is not refused here.
-  return replaceWords(*lexicon, IndexTime::later, [&](Strings &words) -> qsys_status {
-    QOC_TRY(qstd_vector_qoc_ocrDictionaryString_assign(&words, &lexicon->strings));
-    return qstd_vector_qoc_ocrDictionaryString_pushBack(&words, string);
+  return replaceWords(*lexicon, IndexTime::later, [&](Chosen &words) -> qsys_status {
+    words = chosenOf(lexicon->strings);
+    words.push_back(string);
+    return QSYS_STATUS_OK;
   });
 }
 
@@ -244,12 +276,9 @@ qsys_status qoc_ocrDictionaryLexicon_removeString(qoc_ocrDictionaryLexicon *lexi
   if (!present({lexicon, string})) {
     return QSYS_STATUS_OK;
   }
-  return replaceWords(*lexicon, IndexTime::later, [&](Strings &words) -> qsys_status {
-    for (const String &word : view(lexicon->strings)) {
-      if (!haveSameCodes(word, *string)) {
-        QOC_TRY(qstd_vector_qoc_ocrDictionaryString_pushBack(&words, &word));
-      }
-    }
-    return qoc::sizeOf(words) == qoc::sizeOf(lexicon->strings) ? QOC_STATUS_STRING_ABSENT : QSYS_STATUS_OK;
+  return replaceWords(*lexicon, IndexTime::later, [&](Chosen &words) -> qsys_status {
+    words = chosenOf(lexicon->strings);
+    const std::size_t numRemoved = std::erase_if(words, [&](const String *word) { return haveSameCodes(*word, *string); });
+    return numRemoved == 0 ? QOC_STATUS_STRING_ABSENT : QSYS_STATUS_OK;
   });
 }

@@ -216,7 +216,9 @@ class WordMatcher {
       __builtin_prefetch(&words_[static_cast<std::size_t>(found_[i + 2 * ahead])]);
     }
     if (i + ahead < found_.size()) {
-      __builtin_prefetch(view(words_[static_cast<std::size_t>(found_[i + ahead])]).data());
+      const Characters characters = view(words_[static_cast<std::size_t>(found_[i + ahead])]);
+      __builtin_prefetch(characters.data());
+      __builtin_prefetch(characters.data() + characters.size());
     }
   }
 

@@ -86,6 +86,14 @@ class WordRows {
   bool isMatch(std::int32_t i, std::int32_t position) const noexcept {
     return ReadingMatches::test(rows_[static_cast<std::size_t>(i)], position);
   }
+  /// What character i matches in a window of at most 64 positions, the first of which is bit 0; the bits behind the
+  /// window's are of no meaning.
+  std::uint64_t matchesIn(std::int32_t i, Window window) const noexcept {
+    const std::uint64_t *row = rows_[static_cast<std::size_t>(i)] + window.start / 64;
+    const int shift = window.start % 64;
+    const bool isSplit = shift + window.size() > 64;
+    return window.size() == 0 ? 0 : row[0] >> shift | (isSplit ? row[1] << (64 - shift) : 0);
+  }
 
  private:
   std::vector<const std::uint64_t *> rows_;

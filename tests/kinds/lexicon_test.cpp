@@ -164,6 +164,18 @@ TEST(LexiconSetStrings, OrdersALongListAsTheStatedExchangesDo) {
   EXPECT_EQ(wordsOf(*lexicon(list)), exchangeSorted(list));
 }
 
+TEST(LexiconSetStrings, OrdersWordsOfVeryManyLengthsAsTheStatedExchangesDo) {
+  std::mt19937 random(8);
+  Words list;
+  for (std::size_t length = 1; length <= 600; ++length) {
+    list.push_back(std::string(length, 'a'));
+    list.push_back(std::string(length, 'b'));
+  }
+  std::shuffle(list.begin(), list.end(), random);
+
+  EXPECT_EQ(wordsOf(*lexicon(list)), exchangeSorted(list));
+}
+
 TEST(LexiconSetStrings, FindsADuplicateInALargeList) {
   // Comparing every pair would take 20,000,000,000 comparisons.
   Words list = numberedWords(200000);
