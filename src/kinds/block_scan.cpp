@@ -60,9 +60,8 @@ struct BlockScan::Kernel {
   QOC_AVX2 __attribute__((always_inline)) static inline __m256i lookUp(__m256i letters, const Table &table,
                                                                        const std::uint8_t *plane) noexcept {
     // Of letters behind or before the table's the highest bit is set, which gives 0.
-    const __m256i indices =
-        _mm256_adds_epu8(_mm256_sub_epi8(letters, _mm256_set1_epi8(static_cast<char>(table.first))),
-                         _mm256_set1_epi8(0x70));
+    const __m256i indices = _mm256_adds_epu8(_mm256_sub_epi8(letters, _mm256_set1_epi8(static_cast<char>(table.first))),
+                                             _mm256_set1_epi8(0x70));
     const __m128i values = _mm_loadu_si128(reinterpret_cast<const __m128i *>(plane));
     return _mm256_shuffle_epi8(_mm256_broadcastsi128_si256(values), indices);
   }
@@ -71,9 +70,8 @@ struct BlockScan::Kernel {
     const __m256i counts = _mm256_setr_epi8(0, 1, 1, 2, 1, 2, 2, 3, 1, 2, 2, 3, 2, 3, 3, 4, 0, 1, 1, 2, 1, 2, 2, 3, 1,
                                             2, 2, 3, 2, 3, 3, 4);
     const __m256i nibble = _mm256_set1_epi8(15);
-    return _mm256_add_epi8(
-        _mm256_shuffle_epi8(counts, _mm256_and_si256(bytes, nibble)),
-        _mm256_shuffle_epi8(counts, _mm256_and_si256(_mm256_srli_epi16(bytes, 4), nibble)));
+    return _mm256_add_epi8(_mm256_shuffle_epi8(counts, _mm256_and_si256(bytes, nibble)),
+                           _mm256_shuffle_epi8(counts, _mm256_and_si256(_mm256_srli_epi16(bytes, 4), nibble)));
   }
 
   /// The sum of each lane's differences, as a byte; of 16-bit lanes in the lower one.
@@ -130,7 +128,8 @@ struct BlockScan::Kernel {
         first.step(reinterpret_cast<Pairs>(_mm256_unpacklo_epi8(low, high)));
         second.step(reinterpret_cast<Pairs>(_mm256_unpackhi_epi8(low, high)));
       }
-      const __m256i sums = _mm256_packs_epi16(widen(sum(first, Pairs{} + inside)), widen(sum(second, Pairs{} + inside)));
+      const __m256i sums =
+          _mm256_packs_epi16(widen(sum(first, Pairs{} + inside)), widen(sum(second, Pairs{} + inside)));
       masks[b] = atMost(sums, maxEdits - numLetters);
     }
   }

@@ -55,7 +55,8 @@ class HeapOfPlaces {
 /// The same as a row of bits.
 class RowOfPlaces {
  public:
-  explicit RowOfPlaces(std::size_t numPlaces) : bits_(numPlaces / 64 + 1), first_(static_cast<std::int32_t>(numPlaces)) {}
+  explicit RowOfPlaces(std::size_t numPlaces)
+      : bits_(numPlaces / 64 + 1), first_(static_cast<std::int32_t>(numPlaces)) {}
   bool isEmpty() const { return numPlaces_ == 0; }
   std::int32_t first() const { return first_; }
 

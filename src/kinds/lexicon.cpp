@@ -92,7 +92,8 @@ void sortByLength(Chosen &words) {
   }
   const std::vector<std::int32_t> order = qoc::orderByLength(lengths);
   Chosen sorted(words.size());
-  std::ranges::transform(order, sorted.begin(), [&](std::int32_t word) { return words[static_cast<std::size_t>(word)]; });
+  std::ranges::transform(order, sorted.begin(),
+                         [&](std::int32_t word) { return words[static_cast<std::size_t>(word)]; });
   words.swap(sorted);
 }
 
@@ -278,7 +279,8 @@ qsys_status qoc_ocrDictionaryLexicon_removeString(qoc_ocrDictionaryLexicon *lexi
   }
   return replaceWords(*lexicon, IndexTime::later, [&](Chosen &words) -> qsys_status {
     words = chosenOf(lexicon->strings);
-    const std::size_t numRemoved = std::erase_if(words, [&](const String *word) { return haveSameCodes(*word, *string); });
+    const std::size_t numRemoved =
+        std::erase_if(words, [&](const String *word) { return haveSameCodes(*word, *string); });
     return numRemoved == 0 ? QOC_STATUS_STRING_ABSENT : QSYS_STATUS_OK;
   });
 }

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <atomic>
-#include <mutex>
 #include <cstdlib>
 #include <limits>
+#include <mutex>
 #include <optional>
 #include <utility>
 
@@ -29,14 +29,12 @@ std::uint64_t reversedBits(std::uint64_t bits, std::int32_t numBits) noexcept {
 
 }  // namespace
 
-LexiconIndex::LexiconIndex(std::span<const qoc_ocrDictionaryString> words)
-    : LexiconIndex(LetterTable(words), words) {}
+LexiconIndex::LexiconIndex(std::span<const qoc_ocrDictionaryString> words) : LexiconIndex(LetterTable(words), words) {}
 
 LexiconIndex::LexiconIndex(LetterTable &&table, std::span<const qoc_ocrDictionaryString> words)
     : LexiconIndex(std::move(table), WordLetters(words, table)) {}
 
-LexiconIndex::LexiconIndex(LetterTable &&table, const WordLetters &letters)
-    : table_(std::move(table)), scan_(letters) {
+LexiconIndex::LexiconIndex(LetterTable &&table, const WordLetters &letters) : table_(std::move(table)), scan_(letters) {
   if (letters.numWords() >= lexiconRoads().minWordsForTries && letters.numWords() <= maxWordsForTries) {
     forward_ = WordTrie(letters, WordTrie::Direction::forward, &equals_);
     backward_ = WordTrie(letters, WordTrie::Direction::backward);
@@ -78,9 +76,10 @@ std::int64_t LexiconIndex::mostVisits(const IndexQuery &query, std::int32_t maxE
   }
   // So many letters of blocks are scanned in the time of two visits, where a byte holds a reading's column.
   static const std::int64_t lettersPerVisit = 300;
-  const std::size_t numLetters = scan_.numLettersUpTo(query.numPositions + maxEdits) -
-                                 scan_.numLettersUpTo(query.numPositions - maxEdits - 1);
-  return static_cast<std::int64_t>(numLetters) / (query.numPositions <= 8 ? lettersPerVisit : lettersPerVisit / 2) + 1000;
+  const std::size_t numLetters =
+      scan_.numLettersUpTo(query.numPositions + maxEdits) - scan_.numLettersUpTo(query.numPositions - maxEdits - 1);
+  return static_cast<std::int64_t>(numLetters) / (query.numPositions <= 8 ? lettersPerVisit : lettersPerVisit / 2) +
+         1000;
 }
 
 void LexiconIndex::find(const IndexQuery &query, std::int32_t maxEdits, std::int32_t first, std::int32_t end,
@@ -135,7 +134,8 @@ bool LexiconIndex::walk(const IndexQuery &query, std::vector<std::int32_t> &foun
 }
 
 std::size_t LexiconIndex::numBytes() const noexcept {
-  return sizeof *this + table_.numBytes() + scan_.numBytes() + equals_.capacity() * sizeof equals_[0] + forward_.numBytes() + backward_.numBytes();
+  return sizeof *this + table_.numBytes() + scan_.numBytes() + equals_.capacity() * sizeof equals_[0] +
+         forward_.numBytes() + backward_.numBytes();
 }
 
 namespace {

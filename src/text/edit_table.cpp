@@ -50,8 +50,8 @@ qsys_status EditTable::fillCells(const WordRows &word, Window window, const qoc_
   isBanded_ = 2 * std::int64_t{band_} + 1 < std::int64_t{m_} + 1;
   stride_ = isBanded_ ? 2 * std::int64_t{band_} + 1 : std::int64_t{m_} + 1;
   const std::size_t numCells = static_cast<std::size_t>(stride_) * (static_cast<std::size_t>(k_) + 1);
-  // Within the band every cell is written before it is read, and no other is read. A large table is begun row by row, so
-  // that the memory is not touched in one long go.
+  // Within the band every cell is written before it is read, and no other is read. A large table is begun row by row,
+  // so that the memory is not touched in one long go.
   const bool isLarge = numCells > largeTable;
   costs_.reserve(numCells);
   steps_.reserve(numCells);

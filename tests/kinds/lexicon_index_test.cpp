@@ -134,7 +134,9 @@ TEST(LexiconIndex, FindsTheSameByBlocksWithManyLetters) {
     std::vector<qoc_ocrDictionaryChar> codes;
     for (int i = 0; i < 1000; ++i) {
       codes.resize(1 + random() % 10);
-      std::ranges::generate(codes, [&] { return qoc_ocrDictionaryChar{static_cast<Char32>(0x4E00 + random() % numCodes), 0}; });
+      std::ranges::generate(codes, [&] {
+        return qoc_ocrDictionaryChar{static_cast<Char32>(0x4E00 + random() % numCodes), 0};
+      });
       Owned<qoc_ocrDictionaryString> string;
       require(qstd_vector_qoc_ocrDictionaryChar_assignElements(&string->characters, codes.data(),
                                                                static_cast<std::int32_t>(codes.size())));
