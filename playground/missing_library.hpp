@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <compare>
 #include <functional>
 #include <iterator>
 #include <memory>
@@ -17,54 +18,50 @@
 
 namespace std::ranges {
 
+/// An algorithm whose range form says the same as its form for a pair of iterators.
+#define QOC_OF_RANGE(name)                                                                                             \
+  template <class R, class... Rest> auto name(R &&range, Rest &&...rest) {                                             \
+    return std::name(std::begin(range), std::end(range), std::forward<Rest>(rest)...);                                 \
+  }
+QOC_OF_RANGE(all_of)
+QOC_OF_RANGE(any_of)
+QOC_OF_RANGE(binary_search)
+QOC_OF_RANGE(copy)
+QOC_OF_RANGE(copy_if)
+QOC_OF_RANGE(count)
+QOC_OF_RANGE(count_if)
+QOC_OF_RANGE(fill)
+QOC_OF_RANGE(find_if)
+QOC_OF_RANGE(for_each)
+QOC_OF_RANGE(is_sorted)
+QOC_OF_RANGE(max_element)
+QOC_OF_RANGE(min_element)
+QOC_OF_RANGE(none_of)
+QOC_OF_RANGE(partition_point)
+QOC_OF_RANGE(pop_heap)
+QOC_OF_RANGE(push_heap)
+QOC_OF_RANGE(replace)
+QOC_OF_RANGE(reverse)
+QOC_OF_RANGE(sort)
+QOC_OF_RANGE(transform)
+QOC_OF_RANGE(upper_bound)
+#undef QOC_OF_RANGE
+
 template <class R, class T, class P = std::identity> auto find(R &&range, const T &value, P project = {}) {
   return std::find_if(std::begin(range), std::end(range),
                       [&](const auto &element) { return std::invoke(project, element) == value; });
 }
-template <class R, class F> auto find_if(R &&range, F test) {
-  return std::find_if(std::begin(range), std::end(range), test);
-}
-template <class R, class F> bool any_of(R &&range, F test) {
-  return std::any_of(std::begin(range), std::end(range), test);
-}
-template <class R, class F> bool all_of(R &&range, F test) {
-  return std::all_of(std::begin(range), std::end(range), test);
-}
-template <class R, class F> bool none_of(R &&range, F test) {
-  return std::none_of(std::begin(range), std::end(range), test);
-}
-template <class R, class T> auto count(R &&range, const T &value) {
-  return std::count(std::begin(range), std::end(range), value);
-}
-template <class R, class F> auto count_if(R &&range, F test) {
-  return std::count_if(std::begin(range), std::end(range), test);
-}
-template <class R, class T> bool binary_search(R &&range, const T &value) {
-  return std::binary_search(std::begin(range), std::end(range), value);
-}
 template <class R, class T, class C = std::less<>, class P = std::identity>
-auto lower_bound(R &&range, const T &value, C = {}, P project = {}) {
-  return std::lower_bound(std::begin(range), std::end(range), value,
-                          [&](const auto &element, const T &bound) { return std::invoke(project, element) < bound; });
-}
-template <class A, class B, class C = std::equal_to<>, class P = std::identity, class Q = std::identity>
-bool equal(A &&a, B &&b, C = {}, P projectA = {}, Q projectB = {}) {
-  return std::equal(std::begin(a), std::end(a), std::begin(b), std::end(b), [&](const auto &x, const auto &y) {
-    return std::invoke(projectA, x) == std::invoke(projectB, y);
+auto lower_bound(R &&range, const T &value, C compare = {}, P project = {}) {
+  return std::lower_bound(std::begin(range), std::end(range), value, [&](const auto &element, const T &bound) {
+    return compare(std::invoke(project, element), bound);
   });
 }
-template <class R> bool is_sorted(R &&range) { return std::is_sorted(std::begin(range), std::end(range)); }
-template <class R, class C = std::less<>> void sort(R &&range, C compare = {}) {
-  std::sort(std::begin(range), std::end(range), compare);
-}
-template <class R, class C = std::less<>> void push_heap(R &&range, C compare = {}) {
-  std::push_heap(std::begin(range), std::end(range), compare);
-}
-template <class R, class C = std::less<>> void pop_heap(R &&range, C compare = {}) {
-  std::pop_heap(std::begin(range), std::end(range), compare);
-}
-template <class R, class T> void fill(R &&range, const T &value) {
-  std::fill(std::begin(range), std::end(range), value);
+template <class A, class B, class C = std::equal_to<>, class P = std::identity, class Q = std::identity>
+bool equal(A &&a, B &&b, C compare = {}, P projectA = {}, Q projectB = {}) {
+  return std::equal(std::begin(a), std::end(a), std::begin(b), std::end(b), [&](const auto &x, const auto &y) {
+    return compare(std::invoke(projectA, x), std::invoke(projectB, y));
+  });
 }
 /// What is left over, as a range that has a begin.
 template <class I> struct Rest {
@@ -76,12 +73,7 @@ template <class R> auto unique(R &&range) {
   const auto first = std::unique(std::begin(range), std::end(range));
   return Rest<decltype(first)>{first, std::end(range)};
 }
-template <class R> void reverse(R &&range) { std::reverse(std::begin(range), std::end(range)); }
 template <class R> auto max(R &&range) { return *std::max_element(std::begin(range), std::end(range)); }
-template <class R, class O> void copy(R &&range, O out) { std::copy(std::begin(range), std::end(range), out); }
-template <class R, class O, class F> void transform(R &&range, O out, F change) {
-  std::transform(std::begin(range), std::end(range), out, change);
-}
 
 } // namespace std::ranges
 
@@ -89,6 +81,13 @@ namespace std {
 
 template <class T> std::unique_ptr<T> make_unique_for_overwrite(std::size_t n) {
   return std::unique_ptr<T>(new std::remove_extent_t<T>[n]);
+}
+
+template <class I, class J> auto lexicographical_compare_three_way(I a, I aEnd, J b, J bEnd) -> decltype(*a <=> *b) {
+  for (; a != aEnd && b != bEnd; ++a, ++b) {
+    if (const auto order = *a <=> *b; order != 0) return order;
+  }
+  return (a != aEnd) <=> (b != bEnd);
 }
 
 /// The page has one thread.
