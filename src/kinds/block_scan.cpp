@@ -5,6 +5,7 @@
 
 #if defined(__x86_64__) && defined(__GNUC__)
 #define QOC_HAS_BLOCK_SCAN 1
+#include <cpuid.h>
 #include <immintrin.h>
 #else
 #define QOC_HAS_BLOCK_SCAN 0
@@ -140,9 +141,21 @@ struct BlockScan::Kernel {
   }
 };
 
+namespace {
+
+__attribute__((target("xsave"))) std::uint64_t savedRegisters() noexcept { return _xgetbv(0); }
+
+}  // namespace
+
 bool BlockScan::isAvailable() noexcept {
-  static const bool isThere = __builtin_cpu_supports("avx2") != 0;
-  return isThere;
+  constexpr std::uint64_t wideRegisters = 6;
+  unsigned a = 0;
+  unsigned b = 0;
+  unsigned c = 0;
+  unsigned d = 0;
+  return __get_cpuid(1, &a, &b, &c, &d) != 0 && (c & bit_OSXSAVE) != 0 &&
+         (savedRegisters() & wideRegisters) == wideRegisters && __get_cpuid_count(7, 0, &a, &b, &c, &d) != 0 &&
+         (b & bit_AVX2) != 0;
 }
 
 void BlockScan::scan(const Letter *blocks, std::size_t numBlocks, std::int32_t numLetters, std::int32_t maxEdits,

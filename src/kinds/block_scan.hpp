@@ -22,7 +22,7 @@ class BlockScan {
  public:
   static constexpr std::int32_t maxPositions = 16;
 
-  /// Whether this machine can.
+  /// Whether this machine can. To ask it takes long, so whoever scans asks once.
   static bool isAvailable() noexcept;
 
   /// Of a reading of at most maxPositions positions: `rows` are those of letters up to maxLetter.
@@ -32,9 +32,6 @@ class BlockScan {
   /// of the reading, the first one's bit the lowest.
   void scan(const Letter *blocks, std::size_t numBlocks, std::int32_t numLetters, std::int32_t maxEdits,
             std::uint32_t *masks) const noexcept;
-
-  /// About how many letters of a word scanned for itself take as long as one of a block's 32.
-  std::int32_t numPositions() const noexcept { return numPositions_; }
 
  private:
   struct Kernel;

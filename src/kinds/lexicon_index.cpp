@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <atomic>
-#include <cstdlib>
 #include <limits>
 #include <mutex>
 #include <optional>
@@ -29,7 +28,17 @@ std::uint64_t reversedBits(std::uint64_t bits, std::int32_t numBits) noexcept {
 
 }  // namespace
 
-LexiconIndex::LexiconIndex(std::span<const qoc_ocrDictionaryString> words) : LexiconIndex(LetterTable(words), words) {}
+LexiconIndex::LexiconIndex(std::span<const qoc_ocrDictionaryString> words) : LexiconIndex(LetterTable(words), words) {
+  if (words.size() <= shortList) {
+    for (const qoc_ocrDictionaryString &word : words) {
+      std::uint64_t signature = 0;
+      for (const qoc_ocrDictionaryChar &character : view(word)) {
+        signature |= ReadingMatches::codeBit(character.code);
+      }
+      codeSignatures_.push_back(signature);
+    }
+  }
+}
 
 LexiconIndex::LexiconIndex(LetterTable &&table, std::span<const qoc_ocrDictionaryString> words)
     : LexiconIndex(std::move(table), WordLetters(words, table)) {}
@@ -63,15 +72,25 @@ void LexiconIndex::prepare(const ReadingMatches &matches, Window window, IndexQu
   }
 }
 
+void LexiconIndex::findInShort(const ReadingMatches &matches, std::int32_t maxEdits, std::int32_t first,
+                               std::int32_t end, std::vector<std::int32_t> &found) const {
+  const std::uint64_t uncovered = ~matches.coveredCodes();
+  for (std::int32_t word = first; word < end; ++word) {
+    if (std::popcount(codeSignatures_[static_cast<std::size_t>(word)] & uncovered) <= maxEdits) {
+      found.push_back(word);
+    }
+  }
+}
+
 bool LexiconIndex::walks(const IndexQuery &query, std::int32_t maxEdits) const noexcept {
   // Pieces of as many positions as there are edits match everywhere.
-  const std::int32_t tooShort = WordScan::goesByBlocks(query) ? 2 * maxEdits : 1;
+  const std::int32_t tooShort = scan_.goesByBlocks(query) ? 2 * maxEdits : 1;
   return !forward_.isEmpty() && query.hasRows && query.numPositions > tooShort && maxEdits <= maxEditsInTries;
 }
 
 /// How many nodes of the tries may be visited before a scan costs less.
 std::int64_t LexiconIndex::mostVisits(const IndexQuery &query, std::int32_t maxEdits) const noexcept {
-  if (!WordScan::goesByBlocks(query)) {
+  if (!scan_.goesByBlocks(query)) {
     return std::numeric_limits<std::int64_t>::max();
   }
   // So many letters of blocks are scanned in the time of two visits, where a byte holds a reading's column.
@@ -134,8 +153,8 @@ bool LexiconIndex::walk(const IndexQuery &query, std::vector<std::int32_t> &foun
 }
 
 std::size_t LexiconIndex::numBytes() const noexcept {
-  return sizeof *this + table_.numBytes() + scan_.numBytes() + equals_.capacity() * sizeof equals_[0] +
-         forward_.numBytes() + backward_.numBytes();
+  return sizeof *this + codeSignatures_.capacity() * sizeof(std::uint64_t) + table_.numBytes() + scan_.numBytes() +
+         equals_.capacity() * sizeof equals_[0] + forward_.numBytes() + backward_.numBytes();
 }
 
 namespace {

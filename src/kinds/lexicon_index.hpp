@@ -44,6 +44,14 @@ class LexiconIndex {
     return scan_.mayMatch(word, query, maxEdits);
   }
 
+  /// Whether the list is so short that findInShort finds what there is at less cost than a search: a dictionary may
+  /// have very many short lists.
+  bool isShort() const noexcept { return !codeSignatures_.empty(); }
+  /// Adds words of [first, end) of a short list to `found`, in ascending order: every one whose codes leave it an
+  /// alignment of at most maxEdits edits with the reading or with a part of it.
+  void findInShort(const ReadingMatches &matches, std::int32_t maxEdits, std::int32_t first, std::int32_t end,
+                   std::vector<std::int32_t> &found) const;
+
   /// Whether a search goes through tries, all words at once; a scan can be done in parts.
   bool walks(const IndexQuery &query, std::int32_t maxEdits) const noexcept;
 
@@ -66,6 +74,9 @@ class LexiconIndex {
   LexiconIndex(LetterTable &&table, std::span<const qoc_ocrDictionaryString> words);
   LexiconIndex(LetterTable &&table, const WordLetters &letters);
 
+  static constexpr std::size_t shortList = 64;
+
+  std::vector<std::uint64_t> codeSignatures_;  // Of a short list: by word, the bits of its codes.
   LetterTable table_;
   WordScan scan_;
   std::vector<std::pair<std::int32_t, std::int32_t>>

@@ -44,11 +44,13 @@ WordScan::WordScan(const WordLetters &words) : letters_(words.numLetters()) {
       }
       signatures_.push_back(signature);
     }
+    hasBlocks_ = hasBlocks_ || group.endOfBlocks() > group.first;
   }
+  hasBlocks_ = hasBlocks_ && BlockScan::isAvailable();
 }
 
-bool WordScan::goesByBlocks(const IndexQuery &query) noexcept {
-  return query.numPositions <= BlockScan::maxPositions && lexiconRoads().usesBlocks && BlockScan::isAvailable();
+bool WordScan::goesByBlocks(const IndexQuery &query) const noexcept {
+  return query.numPositions <= BlockScan::maxPositions && lexiconRoads().usesBlocks && hasBlocks_;
 }
 
 std::size_t WordScan::numLettersUpTo(std::int32_t length) const noexcept {

@@ -44,7 +44,7 @@ class WordScan {
             std::vector<std::int32_t> &found) const;
 
   /// Whether the words of a scan for the query are measured by the block.
-  static bool goesByBlocks(const IndexQuery &query) noexcept;
+  bool goesByBlocks(const IndexQuery &query) const noexcept;
   /// The letters that words of lengths up to the given one have in all.
   std::size_t numLettersUpTo(std::int32_t length) const noexcept;
 
@@ -67,6 +67,7 @@ class WordScan {
   std::vector<Letter> letters_;
   std::vector<Group> groups_;
   std::vector<std::uint64_t> signatures_;
+  bool hasBlocks_ = false;  // And this machine can scan them.
 };
 
 }  // namespace qoc
