@@ -24,8 +24,9 @@ QOC_API qsys_status qoc_ocrDictionaryLexicon_constructStrings(qoc_ocrDictionaryL
 /**
  * Replaces the words.
  *
- * @return 0; QOC_STATUS_STRING_EMPTY when a word is empty; QOC_STATUS_STRING_DUPLICATE when two are equal. The lexicon is unchanged
- *         then.
+ * @return 0; QOC_STATUS_STRING_EMPTY when a word is empty; QOC_STATUS_STRING_DUPLICATE when two are equal; or the
+ *         attention status when interrupted, which long lists ask for. The lexicon is unchanged then, as it is when any
+ *         other operation that changes the words fails.
  */
 QOC_API qsys_status qoc_ocrDictionaryLexicon_setStrings(qoc_ocrDictionaryLexicon *lexicon,
                                                         const qstd_vector_qoc_ocrDictionaryString *strings);

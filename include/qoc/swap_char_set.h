@@ -48,7 +48,8 @@ QOC_API qsys_status qoc_swapCharSet_reset(qoc_swapCharSet *set);
  * @return 0. With the set unchanged, for the first group at fault: QOC_STATUS_GROUP_EMPTY, QOC_STATUS_GROUP_SINGLE,
  *         QOC_STATUS_GROUP_RESERVED (a code in 0xF800 to 0xF8FF or 0xFF000 to 0xFFFFD), QOC_STATUS_GROUP_DUPLICATE (a
  *         character twice in one group), QSYS_STATUS_OUT_OF_MEMORY. With the set reset: QSTD_STATUS_SIZE_INVALID (a
- *         code of 0x7FFFFFFF or more), QSYS_STATUS_OUT_OF_MEMORY
+ *         code of 0x7FFFFFFF or more), QSYS_STATUS_OUT_OF_MEMORY. The attention status when interrupted, which large
+ *         groups and codes ask for: unchanged while they are checked, and else reset
  */
 QOC_API qsys_status qoc_swapCharSet_setEquiv(qoc_swapCharSet *set, const qstd_vector_vectorChar32 *groups);
 /** Constructs, then qoc_swapCharSet_setEquiv; unconstructed on failure. */

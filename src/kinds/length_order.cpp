@@ -92,7 +92,7 @@ class RowOfPlaces {
 
 /// `ranks` are the lengths, each as its rank among the different ones.
 template <class Places>
-std::vector<std::int32_t> orderByRank(std::span<const std::int32_t> ranks, std::size_t numRanks) {
+std::vector<std::int32_t> orderByRank(std::span<const std::int32_t> ranks, std::size_t numRanks, WorkMeter &meter) {
   std::vector<std::int32_t> order(ranks.size());
   std::iota(order.begin(), order.end(), 0);
   std::vector<Places> places(numRanks, Places(ranks.size()));
@@ -106,6 +106,7 @@ std::vector<std::int32_t> orderByRank(std::span<const std::int32_t> ranks, std::
       ++shortest;
     }
     const auto rank = static_cast<std::size_t>(ranks[static_cast<std::size_t>(order[i])]);
+    meter.spend(16 + rank - std::min(rank, shortest));
     chain.clear();
     for (std::size_t shorter = shortest; shorter < rank; ++shorter) {
       if (!places[shorter].isEmpty() && (chain.empty() || places[shorter].first() < places[chain.back()].first())) {
@@ -139,22 +140,26 @@ std::vector<std::int32_t> orderByRank(std::span<const std::int32_t> ranks, std::
 
 }  // namespace
 
-std::vector<std::int32_t> orderByLength(std::span<const std::int32_t> lengths) {
+std::vector<std::int32_t> orderByLength(std::span<const std::int32_t> lengths, WorkMeter &meter) {
   if (std::ranges::is_sorted(lengths)) {
     std::vector<std::int32_t> order(lengths.size());
     std::iota(order.begin(), order.end(), 0);
     return order;
   }
   std::vector<std::int32_t> distinct(lengths.begin(), lengths.end());
-  std::ranges::sort(distinct);
+  std::ranges::sort(distinct, [&meter](std::int32_t a, std::int32_t b) {
+    meter.spend(1);
+    return a < b;
+  });
   distinct.erase(std::unique(distinct.begin(), distinct.end()), distinct.end());
   std::vector<std::int32_t> ranks(lengths.size());
   std::ranges::transform(lengths, ranks.begin(), [&](std::int32_t length) {
+    meter.spend(16);
     return static_cast<std::int32_t>(std::ranges::lower_bound(distinct, length) - distinct.begin());
   });
   constexpr std::size_t mostRows = 512;
-  return distinct.size() <= mostRows ? orderByRank<RowOfPlaces>(ranks, distinct.size())
-                                     : orderByRank<HeapOfPlaces>(ranks, distinct.size());
+  return distinct.size() <= mostRows ? orderByRank<RowOfPlaces>(ranks, distinct.size(), meter)
+                                     : orderByRank<HeapOfPlaces>(ranks, distinct.size(), meter);
 }
 
 }  // namespace qoc

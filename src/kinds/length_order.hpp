@@ -5,6 +5,8 @@
 #include <span>
 #include <vector>
 
+#include "platform/system/work_meter.hpp"
+
 namespace qoc {
 
 /// The order into which words of the given lengths are brought by exchanges: for every place i in turn, and every place
@@ -12,7 +14,8 @@ namespace qoc {
 /// word that ends there.
 ///
 /// Words of equal length thus end in an order that depends on the exchanges, and that is what this function preserves,
-/// in O(n d log n) for d different lengths instead of the quadratic number of comparisons.
-std::vector<std::int32_t> orderByLength(std::span<const std::int32_t> lengths);
+/// in O(n d log n) for d different lengths instead of the quadratic number of comparisons. Throws Interrupted when the
+/// meter's check says so.
+std::vector<std::int32_t> orderByLength(std::span<const std::int32_t> lengths, WorkMeter &meter);
 
 }  // namespace qoc

@@ -12,10 +12,11 @@ constexpr std::size_t numLetters = 255;
 
 }  // namespace
 
-LetterTable::LetterTable(std::span<const qoc_ocrDictionaryString> words) {
+LetterTable::LetterTable(std::span<const qoc_ocrDictionaryString> words, WorkMeter &meter) {
   std::array<std::uint64_t, 256> smallCounts = {};
   std::unordered_map<Char32, std::uint64_t> otherCounts;
   for (const qoc_ocrDictionaryString &word : words) {
+    meter.spend(unitsOf(word));
     for (const qoc_ocrDictionaryChar &character : view(word)) {
       if (character.code < smallCounts.size()) {
         ++smallCounts[character.code];

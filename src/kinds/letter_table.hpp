@@ -9,6 +9,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "platform/system/work_meter.hpp"
 #include "text/reading_matches.hpp"
 
 namespace qoc {
@@ -19,12 +20,16 @@ using Letter = std::uint8_t;
 /// For every letter of a list the positions of a reading that it matches, a bit each.
 using LetterMatches = std::array<std::uint64_t, 256>;
 
+/// What going through a word once costs, in a meter's units.
+inline std::size_t unitsOf(const qoc_ocrDictionaryString &word) noexcept { return 4 + view(word).size(); }
+
 /// Numbers codes. In lists of more different codes than there are letters the rarest share letters; such a letter
 /// matches where one of its codes does. Whatever is looked up by letters then finds at least what it would find by
 /// codes.
 class LetterTable {
  public:
-  explicit LetterTable(std::span<const qoc_ocrDictionaryString> words);
+  /// Throws Interrupted, as all that makes an index does, when the meter's check says so.
+  LetterTable(std::span<const qoc_ocrDictionaryString> words, WorkMeter &meter);
 
   /// The letter of a code of the list.
   Letter letterOf(Char32 code) const noexcept {

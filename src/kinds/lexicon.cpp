@@ -18,6 +18,7 @@ using qoc::Frame;
 using qoc::inFrame;
 using qoc::present;
 using qoc::view;
+using qoc::WorkMeter;
 
 namespace {
 
@@ -31,10 +32,19 @@ bool haveSameCodes(const String &a, const String &b) noexcept {
 /// The different strings among those put in, in a table of a fixed size with open addresses.
 class StringSet {
  public:
-  explicit StringSet(std::size_t mostStrings) : slots_(std::bit_ceil(2 * mostStrings + 2)) {}
+  StringSet(std::size_t mostStrings, WorkMeter &meter) : meter_(meter) {
+    const std::size_t numSlots = std::bit_ceil(2 * mostStrings + 2);
+    slots_.reserve(numSlots);
+    while (slots_.size() < numSlots) {  // In parts, so that the memory is not touched in one long go.
+      constexpr std::size_t slotsPerPart = 1 << 14;
+      meter_.spend(slotsPerPart);
+      slots_.resize(std::min(numSlots, slots_.size() + slotsPerPart));
+    }
+  }
 
   /// @return whether no equal string was there
-  bool insert(const String &string) noexcept {
+  bool insert(const String &string) {
+    meter_.spend(16 + qoc::unitsOf(string));
     std::uint64_t hash = 0x9E3779B97F4A7C15u;
     for (const qoc_ocrDictionaryChar &character : view(string)) {
       hash = (hash ^ character.code) * 0xFF51AFD7ED558CCDu;
@@ -57,16 +67,21 @@ class StringSet {
     std::uint64_t hash;
     const String *string;
   };
+  WorkMeter &meter_;
   std::vector<Slot> slots_;
 };
 
 /// Empty words fail first, wherever in the list they stand, then equal ones.
-qsys_status checkList(const Strings &strings) {
+qsys_status checkList(const Strings &strings, WorkMeter &meter) {
   const auto words = view(strings);
-  if (std::ranges::any_of(words, [](const String &word) { return qoc::sizeOf(word) == 0; })) {
+  const auto isEmpty = [&meter](const String &word) {
+    meter.spend(1);
+    return qoc::sizeOf(word) == 0;
+  };
+  if (std::ranges::any_of(words, isEmpty)) {
     return QOC_STATUS_STRING_EMPTY;
   }
-  StringSet seen(words.size());
+  StringSet seen(words.size(), meter);
   const bool isUnique = std::ranges::all_of(words, [&](const String &word) { return seen.insert(word); });
   return isUnique ? QSYS_STATUS_OK : QOC_STATUS_STRING_DUPLICATE;
 }
@@ -74,23 +89,27 @@ qsys_status checkList(const Strings &strings) {
 /// The words of a list to be, in any order.
 using Chosen = std::vector<const String *>;
 
-Chosen chosenOf(const Strings &strings) {
+Chosen chosenOf(const Strings &strings, WorkMeter &meter) {
   Chosen chosen;
   chosen.reserve(view(strings).size() + 1);
   for (const String &string : view(strings)) {
+    meter.spend(1);
     chosen.push_back(&string);
   }
   return chosen;
 }
 
 /// Brings words into the lexicon's order.
-void sortByLength(Chosen &words) {
+void sortByLength(Chosen &words, WorkMeter &meter) {
   std::vector<std::int32_t> lengths(words.size());
-  std::ranges::transform(words, lengths.begin(), [](const String *word) { return qoc::sizeOf(*word); });
+  std::ranges::transform(words, lengths.begin(), [&meter](const String *word) {
+    meter.spend(4);
+    return qoc::sizeOf(*word);
+  });
   if (std::ranges::is_sorted(lengths)) {
     return;
   }
-  const std::vector<std::int32_t> order = qoc::orderByLength(lengths);
+  const std::vector<std::int32_t> order = qoc::orderByLength(lengths, meter);
   Chosen sorted(words.size());
   std::ranges::transform(order, sorted.begin(),
                          [&](std::int32_t word) { return words[static_cast<std::size_t>(word)]; });
@@ -99,15 +118,22 @@ void sortByLength(Chosen &words) {
 
 /// Fills an empty list with copies of words. Their characters lie together, in the list's order: that saves a block for
 /// each, and a match looks at words of one length.
-qsys_status copyWords(const Chosen &words, Strings &copies) {
+qsys_status copyWords(const Chosen &words, Strings &copies, WorkMeter &meter) {
   std::size_t numBytes = 0;
   for (const String *word : words) {
+    meter.spend(4);
     numBytes += qoc::ElementPool::sizeOf(view(*word).size(), sizeof(qoc_ocrDictionaryChar));
   }
   qoc::ElementPool pool(numBytes);
-  QOC_TRY(qstd_vector_qoc_ocrDictionaryString_resize(&copies, static_cast<std::int32_t>(words.size())));
-  const auto made = qoc::editAs<String>(copies);
+  constexpr std::size_t wordsPerPart = 1 << 16;
   for (std::size_t i = 0; i < words.size(); ++i) {
+    if (i % wordsPerPart == 0) {  // In parts, so that the memory is not touched in one long go.
+      QOC_TRY(qstd_vector_qoc_ocrDictionaryString_reserve(&copies, static_cast<std::int32_t>(words.size())));
+      const std::size_t end = std::min(words.size(), i + wordsPerPart);
+      QOC_TRY(qstd_vector_qoc_ocrDictionaryString_resize(&copies, static_cast<std::int32_t>(end)));
+    }
+    meter.spend(8 + qoc::unitsOf(*words[i]));
+    const auto made = qoc::editAs<String>(copies);
     QOC_TRY(pool.placeCopies(made[i].characters.core, view(*words[i]).data(), qoc::sizeOf(*words[i])));
   }
   return QSYS_STATUS_OK;
@@ -116,17 +142,19 @@ qsys_status copyWords(const Chosen &words, Strings &copies) {
 /// When the index of new words is made: with them, or, where words come one by one, when it is first used.
 enum class IndexTime { now, later };
 
-/// Chooses words by choose(words) and makes copies of them, sorted, the lexicon's words.
+/// Chooses words by choose(words, meter) and makes copies of them, sorted, the lexicon's words. Long lists ask for
+/// attention on the way; what has been put together is then dropped.
 template <class Choose>
 qsys_status replaceWords(qoc_ocrDictionaryLexicon &lexicon, IndexTime indexTime, Choose choose) {
   qoc_ocrDictionaryLexicon fresh;
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
     QOC_TRY(qoc_ocrDictionaryLexicon_construct(&fresh));
     frame.local<qoc_ocrDictionaryLexicon_destruct>(&fresh);
+    WorkMeter meter;
     Chosen words;
-    QOC_TRY(choose(words));
-    sortByLength(words);
-    QOC_TRY(copyWords(words, fresh.strings));
+    QOC_TRY(choose(words, meter));
+    sortByLength(words, meter);
+    QOC_TRY(copyWords(words, fresh.strings, meter));
     qoc::renewIndex(fresh);
     if (indexTime == IndexTime::now) {
       qoc::indexOf(fresh);
@@ -170,7 +198,8 @@ qsys_status qoc_ocrDictionaryLexicon_assign(qoc_ocrDictionaryLexicon *object, co
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
     QOC_TRY(qstd_vector_qoc_ocrDictionaryString_constructEmpty(&copy));
     frame.local<qstd_vector_qoc_ocrDictionaryString_destruct>(&copy);
-    QOC_TRY(copyWords(chosenOf(source->strings), copy));
+    WorkMeter meter;
+    QOC_TRY(copyWords(chosenOf(source->strings, meter), copy, meter));
     QOC_TRY(qstd_vector_qoc_ocrDictionaryString_swap(&object->strings, &copy));
     qoc::shareIndex(*object, *source);
     return QSYS_STATUS_OK;
@@ -200,9 +229,9 @@ qsys_status qoc_ocrDictionaryLexicon_setStrings(qoc_ocrDictionaryLexicon *lexico
   if (!present({lexicon, strings})) {
     return QSYS_STATUS_OK;
   }
-  return replaceWords(*lexicon, IndexTime::now, [&](Chosen &words) -> qsys_status {
-    QOC_TRY(checkList(*strings));
-    words = chosenOf(*strings);
+  return replaceWords(*lexicon, IndexTime::now, [&](Chosen &words, WorkMeter &meter) -> qsys_status {
+    QOC_TRY(checkList(*strings, meter));
+    words = chosenOf(*strings, meter);
     return QSYS_STATUS_OK;
   });
 }
@@ -211,8 +240,8 @@ qsys_status qoc_ocrDictionaryLexicon_setStringsSafe(qoc_ocrDictionaryLexicon *le
   if (!present({lexicon, strings})) {
     return QSYS_STATUS_OK;
   }
-  return replaceWords(*lexicon, IndexTime::now, [&](Chosen &words) -> qsys_status {
-    StringSet seen(static_cast<std::size_t>(qoc::sizeOf(*strings)));
+  return replaceWords(*lexicon, IndexTime::now, [&](Chosen &words, WorkMeter &meter) -> qsys_status {
+    StringSet seen(static_cast<std::size_t>(qoc::sizeOf(*strings)), meter);
     for (const String &string : view(*strings)) {
       if (qoc::sizeOf(string) > 0 && seen.insert(string)) {
         words.push_back(&string);
@@ -244,14 +273,16 @@ qsys_status qoc_ocrDictionaryLexicon_addString(qoc_ocrDictionaryLexicon *lexicon
   if (!present({lexicon, string})) {
     return QSYS_STATUS_OK;
   }
-  const String *found = nullptr;
-  QOC_TRY(qstd_vector_qoc_ocrDictionaryString_find(&lexicon->strings, string, &found));
-  if (found != nullptr) {
-    return QOC_STATUS_STRING_DUPLICATE;
-  }
   // Deliberate: an empty word is not refused here.
-  return replaceWords(*lexicon, IndexTime::later, [&](Chosen &words) -> qsys_status {
-    words = chosenOf(lexicon->strings);
+  return replaceWords(*lexicon, IndexTime::later, [&](Chosen &words, WorkMeter &meter) -> qsys_status {
+    const auto isSame = [&](const String &word) {
+      meter.spend(4);
+      return haveSameCodes(word, *string);
+    };
+    if (std::ranges::any_of(view(lexicon->strings), isSame)) {
+      return QOC_STATUS_STRING_DUPLICATE;
+    }
+    words = chosenOf(lexicon->strings, meter);
     words.push_back(string);
     return QSYS_STATUS_OK;
   });
@@ -277,10 +308,12 @@ qsys_status qoc_ocrDictionaryLexicon_removeString(qoc_ocrDictionaryLexicon *lexi
   if (!present({lexicon, string})) {
     return QSYS_STATUS_OK;
   }
-  return replaceWords(*lexicon, IndexTime::later, [&](Chosen &words) -> qsys_status {
-    words = chosenOf(lexicon->strings);
-    const std::size_t numRemoved =
-        std::erase_if(words, [&](const String *word) { return haveSameCodes(*word, *string); });
+  return replaceWords(*lexicon, IndexTime::later, [&](Chosen &words, WorkMeter &meter) -> qsys_status {
+    words = chosenOf(lexicon->strings, meter);
+    const std::size_t numRemoved = std::erase_if(words, [&](const String *word) {
+      meter.spend(4);
+      return haveSameCodes(*word, *string);
+    });
     return numRemoved == 0 ? QOC_STATUS_STRING_ABSENT : QSYS_STATUS_OK;
   });
 }

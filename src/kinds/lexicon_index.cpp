@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "kinds/lexicon_roads.hpp"
+#include "platform/system/shortcuts.hpp"
 
 namespace qoc {
 
@@ -28,7 +29,8 @@ std::uint64_t reversedBits(std::uint64_t bits, std::int32_t numBits) noexcept {
 
 }  // namespace
 
-LexiconIndex::LexiconIndex(std::span<const qoc_ocrDictionaryString> words) : LexiconIndex(LetterTable(words), words) {
+LexiconIndex::LexiconIndex(std::span<const qoc_ocrDictionaryString> words, WorkMeter &meter)
+    : LexiconIndex(LetterTable(words, meter), words, meter) {
   if (words.size() <= shortList) {
     for (const qoc_ocrDictionaryString &word : words) {
       std::uint64_t signature = 0;
@@ -40,14 +42,18 @@ LexiconIndex::LexiconIndex(std::span<const qoc_ocrDictionaryString> words) : Lex
   }
 }
 
-LexiconIndex::LexiconIndex(LetterTable &&table, std::span<const qoc_ocrDictionaryString> words)
-    : LexiconIndex(std::move(table), WordLetters(words, table)) {}
+LexiconIndex::LexiconIndex(LetterTable &&table, std::span<const qoc_ocrDictionaryString> words, WorkMeter &meter)
+    : LexiconIndex(std::move(table), WordLetters(words, table, meter), meter) {}
 
-LexiconIndex::LexiconIndex(LetterTable &&table, const WordLetters &letters) : table_(std::move(table)), scan_(letters) {
+LexiconIndex::LexiconIndex(LetterTable &&table, const WordLetters &letters, WorkMeter &meter)
+    : table_(std::move(table)), scan_(letters, meter) {
   if (letters.numWords() >= lexiconRoads().minWordsForTries && letters.numWords() <= maxWordsForTries) {
-    forward_ = WordTrie(letters, WordTrie::Direction::forward, &equals_);
-    backward_ = WordTrie(letters, WordTrie::Direction::backward);
-    std::ranges::sort(equals_);
+    forward_ = WordTrie(letters, WordTrie::Direction::forward, meter, &equals_);
+    backward_ = WordTrie(letters, WordTrie::Direction::backward, meter);
+    std::ranges::sort(equals_, [&meter](const auto &a, const auto &b) {
+      meter.spend(2);
+      return a < b;
+    });
   }
 }
 
@@ -140,14 +146,15 @@ bool LexiconIndex::walk(const IndexQuery &query, std::vector<std::int32_t> &foun
   const int n = query.numPositions;
   std::int64_t numVisits = mostVisits(query, Edits);
   const auto keep = [&found](std::int32_t word) { found.push_back(word); };
+  WorkMeter meter;
   if constexpr (Edits == 0) {
-    forward_.walk(EditAutomaton<0>(n, 0, 0), query.rows, numVisits, keep);
+    forward_.walk(EditAutomaton<0>(n, 0, 0), query.rows, meter, numVisits, keep);
   } else {
     constexpr int inFront = Edits / 2;
     constexpr int behind = Edits - 1 - inFront;
     const int cut = n / 2;
-    forward_.walk(EditAutomaton<Edits>(n, cut, inFront), query.rows, numVisits, keep);
-    backward_.walk(EditAutomaton<Edits>(n, n - cut, behind), query.reversedRows, numVisits, keep);
+    forward_.walk(EditAutomaton<Edits>(n, cut, inFront), query.rows, meter, numVisits, keep);
+    backward_.walk(EditAutomaton<Edits>(n, n - cut, behind), query.reversedRows, meter, numVisits, keep);
   }
   return numVisits >= 0;
 }
@@ -175,7 +182,10 @@ const LexiconIndex *indexOf(const qoc_ocrDictionaryLexicon &lexicon) {
     return nullptr;
   }
   auto &shared = *static_cast<SharedIndex *>(lexicon.index);
-  std::call_once(shared.isMade, [&] { shared.index.emplace(words); });
+  std::call_once(shared.isMade, [&] {
+    WorkMeter meter;
+    shared.index.emplace(words, meter);
+  });
   // Words that were put into the vector itself are not known to the index.
   return shared.index->numWords() == words.size() ? &*shared.index : nullptr;
 }
@@ -186,7 +196,11 @@ void renewIndex(qoc_ocrDictionaryLexicon &lexicon) {
   lexicon.index = fresh;
 }
 
-void shareIndex(qoc_ocrDictionaryLexicon &lexicon, const qoc_ocrDictionaryLexicon &source) noexcept {
+void shareIndex(qoc_ocrDictionaryLexicon &lexicon, const qoc_ocrDictionaryLexicon &source) {
+  if (!shortcuts().sharesStorage) {
+    renewIndex(lexicon);
+    return;
+  }
   if (source.index != nullptr) {
     static_cast<SharedIndex *>(source.index)->numHolders.fetch_add(1, std::memory_order_relaxed);
   }

@@ -34,7 +34,7 @@ namespace qoc {
 
 class LexiconIndex {
  public:
-  explicit LexiconIndex(std::span<const qoc_ocrDictionaryString> words);
+  LexiconIndex(std::span<const qoc_ocrDictionaryString> words, WorkMeter &meter);
 
   /// Makes the query of a window of a reading.
   void prepare(const ReadingMatches &matches, Window window, IndexQuery &query) const;
@@ -57,6 +57,7 @@ class LexiconIndex {
 
   /// Fills `found` with words of [first, end) in ascending order, among them every one within maxEdits edits of the
   /// reading. Where tries are walked, [first, end) must hold every word whose length differs by at most maxEdits.
+  /// Throws Interrupted where a long walk is interrupted.
   void find(const IndexQuery &query, std::int32_t maxEdits, std::int32_t first, std::int32_t end,
             std::vector<std::int32_t> &found) const;
 
@@ -71,8 +72,8 @@ class LexiconIndex {
   template <int Edits>
   bool walk(const IndexQuery &query, std::vector<std::int32_t> &found) const;
 
-  LexiconIndex(LetterTable &&table, std::span<const qoc_ocrDictionaryString> words);
-  LexiconIndex(LetterTable &&table, const WordLetters &letters);
+  LexiconIndex(LetterTable &&table, std::span<const qoc_ocrDictionaryString> words, WorkMeter &meter);
+  LexiconIndex(LetterTable &&table, const WordLetters &letters, WorkMeter &meter);
 
   static constexpr std::size_t shortList = 64;
 
@@ -85,11 +86,11 @@ class LexiconIndex {
 };
 
 /// The index of a lexicon's words, made when it is asked for first; null where there is none. Any number of threads may
-/// ask.
+/// ask. Making the index of a long list asks for attention: throws Interrupted, and the next one who asks makes it.
 const LexiconIndex *indexOf(const qoc_ocrDictionaryLexicon &lexicon);
 /// Gives the lexicon an index of its own, for its words as they are now.
 void renewIndex(qoc_ocrDictionaryLexicon &lexicon);
-void shareIndex(qoc_ocrDictionaryLexicon &lexicon, const qoc_ocrDictionaryLexicon &source) noexcept;
+void shareIndex(qoc_ocrDictionaryLexicon &lexicon, const qoc_ocrDictionaryLexicon &source);
 void dropIndex(qoc_ocrDictionaryLexicon &lexicon) noexcept;
 
 }  // namespace qoc

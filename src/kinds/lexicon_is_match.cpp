@@ -43,29 +43,33 @@ class WordTest {
     if (range.first >= range.end) {
       return QSYS_STATUS_OK;
     }
-    find(window, range);
-    WordPolls polls(range, matches_.size(), params_);
-    for (const std::int32_t word : found_) {
-      QOC_TRY(polls.pollBefore(word));
-      const Characters characters = view(view(lexicon_.strings)[static_cast<std::size_t>(word)]);
-      QOC_TRY(searchesWindows_ ? test_.isMatch(characters, params_, isMatch)
-                               : test_.isMatchInWindow(characters, window, params_, isMatch));
-      if (isMatch) {
-        return QSYS_STATUS_OK;
-      }
-    }
-    return polls.passOver(range.end);
-  }
-
-  /// Finds the words worth testing.
-  void find(Window window, const WordRange &range) {
-    found_.clear();
     if (index_ != nullptr) {
       index_->prepare(matches_, window, query_);
-      if (!searchesWindows_) {
-        index_->find(query_, maxEdits_, range.first, range.end, found_);
-        return;
+    }
+    const bool isScan = index_ == nullptr || searchesWindows_ || !index_->walks(query_, maxEdits_);
+    WordPolls polls(range, matches_.size(), params_);
+    for (WordRange part = firstPart(range, isScan); part.first < part.end; part = nextPart(range, part)) {
+      find(part);
+      for (const std::int32_t word : found_) {
+        QOC_TRY(polls.pollBefore(word));
+        const Characters characters = view(view(lexicon_.strings)[static_cast<std::size_t>(word)]);
+        QOC_TRY(searchesWindows_ ? test_.isMatch(characters, params_, isMatch)
+                                 : test_.isMatchInWindow(characters, window, params_, isMatch));
+        if (isMatch) {
+          return QSYS_STATUS_OK;
+        }
       }
+      QOC_TRY(polls.passOver(part.end));
+    }
+    return QSYS_STATUS_OK;
+  }
+
+  /// Finds the words worth testing among some.
+  void find(const WordRange &range) {
+    found_.clear();
+    if (index_ != nullptr && !searchesWindows_) {
+      index_->find(query_, maxEdits_, range.first, range.end, found_);
+      return;
     }
     for (std::int32_t word = range.first; word < range.end; ++word) {
       if (index_ == nullptr || index_->mayMatch(word, query_, maxEdits_)) {

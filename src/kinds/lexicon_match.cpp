@@ -137,14 +137,11 @@ class WordMatcher {
   /// align() with some of them in found_ after the other, in order. A scan is done in parts, so that it is interrupted.
   template <class Align>
   qsys_status findAll(std::int32_t maxEdits, Align align) {
-    constexpr std::int32_t wordsPerScan = 1 << 16;
     const bool isScan = known_.empty() && (index_ == nullptr || searchesWindows_ || !index_->walks(query_, maxEdits));
-    std::int32_t end = range_.first;
-    for (std::int32_t first = end; first < range_.end; first = end) {
-      end = isScan && range_.end - first > wordsPerScan ? first + wordsPerScan : range_.end;
-      find(maxEdits, first, end);
+    for (WordRange part = firstPart(range_, isScan); part.first < part.end; part = nextPart(range_, part)) {
+      find(maxEdits, part.first, part.end);
       QOC_TRY(align());
-      QOC_TRY(polls_.passOver(end));
+      QOC_TRY(polls_.passOver(part.end));
     }
     return QSYS_STATUS_OK;
   }

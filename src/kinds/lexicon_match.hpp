@@ -29,6 +29,18 @@ inline std::int64_t numPolls(const WordRange &range) noexcept {
   return range.first < range.end ? numBelow(range.end) - numBelow(range.first) : 0;
 }
 
+/// A search that goes through the words one by one does so in parts, so that it is interrupted between them.
+inline constexpr std::int32_t wordsPerScan = 1 << 16;
+
+/// The first part of a search's range: all of it where the search is no scan.
+inline WordRange firstPart(const WordRange &range, bool isScan) noexcept {
+  return {range.first, isScan && range.end - range.first > wordsPerScan ? range.first + wordsPerScan : range.end};
+}
+/// The part behind another one; empty behind the last.
+inline WordRange nextPart(const WordRange &range, const WordRange &part) noexcept {
+  return firstPart({part.end, range.end}, true);
+}
+
 /// The attention checks between one word and another: one at every word whose index is a multiple of wordsPerPoll, and
 /// where windows are searched one for each of their starts at every word.
 class WordPolls {

@@ -17,7 +17,7 @@ class WordLetters {
     std::size_t place;
   };
 
-  WordLetters(std::span<const qoc_ocrDictionaryString> words, const LetterTable &table);
+  WordLetters(std::span<const qoc_ocrDictionaryString> words, const LetterTable &table, WorkMeter &meter);
 
   std::int32_t numWords() const noexcept { return numWords_; }
   /// The groups, shortest first.

@@ -18,7 +18,7 @@ struct LetterSteps {
 
 }  // namespace
 
-WordScan::WordScan(const WordLetters &words) : letters_(words.numLetters()) {
+WordScan::WordScan(const WordLetters &words, WorkMeter &meter) : letters_(words.numLetters()) {
   signatures_.reserve(static_cast<std::size_t>(words.numWords()));
   std::size_t place = 0;
   for (std::size_t g = 0; g < words.groups().size(); ++g) {
@@ -26,6 +26,7 @@ WordScan::WordScan(const WordLetters &words) : letters_(words.numLetters()) {
     const Group &group = groups_.emplace_back(Group{read.length, read.first, words.endOf(g), place});
     const auto length = static_cast<std::size_t>(read.length);
     for (std::int32_t word = group.first; word < group.end; ++word) {
+      meter.spend(1 + length);
       const Letter *from = words.lettersOf(read, word);
       const bool isInBlock = word < group.endOfBlocks();
       const std::size_t step = isInBlock ? wordsPerBlock : 1;

@@ -15,6 +15,7 @@
 
 #include "kinds/block_scan.hpp"
 #include "kinds/word_letters.hpp"
+#include "platform/system/work_meter.hpp"
 
 namespace qoc {
 
@@ -31,7 +32,7 @@ struct IndexQuery {
 
 class WordScan {
  public:
-  explicit WordScan(const WordLetters &words);
+  WordScan(const WordLetters &words, WorkMeter &meter);
 
   /// Whether the word's letters leave it an alignment of at most maxEdits edits with the reading or with a part of it.
   bool mayMatch(std::int32_t word, const IndexQuery &query, std::int32_t maxEdits) const noexcept {

@@ -9,7 +9,7 @@ namespace qoc {
 /// Sorts the words, then writes the nodes from the root down.
 class WordTrie::Builder {
  public:
-  Builder(const WordLetters &words, Direction direction) : direction_(direction) {
+  Builder(const WordLetters &words, Direction direction, WorkMeter &meter) : direction_(direction), meter_(meter) {
     std::size_t numWords = 0;
     const auto groups = words.groups();
     for (std::size_t g = 0; g < groups.size() && groups[g].length <= maxLength; ++g) {
@@ -18,15 +18,20 @@ class WordTrie::Builder {
     entries_.reserve(numWords);
     for (std::size_t g = 0; g < groups.size() && groups[g].length <= maxLength; ++g) {
       for (std::int32_t word = groups[g].first; word < words.endOf(g); ++word) {
+        meter_.spend(8);
         entries_.push_back(makeEntry(words.lettersOf(groups[g], word), groups[g].length, word));
       }
     }
-    std::ranges::sort(entries_, [this](const Entry &a, const Entry &b) { return isBefore(a, b); });
+    std::ranges::sort(entries_, [this](const Entry &a, const Entry &b) {
+      meter_.spend(2);
+      return isBefore(a, b);
+    });
   }
 
   void removeEquals(std::vector<std::pair<std::int32_t, std::int32_t>> *equals) {
     std::size_t numKept = 0;
     for (const Entry &entry : entries_) {
+      meter_.spend(4);
       if (numKept > 0 && haveSameLetters(entries_[numKept - 1], entry)) {
         if (equals != nullptr) {
           equals->emplace_back(entries_[numKept - 1].word, entry.word);
@@ -99,6 +104,7 @@ class WordTrie::Builder {
       ++fork;
     }
     const bool isLeaf = end - first == 1;
+    meter_.spend(8 + 2 * (end - first));  // Every node goes through its entries, to find its branches.
     nodes_.push_back(static_cast<std::uint8_t>((fork - depth) | (isLeaf ? leafFlag : 0)));
     for (std::int32_t i = depth; i < fork; ++i) {
       nodes_.push_back(letterAt(low, i));
@@ -141,13 +147,14 @@ class WordTrie::Builder {
   }
 
   Direction direction_;
+  WorkMeter &meter_;
   std::vector<Entry> entries_;
   std::vector<std::uint8_t> nodes_;
 };
 
-WordTrie::WordTrie(const WordLetters &words, Direction direction,
+WordTrie::WordTrie(const WordLetters &words, Direction direction, WorkMeter &meter,
                    std::vector<std::pair<std::int32_t, std::int32_t>> *equals) {
-  Builder builder(words, direction);
+  Builder builder(words, direction, meter);
   builder.removeEquals(equals);
   nodes_ = builder.write();
 }

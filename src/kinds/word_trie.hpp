@@ -31,17 +31,17 @@ class WordTrie {
   WordTrie() = default;
   /// Of words with the same letters the first is in the trie; the others are added to `equals`, where it is given, as
   /// pairs of the word in the trie and the other.
-  WordTrie(const WordLetters &words, Direction direction,
+  WordTrie(const WordLetters &words, Direction direction, WorkMeter &meter,
            std::vector<std::pair<std::int32_t, std::int32_t>> *equals = nullptr);
 
   /// Calls found(word) for every word that the automaton accepts; `rows` are the matches of the letters, in the trie's
   /// direction. `numVisits` is the number of nodes that may be visited, less those that were when it ends; below 0 the
-  /// walk was given up.
+  /// walk was given up. Throws Interrupted when the meter's check says so.
   template <int Edits, class Found>
-  void walk(const EditAutomaton<Edits> &automaton, const LetterMatches &rows, std::int64_t &numVisits,
+  void walk(const EditAutomaton<Edits> &automaton, const LetterMatches &rows, WorkMeter &meter, std::int64_t &numVisits,
             Found found) const {
     if (!nodes_.empty()) {
-      Walk<Edits, Found> walk = {nodes_.data(), automaton, rows, found, numVisits};
+      Walk<Edits, Found> walk = {nodes_.data(), automaton, rows, meter, found, numVisits};
       walk.visit(0, automaton.start());
       numVisits = walk.numVisits;
     }
@@ -85,6 +85,7 @@ class WordTrie {
         return;
       }
       const std::size_t numBranches = std::size_t{*place++} + 1;
+      meter.spend(2 * numBranches);
       const std::uint8_t *targets = place + numBranches;
       std::size_t branch = 0;
       if (*place == 0) {
@@ -117,6 +118,7 @@ class WordTrie {
         return;
       }
       const std::size_t numBranches = std::size_t{*place++} + 1;
+      meter.spend(2 * numBranches);
       const std::uint8_t *targets = place + numBranches;
       std::size_t branch = 0;
       if (*place == 0) {
@@ -139,6 +141,7 @@ class WordTrie {
     const std::uint8_t *nodes;
     const EditAutomaton<Edits> &automaton;
     const LetterMatches &rows;
+    WorkMeter &meter;
     Found &found;
     std::int64_t numVisits;
   };

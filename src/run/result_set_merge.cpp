@@ -6,6 +6,7 @@
 
 #include "frame/frame.hpp"
 #include "platform/containers/shared_elements.hpp"
+#include "platform/system/shortcuts.hpp"
 #include "run/result_ranking.hpp"
 #include "run/result_set_ops.hpp"
 
@@ -150,6 +151,10 @@ qsys_status qoc::mergeTaking(qoc_ocrDictionaryResultSet &target, qoc_ocrDictiona
                              const qoc_ocrDictionaryRunParams *params) {
   if (partial.isComputed == 0 || sizeOf(partial.results) == 0) {
     return QSYS_STATUS_OK;
+  }
+  if (!shortcuts().sharesStorage) {
+    QOC_TRY(qoc_ocrDictionaryResultSet_merge(&target, &partial, params));
+    return qstd_vector_qoc_ocrDictionaryResult_resize(&partial.results, 0);
   }
   if ((target.isComputed == 0 || sizeOf(target.results) == 0) &&
       target.results.core.memory == partial.results.core.memory) {

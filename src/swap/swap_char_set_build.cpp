@@ -20,6 +20,8 @@
 #include <vector>
 
 #include "frame/frame.hpp"
+#include "platform/system/shortcuts.hpp"
+#include "platform/system/work_meter.hpp"
 #include "swap/pair_filter.hpp"
 #include "text/views.hpp"
 
@@ -28,6 +30,7 @@ using qoc::Frame;
 using qoc::inFrame;
 using qoc::present;
 using qoc::viewAs;
+using qoc::WorkMeter;
 
 namespace {
 
@@ -46,29 +49,29 @@ std::span<const qstd_vectorChar32> groupsOf(const qstd_vector_vectorChar32 &grou
 
 bool isReserved(Char32 code) { return (code >= 0xF800u && code <= 0xF8FFu) || (code >= 0xFF000u && code <= 0xFFFFDu); }
 
-qsys_status hasDuplicate(const qstd_vectorChar32 &group, bool *result) {
-  const Codes codes = viewAs<Char32>(group);
+bool hasDuplicate(Codes codes, WorkMeter &meter) {
   if (codes.size() <= maxComparedPairwise) {
-    *result = false;
-    for (std::size_t i = 0; i < codes.size() && !*result; ++i) {
-      *result = std::find(codes.begin(), codes.begin() + static_cast<std::ptrdiff_t>(i), codes[i]) !=
-                codes.begin() + static_cast<std::ptrdiff_t>(i);
+    for (std::size_t i = 0; i < codes.size(); ++i) {
+      const auto end = codes.begin() + static_cast<std::ptrdiff_t>(i);
+      if (std::find(codes.begin(), end, codes[i]) != end) {
+        return true;
+      }
     }
-    return QSYS_STATUS_OK;
+    return false;
   }
-  qstd_vectorChar32 distinct;
-  return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    QOC_TRY(qstd_vectorChar32_constructCopy(&distinct, &group));
-    frame.local<qstd_vectorChar32_destruct>(&distinct);
-    QOC_TRY(qstd_vectorChar32_sortUnique(&distinct, 1));
-    *result = distinct.core.size != group.core.size;
-    return QSYS_STATUS_OK;
+  std::vector<Char32> sorted(codes.begin(), codes.end());
+  std::ranges::sort(sorted, [&meter](Char32 a, Char32 b) {
+    meter.spend(1);
+    return a < b;
   });
+  return std::ranges::adjacent_find(sorted) != sorted.end();
 }
 
-qsys_status validate(const qstd_vector_vectorChar32 &groups) {
+/// Throws Interrupted, as all that follows does, when the meter's check says so.
+qsys_status validate(const qstd_vector_vectorChar32 &groups, WorkMeter &meter) {
   for (const qstd_vectorChar32 &group : groupsOf(groups)) {
     const Codes codes = viewAs<Char32>(group);
+    meter.spend(8 + codes.size());
     if (codes.empty()) {
       return QOC_STATUS_GROUP_EMPTY;
     }
@@ -78,19 +81,21 @@ qsys_status validate(const qstd_vector_vectorChar32 &groups) {
     if (std::any_of(codes.begin(), codes.end(), isReserved)) {
       return QOC_STATUS_GROUP_RESERVED;
     }
-    bool isRepeated = false;
-    QOC_TRY(hasDuplicate(group, &isRepeated));
-    if (isRepeated) {
+    if (hasDuplicate(codes, meter)) {
       return QOC_STATUS_GROUP_DUPLICATE;
     }
   }
   return QSYS_STATUS_OK;
 }
 
+/// Up to this many entries of a table or codes of a group are gone through at once.
+constexpr std::int32_t entriesPerPart = 1 << 18;
+
 /// Makes the table from code to index, with 0 where a code stands in a group and -1 elsewhere; empty without groups.
-qsys_status markCodes(const qstd_vector_vectorChar32 &groups, qstd_vector32s *table) {
+qsys_status markCodes(const qstd_vector_vectorChar32 &groups, qstd_vector32s *table, WorkMeter &meter) {
   std::int64_t size = 0;
   for (const qstd_vectorChar32 &group : groupsOf(groups)) {
+    meter.spend(8 + viewAs<Char32>(group).size());
     for (const Char32 code : viewAs<Char32>(group)) {
       size = std::max(size, std::int64_t{code} + 1);
     }
@@ -99,7 +104,12 @@ qsys_status markCodes(const qstd_vector_vectorChar32 &groups, qstd_vector32s *ta
     return QSTD_STATUS_SIZE_INVALID;
   }
   const std::int32_t absent = -1;
-  QOC_TRY(qstd_vector32s_resizeFill(table, static_cast<std::int32_t>(size), &absent));
+  QOC_TRY(qstd_vector32s_reserve(table, static_cast<std::int32_t>(size)));
+  while (table->core.size < size) {
+    meter.spend(entriesPerPart);
+    const std::int64_t end = std::min(size, std::int64_t{table->core.size} + entriesPerPart);
+    QOC_TRY(qstd_vector32s_resizeFill(table, static_cast<std::int32_t>(end), &absent));
+  }
   const std::span<std::int32_t> indexOf = editAs<std::int32_t>(*table);
   for (const qstd_vectorChar32 &group : groupsOf(groups)) {
     for (const Char32 code : viewAs<Char32>(group)) {
@@ -110,13 +120,21 @@ qsys_status markCodes(const qstd_vector_vectorChar32 &groups, qstd_vector32s *ta
 }
 
 /// Numbers the marked codes in ascending order, and lists them.
-qsys_status numberCodes(qstd_vector32s *table, qstd_vectorChar32 *distinctCharacters) {
+qsys_status numberCodes(qstd_vector32s *table, qstd_vectorChar32 *distinctCharacters, WorkMeter &meter) {
   const std::span<std::int32_t> indexOf = editAs<std::int32_t>(*table);
-  const auto numDistinct = std::count(indexOf.begin(), indexOf.end(), 0);
+  std::ptrdiff_t numDistinct = 0;
+  for (std::size_t first = 0; first < indexOf.size(); first += entriesPerPart) {
+    meter.spend(entriesPerPart / 4);
+    const auto part = indexOf.subspan(first, std::min<std::size_t>(entriesPerPart, indexOf.size() - first));
+    numDistinct += std::count(part.begin(), part.end(), 0);
+  }
   QOC_TRY(qstd_vectorChar32_resize(distinctCharacters, static_cast<std::int32_t>(numDistinct)));
   const std::span<Char32> codes = editAs<Char32>(*distinctCharacters);
   std::size_t numFound = 0;
   for (std::size_t code = 0; code < indexOf.size(); ++code) {
+    if (code % entriesPerPart == 0) {
+      meter.spend(entriesPerPart / 2);
+    }
     if (indexOf[code] == 0) {
       indexOf[code] = static_cast<std::int32_t>(numFound);
       codes[numFound++] = static_cast<Char32>(code);
@@ -135,10 +153,11 @@ class Classes {
   void join(std::size_t a, std::size_t b) { parents_[rootOf(a)] = rootOf(b); }
 
   /// The members of every class, ascending; the classes are in no particular order.
-  std::vector<std::vector<std::size_t>> members() {
+  std::vector<std::vector<std::size_t>> members(WorkMeter &meter) {
     std::vector<std::size_t> classOfRoot(parents_.size(), parents_.size());
     std::vector<std::vector<std::size_t>> classes;
     for (std::size_t i = 0; i < parents_.size(); ++i) {
+      meter.spend(8);
       std::size_t &index = classOfRoot[rootOf(i)];
       if (index == parents_.size()) {
         index = classes.size();
@@ -161,19 +180,21 @@ class Classes {
   std::vector<std::size_t> parents_;
 };
 
-std::vector<std::vector<std::size_t>> findClasses(const qoc_swapCharSet &set) {
+std::vector<std::vector<std::size_t>> findClasses(const qoc_swapCharSet &set, WorkMeter &meter) {
   const auto indexOf = viewAs<std::int32_t>(set.swapCharCodeToIndexLUT);
   Classes classes(static_cast<std::size_t>(set.distinctCharacters.core.size));
   for (const qstd_vectorChar32 &group : groupsOf(set.groups)) {
     const Codes codes = viewAs<Char32>(group);
     for (const Char32 code : codes) {
+      meter.spend(8);
       classes.join(static_cast<std::size_t>(indexOf[code]), static_cast<std::size_t>(indexOf[codes.front()]));
     }
   }
-  return classes.members();
+  return classes.members(meter);
 }
 
-qsys_status fillEquivalenceTable(qoc_swapCharSet *set, const std::vector<std::vector<std::size_t>> &classes) {
+qsys_status fillEquivalenceTable(qoc_swapCharSet *set, const std::vector<std::vector<std::size_t>> &classes,
+                                 WorkMeter &meter) {
   const std::int32_t numCharacters = set->distinctCharacters.core.size;
   QOC_TRY(qstd_vector_vectorb_resize(&set->swapCharEquivalenceTable, numCharacters));
   const auto rows = editAs<qstd_vectorb>(set->swapCharEquivalenceTable);
@@ -185,6 +206,7 @@ qsys_status fillEquivalenceTable(qoc_swapCharSet *set, const std::vector<std::ve
       isEquivalent[member] = 1;
     }
     for (const std::size_t member : members) {
+      meter.spend(16 + static_cast<std::size_t>(numCharacters) / 8);
       QOC_TRY(qstd_vectorb_assign(&rows[member], &row));
     }
   }
@@ -192,7 +214,8 @@ qsys_status fillEquivalenceTable(qoc_swapCharSet *set, const std::vector<std::ve
 }
 
 /// Fills the cache of equivalents at once, so that queries need not write it: class by class, while there is room.
-qsys_status fillEquivalentsCache(qoc_swapCharSet *set, const std::vector<std::vector<std::size_t>> &classes) {
+qsys_status fillEquivalentsCache(qoc_swapCharSet *set, const std::vector<std::vector<std::size_t>> &classes,
+                                 WorkMeter &meter) {
   const std::int32_t numCharacters = set->distinctCharacters.core.size;
   QOC_TRY(qstd_vector_vectorChar32_resize(&set->equivalentsCacheLists, numCharacters));
   QOC_TRY(qstd_vectorb_resize(&set->equivalentsCacheFlags, numCharacters));
@@ -203,11 +226,12 @@ qsys_status fillEquivalentsCache(qoc_swapCharSet *set, const std::vector<std::ve
   for (const std::vector<std::size_t> &members : classes) {
     const auto listSize = static_cast<std::int64_t>(members.size()) - 1;
     const std::int64_t numAdded = listSize * static_cast<std::int64_t>(members.size());
-    if (numCached + numAdded > maxCachedCodes) {
+    if (numCached + numAdded > maxCachedCodes || !qoc::shortcuts().usesEquivalentsCache) {
       continue;
     }
     numCached += numAdded;
     for (const std::size_t member : members) {
+      meter.spend(16 + members.size());
       QOC_TRY(qstd_vectorChar32_resize(&lists[member], static_cast<std::int32_t>(listSize)));
       const std::span<Char32> list = editAs<Char32>(lists[member]);
       std::size_t numListed = 0;
@@ -249,13 +273,15 @@ class Shares {
 /// Enters the ordered pairs of a group's distinct positions. A slot is the sum of a share of the first code and one of
 /// the second, and there are 997 shares, so at most 997 x 997 sums are looked at, however large the group is. Two
 /// shares make a pair unless each has one member and that is the same one.
-void enterPairs(Codes codes, std::span<std::uint8_t> filter) {
+void enterPairs(Codes codes, std::span<std::uint8_t> filter, WorkMeter &meter) {
   Shares firsts, seconds;
+  meter.spend(qoc::pairFilterSize + 4 * codes.size());
   for (std::size_t i = 0; i < codes.size(); ++i) {
     firsts.add(qoc::firstShareOf(codes[i]), i);
     seconds.add(qoc::secondShareOf(codes[i]), i);
   }
   for (const Shares::Share &a : firsts.all()) {
+    meter.spend(seconds.all().size());
     for (const Shares::Share &b : seconds.all()) {
       if (a.count > 1 || b.count > 1 || a.first != b.first) {
         filter[qoc::slotOfShares(a.value, b.value)] = 1;
@@ -264,36 +290,36 @@ void enterPairs(Codes codes, std::span<std::uint8_t> filter) {
   }
 }
 
-qsys_status fillPairFilter(qoc_swapCharSet *set) {
+qsys_status fillPairFilter(qoc_swapCharSet *set, WorkMeter &meter) {
   set->isEmpty = 1;
   QOC_TRY(qstd_vectorb_resize(&set->pairFilter, qoc::pairFilterSize));
   for (const qstd_vectorChar32 &group : groupsOf(set->groups)) {
     set->isEmpty = 0;  // A valid group has members.
-    enterPairs(viewAs<Char32>(group), editAs<std::uint8_t>(set->pairFilter));
+    enterPairs(viewAs<Char32>(group), editAs<std::uint8_t>(set->pairFilter), meter);
   }
   return qstd_vectorb_getBeginConst(&set->pairFilter, &set->pairFilterData);
 }
 
 /// Builds everything from valid groups, which may be the set's own. On failure the set is partly built.
-qsys_status build(qoc_swapCharSet *set, const qstd_vector_vectorChar32 &groups) {
+qsys_status build(qoc_swapCharSet *set, const qstd_vector_vectorChar32 &groups, WorkMeter &meter) {
   qstd_vector32s table;
   qstd_vector_vectorChar32 copy;
   return inFrame<2>([&](Frame<2> &frame) -> qsys_status {
     // The table of codes comes first: it is what cannot be made when a code is very large.
     QOC_TRY(qstd_vector32s_constructEmpty(&table));
     frame.local<qstd_vector32s_destruct>(&table);
-    QOC_TRY(markCodes(groups, &table));
+    QOC_TRY(markCodes(groups, &table, meter));
     QOC_TRY(qstd_vector_vectorChar32_constructCopy(&copy, &groups));
     frame.local<qstd_vector_vectorChar32_destruct>(&copy);
 
     QOC_TRY(qoc_swapCharSet_reset(set));
     QOC_TRY(qstd_vector32s_swap(&set->swapCharCodeToIndexLUT, &table));
     QOC_TRY(qstd_vector_vectorChar32_swap(&set->groups, &copy));
-    QOC_TRY(numberCodes(&set->swapCharCodeToIndexLUT, &set->distinctCharacters));
-    const std::vector<std::vector<std::size_t>> classes = findClasses(*set);
-    QOC_TRY(fillEquivalenceTable(set, classes));
-    QOC_TRY(fillEquivalentsCache(set, classes));
-    return fillPairFilter(set);
+    QOC_TRY(numberCodes(&set->swapCharCodeToIndexLUT, &set->distinctCharacters, meter));
+    const std::vector<std::vector<std::size_t>> classes = findClasses(*set, meter);
+    QOC_TRY(fillEquivalenceTable(set, classes, meter));
+    QOC_TRY(fillEquivalentsCache(set, classes, meter));
+    return fillPairFilter(set, meter);
   });
 }
 
@@ -359,8 +385,9 @@ qsys_status qoc_swapCharSet_setEquiv(qoc_swapCharSet *set, const qstd_vector_vec
   if (!present({set, groups})) {
     return QSYS_STATUS_OK;
   }
-  QOC_TRY(validate(*groups));
-  const qsys_status status = build(set, *groups);
+  WorkMeter meter;
+  QOC_TRY(qoc::withoutExceptions([&] { return validate(*groups, meter); }));
+  const qsys_status status = build(set, *groups, meter);
   if (status < 0) {
     // A half-built set answers queries from tables that do not fit together.
     qoc_swapCharSet_reset(set);

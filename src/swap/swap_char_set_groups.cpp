@@ -10,9 +10,11 @@
 
 #include <qoc/swap_char_set.h>
 
+#include <algorithm>
 #include <utility>
 
 #include "frame/frame.hpp"
+#include "platform/system/work_meter.hpp"
 #include "text/views.hpp"
 
 using qoc::editAs;
@@ -20,6 +22,7 @@ using qoc::Frame;
 using qoc::inFrame;
 using qoc::present;
 using qoc::viewAs;
+using qoc::WorkMeter;
 
 namespace {
 
@@ -29,14 +32,36 @@ bool isSingle(const qoc_swapChar &swap) { return swap.first.core.size == 1 && sw
 
 Char32 firstOf(const qstd_vectorChar32 &sequence) { return viewAs<Char32>(sequence)[0]; }
 
-bool holds(const qstd_vectorChar32 &group, Char32 code) {
-  const Char32 *found = nullptr;
-  qstd_vectorChar32_find(&group, code, &found);
-  return found != nullptr;
+/// Codes of a group that are gone through at once.
+constexpr std::size_t codesPerPart = 1 << 18;
+
+/// Throws Interrupted, as all that follows does, when the meter's check says so.
+bool holds(const qstd_vectorChar32 &group, Char32 code, WorkMeter &meter) {
+  for (auto rest = viewAs<Char32>(group); !rest.empty();) {
+    const auto part = rest.first(std::min(codesPerPart, rest.size()));
+    meter.spend(1 + part.size() / 4);
+    if (std::ranges::find(part, code) != part.end()) {
+      return true;
+    }
+    rest = rest.subspan(part.size());
+  }
+  return false;
+}
+
+qsys_status append(qstd_vectorChar32 &to, const qstd_vectorChar32 &from, WorkMeter &meter) {
+  QOC_TRY(qstd_vectorChar32_reserve(
+      &to, static_cast<std::int32_t>(std::min<std::int64_t>(INT32_MAX, std::int64_t{to.core.size} + from.core.size))));
+  for (auto rest = viewAs<Char32>(from); !rest.empty();) {
+    const auto part = rest.first(std::min(codesPerPart, rest.size()));
+    meter.spend(part.size() / 2);
+    QOC_TRY(qstd_vectorChar32_insert(&to, to.core.size, part.data(), static_cast<std::int32_t>(part.size())));
+    rest = rest.subspan(part.size());
+  }
+  return QSYS_STATUS_OK;
 }
 
 /// Makes one group for each distinct character of the single-character swaps, in the order in which they appear.
-qsys_status makeGroupPerCharacter(Swaps swaps, qstd_vector_vectorChar32 *groups) {
+qsys_status makeGroupPerCharacter(Swaps swaps, qstd_vector_vectorChar32 *groups, WorkMeter &meter) {
   qstd_vectorChar32 characters;
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
     QOC_TRY(qstd_vectorChar32_constructEmpty(&characters));
@@ -44,7 +69,7 @@ qsys_status makeGroupPerCharacter(Swaps swaps, qstd_vector_vectorChar32 *groups)
     for (const qoc_swapChar &swap : swaps) {
       if (isSingle(swap)) {
         for (const Char32 code : {firstOf(swap.first), firstOf(swap.second)}) {
-          if (!holds(characters, code)) {
+          if (!holds(characters, code, meter)) {
             QOC_TRY(qstd_vectorChar32_pushBack(&characters, &code));
           }
         }
@@ -52,6 +77,7 @@ qsys_status makeGroupPerCharacter(Swaps swaps, qstd_vector_vectorChar32 *groups)
     }
     QOC_TRY(qstd_vector_vectorChar32_resize(groups, characters.core.size));
     for (std::int32_t i = 0; i < characters.core.size; ++i) {
+      meter.spend(16);
       QOC_TRY(qstd_vectorChar32_pushBack(&editAs<qstd_vectorChar32>(*groups)[static_cast<std::size_t>(i)],
                                          &viewAs<Char32>(characters)[static_cast<std::size_t>(i)]));
     }
@@ -60,29 +86,29 @@ qsys_status makeGroupPerCharacter(Swaps swaps, qstd_vector_vectorChar32 *groups)
 }
 
 /// The last group that holds the code. There always is one: no character is ever dropped from all groups.
-std::size_t lastGroupWith(const qstd_vector_vectorChar32 &groups, Char32 code) {
+std::size_t lastGroupWith(const qstd_vector_vectorChar32 &groups, Char32 code, WorkMeter &meter) {
   const auto all = viewAs<qstd_vectorChar32>(groups);
   std::size_t index = all.size() - 1;
-  while (index > 0 && !holds(all[index], code)) {
+  while (index > 0 && !holds(all[index], code, meter)) {
     --index;
   }
   return index;
 }
 
-qsys_status mergeGroups(Swaps swaps, qstd_vector_vectorChar32 *groups) {
+qsys_status mergeGroups(Swaps swaps, qstd_vector_vectorChar32 *groups, WorkMeter &meter) {
   for (const qoc_swapChar &swap : swaps) {
     // Groups that stand twice grow with every merge, so this may run long.
     QOC_TRY(qsys_attention_check());
     if (!isSingle(swap)) {
       continue;
     }
-    const std::size_t from = lastGroupWith(*groups, firstOf(swap.first));
-    const std::size_t to = lastGroupWith(*groups, firstOf(swap.second));
+    const std::size_t from = lastGroupWith(*groups, firstOf(swap.first), meter);
+    const std::size_t to = lastGroupWith(*groups, firstOf(swap.second), meter);
     if (from == to) {
       continue;
     }
     const auto all = editAs<qstd_vectorChar32>(*groups);
-    QOC_TRY(qstd_vectorChar32_append(&all[to], &all[from]));
+    QOC_TRY(append(all[to], all[from], meter));
     // Deliberate: the last group stays in place, so its characters stand in two groups.
     if (from + 1 < all.size()) {
       QOC_TRY(qstd_vectorChar32_swap(&all[from], &all.back()));
@@ -133,8 +159,9 @@ qsys_status qoc_swapCharSet_setSwapCharacters(qoc_swapCharSet *set, const qstd_v
     const Swaps all = viewAs<qoc_swapChar>(*swaps);
     QOC_TRY(qstd_vector_vectorChar32_constructEmpty(&groups));
     frame.local<qstd_vector_vectorChar32_destruct>(&groups);
-    QOC_TRY(makeGroupPerCharacter(all, &groups));
-    QOC_TRY(mergeGroups(all, &groups));
+    WorkMeter meter;
+    QOC_TRY(makeGroupPerCharacter(all, &groups, meter));
+    QOC_TRY(mergeGroups(all, &groups, meter));
     // Copied before the set changes: they may be the set's own.
     QOC_TRY(qstd_vector_qoc_swapChar_constructEmpty(&multiSwaps));
     frame.local<qstd_vector_qoc_swapChar_destruct>(&multiSwaps);

@@ -16,6 +16,7 @@
 
 #include "frame/frame.hpp"
 #include "platform/containers/shared_elements.hpp"
+#include "platform/system/shortcuts.hpp"
 #include "run/result_set_ops.hpp"
 #include "text/reading_of.hpp"
 
@@ -262,7 +263,7 @@ qsys_status Aligner::outlineWithOneEdit(Characters word, const qoc_ocrDictionary
   }
   // Clamping never takes away what the conditions below need, so hopeless windows end before anything is graded.
   EndMatches ends = matchEnds(rows_, window);
-  if (std::int64_t{ends.numFront} + ends.numBack + 1 < m) {
+  if (shortcuts().usesEarlyTest && std::int64_t{ends.numFront} + ends.numBack + 1 < m) {
     return QSYS_STATUS_OK;
   }
   QOC_TRY(scanEnds(word, window, ends));
@@ -318,7 +319,7 @@ qsys_status Aligner::fillBy(Assign assign, const Outline &outline, const qoc_ocr
   const Window shown = outline.isOfTable ? Window{outline.window.start + outline.numInFront, outline.window.end}
                                          : Window{0, matches_.size()};
   constexpr std::int32_t lastSharedStart = 8;  // Others are rare, and all of them together could be very much.
-  if (shown.end == matches_.size() && shown.start <= lastSharedStart) {
+  if (shown.end == matches_.size() && shown.start <= lastSharedStart && shortcuts().sharesStorage) {
     const qoc_ocrDictionaryStringMulti *shared = nullptr;
     QOC_TRY(shareReading(shown.start, shared));
     QOC_TRY(qoc_ocrDictionaryStringMulti_assign(&result.given, shared));

@@ -26,6 +26,7 @@ THREAD_VARIABLES = {
     "(anonymous namespace)::attention": "the thread's attention handler",
     "(anonymous namespace)::current": "the thread's print handler",
     "(anonymous namespace)::lastTag": "the thread's last clean-up tag",
+    "qoc::shortcuts()::current": "further shortcuts: only comparisons of them change them",
     "qoc::lexiconRoads()::roads": "the ways that a lexicon's match takes: only comparisons of the ways change them",
 }
 # A compiler's own.

@@ -1,21 +1,95 @@
-// Inputs that are as bad as they can be: whatever they are, the work between two polls is bounded, so that a deadline
-// ends it. What is measured is the thread's own time, which other programs on the machine do not lengthen.
+// Inputs that are as bad as they can be: whatever they are, the work between two polls is bounded, so that an interrupt
+// or a deadline ends it.
+
+#include "faults/worst_cases.hpp"
 
 #include <gtest/gtest.h>
+#include <qoc/ocr_dictionary.h>
 
 #include <time.h>
 
 #include <algorithm>
 #include <cstdio>
-#include <functional>
-#include <random>
+#include <cstdlib>
 
-#include "run/run_builders.hpp"
-#include "support/fieldings.hpp"
+#include "support/heap.hpp"
 
 namespace {
 
 using namespace qoc::test;
+
+/// Calls onCase(name, operation) for every case. An input lives until the next one is made, which may share parts of
+/// it.
+template <class OnCase>
+void forEachCase(OnCase onCase) {
+  std::function<qsys_status()> operation;
+  for (const WorstCase &each : worstCases()) {
+    SCOPED_TRACE(each.name);
+    operation = each.make();
+    onCase(each.name.c_str(), operation);
+  }
+}
+
+/// Counts the uses of the library's allocator and of the C++ heap, and how many there are at most between two polls;
+/// refuses from a poll on.
+class Counts {
+ public:
+  explicit Counts(int64_t numAllowed) : numAllowed_(numAllowed), heapBefore_(numHeapAllocations()) {
+    qsys_memory_setTable(&table_);
+    qsys_attention_setHandler([](void *self) { return static_cast<Counts *>(self)->poll(); }, this);
+  }
+  ~Counts() {
+    qsys_attention_setHandler(nullptr, nullptr);
+    qsys_memory_setTable(nullptr);
+  }
+  Counts(const Counts &) = delete;
+  Counts &operator=(const Counts &) = delete;
+
+  int64_t numPolls() const { return numPolls_; }
+  /// The most allocations without a poll, those up to now included.
+  int64_t most() { return most_ = std::max(most_, numSince()); }
+
+ private:
+  int64_t numSince() const { return numAllocations_ + numHeapAllocations() - heapBefore_; }
+  qsys_status poll() {
+    most();
+    numAllocations_ = 0;
+    heapBefore_ = numHeapAllocations();
+    return ++numPolls_ > numAllowed_ ? QSYS_STATUS_INTERRUPTED : QSYS_STATUS_OK;
+  }
+
+  int64_t numAllowed_, numPolls_ = 0, numAllocations_ = 0, heapBefore_, most_ = 0;
+  // The blocks are those of the C heap, as without a table.
+  qsys_memoryTable table_ = {[](void *self, size_t size) {
+                               ++static_cast<Counts *>(self)->numAllocations_;
+                               return std::malloc(size != 0 ? size : 1);
+                             },
+                             [](void *, void *block) { std::free(block); }, this};
+};
+
+TEST(WorstCase, EndsAtThePollThatRefuses) {
+  int64_t mostPolls = 0, most = 0;
+  forEachCase([&](const char *name, const std::function<qsys_status()> &operation) {
+    for (const int64_t numAllowed : {0, 1, 40}) {
+      Counts counts(numAllowed);
+      const qsys_status status = operation();
+      const int64_t numBetween = counts.most();
+      std::printf("%-52s %3lld polls, at most %6lld allocations between two, %s\n", name,
+                  static_cast<long long>(counts.numPolls()), static_cast<long long>(numBetween),
+                  status < 0 ? qoc_status_getName(status) : "complete");
+      // None goes on, or asks again, when it is told to end.
+      EXPECT_EQ(status, counts.numPolls() > numAllowed ? QSYS_STATUS_INTERRUPTED : QSYS_STATUS_OK)
+          << qoc_status_getName(status);
+      EXPECT_LE(counts.numPolls(), numAllowed + 1);
+      EXPECT_LE(numBetween, 200'000);
+      mostPolls = std::max(mostPolls, counts.numPolls());
+      most = std::max(most, numBetween);
+    }
+  });
+  std::printf("%zu cases, at most %lld allocations between two polls\n", worstCases().size(),
+              static_cast<long long>(most));
+  EXPECT_EQ(mostPolls, 41);
+}
 
 double threadMilliseconds() {
   timespec now = {};
@@ -23,7 +97,8 @@ double threadMilliseconds() {
   return static_cast<double>(now.tv_sec) * 1e3 + static_cast<double>(now.tv_nsec) * 1e-6;
 }
 
-/// A deadline in the thread's own time, that watches how long the work goes on without asking.
+/// A deadline in the thread's own time, which other programs on the machine do not lengthen, that watches how long the
+/// work goes on without asking.
 class Deadline {
  public:
   explicit Deadline(double milliseconds) : start_(threadMilliseconds()), last_(start_), allowed_(milliseconds) {
@@ -64,166 +139,19 @@ constexpr double slowness =
     1;
 #endif
 
-/// Runs the operation with a deadline of 5 ms; it has to end within 50 ms, in success or interrupted.
-void expectToEnd(const char *name, const std::function<qsys_status()> &operation) {
-  SCOPED_TRACE(name);
-  Deadline deadline(5 * slowness);
-  const qsys_status status = operation();
-  const double elapsed = deadline.elapsed(), longest = deadline.longest();
-  std::printf("%-50s %8.1f ms, %6.1f ms at most without a poll, %lld polls, %s\n", name, elapsed, longest,
-              static_cast<long long>(deadline.numPolls()), status < 0 ? qoc_status_getName(status) : "complete");
-  EXPECT_TRUE(status >= 0 || status == QSYS_STATUS_INTERRUPTED) << qoc_status_getName(status);
-  EXPECT_LT(elapsed, 50 * slowness);
-}
-
-std::string repeated(const std::string &text, int n) {
-  std::string all;
-  for (int i = 0; i < n; ++i) {
-    all += text;
-  }
-  return all;
-}
-
-/// A reading of n positions, each with the same candidates: "a|b|c".
-Owned<qoc_ocrDictionaryStringMulti> longReading(const std::string &position, int n) {
-  std::string text = repeated(position + ' ', n);
-  text.pop_back();
-  return reading(text);
-}
-
-/// Words of the letters a to d.
-std::vector<std::string> manyWords(int n, int length) {
-  std::mt19937 random(7);
-  std::vector<std::string> list;
-  for (int i = 0; i < n; ++i) {
-    std::string word;
-    for (int k = 0; k < length; ++k) {
-      word += static_cast<char>('a' + random() % 4);
-    }
-    list.push_back(word);
-  }
-  std::sort(list.begin(), list.end());
-  list.erase(std::unique(list.begin(), list.end()), list.end());
-  return list;
-}
-
-const Owned<qoc_ocrDictionaryRunParams> &anyEdits() {
-  static const auto params = runParams({.maxEdits = 100, .returnBestOnly = 0});
-  return params;
-}
-const Owned<qoc_ocrDictionaryRunParams> &anyWindows() {
-  static const auto params = runParams({.maxEdits = 100, .returnBestOnly = 0, .matchOption9 = 1});
-  return params;
-}
-const Owned<qoc_ocrDictionaryRunParams> &extremes() {
-  static const auto params = runParams({.maxEdits = INT32_MAX,
-                                        .minStringLength = 1,
-                                        .maxStringLength = INT32_MAX,
-                                        .returnBestOnly = 0,
-                                        .matchOption9 = 1,
-                                        .limitA = INT32_MAX,
-                                        .limitB = INT32_MAX});
-  return params;
-}
-
-TEST(WorstCase, LexiconAgainstAReadingOfTenThousandPositionsEnds) {
-  auto list = manyWords(2000, 12);
-  list.push_back(repeated("abcd", 2500));
-  const auto entry = lexicon(list);
-  const auto input = longReading("a|b|c|d|e|f|g|h", 10000);
-  Owned<qoc_ocrDictionaryResultSet> results;
-  qsys_bool isMatch = 0;
-  const std::pair<const char *, const Owned<qoc_ocrDictionaryRunParams> *> allParams[] = {
-      {"lexicon, edits", &anyEdits()}, {"lexicon, windows", &anyWindows()}, {"lexicon, extremes", &extremes()}};
-  for (const auto &each : allParams) {
-    const char *name = each.first;
-    const qoc_ocrDictionaryRunParams *params = *each.second;
-    expectToEnd(name, [&] { return qoc_ocrDictionaryLexicon_matchMulti(entry, input, params, nullptr, results); });
-    expectToEnd(name, [&] { return qoc_ocrDictionaryLexicon_isMatchMulti(entry, input, params, nullptr, &isMatch); });
-  }
-}
-
-TEST(WorstCase, LexiconOfManyWordsThatAllMatchEnds) {
-  const auto entry = lexicon(manyWords(50000, 12));
-  const auto anything = longReading("\\x|a|b|c|d", 12);
-  Owned<qoc_ocrDictionaryResultSet> results;
-  for (const auto *params : {&anyEdits(), &anyWindows(), &extremes()}) {
-    expectToEnd("every word matches",
-                [&] { return qoc_ocrDictionaryLexicon_matchMulti(entry, anything, *params, nullptr, results); });
-  }
-}
-
-TEST(WorstCase, SwapsAtEveryPositionEnd) {
-  Owned<qstd_vector_qoc_swapChar> list;
-  for (const auto &[first, second] : {std::pair{"rn", "m"}, std::pair{"nr", "m"}, std::pair{"mm", "rm"}}) {
-    Owned<qoc_swapChar> swap;
-    require(qoc_swapChar_setStrings(swap, word(first), word(second)));
-    require(qstd_vector_qoc_swapChar_pushBack(list, swap));
-  }
-  Owned<qoc_swapCharSet> set;
-  require(qoc_swapCharSet_setSwapCharacters(set, list));
-  const auto input = longReading("m|n|r", 10000);
-  Owned<qstd_vector_qoc_ocrDictionaryStringMulti> variants;
-  Owned<qstd_vector_vector32s> positions;
-  expectToEnd("expansion", [&] { return qoc_swapCharSet_multiSwapStrings(set, input, variants, positions); });
-
-  const auto dictionary = dictionaryOf({{"rnrn", "mm"}});
-  Owned<qoc_ocrDictionaryResultSet> results;
-  expectToEnd("run with swaps",
-              [&] { return qoc_ocrDictionary_runSwapCharSetMulti(dictionary, input, anyWindows(), set, results); });
-}
-
-TEST(WorstCase, LinesOfTenThousandPositionsEnd) {
-  const auto shape = line(repeated("a?9*", 2500));
-  const auto input = longReading("a|b|1|D", 10000);
-  Owned<qoc_ocrDictionaryResultSet> results;
-  qsys_bool isMatch = 0;
-  for (const auto *params : {&anyEdits(), &anyWindows(), &extremes()}) {
-    expectToEnd("line match",
-                [&] { return qoc_ocrDictionaryLineFielding_matchMulti(shape, input, *params, nullptr, results); });
-    expectToEnd("line isMatch",
-                [&] { return qoc_ocrDictionaryLineFielding_isMatchMulti(shape, input, *params, nullptr, &isMatch); });
-  }
-  for (const int32_t mode : {0, 1, 2}) {
-    Owned<qoc_ocrDictionaryFieldingRunParams> params;
-    params->fieldingMode = mode;
-    expectToEnd("fielding run", [&] {
-      return qoc_ocrDictionaryLineFielding_runFieldingParams(shape, nullptr, input, params, results);
-    });
-  }
-}
-
-TEST(WorstCase, ExpressionsOfNestedRepeatsEnd) {
-  const auto input = longReading("a|b|c|d|e|f|g|h", 10000);
-  Owned<qoc_ocrDictionaryResultSet> results;
-  qsys_bool isMatch = 0;
-  for (const wchar_t *source : {L"((a*)*)*b", L"(a|b|ab)*c", L"((a{1,20}){1,20}){1,20}", L"(.*)(.*)(.*)(.*)x"}) {
-    Owned<qoc_ocrDictionaryRegularExpression> expression;
-    expectToEnd("compile", [&] { return qoc_ocrDictionaryRegularExpression_setStringT(expression, source); });
-    for (const auto *params : {&anyEdits(), &anyWindows(), &extremes()}) {
-      expectToEnd("expression match", [&] {
-        return qoc_ocrDictionaryRegularExpression_matchMulti(expression, input, *params, nullptr, results);
-      });
-      expectToEnd("expression isMatch", [&] {
-        return qoc_ocrDictionaryRegularExpression_isMatchMulti(expression, input, *params, nullptr, &isMatch);
-      });
-    }
-  }
-}
-
-TEST(WorstCase, WordsOfTenThousandCharactersEnd) {
-  const auto word1 = word(repeated("abcd", 2500)), word2 = word(repeated("dcba", 2500));
-  const auto input = longReading("a|b|c|d", 10000);
-  Owned<qoc_ocrDictionaryResultSet> results;
-  qsys_bool isMatch = 0;
-  for (const auto *params : {&anyEdits(), &anyWindows(), &extremes()}) {
-    expectToEnd("string match",
-                [&] { return qoc_ocrDictionaryString_matchMulti(word1, input, *params, nullptr, results); });
-    expectToEnd("string isMatch",
-                [&] { return qoc_ocrDictionaryString_isMatchMulti(word1, input, *params, nullptr, &isMatch); });
-  }
-  int32_t distance = 0;
-  expectToEnd("edit distance", [&] { return qoc_ocrDictionaryString_editDistance(word1, word2, nullptr, &distance); });
+TEST(WorstCase, EndsWithinFiftyMillisecondsByADeadlineOfFive) {
+  double most = 0;
+  forEachCase([&](const char *name, const std::function<qsys_status()> &operation) {
+    Deadline deadline(5 * slowness);
+    const qsys_status status = operation();
+    const double elapsed = deadline.elapsed(), longest = deadline.longest();
+    std::printf("%-52s %8.1f ms, %6.1f ms at most without a poll, %lld polls, %s\n", name, elapsed, longest,
+                static_cast<long long>(deadline.numPolls()), status < 0 ? qoc_status_getName(status) : "complete");
+    EXPECT_TRUE(status >= 0 || status == QSYS_STATUS_INTERRUPTED) << qoc_status_getName(status);
+    EXPECT_LT(elapsed, 50 * slowness);
+    most = std::max(most, elapsed);
+  });
+  std::printf("%zu cases, at most %.1f ms\n", worstCases().size(), most);
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include "kinds/lexicon_index.hpp"
 #include "kinds/lexicon_roads.hpp"
 #include "run/run_builders.hpp"
+#include "support/shortcuts.hpp"
 #include "text/bit_distance.hpp"
 
 namespace {
@@ -201,7 +202,8 @@ TEST(LexiconIndex, FindsEveryOneOfEqualWords) {
   for (int i = 0; i < 900; ++i) {
     require(qstd_vector_qoc_ocrDictionaryString_pushBack(list, word(randomText(random, 6, 6, 2))));
   }
-  const qoc::LexiconIndex index(qoc::view(*list));
+  qoc::WorkMeter meter;
+  const qoc::LexiconIndex index(qoc::view(*list), meter);
   for (int i = 0; i < 20; ++i) {
     const std::string text = randomText(random, 5, 7, 2);
     const Owned<qoc_ocrDictionaryStringMulti> read = plainReading(text);
@@ -217,6 +219,7 @@ TEST(LexiconIndex, FindsEveryOneOfEqualWords) {
 }
 
 TEST(LexiconIndex, CopiesShareItAndChangesRenewIt) {
+  const qoc::test::ShortcutsTaken taken(qoc::test::ShortcutsTaken::all);
   Owned<qoc_ocrDictionaryLexicon> entry = lexicon({"ab", "cd"});
   Owned<qoc_ocrDictionaryLexicon> copy;
   require(qoc_ocrDictionaryLexicon_assign(copy, entry));

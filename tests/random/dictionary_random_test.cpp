@@ -1,18 +1,27 @@
-// Random comparison of the dictionary's run over word lists and lines with the reference model.
+// Random comparison of the dictionary's run over entries of all kinds with the reference model.
 
 #include <qoc/dictionary.h>
 
+#include <algorithm>
+#include <iterator>
+
 #include "random/random_cases.hpp"
+#include "random/random_patterns.hpp"
 #include "random/swap_record.hpp"
 #include "reference/alignment.hpp"
 #include "reference/dictionary.hpp"
+#include "support/text.hpp"
 
 namespace random_cases {
 namespace {
 
+using qoc::test::Owned;
+using qoc::test::require;
+using qoc::test::stdString;
 using reference::Dictionary;
 using reference::Lexicon;
 using reference::Polls;
+using reference::RegularExpression;
 using reference::ResultSet;
 using HeldDictionary = reference::Held<qoc_ocrDictionary, qoc_ocrDictionary_construct, qoc_ocrDictionary_destruct>;
 
@@ -41,6 +50,18 @@ struct Case {
       dictionary.fieldings.push_back(randomLineFielding(random, alphabet, 4));
       toRecord(dictionary.fieldings.back(), &record);
       qoc_ocrDictionary_setFieldingIExtend(&dictionaryRecord, i, &record);
+    }
+    std::vector<uint32_t> letters = {'A'};
+    std::copy_if(alphabet.letters.begin(), alphabet.letters.end(), std::back_inserter(letters),
+                 [](uint32_t letter) { return letter < 0x7F && letter != '-'; });  // As they stand in a source.
+    const int32_t expressions = random.oneIn(2) ? 0 : random.between(1, 2);
+    for (int32_t i = 0; i < expressions; ++i) {
+      RegularExpression expression{randomPattern(random, letters, random.between(1, 3))};
+      sources.push_back(sourceOf(random, expression.pattern));
+      dictionary.expressions.push_back(expression);
+      Owned<qoc_ocrDictionaryRegularExpression> record;
+      require(qoc_ocrDictionaryRegularExpression_setString(record, stdString(sources.back())));
+      require(qoc_ocrDictionary_setRegularExpressionIExtend(&dictionaryRecord, i, record));
     }
     reading = randomReading(random, alphabet, random.oneIn(3) ? 6 : 4);
     input = randomWord(random, alphabet, random.oneIn(3) ? 6 : 4);
@@ -72,12 +93,16 @@ struct Case {
     for (const LineFielding &line : dictionary.fieldings) {
       entries += "\n  line " + toText(line);
     }
+    for (const std::string &source : sources) {
+      entries += "\n  expression " + source;
+    }
     return difference + entries + "\n  reading " + toText(reading) + "\n  input " + toText(input) + "\n  params " +
            toText(&params) + "\n  swaps " + toText(pointer(swaps)) + "\n  interrupted at " + std::to_string(pollLimit);
   }
 
   Alphabet alphabet;
   Dictionary dictionary;
+  std::vector<std::string> sources;  ///< Of its expressions.
   Reading reading;
   Word input;
   RunParams params{};
@@ -93,37 +118,42 @@ struct Case {
 TEST(DictionaryRandom, runMulti) {
   compareCases([](Random &random) {
     Case c(random);
-    auto expected = ofModel<ResultSet>(
-        c.pollLimit, [&](Polls &polls) { return c.dictionary.runMulti(c.reading, c.params, pointer(c.swaps), polls); });
-    auto actual = ofLibrary<ResultSet>(c.pollLimit, [&](ResultSet &value) {
-      reference::HeldResultSet set;
-      qsys_status status = c.takesDictionarySwaps
-                               ? qoc_ocrDictionary_runMulti(&c.dictionaryRecord, &c.readingRecord, &c.params, &set)
-                               : qoc_ocrDictionary_runSwapCharSetMulti(&c.dictionaryRecord, &c.readingRecord, &c.params,
-                                                                       c.swapRecord->get(), &set);
-      value = fromRecord(*set);
-      return status;
+    return unlessTooLong([&] {
+      auto expected = ofModel<ResultSet>(c.pollLimit, [&](Polls &polls) {
+        return c.dictionary.runMulti(c.reading, c.params, pointer(c.swaps), polls);
+      });
+      auto actual = ofLibrary<ResultSet>(c.pollLimit, [&](ResultSet &value) {
+        reference::HeldResultSet set;
+        qsys_status status = c.takesDictionarySwaps
+                                 ? qoc_ocrDictionary_runMulti(&c.dictionaryRecord, &c.readingRecord, &c.params, &set)
+                                 : qoc_ocrDictionary_runSwapCharSetMulti(&c.dictionaryRecord, &c.readingRecord,
+                                                                         &c.params, c.swapRecord->get(), &set);
+        value = fromRecord(*set);
+        return status;
+      });
+      return c.described(compareSets(expected, actual, &c.params));
     });
-    return c.described(compareSets(expected, actual, &c.params));
   });
 }
 
 TEST(DictionaryRandom, run) {
   compareCases([](Random &random) {
     Case c(random);
-    auto expected = ofModel<ResultSet>(c.pollLimit, [&](Polls &polls) {
-      return c.dictionary.runMulti(reference::toReading(c.input), c.params, pointer(c.swaps), polls);
+    return unlessTooLong([&] {
+      auto expected = ofModel<ResultSet>(c.pollLimit, [&](Polls &polls) {
+        return c.dictionary.runMulti(reference::toReading(c.input), c.params, pointer(c.swaps), polls);
+      });
+      auto actual = ofLibrary<ResultSet>(c.pollLimit, [&](ResultSet &value) {
+        reference::HeldResultSet set;
+        qsys_status status = c.takesDictionarySwaps
+                                 ? qoc_ocrDictionary_run(&c.dictionaryRecord, &c.inputRecord, &c.params, &set)
+                                 : qoc_ocrDictionary_runSwapCharSet(&c.dictionaryRecord, &c.inputRecord, &c.params,
+                                                                    c.swapRecord->get(), &set);
+        value = fromRecord(*set);
+        return status;
+      });
+      return c.described(compareSets(expected, actual, &c.params));
     });
-    auto actual = ofLibrary<ResultSet>(c.pollLimit, [&](ResultSet &value) {
-      reference::HeldResultSet set;
-      qsys_status status = c.takesDictionarySwaps
-                               ? qoc_ocrDictionary_run(&c.dictionaryRecord, &c.inputRecord, &c.params, &set)
-                               : qoc_ocrDictionary_runSwapCharSet(&c.dictionaryRecord, &c.inputRecord, &c.params,
-                                                                  c.swapRecord->get(), &set);
-      value = fromRecord(*set);
-      return status;
-    });
-    return c.described(compareSets(expected, actual, &c.params));
   });
 }
 

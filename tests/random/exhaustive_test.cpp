@@ -1,146 +1,179 @@
-// Every small case there is, of word lists and readings of few letters, compared with the reference model.
-//
-// By default: two letters, all words up to four characters, all readings up to three positions. QOC_TEST_THOROUGH set,
-// which scripts/soak does: three letters, words up to five, readings up to four positions.
+// Every small case there is, of entries of all kinds and readings of few letters, compared with the reference model.
+// What is large is cut into slices, so that a long comparison can be run in parts.
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
-#include <cstdlib>
-
-#include "random/random_cases.hpp"
-#include "reference/lexicon.hpp"
+#include "random/exhaustive.hpp"
+#include "random/small_expressions.hpp"
+#include "random/swap_record.hpp"
+#include "reference/dictionary.hpp"
+#include "support/text.hpp"
 
 namespace random_cases {
 namespace {
 
+using qoc::test::Owned;
+using qoc::test::require;
+using reference::Dictionary;
 using reference::Lexicon;
 using reference::Polls;
-using reference::ResultSet;
+using reference::RegularExpression;
 
-struct Bounds {
-  uint32_t numLetters;
-  size_t longestWord, longestReading;
+const size_t numSlices = isThorough() ? 64 : 4;
+
+class Slices : public testing::TestWithParam<size_t> {
+ protected:
+  /** Those of the items that belong to the slice. */
+  template <class Item>
+  static std::vector<Item> ofSlice(const std::vector<Item> &items) {
+    std::vector<Item> some;
+    for (size_t i = GetParam(); i < items.size(); i += numSlices) {
+      some.push_back(items[i]);
+    }
+    return some;
+  }
 };
 
-Bounds bounds() { return std::getenv("QOC_TEST_THOROUGH") != nullptr ? Bounds{3, 5, 4} : Bounds{2, 4, 3}; }
+class LexiconExhaustive : public Slices {};
+class LineFieldingExhaustive : public Slices {};
+class RegularExpressionExhaustive : public Slices {};
+class DictionaryExhaustive : public Slices {};
 
-/** All sequences of the given items, from one item up to `longest`. */
-template <class Item>
-std::vector<std::vector<Item>> sequences(const std::vector<Item> &items, size_t longest) {
-  std::vector<std::vector<Item>> all;
-  size_t first = 0;
-  for (size_t length = 1; length <= longest; ++length) {
-    const size_t end = all.size();
-    for (size_t i = first; i < end || (length == 1 && i == 0); ++i) {
-      for (const Item &item : items) {
-        std::vector<Item> longer = length == 1 ? std::vector<Item>() : all[i];
-        longer.push_back(item);
-        all.push_back(longer);
-      }
-    }
-    first = end;
+/** All lines of up to so many positions, each of which admits one letter, two, or any character. */
+std::vector<LineFielding> allLines(size_t longest) {
+  std::vector<PositionFielding> positions;
+  for (const std::vector<uint32_t> &listed : {std::vector<uint32_t>{'a'}, {'b'}, {'a', 'b'}, {}}) {
+    positions.push_back({listed.empty() ? 16u : 0u, listed});
   }
-  return all;
+  std::vector<LineFielding> lines;
+  for (const auto &some : sequences(positions, longest)) {
+    lines.push_back({some});
+  }
+  return lines;
 }
 
-/** All ways to be read: one candidate, or two in either order. */
-std::vector<Position> positions() {
-  std::vector<Position> all;
-  for (uint32_t a = 0; a < bounds().numLetters; ++a) {
-    all.push_back({{'a' + a, 0}});
-    for (uint32_t b = 0; b < bounds().numLetters; ++b) {
-      if (a != b) {
-        all.push_back({{'a' + a, 7}, {'a' + b, 3}});
-      }
-    }
-  }
-  return all;
-}
-
-std::vector<Word> allWords() {
-  std::vector<reference::Character> letters;
-  for (uint32_t a = 0; a < bounds().numLetters; ++a) {
-    letters.push_back({'a' + a, 0});
-  }
-  return sequences(letters, bounds().longestWord);
-}
-
-std::vector<RunParams> grid() {
-  std::vector<RunParams> all;
-  for (const int32_t maxEdits : {0, 1, 2}) {
-    for (const int allowed : {7, 1, 2, 4, 0}) {  // Substitution, a missing and an extra character, as bits.
-      for (const int32_t windows : {0, 1}) {
-        for (const int32_t bestOnly : {0, 1}) {
-          for (const int32_t shortest : {1, 3}) {
-            if (maxEdits == 0 && allowed != 7) {
-              continue;
-            }
-            RunParams params = {};
-            qoc_ocrDictionaryRunParams_construct(&params);
-            params.maxEdits = maxEdits;
-            params.matchOption1 = allowed & 1;
-            params.matchOption2 = allowed >> 1 & 1;
-            params.matchOption4 = allowed >> 2 & 1;
-            params.matchOption9 = windows;
-            params.returnBestOnly = bestOnly;
-            params.minStringLength = shortest;
-            all.push_back(params);
-          }
-        }
-      }
-    }
-  }
-  return all;
-}
-
-TEST(LexiconExhaustive, MatchesAsTheModelDoes) {
-  const std::vector<Word> words = allWords();
+TEST_P(LexiconExhaustive, MatchesAsTheModelDoes) {
+  const std::vector<Word> words = allWords(bounds().longestWord);
   reference::HeldStrings strings;
   toRecord(words, &strings);
   Lexicon lexicon;
   reference::HeldLexicon record;
   ASSERT_EQ(lexicon.setStrings(words), 0);
   ASSERT_EQ(qoc_ocrDictionaryLexicon_setStrings(&record, &strings), 0);
-
-  std::vector<Reading> readings = sequences(positions(), bounds().longestReading);
-  readings.emplace_back();
-  const std::vector<RunParams> allParams = grid();
-  int64_t numCases = 0, numResults = 0;
-  for (const Reading &reading : readings) {
-    reference::HeldMulti readingRecord;
-    toRecord(reading, &readingRecord);
-    for (const RunParams &params : allParams) {
-      const auto expected =
-          ofModel<ResultSet>(0, [&](Polls &polls) { return lexicon.matchMulti(reading, &params, nullptr, polls); });
-      const auto actual = ofLibrary<ResultSet>(0, [&](ResultSet &value) {
-        reference::HeldResultSet set;
-        const qsys_status status = qoc_ocrDictionaryLexicon_matchMulti(&record, &readingRecord, &params, nullptr, &set);
-        value = fromRecord(*set);
-        return status;
-      });
-      ASSERT_EQ(compareSets(expected, actual, &params), "")
-          << "reading " << toText(reading) << " params " << toText(&params);
-
-      const auto expectedFlag =
-          ofModel<bool>(0, [&](Polls &polls) { return lexicon.isMatchMulti(reading, &params, nullptr, polls); });
-      const auto actualFlag = ofLibrary<bool>(0, [&](bool &value) {
-        qsys_bool flag = 2;
-        const qsys_status status =
-            qoc_ocrDictionaryLexicon_isMatchMulti(&record, &readingRecord, &params, nullptr, &flag);
-        value = flag != 0;
-        return status;
-      });
-      ASSERT_EQ(compareFlags(expectedFlag, actualFlag), "")
-          << "reading " << toText(reading) << " params " << toText(&params);
-      ++numCases;
-      numResults += static_cast<int64_t>(expected.value.results.size());
-    }
-  }
-  std::printf("%lld cases over %zu words, %lld results\n", static_cast<long long>(numCases), words.size(),
-              static_cast<long long>(numResults));
-  EXPECT_GT(numResults, numCases);
+  Counts counts;
+  compareAll(
+      lexicon, ofSlice(allReadings(bounds().longestReading)), nullptr,
+      [&](auto reading, auto params, auto set) {
+        return qoc_ocrDictionaryLexicon_matchMulti(&record, reading, params, nullptr, set);
+      },
+      [&](auto reading, auto params, auto flag) {
+        return qoc_ocrDictionaryLexicon_isMatchMulti(&record, reading, params, nullptr, flag);
+      },
+      counts);
+  counts.print("all words");
+  EXPECT_GT(counts.numResults, counts.numCases);
 }
+
+TEST_P(LineFieldingExhaustive, MatchesAsTheModelDoes) {
+  const std::vector<Reading> readings = allReadings(3);
+  Counts counts;
+  for (const LineFielding &line : ofSlice(allLines(isThorough() ? 3 : 2))) {
+    reference::HeldLineFielding record;
+    toRecord(line, &record);
+    compareAll(
+        line, readings, nullptr,
+        [&](auto reading, auto params, auto set) {
+          return qoc_ocrDictionaryLineFielding_matchMulti(&record, reading, params, nullptr, set);
+        },
+        [&](auto reading, auto params, auto flag) {
+          return qoc_ocrDictionaryLineFielding_isMatchMulti(&record, reading, params, nullptr, flag);
+        },
+        counts);
+    ASSERT_FALSE(HasFailure()) << "line " << toText(line);
+  }
+  counts.print("lines");
+  EXPECT_GT(counts.numResults, 0);
+}
+
+TEST_P(RegularExpressionExhaustive, MatchesAsTheModelDoes) {
+  const std::vector<Reading> readings = allReadings(3);
+  Counts counts;
+  for (const SmallExpression &each : ofSlice(smallExpressions("ab", 2, isThorough() ? 2 : 1))) {
+    const RegularExpression expression{each.pattern};
+    Owned<qoc_ocrDictionaryRegularExpression> record;
+    require(qoc_ocrDictionaryRegularExpression_setString(record, qoc::test::stdString(each.source)));
+    compareAll(
+        expression, readings, nullptr,
+        [&](auto reading, auto params, auto set) {
+          return qoc_ocrDictionaryRegularExpression_matchMulti(record, reading, params, nullptr, set);
+        },
+        [&](auto reading, auto params, auto flag) {
+          return qoc_ocrDictionaryRegularExpression_isMatchMulti(record, reading, params, nullptr, flag);
+        },
+        counts);
+    ASSERT_FALSE(HasFailure()) << "expression " << each.source;
+  }
+  counts.print("expressions");
+  EXPECT_GT(counts.numResults, 0);
+}
+
+/** The run of a dictionary as a match like that of an entry. */
+struct WholeRun {
+  Dictionary dictionary;
+
+  reference::ResultSet matchMulti(const Reading &reading, const RunParams *params, const Swaps *swaps,
+                                  Polls &polls) const {
+    return dictionary.runMulti(reading, *params, swaps, polls);
+  }
+  bool isMatchMulti(const Reading &, const RunParams *, const Swaps *, Polls &) const { return false; }
+};
+
+/** Words, a line and an expression in one dictionary, without swaps, with a group, and with a swap of two characters.
+ */
+TEST_P(DictionaryExhaustive, RunsAsTheModelDoes) {
+  const std::vector<Word> words = allWords(isThorough() ? 3 : 2);
+  WholeRun run;
+  run.dictionary.lexicons.resize(1);
+  ASSERT_EQ(run.dictionary.lexicons[0].setStrings(words), 0);
+  run.dictionary.fieldings.push_back({{{0, {'a'}}, {0, {'a', 'b'}}}});
+  const SmallExpression expression = smallExpressions("ab", 2, 2).back();
+  run.dictionary.expressions.push_back({expression.pattern});
+
+  Owned<qoc_ocrDictionary> record;
+  reference::HeldStrings strings;
+  reference::HeldLexicon lexicon;
+  reference::HeldLineFielding line;
+  Owned<qoc_ocrDictionaryRegularExpression> compiledExpression;
+  toRecord(words, &strings);
+  toRecord(run.dictionary.fieldings[0], &line);
+  require(qoc_ocrDictionaryLexicon_setStrings(&lexicon, &strings));
+  require(qoc_ocrDictionaryRegularExpression_setString(compiledExpression, qoc::test::stdString(expression.source)));
+  require(qoc_ocrDictionary_setLexiconIExtend(record, 0, &lexicon));
+  require(qoc_ocrDictionary_setFieldingIExtend(record, 0, &line));
+  require(qoc_ocrDictionary_setRegularExpressionIExtend(record, 0, compiledExpression));
+
+  const std::optional<Swaps> allSwaps[] = {std::nullopt, Swaps{{{'a', 'b'}}, {}}, Swaps{{}, {{{'a', 'b'}, {'b'}}}}};
+  const std::vector<Reading> readings = ofSlice(allReadings(3));
+  Counts counts;
+  for (const std::optional<Swaps> &swaps : allSwaps) {
+    const SwapRecord swapRecord(swaps);
+    compareAll(
+        run, readings, pointer(swaps),
+        [&](auto reading, auto params, auto set) {
+          return qoc_ocrDictionary_runSwapCharSetMulti(record, reading, params, swapRecord.get(), set);
+        },
+        {}, counts);
+    ASSERT_FALSE(HasFailure()) << "expression " << expression.source << ", swaps " << toText(pointer(swaps));
+  }
+  counts.print("a whole dictionary");
+  EXPECT_GT(counts.numResults, 0);
+}
+
+const auto allSlices = testing::Range(size_t{0}, numSlices);
+INSTANTIATE_TEST_SUITE_P(Slice, LexiconExhaustive, allSlices);
+INSTANTIATE_TEST_SUITE_P(Slice, LineFieldingExhaustive, allSlices);
+INSTANTIATE_TEST_SUITE_P(Slice, RegularExpressionExhaustive, allSlices);
+INSTANTIATE_TEST_SUITE_P(Slice, DictionaryExhaustive, allSlices);
 
 }  // namespace
 }  // namespace random_cases

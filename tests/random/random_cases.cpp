@@ -1,6 +1,7 @@
 #include "random/random_cases.hpp"
 
 #include <algorithm>
+#include <cstdio>
 #include <cstdlib>
 #include <random>
 
@@ -246,15 +247,25 @@ void compareCases(const std::function<std::string(Random &)> &body) { compareCas
 void compareCases(int32_t count, const std::function<std::string(Random &)> &body) {
   ASSERT_GT(numCases(), 0) << "QOC_RANDOM_CASES is no number of cases";
   const uint64_t first = firstSeed();
+  const int64_t passedOverBefore = numPassedOver();
+  std::printf("%d cases from seed %llu", count, static_cast<unsigned long long>(first));
+  std::fflush(stdout);  // Stays visible after a crash.
   for (int32_t i = 0; i < count; ++i) {
     const uint64_t seed = first + static_cast<uint64_t>(i);
     Random random(seed);
     std::string difference = body(random);
     if (!difference.empty() || testing::Test::HasFailure()) {
+      std::printf("\n");
       ADD_FAILURE() << difference << "\nRepeat with QOC_SEED=" << seed;
       return;
     }
   }
+  std::printf(", %lld of them too long for the model\n", static_cast<long long>(numPassedOver() - passedOverBefore));
+}
+
+int64_t &numPassedOver() {
+  static int64_t number = 0;
+  return number;
 }
 
 CountedPolls::CountedPolls(int64_t limit) {

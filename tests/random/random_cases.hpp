@@ -4,8 +4,8 @@
 /** @file
  * Random small cases, and how the library is compared with the reference model on them.
  *
- * Every test begins at a fresh seed; the environment's QOC_SEED sets it, so that the seed of a failure repeats that
- * case first. QOC_RANDOM_CASES sets the number of cases of every test.
+ * Every test begins at a fresh seed, which it prints; the environment's QOC_SEED sets it, so that the seed of a failure
+ * repeats that case first. QOC_RANDOM_CASES sets the number of cases of every test.
  */
 
 #include <gtest/gtest.h>
@@ -88,6 +88,9 @@ uint64_t firstSeed();
 void compareCases(const std::function<std::string(Random &)> &body);
 /** The same with a number of cases of its own, as a share of numCases(). */
 void compareCases(int32_t count, const std::function<std::string(Random &)> &body);
+
+/** How many cases so far were not compared, because the model would take too long. */
+int64_t &numPassedOver();
 
 /** Counts the attention polls of this thread while it lives, and interrupts at one of them where the limit is not 0. */
 class CountedPolls {

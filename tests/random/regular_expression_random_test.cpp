@@ -68,16 +68,6 @@ struct Case {
   reference::HeldMulti readingRecord;
 };
 
-/// Runs a comparison unless the plain road takes too long.
-template <class Compare>
-std::string unlessTooLong(Compare compare) {
-  try {
-    return compare();
-  } catch (const reference::TooManySteps &) {
-    return "";
-  }
-}
-
 TEST(RegularExpressionRandom, isMatchMulti) {
   int32_t numMatches = 0;
   compareCases([&](Random &random) {

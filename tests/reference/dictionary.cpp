@@ -18,6 +18,7 @@ ResultSet Dictionary::runMulti(const Reading &reading, const RunParams &params, 
   };
   runEntries(lexicons);
   runEntries(fieldings);
+  runEntries(expressions);
   sortResults(out.results, &params, true);
   if (!out.isComputed) {
     out.results.clear();

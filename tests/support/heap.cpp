@@ -8,11 +8,13 @@ namespace {
 
 using qoc::test::FaultMode;
 
+thread_local int64_t numUses = 0;
 thread_local int64_t numAllowed = -1;  // -1: any number.
 thread_local FaultMode faultMode = FaultMode::from;
 thread_local bool hasFailed = false;
 
 void *allocate(std::size_t size, std::size_t alignment) {
+  ++numUses;
   if (numAllowed == 0) {
     numAllowed = faultMode == FaultMode::from ? 0 : -1;
     hasFailed = true;
@@ -40,6 +42,7 @@ qoc::test::HeapFault::HeapFault(int64_t n, FaultMode mode) {
   ::hasFailed = false;
 }
 qoc::test::HeapFault::~HeapFault() { numAllowed = -1; }
+std::int64_t qoc::test::numHeapAllocations() { return numUses; }
 bool qoc::test::HeapFault::hasFailed() const { return ::hasFailed; }
 
 // The array forms and the sized ones come down to these.

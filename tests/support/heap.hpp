@@ -19,4 +19,7 @@ class HeapFault {
   bool hasFailed() const;
 };
 
+/// How often operator new has been used in this thread.
+std::int64_t numHeapAllocations();
+
 }  // namespace qoc::test

@@ -11,6 +11,7 @@
 
 #include "support/allocator.hpp"
 #include "support/handlers.hpp"
+#include "support/shortcuts.hpp"
 #include "support/text.hpp"
 #include "swap/swaps.hpp"
 
@@ -281,6 +282,7 @@ TEST(SwapCharSetSetEquiv, TakesTenThousandCharactersWithOneByteForEachPair) {
 }
 
 TEST(SwapCharSetSetEquiv, BoundsTheCacheOfEquivalentsAndAnswersTheSame) {
+  const qoc::test::ShortcutsTaken taken(qoc::test::ShortcutsTaken::all);
   // One class too large for the cache, and one small class that comes after it.
   Codes large(2500);
   std::iota(large.begin(), large.end(), 1000u);
@@ -297,6 +299,7 @@ TEST(SwapCharSetSetEquiv, BoundsTheCacheOfEquivalentsAndAnswersTheSame) {
 }
 
 TEST(SwapCharSetSetEquiv, FillsTheCacheOfEquivalentsAtOnce) {
+  const qoc::test::ShortcutsTaken taken(qoc::test::ShortcutsTaken::all);
   const auto set = setOf({U"0O", U"OD"});
 
   EXPECT_EQ(groupsIn(set->equivalentsCacheLists), (std::vector<Codes>{codes(U"DO"), codes(U"0O"), codes(U"0D")}));

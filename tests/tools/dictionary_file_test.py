@@ -32,6 +32,8 @@ class DictionaryFileTest(ProgramTest):
 
     def test_column_counts_characters(self):
         self.assert_refused('{"lexicons": ["äöü" x]}', ":1:21: not JSON")
+        # Begins as a byte order mark does, so that the parser stops within the character.
+        self.assert_refused("\N{ARABIC LIGATURE LAM WITH ALEF ISOLATED FORM}", ":1:1: not JSON")
 
     def test_deep_nesting(self):
         self.assert_refused('{"lexicons":' + "[" * 100000, "not JSON")

@@ -25,7 +25,10 @@ std::string plainReason(const Json::exception &error) {
 
 /// "NAME:LINE:COLUMN" of a byte, counted from 1.
 std::string placeOf(std::string_view text, std::size_t byte, const std::string &name, std::uint64_t firstLine) {
-  const std::string_view before = text.substr(0, byte > 0 ? byte - 1 : 0);
+  std::size_t at = std::min(byte > 0 ? byte - 1 : 0, text.size());
+  // The parser may stop within a character.
+  while (at > 0 && at < text.size() && (static_cast<unsigned char>(text[at]) & 0xC0U) == 0x80U) --at;
+  const std::string_view before = text.substr(0, at);
   const auto line = firstLine + static_cast<std::uint64_t>(std::count(before.begin(), before.end(), '\n'));
   const std::size_t lineStart = before.rfind('\n') == std::string_view::npos ? 0 : before.rfind('\n') + 1;
   const std::size_t column = decodeUtf8(before.substr(lineStart)).size() + 1;

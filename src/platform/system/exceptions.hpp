@@ -7,12 +7,20 @@
 
 namespace qoc {
 
-/// The status of the exception that is being handled: the only ones that can arise come from running out of memory.
+/// Thrown where work that gives no status is interrupted.
+struct Interrupted {
+  qsys_status status;  ///< What the attention check answered.
+};
+
+/// The status of the exception that is being handled: the only ones that can arise come from running out of memory and
+/// from interrupts.
 inline qsys_status statusOfException() noexcept {
   try {
     throw;
   } catch (const std::bad_alloc &) {
     return QSYS_STATUS_OUT_OF_MEMORY;
+  } catch (const Interrupted &interrupted) {
+    return interrupted.status;
   } catch (...) {
     return QSYS_STATUS_INTERNAL;
   }

@@ -5,6 +5,8 @@
 
 #include <cstddef>
 
+#include "platform/system/exceptions.hpp"
+
 namespace qoc {
 
 /// Asks for attention once for so many units of work; a unit is a few nanoseconds. Small work is never asked about, so
@@ -18,6 +20,13 @@ class WorkMeter {
     }
     done_ = 0;
     return qsys_attention_check();
+  }
+
+  /// The same for work that gives no status: throws Interrupted.
+  void spend(std::size_t units) {
+    if (const qsys_status status = add(units); status < 0) {
+      throw Interrupted{status};
+    }
   }
 
  private:
