@@ -99,8 +99,8 @@ std::int64_t LexiconIndex::mostVisits(const IndexQuery &query, std::int32_t maxE
   if (!scan_.goesByBlocks(query)) {
     return std::numeric_limits<std::int64_t>::max();
   }
-  // So many letters of blocks are scanned in the time of two visits, where a byte holds a reading's column.
-  static const std::int64_t lettersPerVisit = 300;
+  // About as many letters of blocks are scanned in the time of a visit, where a byte holds a reading's column.
+  constexpr std::int64_t lettersPerVisit = 300;
   const std::size_t numLetters =
       scan_.numLettersUpTo(query.numPositions + maxEdits) - scan_.numLettersUpTo(query.numPositions - maxEdits - 1);
   return static_cast<std::int64_t>(numLetters) / (query.numPositions <= 8 ? lettersPerVisit : lettersPerVisit / 2) +
