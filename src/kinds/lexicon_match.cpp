@@ -31,6 +31,13 @@
 //   one.
 //
 // So the search begins with no edits and allows one more as long as nothing is found within those allowed.
+//
+// **Variants** are tried alike: let S be any of a reading's variants, in order, that hold every one with a result of E
+// edits. Each gives its whole list of results, which begins with those of E edits, so what the variants left out would
+// have added again changes nothing but order indexes, and what was said of ties and kinds holds for the merge of lists,
+// too. What the best result B caches depends only on the results of lists that follow, one after the other until one
+// passes B: a duplicate does, a result that comes first in the primary-rank order, or a tie; the first two are the same
+// in S and in all, and at a tie all that B can cache is cached.
 
 #include "kinds/lexicon_match.hpp"
 
@@ -77,6 +84,17 @@ qsys_status makeLocal(Frame<Capacity> &frame, qoc_ocrDictionaryResultSet &set) {
   return QSYS_STATUS_OK;
 }
 
+bool isDefaultRanking(const qoc_ocrDictionaryRunParams *params) noexcept {
+  return params == nullptr || (params->rankingMode != 1 && params->finalizeEachResult == 0);
+}
+
+/// The next number of edits to be tried: one more as long as tries are walked, then twice as many, so that all tries
+/// together cost little more than the last.
+std::int32_t moreEdits(std::int32_t edits, std::int32_t maxEdits) noexcept {
+  constexpr std::int32_t oneByOne = 3;
+  return edits < oneByOne ? edits + 1 : edits > maxEdits / 2 ? maxEdits : 2 * edits;
+}
+
 /// One reading against the words of a lexicon.
 class WordMatcher {
  public:
@@ -106,8 +124,7 @@ class WordMatcher {
     if (index_ != nullptr && known_.empty()) {
       index_->prepare(matches_, {0, matches_.size()}, query_);
     }
-    const bool isDefaultRanking = params_ == nullptr || (params_->rankingMode != 1 && params_->finalizeEachResult == 0);
-    if (lexiconRoads().usesOutlines && isDefaultRanking && !searchesWindows_) {
+    if (lexiconRoads().usesOutlines && isDefaultRanking(params_) && !searchesWindows_) {
       areFinished = true;
       return matchByOutlines(results);
     }
@@ -165,7 +182,7 @@ class WordMatcher {
   /// The same with outlines, of which results are made at the end.
   qsys_status matchByOutlines(qoc_ocrDictionaryResultSet &results) {
     const bool isBounded = wanted_ == Wanted::best && lexiconRoads().usesBound;
-    for (std::int32_t edits = isBounded ? 0 : maxEdits_;; edits = moreEdits(edits)) {
+    for (std::int32_t edits = isBounded ? 0 : maxEdits_;; edits = moreEdits(edits, maxEdits_)) {
       outlined_.clear();
       if (maxEdits_ > 1) {
         // Alignments of few edits are the same whatever the limit above them; but 1 is a limit of another kind.
@@ -177,13 +194,6 @@ class WordMatcher {
       }
     }
     return outlined_.makeResults(aligner_, wanted_ == Wanted::best ? 1 : INT32_MAX, results);
-  }
-
-  /// The next number of edits to be tried: one more as long as tries are walked, then twice as many, so that all tries
-  /// together cost little more than the last.
-  std::int32_t moreEdits(std::int32_t edits) const noexcept {
-    constexpr std::int32_t oneByOne = 3;
-    return edits < oneByOne ? edits + 1 : edits > maxEdits_ / 2 ? maxEdits_ : 2 * edits;
   }
 
   qsys_status outlineFound() {
@@ -213,7 +223,9 @@ class WordMatcher {
       __builtin_prefetch(&words_[static_cast<std::size_t>(found_[i + 2 * ahead])]);
     }
     if (i + ahead < found_.size()) {
-      __builtin_prefetch(view(words_[static_cast<std::size_t>(found_[i + ahead])]).data());
+      const Characters characters = view(words_[static_cast<std::size_t>(found_[i + ahead])]);
+      __builtin_prefetch(characters.data());
+      __builtin_prefetch(characters.data() + characters.size());
     }
   }
 
@@ -252,7 +264,17 @@ qsys_status matchWords(const qoc_ocrDictionaryLexicon &lexicon, const qoc_ocrDic
     if (!matches) {
       matches.emplace(reading, set);
     }
-    return WordMatcher(lexicon, *matches, params, range, wanted, known).match(results, areFinished);
+    const LexiconIndex *index = lexiconRoads().usesIndex && known.empty() ? indexOf(lexicon) : nullptr;
+    std::vector<std::int32_t> found;
+    if (index != nullptr && index->isShort()) {
+      const std::int32_t maxEdits = params != nullptr ? std::max(params->maxEdits, 0) : 0;
+      index->findInShort(*matches, maxEdits, range.first, range.end, found);
+      if (found.empty()) {
+        return WordPolls(range, matches->size(), params).passOver(range.end);
+      }
+    }
+    return WordMatcher(lexicon, *matches, params, range, wanted, found.empty() ? known : found)
+        .match(results, areFinished);
   });
 }
 
@@ -285,7 +307,17 @@ class VariantMatcher {
     const std::int32_t maxEdits = params_ != nullptr ? std::max(params_->maxEdits, 0) : 0;
     VariantLattice lattice(variants, &set_, maxEdits);
     QOC_TRY(addNearWords(index, variants, lattice, maxEdits));
-    return walk(variants, lattice);
+    // A handler that counts is to be asked for every variant once.
+    const bool isBounded = lexiconRoads().usesBound && isDefaultRanking(params_) && params_ != nullptr &&
+                           params_->returnBestOnly != 0 && !isAttentionCounted() && !lattice.visitsAll();
+    for (std::int32_t edits = isBounded ? 0 : maxEdits;; edits = moreEdits(edits, maxEdits)) {
+      QOC_TRY(qoc_ocrDictionaryResultSet_reset(&results_));
+      QOC_TRY(walk(variants, lattice, edits));
+      const auto found = view(results_.results);
+      if (edits == maxEdits || (!found.empty() && found.front().numEdits <= edits)) {
+        return QSYS_STATUS_OK;
+      }
+    }
   }
 
  private:
@@ -321,7 +353,7 @@ class VariantMatcher {
     return QSYS_STATUS_OK;
   }
 
-  qsys_status walk(const ReadingVariants &variants, VariantLattice &lattice) {
+  qsys_status walk(const ReadingVariants &variants, VariantLattice &lattice, std::int32_t edits) {
     qoc_ocrDictionaryStringMulti variant;
     qstd_vector32s inputIndices;
     return inFrame<2>([&](Frame<2> &frame) -> qsys_status {
@@ -340,7 +372,7 @@ class VariantMatcher {
           return numPolls(findLengthRange(lexicon_, whole, workingParams()));
         });
       };
-      return lattice.walk(visit, pass);
+      return lattice.walk(edits, visit, pass);
     });
   }
 

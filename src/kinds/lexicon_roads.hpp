@@ -16,6 +16,8 @@ struct LexiconRoads {
   /// Of the variants that multi-character swaps make of a reading only those near some word are made; and, for the other
   /// kinds of entries, those that an expression or a line may match.
   bool usesLattice = true;
+  /// Where this machine can, scans measure 32 words at once. Without it every word is measured for itself.
+  bool usesBlocks = true;
   /// Shorter lists get no tries, when their index is made: scanning them costs less.
   std::int32_t minWordsForTries = 512;
 };

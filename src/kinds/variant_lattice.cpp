@@ -81,7 +81,9 @@ bool VariantLattice::addWord(std::int32_t index, Characters characters) {
   return true;
 }
 
-void VariantLattice::begin() {
+/// @return whether the walk visits any variant
+bool VariantLattice::begin(std::int32_t edits) {
+  walkedEdits_ = edits;
   if (visitsAll_) {
     words_.clear();
   }
@@ -95,6 +97,8 @@ void VariantLattice::begin() {
     }
   }
   frames_.assign(1, {0, 0, 0, true, 0, active_.size(), 0});
+  return visitsAll_ ||
+         std::ranges::any_of(words_, [&](const Word &word) { return left_[word.firstLeft] <= walkedEdits_; });
 }
 
 void VariantLattice::leave() {
@@ -115,8 +119,8 @@ void VariantLattice::step(const Word &word, const std::uint8_t *from, std::size_
   }
 }
 
-/// Takes the next choice of the last beginning. @return whether the longer beginning is near some word; else it is not
-/// taken
+/// Takes the next choice of the last beginning. @return whether the longer beginning is that of a variant to be
+/// visited; else it is not taken
 bool VariantLattice::enter(std::int32_t &position, std::int32_t &length) {
   Frame &before = frames_.back();
   const std::size_t choiceIndex = before.nextChoice++;
@@ -125,6 +129,7 @@ bool VariantLattice::enter(std::int32_t &position, std::int32_t &length) {
   position = before.position + choice.numRead;
   length = before.length + numSymbols;
   Frame next = {position, length, 0, before.isFirst && choiceIndex == 0, active_.size(), 0, cells_.size()};
+  bool isWithin = visitsAll_;
   for (std::size_t a = before.firstActive; a < before.firstActive + before.numActive; ++a) {
     const Active active = active_[a];
     const Word &word = words_[active.word];
@@ -141,18 +146,21 @@ bool VariantLattice::enter(std::int32_t &position, std::int32_t &length) {
     cells_.resize(row + stride);
     const std::uint8_t *cells = cells_.data() + row;
     const std::uint8_t *left = left_.data() + word.firstLeft + static_cast<std::size_t>(position) * stride;
-    bool isNear = false;
-    for (std::size_t i = 0; i < stride && !isNear; ++i) {
-      isNear = cells[i] + left[i] <= maxEdits_;
+    int least = mostEdits;
+    for (std::size_t i = 0; i < stride; ++i) {
+      least = std::min(least, cells[i] + left[i]);
     }
-    if (isNear) {
+    isWithin = isWithin || least <= walkedEdits_;
+    if (least <= maxEdits_) {
       active_.push_back({active.word, row});
     } else {
       cells_.resize(row);
     }
   }
   next.numActive = active_.size() - next.firstActive;
-  if (next.numActive == 0 && !visitsAll_) {
+  if (!isWithin) {
+    active_.resize(next.firstActive);
+    cells_.resize(next.firstCell);
     return false;
   }
   steps_.push_back({before.position, choiceIndex});

@@ -39,13 +39,16 @@ class VariantLattice {
   /// Walks through all variants, with no words, from now on.
   void visitAll() noexcept { visitsAll_ = true; }
 
-  /// Goes through all variants in order. visit(steps, isFirst, words) is called for each that is near one of the words
-  /// kept, with these, ascending as they were added; pass(position, length) for the variants that have a beginning of
-  /// that length, up to that position, in common and are near none.
+  /// Whether a walk goes through all variants.
+  bool visitsAll() const noexcept { return visitsAll_; }
+
+  /// Goes through all variants in order. visit(steps, isFirst, words) is called for each that is within so many edits,
+  /// at most those that the lattice was built for, of one of the words kept, with all the words that it is near,
+  /// ascending as they were added; pass(position, length) for the variants that have a beginning of that length, up to
+  /// that position, in common and are not visited.
   template <class Visit, class Pass>
-  qsys_status walk(Visit visit, Pass pass) {
-    begin();
-    if (frames_.back().numActive == 0 && !visitsAll_) {
+  qsys_status walk(std::int32_t edits, Visit visit, Pass pass) {
+    if (!begin(edits)) {
       return pass(0, 0);
     }
     while (!frames_.empty()) {
@@ -86,7 +89,7 @@ class VariantLattice {
   }
   void fillLeft(const Word &word, std::size_t node, std::size_t target, std::size_t symbol, bool isFresh);
   void closeLeft(const Word &word, std::size_t node);
-  void begin();
+  bool begin(std::int32_t edits);
   void leave();
   bool enter(std::int32_t &position, std::int32_t &length);
   void step(const Word &word, const std::uint8_t *from, std::size_t symbol, std::uint8_t *to) const;
@@ -95,6 +98,7 @@ class VariantLattice {
   const ReadingVariants &variants_;
   std::int32_t numPositions_;
   std::uint8_t maxEdits_;
+  std::int32_t walkedEdits_ = 0;  // Of the walk.
   bool visitsAll_ = false;
   ReadingMatches matches_;
 

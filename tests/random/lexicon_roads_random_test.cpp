@@ -13,14 +13,15 @@ using reference::Polls;
 using reference::ResultSet;
 
 /** All ways, the plainest last; tries also for the shortest lists, so that small cases go through them. */
-constexpr LexiconRoads allRoads[] = {{true, true, true, true, 0},     {true, true, true, true, 512},
-                                     {true, false, true, false, 0},   {true, false, false, true, 0},
-                                     {false, true, true, false, 512}, {false, false, false, false, 512}};
+constexpr LexiconRoads allRoads[] = {{true, true, true, true, true, 0},       {true, true, true, true, true, 512},
+                                     {true, true, true, true, false, 0},      {true, false, true, false, false, 512},
+                                     {true, false, false, true, true, 0},     {false, true, true, false, true, 512},
+                                     {false, false, false, false, false, 512}};
 
 std::string describe(const LexiconRoads &roads) {
   return "index " + std::to_string(roads.usesIndex) + ", bound " + std::to_string(roads.usesBound) + ", outlines " +
-         std::to_string(roads.usesOutlines) + ", lattice " + std::to_string(roads.usesLattice) + ", tries from " +
-         std::to_string(roads.minWordsForTries);
+         std::to_string(roads.usesOutlines) + ", lattice " + std::to_string(roads.usesLattice) + ", blocks " +
+         std::to_string(roads.usesBlocks) + ", tries from " + std::to_string(roads.minWordsForTries);
 }
 
 Outcome<ResultSet> matchOnRoads(const LexiconRoads &roads, const std::vector<Word> &words, const Reading &reading,

@@ -26,7 +26,8 @@ inline bool holdSameElements(const qstd_vector &a, const qstd_vector &b) noexcep
 class ElementPool {
  public:
   ElementPool() = default;
-  /// Of little more than the given number of bytes, the sum of sizeOf for all that is to be placed, if that is not much.
+  /// Of little more than the given number of bytes, the sum of sizeOf for all that is to be placed, if that is not
+  /// much.
   explicit ElementPool(std::size_t numBytes) : blockSize_(numBytes < mostBytes ? numBytes : mostBytes) {}
   ~ElementPool();
   ElementPool(const ElementPool &) = delete;
