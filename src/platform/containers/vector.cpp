@@ -80,11 +80,14 @@ struct SharedBlock {
 /// The memory of a vector whose elements lie in a shared block is this mark.
 constexpr qsys_memoryTable sharedMemory = {nullptr, nullptr, nullptr};
 
+/// What stands in front of a vector's elements in a shared block: a pointer, and meant as one.
+constexpr std::size_t sizeOfLink = sizeof(SharedBlock *);  // NOLINT(bugprone-sizeof-expression)
+
 constexpr std::size_t alignedUp(std::size_t size, std::size_t alignment) {
   return (size + alignment - 1) / alignment * alignment;
 }
 /// Where elements that several vectors have in common begin.
-constexpr std::size_t sizeOfHead = alignedUp(sizeof(SharedBlock) + sizeof(SharedBlock *), alignof(std::max_align_t));
+constexpr std::size_t sizeOfHead = alignedUp(sizeof(SharedBlock) + sizeOfLink, alignof(std::max_align_t));
 
 bool isShared(const qstd_vector &vector) { return vector.memory == &sharedMemory; }
 
@@ -625,10 +628,10 @@ qsys_status qoc::ElementPool::place(qstd_vector &vector, std::int32_t n, void *&
   if (n <= 0) {
     return QSYS_STATUS_OK;
   }
-  const std::size_t needed = alignedUp(sizeof(SharedBlock *) + numBytes(vector, n), sizeof(SharedBlock *));
+  const std::size_t needed = alignedUp(sizeOfLink + numBytes(vector, n), sizeOfLink);
   if (block_ == nullptr || needed > size_ - used_) {
     close();
-    used_ = alignedUp(sizeof(SharedBlock), sizeof(SharedBlock *));
+    used_ = alignedUp(sizeof(SharedBlock), sizeOfLink);
     size_ = std::max(blockSize, used_ + needed);
     block_ = static_cast<std::byte *>(qsys_memory_alloc_internal(size_));
     if (block_ == nullptr) {
@@ -636,7 +639,7 @@ qsys_status qoc::ElementPool::place(qstd_vector &vector, std::int32_t n, void *&
     }
     new (block_) SharedBlock{numHoldersOfOpen, true};
   }
-  elements = block_ + used_ + sizeof(SharedBlock *);
+  elements = block_ + used_ + sizeOfLink;
   blockOf(elements) = reinterpret_cast<SharedBlock *>(block_);
   used_ += needed;
   ++numPlaced_;
