@@ -123,7 +123,7 @@ QOC_API const char *qoc_ocrDictionaryOutcome_getName(qoc_ocrDictionaryOutcome ou
 
 /** What came of resolving one reading. */
 typedef struct qoc_ocrDictionaryResolution {
-  qoc_ocrDictionaryOutcome outcome;                /**< [none] */
+  qoc_ocrDictionaryOutcome outcome; /**< [none] */
   qsys_bool hasScores; /**< [0] 0: the reading has no scores, and no margin can be told. Its best text is sure where no
                           other text has as few differences from it. */
   qstd_vector_qoc_ocrDictionaryResolvedText texts; /**< [empty] All different, best first. Owned. */
@@ -164,9 +164,9 @@ QOC_API qsys_status qoc_ocrDictionaryResolver_setDictionary(qoc_ocrDictionaryRes
  * From every result of a fielding or an expression come the texts that its positions allow; a text that fails a check
  * of its entry comes only where none passes. With a dictionary, the words are those of its lexicons within reach of the
  * params, whatever the set shows; characters that an edit leaves open are found out where the entry allows one only, or
- * the check digits leave one; and where the set may not show all results that matter (returnBestOnly, or several entries
- * that are no lexicons) the entries are matched again, each for itself. Without one, the words are those of the set, and
- * only a check with entry 0 is applied. A computed set without results is believed: there is no text.
+ * the check digits leave one; and where the set may not show all results that matter (returnBestOnly, or several
+ * entries that are no lexicons) the entries are matched again, each for itself. Without one, the words are those of the
+ * set, and only a check with entry 0 is applied. A computed set without results is believed: there is no text.
  *
  * @param[in]  reading the one that the run was given
  * @param[in]  params  those of the run; null stands for the defaults

@@ -37,9 +37,8 @@ bool Knowledge::admitsLength(std::int64_t length) const {
 }
 
 bool Knowledge::admits(std::size_t place, Char32 code) const {
-  return fieldings->core.size > 0 || std::any_of(admitted.begin(), admitted.end(), [&](const AdmittedCodes &codes) {
-           return codes.admits(place, code);
-         });
+  return fieldings->core.size > 0 || std::any_of(admitted.begin(), admitted.end(),
+                                                 [&](const AdmittedCodes &codes) { return codes.admits(place, code); });
 }
 
 qsys_status Knowledge::match(qoc_ocrDictionaryMode mode, std::int32_t entry,

@@ -67,7 +67,7 @@ using SharedKnowledge = std::shared_ptr<const Knowledge>;
 
 /// What a resolver keeps beside its rules; behind its field `knowledge`, or null where there is nothing to keep.
 struct Kept {
-  SharedKnowledge dictionary;                   ///< Null where it knows none.
+  SharedKnowledge dictionary;                    ///< Null where it knows none.
   std::shared_ptr<const Confusions> confusions;  ///< Those of its rules; null where they have none.
 };
 

@@ -109,9 +109,8 @@ void ReadingCosts::addPosition(const qoc_ocrDictionaryCharMulti &multi, const qo
   std::sort(begin, choices_.end(), [](const Choice &a, const Choice &b) {
     return a.code != b.code ? a.code < b.code : a.cost != b.cost ? a.cost < b.cost : a.candidate < b.candidate;
   });
-  choices_.erase(
-      std::unique(begin, choices_.end(), [](const Choice &a, const Choice &b) { return a.code == b.code; }),
-      choices_.end());
+  choices_.erase(std::unique(begin, choices_.end(), [](const Choice &a, const Choice &b) { return a.code == b.code; }),
+                 choices_.end());
   position.size = choices_.size() - position.begin;
   position.extra = penalties_.extra(position.firstCode, position.firstScore);
   positions_.push_back(position);

@@ -60,9 +60,7 @@ class Penalties {
   Cost swapped(Char32 read, Char32 meant) const;
   /// A swap of several characters.
   Cost swappedTogether() const { return difference_ + rules_.swapPenalty; }
-  Cost substituted(Cost score) const {
-    return difference_ + std::max<Cost>(score + rules_.substitutedPenalty, 0);
-  }
+  Cost substituted(Cost score) const { return difference_ + std::max<Cost>(score + rules_.substitutedPenalty, 0); }
   /// What leaving the character out costs in all.
   Cost extra(Char32 read, Cost score) const;
   Cost doubled() const { return difference_ + rules_.doubledPenalty; }

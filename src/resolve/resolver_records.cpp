@@ -146,8 +146,7 @@ qsys_status qoc_ocrDictionaryResolverRules_validate(const qoc_ocrDictionaryResol
   for (const std::int32_t number :
        {rules->alternativePenalty, rules->laterPenalty, rules->swapPenalty, rules->substitutedPenalty,
         rules->missingPenalty, rules->extraPenalty, rules->doubledPenalty, rules->leadCap, rules->maxLag,
-        rules->maxMargin,
-        rules->freeWord.perCharacter, rules->freeWord.leadPercent, rules->freeShape.perCharacter,
+        rules->maxMargin, rules->freeWord.perCharacter, rules->freeWord.leadPercent, rules->freeShape.perCharacter,
         rules->freeShape.leadPercent, rules->minMargin}) {
     if (number < 0) {
       return QOC_STATUS_PENALTY_NEGATIVE;

@@ -369,7 +369,8 @@ class Resolving {
       return QSYS_STATUS_OK;
     };
     const Cost most = costs_.penalties().hasScores() ? least + rules_.maxLag : noWay - 1;
-    return searchTexts(lattices_, numWanted_, most, [&](Lattice &lattice) { return open(lattice); }, take);
+    return searchTexts(
+        lattices_, numWanted_, most, [&](Lattice &lattice) { return open(lattice); }, take);
   }
 
   /// Whether all choices of the lattice are texts as they stand.

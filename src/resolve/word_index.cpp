@@ -127,7 +127,7 @@ void WordTable::addRow(std::size_t depth) {
 
 Cost &WordTable::at(std::size_t depth, std::int32_t input, std::int32_t edits) {
   return rows_[depth].costs[static_cast<std::size_t>(input - first(depth)) * (static_cast<std::size_t>(numEdits_) + 1) +
-                      static_cast<std::size_t>(edits)];
+                            static_cast<std::size_t>(edits)];
 }
 
 Cost WordTable::at(std::size_t depth, std::int32_t input, std::int32_t edits) const {

@@ -143,8 +143,8 @@ qsys_status WordIndex::findBest(const ReadingCosts &costs, const Reach &reach, c
     if (!table.canReach(text.size())) {
       continue;
     }
-    const Cost most =
-        std::min(limit(found.empty() ? noWay : found.front().cost), found.size() < k ? noWay - 1 : found.back().cost - 1);
+    const Cost most = std::min(limit(found.empty() ? noWay : found.front().cost),
+                               found.size() < k ? noWay - 1 : found.back().cost - 1);
     least.resize(depth);
     bool isCut = false;
     while (depth < text.size() && !isCut) {

@@ -327,8 +327,8 @@ TEST(ResolverRandom, GivesTheBestWordsWithinReach) {
 /// What a resolution says of its best text.
 std::string verdictOf(const qoc_ocrDictionaryResolution &resolution) {
   std::string out = qoc_ocrDictionaryOutcome_getName(resolution.outcome);
-  for (const qoc_ocrDictionaryResolvedText &text : elements(resolution.texts).first(
-           std::min<std::size_t>(elements(resolution.texts).size(), 1))) {
+  for (const qoc_ocrDictionaryResolvedText &text :
+       elements(resolution.texts).first(std::min<std::size_t>(elements(resolution.texts).size(), 1))) {
     out += " " + std::to_string(text.total) + " +" + std::to_string(text.margin) + (text.passesCheck != 0 ? " ok" : "");
     // Which of several equal texts comes first depends on the results.
     const bool isOnlyOne = resolution.hasScores == 0 && resolution.outcome == qoc_ocrDictionaryOutcome_sure;
@@ -347,8 +347,8 @@ TEST(ResolverRandom, NeedsNoMoreThanTheBestResultToSayTheSame) {
     }
     Owned<qoc_ocrDictionary> dictionary;
     for (int32_t k = random.between(1, 3); k > 0; --k) {
-      const std::string source = random.pick<std::string>({"[0-2]{1,3}", "[016]+", "(0[12])|([06]{2})|(126)", "[2][0-9]",
-                                                           "[0-9]{2}", "[0-9]{3}", "[12][06]*"});
+      const std::string source = random.pick<std::string>(
+          {"[0-2]{1,3}", "[016]+", "(0[12])|([06]{2})|(126)", "[2][0-9]", "[0-9]{2}", "[0-9]{3}", "[12][06]*"});
       const Owned<qoc_ocrDictionaryRegularExpression> expression([&](qoc_ocrDictionaryRegularExpression *object) {
         return qoc_ocrDictionaryRegularExpression_constructString(object, stdString(source));
       });
@@ -373,13 +373,12 @@ TEST(ResolverRandom, NeedsNoMoreThanTheBestResultToSayTheSame) {
       require(qoc_ocrDictionary_runSwapCharSetMulti(dictionary, one.record(), params, one.swaps, results));
       require(qoc_ocrDictionaryResolver_setRules(resolver, one.rules));
       require(qoc_ocrDictionaryResolver_setDictionary(resolver, dictionary));
-      require(
-          qoc_ocrDictionaryResolver_resolve(resolver, one.record(), params, one.swaps, results, resolution));
+      require(qoc_ocrDictionaryResolver_resolve(resolver, one.record(), params, one.swaps, results, resolution));
       verdicts[isShort ? 1 : 0] = verdictOf(*resolution);
     }
-    return verdicts[0] == verdicts[1] ? ""
-                                      : "short " + verdicts[1] + ", not " + verdicts[0] + "\n  reading " +
-                                            show(one.record()) + "\n";
+    return verdicts[0] == verdicts[1]
+               ? ""
+               : "short " + verdicts[1] + ", not " + verdicts[0] + "\n  reading " + show(one.record()) + "\n";
   });
 }
 

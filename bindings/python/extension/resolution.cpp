@@ -37,14 +37,17 @@ py::object marginOf(const RankedText &text) {
   return py::float_(text.get().margin() / scoreUnitsPerPoint);
 }
 
-py::object checkOf(ResolvedTextView text) { return text.hasCheck() ? py::object(py::bool_(text.passesCheck())) : py::none(); }
+py::object checkOf(ResolvedTextView text) {
+  return text.hasCheck() ? py::object(py::bool_(text.passesCheck())) : py::none();
+}
 
 py::object outcomeOf(const Resolution &resolution) {
   return py::module_::import("qoc.enums").attr("Outcome")(static_cast<std::int32_t>(resolution.outcome()));
 }
 
 void defineText(py::module_ &module) {
-  py::class_<RankedText> type(module, "ResolvedText", R"(One text that a reading can be, as Dictionary.resolve weighs it.
+  py::class_<RankedText> type(module, "ResolvedText",
+                              R"(One text that a reading can be, as Dictionary.resolve weighs it.
 
 Comes from a Resolution. Scores and margins are in the reader's own scale.)");
   const auto property = [&type](const char *name, auto get, const char *doc) {
@@ -52,7 +55,8 @@ Comes from a Resolution. Scores and margins are in the reader's own scale.)");
         name, [get](const RankedText &text) { return get(text.get()); }, doc);
   };
   property(
-      "text", [](ResolvedTextView t) { return textOf(t.characters()); }, "The text; \"?\" for a character that is not known.");
+      "text", [](ResolvedTextView t) { return textOf(t.characters()); },
+      "The text; \"?\" for a character that is not known.");
   property(
       "total", [](ResolvedTextView t) { return t.total() / scoreUnitsPerPoint; },
       "The scores of the candidates that it takes, less penalties.");
@@ -134,7 +138,8 @@ Comes from Dictionary.resolve and resolve_many. False where there is no text.)")
   type.def("__bool__", [](const Resolved &resolved) { return !resolved.resolution->empty(); });
   type.def("__repr__", [](const Resolved &resolved) {
     const std::string text = py::repr(resolved.ofBest("text")).cast<std::string>();
-    return "<Resolution " + (resolved.resolution->empty() ? "" : text + ", ") + name(resolved.resolution->outcome()) + ">";
+    return "<Resolution " + (resolved.resolution->empty() ? "" : text + ", ") + name(resolved.resolution->outcome()) +
+           ">";
   });
 }
 
