@@ -121,7 +121,7 @@ enum class IndexTime { now, later };
 /// the way; what has been put together is then dropped.
 template <class Fill>
 qsys_status replaceWords(qoc_ocrDictionaryLexicon &lexicon, IndexTime indexTime, Fill fill) {
-  qoc_ocrDictionaryLexicon fresh;
+  qoc_ocrDictionaryLexicon fresh = {};
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
     QOC_TRY(qoc_ocrDictionaryLexicon_construct(&fresh));
     frame.local<qoc_ocrDictionaryLexicon_destruct>(&fresh);
