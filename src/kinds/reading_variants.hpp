@@ -27,6 +27,7 @@ class ReadingVariants {
   };
 
   /// The reading, which has a position at least, and the set stay as they are while the object lives.
+  // cppcheck-suppress uninitMemberVar ; symbols_ is constructed by expand, and hasSymbols_ says whether it is
   ReadingVariants(const qoc_ocrDictionaryStringMulti &reading, const qoc_swapCharSet &set)
       : reading_(reading), set_(set) {}
   ~ReadingVariants();

@@ -34,6 +34,7 @@ class VariantLattice {
 
   /// What matches any of the lattice's symbols, as if they were the positions of one reading.
   const ReadingMatches &symbolMatches() const noexcept { return matches_; }
+
   /// Keeps a word that some variant is near. @return false when there is no more room for tables
   bool addWord(std::int32_t word, Characters characters);
   /// Walks through all variants, with no words, from now on.
