@@ -91,7 +91,7 @@ class ResolvingTest(ProgramTest):
     def test_ready_sets_bring_their_penalties(self):
         for name, penalty in (("ocr-slashed-zeros", 45), ("ocr-learnt", 67.44)):
             resolved, = self.resolve({"regularExpressions": ["0"], "swaps": {"sets": [name]}}, reading("8"))
-            self.assertEqual((resolved["text"], resolved["total"]), ("0", 90 - penalty), name)
+            self.assertEqual((resolved["text"], resolved["total"]), ("0", round(90 - penalty, 2)), name)
 
     def test_margins_are_counted_as_far_as_the_file_says(self):
         dictionary = {"regularExpressions": ["[0-9]"], "resolving": {"maxMargin": 7, "minMargin": 5}}
