@@ -22,7 +22,6 @@
 using qoc::Frame;
 using qoc::inFrame;
 using qoc::maskPrimary;
-using qoc::moreFirst;
 using qoc::present;
 using qoc::statusesOf;
 
