@@ -50,7 +50,7 @@ void checkDigits(Input &input) {
     const bool isSeparator = rule->ignoresSeparators != 0 && (one.code == ' ' || one.code == '-');
     length += isSeparator || std::find(ignored.begin(), ignored.end(), one.code) != ignored.end() ? 0 : 1;
   }
-  check(qoc_checkDigitRule_validateLength(rule, length) >= 0);
+  check(qoc_checkDigitRule_validateLength(rule, length) >= 0 || input.isShortOfMemory);
 }
 
 Owned<qoc_ocrDictionaryResolver> resolverOf(Input &input) {

@@ -181,7 +181,8 @@ class WordMatcher {
 
   /// The same with outlines, of which results are made at the end.
   qsys_status matchByOutlines(qoc_ocrDictionaryResultSet &results) {
-    const bool isBounded = wanted_ == Wanted::best && lexiconRoads().usesBound;
+    // A limit beyond every cost admits edits that the params forbid, which fewer edits leave out.
+    const bool isBounded = wanted_ == Wanted::best && maxEdits_ < EditTable::unreachable && lexiconRoads().usesBound;
     for (std::int32_t edits = isBounded ? 0 : maxEdits_;; edits = moreEdits(edits, maxEdits_)) {
       outlined_.clear();
       if (maxEdits_ > 1) {

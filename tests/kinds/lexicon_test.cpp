@@ -509,6 +509,23 @@ TEST(LexiconMatch, GivesCopiesTheSameAnswers) {
   }
 }
 
+/// A forbidden edit costs more than any other limit: where it counts, the best result is that of the fewest edits.
+TEST(LexiconMatch, ALimitBeyondEveryCostAdmitsForbiddenEdits) {
+  Owned<qoc_ocrDictionaryLexicon> entry = lexicon({"bbb", "bbabb"});
+  require(qoc_ocrDictionaryLexicon_addString(entry, word("")));  // Three extra characters, which are more.
+  Owned<qoc_ocrDictionaryResultSet> results;
+  for (const int32_t maxEdits : {0x40000000, 0x3FFFFFFF}) {
+    const auto params = runParams({.maxEdits = maxEdits,
+                                   .matchOption1 = 0,
+                                   .matchOption2 = 0,
+                                   .matchOption4 = 0,
+                                   .minStringLength = 1,
+                                   .maxStringLength = 6});
+    require(qoc_ocrDictionaryLexicon_matchMulti(entry, reading("a a b"), params, nullptr, results));
+    EXPECT_EQ(matchedWords(*results), std::vector<std::string>{"bbb"}) << maxEdits;
+  }
+}
+
 TEST(LexiconMatchStrings, MarksEveryResultWithTheIndexOfItsInput) {
   const auto entry = lexicon({"ab", "cd"});
   Owned<qoc_ocrDictionaryResultSet> set;
