@@ -2,6 +2,8 @@
 //
 //   qoc_replay_TARGET [FILE-OR-DIRECTORY...]
 //
+// A file's bytes are an input, but of files that end in ".lines" every line is one: see corpus.py.
+//
 // QOC_RANDOM_CASES is the number of random inputs, QOC_SEED where they start.
 
 #include <cstdint>
@@ -11,6 +13,7 @@
 #include <fstream>
 #include <iterator>
 #include <random>
+#include <string>
 #include <vector>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size);
@@ -22,25 +25,53 @@ std::uint64_t numberFrom(const char *variable, std::uint64_t otherwise) {
   return text != nullptr ? std::strtoull(text, nullptr, 10) : otherwise;
 }
 
+int numInputs = 0;
+
+void replayBytes(const std::string &bytes) {
+  const std::vector<std::uint8_t> exact(bytes.begin(), bytes.end());  // Of its own, so that nothing stands behind it.
+  LLVMFuzzerTestOneInput(exact.data(), exact.size());
+  ++numInputs;
+}
+
+/// A line with "\xHH" for the bytes that are no printable ASCII.
+std::string unescaped(const std::string &line) {
+  std::string bytes;
+  for (std::size_t i = 0; i < line.size(); ++i) {
+    if (line[i] == '\\' && i + 3 < line.size()) {
+      bytes += static_cast<char>(std::stoi(line.substr(i + 2, 2), nullptr, 16));
+      i += 3;
+    } else {
+      bytes += line[i];
+    }
+  }
+  return bytes;
+}
+
 void replay(const std::filesystem::path &path) {
   std::ifstream file(path, std::ios::binary);
-  const std::vector<char> bytes{std::istreambuf_iterator<char>(file), {}};
-  LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t *>(bytes.data()), bytes.size());
+  if (!file) {
+    std::fprintf(stderr, "%s: cannot be read\n", path.c_str());
+    std::exit(2);
+  }
+  if (path.extension() == ".lines") {
+    for (std::string line; std::getline(file, line);) {
+      replayBytes(unescaped(line));
+    }
+  } else {
+    replayBytes({std::istreambuf_iterator<char>(file), {}});
+  }
 }
 
 }  // namespace
 
 int main(int argc, char **argv) {
-  int numFiles = 0;
   for (int i = 1; i < argc; ++i) {
     if (!std::filesystem::is_directory(argv[i])) {
       replay(argv[i]);
-      ++numFiles;
       continue;
     }
     for (const auto &entry : std::filesystem::directory_iterator(argv[i])) {
       replay(entry.path());
-      ++numFiles;
     }
   }
   const std::uint64_t numCases = numberFrom("QOC_RANDOM_CASES", 2000), seed = numberFrom("QOC_SEED", 1);
@@ -53,6 +84,6 @@ int main(int argc, char **argv) {
     std::fprintf(stderr, "\rseed %llu", static_cast<unsigned long long>(seed + i));  // Stays visible after a crash.
     LLVMFuzzerTestOneInput(bytes.data(), bytes.size());
   }
-  std::fprintf(stderr, "\n%d kept inputs and %llu random ones\n", numFiles, static_cast<unsigned long long>(numCases));
+  std::fprintf(stderr, "\n%d kept inputs and %llu random ones\n", numInputs, static_cast<unsigned long long>(numCases));
   return 0;
 }

@@ -146,7 +146,7 @@ enum class IndexTime { now, later };
 /// attention on the way; what has been put together is then dropped.
 template <class Choose>
 qsys_status replaceWords(qoc_ocrDictionaryLexicon &lexicon, IndexTime indexTime, Choose choose) {
-  qoc_ocrDictionaryLexicon fresh;
+  qoc_ocrDictionaryLexicon fresh = {};
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
     QOC_TRY(qoc_ocrDictionaryLexicon_construct(&fresh));
     frame.local<qoc_ocrDictionaryLexicon_destruct>(&fresh);

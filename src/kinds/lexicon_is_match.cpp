@@ -10,7 +10,6 @@
 #include "text/window_search.hpp"
 
 using qoc::present;
-using qoc::view;
 
 namespace qoc {
 

@@ -56,6 +56,7 @@ class LexiconResults {
   /// The keys of the default order before the order index, the best first.
   struct Key {
     std::int32_t numEdits, numDeleted, numNotPrimary, numNotSecondary;
+    // NOLINTNEXTLINE(modernize-use-nullptr): clang-tidy 14 takes the zero of a three-way comparison for a pointer.
     auto operator<=>(const Key &) const = default;
   };
   struct Class {

@@ -39,6 +39,7 @@ class VariantLattice {
   };
 
   ~VariantLattice();
+  // cppcheck-suppress uninitMemberVar ; symbols_ is constructed by build, and hasSymbols_ says whether it is
   VariantLattice() = default;
   VariantLattice(const VariantLattice &) = delete;
   VariantLattice &operator=(const VariantLattice &) = delete;

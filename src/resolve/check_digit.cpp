@@ -165,17 +165,30 @@ bool isIgnored(const qoc_checkDigitRule &rule, Char32 code) {
   return std::find(ignored.begin(), ignored.end(), code) != ignored.end();
 }
 
-std::optional<std::vector<std::int32_t>> checkedPositions(const qoc_checkDigitRule &rule, std::int32_t length) {
-  std::vector<std::int32_t> positions;
+std::optional<std::vector<qstd_span32>> checkedParts(const qoc_checkDigitRule &rule, std::int32_t length) {
   constexpr qstd_span32 whole = {0, QOC_CHECK_DIGIT_END};
-  const auto parts = rule.parts.core.size > 0 ? viewAs<qstd_span32>(rule.parts) : std::span(&whole, 1);
-  for (const qstd_span32 &part : parts) {
-    const std::int32_t begin = part.begin < 0 ? length + part.begin : part.begin;
-    const std::int32_t end = part.end == QOC_CHECK_DIGIT_END ? length : part.end < 0 ? length + part.end : part.end;
-    if (begin < 0 || begin >= end || end > length) {
+  const auto given = rule.parts.core.size > 0 ? viewAs<qstd_span32>(rule.parts) : std::span(&whole, 1);
+  const std::int64_t size = length;  // Twice a length, either way, is more than 32 bits hold.
+  std::vector<qstd_span32> parts;
+  for (const qstd_span32 &part : given) {
+    const std::int64_t begin = part.begin < 0 ? size + part.begin : part.begin;
+    const std::int64_t end = part.end == QOC_CHECK_DIGIT_END ? size : part.end < 0 ? size + part.end : part.end;
+    if (begin < 0 || begin >= end || end > size) {
       return std::nullopt;
     }
-    for (std::int32_t i = begin; i < end; ++i) positions.push_back(i);
+    parts.push_back({static_cast<std::int32_t>(begin), static_cast<std::int32_t>(end)});
+  }
+  return parts;
+}
+
+std::optional<std::vector<std::int32_t>> checkedPositions(const qoc_checkDigitRule &rule, std::int32_t length) {
+  const auto parts = checkedParts(rule, length);
+  if (!parts) {
+    return std::nullopt;
+  }
+  std::vector<std::int32_t> positions;
+  for (const qstd_span32 &part : *parts) {
+    for (std::int32_t i = part.begin; i < part.end; ++i) positions.push_back(i);
   }
   return positions;
 }

@@ -34,6 +34,9 @@ bool takesLength(qoc_checkDigitMethod method, std::int32_t length);
 
 bool isIgnored(const qoc_checkDigitRule &rule, Char32 code);
 
+/// The rule's parts in a text of so many positions that count; nothing where one of them is empty or leaves the text.
+std::optional<std::vector<qstd_span32>> checkedParts(const qoc_checkDigitRule &rule, std::int32_t length);
+
 /// The positions that a rule checks, in its order, of a text with `length` positions that count; nothing where a part
 /// does not lie within the text.
 std::optional<std::vector<std::int32_t>> checkedPositions(const qoc_checkDigitRule &rule, std::int32_t length);

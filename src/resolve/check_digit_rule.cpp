@@ -116,12 +116,14 @@ qsys_status qoc_checkDigitRule_validateLength(const qoc_checkDigitRule *rule, st
   }
   return inFrame<1>([&](Frame<1> &) -> qsys_status {
     QOC_TRY(qoc_checkDigitRule_validate(rule));
-    const auto positions = checkedPositions(*rule, length);
-    if (!positions) {
+    const auto parts = checkedParts(*rule, length);
+    if (!parts) {
       return QOC_STATUS_CHECK_PARTS_INVALID;
     }
-    return takesLength(rule->method, static_cast<std::int32_t>(positions->size())) ? QSYS_STATUS_OK
-                                                                                   : QOC_STATUS_CHECK_LENGTH_INVALID;
+    std::int64_t numChecked = 0;
+    for (const qstd_span32 &part : *parts) numChecked += static_cast<std::int64_t>(part.end) - part.begin;
+    const bool isTaken = numChecked <= INT32_MAX && takesLength(rule->method, static_cast<std::int32_t>(numChecked));
+    return isTaken ? QSYS_STATUS_OK : QOC_STATUS_CHECK_LENGTH_INVALID;
   });
 }
 

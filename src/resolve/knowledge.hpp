@@ -11,6 +11,7 @@ namespace qoc {
 template <class T, auto Construct, auto Destruct>
 class Held {
  public:
+  // cppcheck-suppress uninitMemberVar ; Construct fills the object
   Held() : status_(Construct(&object_)) {}
   Held(const Held &) = delete;
   Held &operator=(const Held &) = delete;

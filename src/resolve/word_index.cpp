@@ -52,6 +52,7 @@ void WordIndex::finish() {
   };
   std::sort(order_.begin(), order_.end(), [&](std::uint32_t a, std::uint32_t b) {
     const auto order = compare(a, b);
+    // NOLINTNEXTLINE(modernize-use-nullptr): clang-tidy 14 takes the zero of a three-way comparison for a pointer.
     return order != 0 ? order < 0 : a < b;
   });
   common_.assign(order_.size(), 0);

@@ -19,12 +19,10 @@
 #include "frame/frame.hpp"
 #include "run/result_set_ops.hpp"
 
-using qoc::fewerFirst;
 using qoc::Frame;
 using qoc::inFrame;
 using qoc::maskPrimary;
 using qoc::maskPrimaryAndSecondary;
-using qoc::moreFirst;
 using qoc::present;
 using qoc::statusesOf;
 

@@ -28,7 +28,6 @@ using qoc::Positions;
 using qoc::present;
 using qoc::sizeOf;
 using qoc::view;
-using qoc::viewAs;
 
 namespace {
 

@@ -2,6 +2,7 @@
 
 #include <qoc/ocr_dictionary.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 
@@ -198,7 +199,7 @@ qsys_status Call::run() {
       leavesElements && !isConstructor(function_) ? static_cast<const qstd_vector *>(values_[0].pointer)->size : 0;
   const Answer answer = callWith(values_);
   if (isConstructor(function_)) {
-    arguments_[0].isAlive = answer.status >= 0;
+    arguments_[0].isAlive = answer.status >= 0 && heard_.numChecks == 0;
   }
   if (endsWith(name, "_destruct")) {
     arguments_[0].isAlive = false;
@@ -211,6 +212,39 @@ qsys_status Call::run() {
     values_[0].pointer = nullptr;
   }
   return answer.status;
+}
+
+bool Call::makeHostile(std::size_t index, std::size_t kind) {
+  const Parameter &parameter = function_.parameters[index];
+  switch (parameter.role) {
+    case Role::number: {
+      // What the caller's memory is like is told truly: the size of elements, and how much a block holds.
+      const std::string_view name = parameter.name;
+      if (name == "elementSize") return false;
+      const bool isCount = (name == "n" || name == "size") &&
+                           std::any_of(function_.parameters.begin() + 1, function_.parameters.end(),
+                                       [](const Parameter &other) { return other.isPointer(); });
+      static constexpr std::int64_t hostile[] = {-1, INT32_MIN, INT32_MAX, 0xF800};
+      const bool isCode = std::string_view(parameter.typeName) == "Char32";
+      if (kind >= (isCode ? 4U : isCount ? 2U : 3U)) return false;
+      values_[index].number = static_cast<std::uint64_t>(hostile[kind]);
+      return true;
+    }
+    case Role::input:
+    case Role::object:
+      if (kind > 0 || !arguments_[index].isAlive) return false;
+      require(parameter.type->destruct(values_[index].pointer));
+      require(parameter.type->construct(values_[index].pointer));
+      return true;
+    case Role::block: {
+      static constexpr int hostile[] = {0, '*', '(', 0xF800};  // As the first of its characters.
+      if (kind >= std::size(hostile)) return false;
+      fillBlock(parameter.typeName, parameter.type, values_[index].pointer, arguments_[index].size, hostile[kind] - 'a');
+      return true;
+    }
+    default:
+      return false;
+  }
 }
 
 qsys_status Call::runWithNull(std::size_t index) {

@@ -33,6 +33,10 @@ class Call {
   /// Calls the function. An object that it constructs or destructs is alive afterwards as the answer says.
   qsys_status run();
 
+  /// Gives an argument a value of the sort that functions refuse: an object as it is constructed, a text that is none, a
+  /// number out of range. @return false where the argument has no such value of that number, counted from 0
+  bool makeHostile(std::size_t index, std::size_t kind);
+
   /// Calls the function with null in place of one argument.
   qsys_status runWithNull(std::size_t index);
 

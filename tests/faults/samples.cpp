@@ -437,6 +437,17 @@ const char *mayChangeOnFailure(const Function &function) {
   return found != nullptr ? found->reason : nullptr;
 }
 
+const char *mayChangeOnRefusal(const Function &function) {
+  static constexpr Reason changing[] = {
+      {"qoc_ocrDictionaryResult_getIsSingularPos", "", "the answer is 0 until it is known"},
+      {"qoc_ocrDictionaryLineFielding_runFieldingParams", "", "results are reset first"},
+      {"qoc_swapCharSet_*SingleSwap", "", "the set is reset where its tables would be too large"},
+      {"qstd_regex_findErrorT", "", "the place of the error is what it is asked for"},
+  };
+  const Reason *found = find(changing, function.name, "");
+  return found != nullptr ? found->reason : nullptr;
+}
+
 const char *mayDifferAfterFailure(const Function &function) {
   const bool isDifferent = std::string_view(function.name) == "qoc_swapCharSet_appendSingleSwap";
   return isDifferent ? "it adds to what the failure may have reset" : nullptr;

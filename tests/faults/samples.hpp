@@ -40,6 +40,9 @@ const char *reasonToBeOptional(const Function &function, std::size_t index);
 /// Why the arguments of a function may differ after it ran out of memory; null where they must not.
 const char *mayChangeOnFailure(const Function &function);
 
+/// Why the arguments of a function may differ after it refused one of them; null where they must not.
+const char *mayChangeOnRefusal(const Function &function);
+
 /// Why a call after a failure may end otherwise than without it; null where it must not.
 const char *mayDifferAfterFailure(const Function &function);
 

@@ -141,6 +141,15 @@ TEST(CheckDigitRule, IsRefusedForALengthThatItsMethodOrItsPartsDoNotTake) {
   EXPECT_EQ(qoc_checkDigitRule_validateLength(luhn, 5), QOC_STATUS_CHECK_PARTS_INVALID);
 }
 
+TEST(CheckDigitRule, TellsOfEnormousLengthsAtOnce) {
+  EXPECT_EQ(qoc_checkDigitRule_validateLength(rule(qoc_checkDigitMethod_luhn), INT32_MAX), QSYS_STATUS_OK);
+  const auto end = rule(qoc_checkDigitMethod_luhn, {{-2, QOC_CHECK_DIGIT_END}});
+  EXPECT_EQ(qoc_checkDigitRule_validateLength(end, INT32_MAX), QSYS_STATUS_OK);
+  EXPECT_EQ(qoc_checkDigitRule_validateLength(end, INT32_MIN), QOC_STATUS_CHECK_PARTS_INVALID);
+  const auto twice = rule(qoc_checkDigitMethod_luhn, {{0, QOC_CHECK_DIGIT_END}, {0, QOC_CHECK_DIGIT_END}});
+  EXPECT_EQ(qoc_checkDigitRule_validateLength(twice, INT32_MAX), QOC_STATUS_CHECK_LENGTH_INVALID);
+}
+
 TEST(CheckDigitRule, ReportsNullAndGoesOn) {
   FailedChecks reports;
   EXPECT_EQ(qoc_checkDigitRule_validate(nullptr), QSYS_STATUS_OK);

@@ -23,10 +23,13 @@ Owned<qoc_ocrDictionaryLineFielding> codeLine() {
   return made;
 }
 
-/// Entries of several kinds under a swap set with groups that share a character, a one-to-two and a two-to-two swap.
+/// Entries of every kind under a swap set with groups that share a character, a one-to-two and a two-to-two swap.
 Owned<qoc_ocrDictionary> mixedDictionary() {
   auto dictionary = dictionaryOf({{"m0d", "corner", "modem"}, {"uucorn", "barn"}});
   require(qoc_ocrDictionary_setFieldingIExtend(dictionary, 0, codeLine()));
+  Owned<qoc_ocrDictionaryRegularExpression> expression;
+  require(qoc_ocrDictionaryRegularExpression_setStringT(expression, L"(ba|co)[a-z]+|[A-Z]{2}[0-9]+"));
+  require(qoc_ocrDictionary_setRegularExpressionIExtend(dictionary, 0, expression));
   require(qoc_ocrDictionary_setSwapCharSet(dictionary,
                                            setOfSwaps({{U"0", U"O"}, {U"O", U"D"}, {U"m", U"rn"}, {U"vv", U"uu"}})));
   return dictionary;
@@ -39,8 +42,25 @@ std::string resultsOfRun(const qoc_ocrDictionary *dictionary, std::string_view t
   return describe(*set);
 }
 
+const std::vector<std::string_view> texts = {"r|x n O d", "c o m e r", "v v c o r n", "b a m", "A D|8 O 1", "q"};
+
+/// Calls work(t) on several threads, which start together.
+template <class Work>
+void onThreads(Work work) {
+  std::atomic<int> numWaiting = numThreads;
+  std::vector<std::thread> threads;
+  for (int t = 0; t < numThreads; ++t) {
+    threads.emplace_back([&, t] {
+      for (--numWaiting; numWaiting > 0;) {}
+      work(t);
+    });
+  }
+  for (std::thread &thread : threads) {
+    thread.join();
+  }
+}
+
 TEST(DictionaryThreads, OfRunsWithSwapsGetTheResultsOfOneAlone) {
-  const std::vector<std::string_view> texts = {"r|x n O d", "c o m e r", "v v c o r n", "b a m", "A D|8 O 1", "q"};
   const auto params = runParams({.maxEdits = 1, .returnBestOnly = 0});
   std::vector<std::string> expected;
   const auto own = mixedDictionary();
@@ -52,20 +72,61 @@ TEST(DictionaryThreads, OfRunsWithSwapsGetTheResultsOfOneAlone) {
 
   // Nothing has been asked of the shared dictionary before, so that a run that still had to fill something would race.
   const auto shared = mixedDictionary();
-  std::atomic<int> numWaiting = numThreads, numWrong = 0;
-  std::vector<std::thread> threads;
-  for (int t = 0; t < numThreads; ++t) {
-    threads.emplace_back([&, t] {
-      for (--numWaiting; numWaiting > 0;) {}
-      for (std::size_t i = 0; i < 5 * texts.size(); ++i) {
-        const std::size_t each = (i + static_cast<std::size_t>(t)) % texts.size();
-        numWrong += resultsOfRun(shared, texts[each], params) == expected[each] ? 0 : 1;
-      }
-    });
+  std::atomic<int> numWrong = 0;
+  onThreads([&](int t) {
+    for (std::size_t i = 0; i < 5 * texts.size(); ++i) {
+      const std::size_t each = (i + static_cast<std::size_t>(t)) % texts.size();
+      numWrong += resultsOfRun(shared, texts[each], params) == expected[each] ? 0 : 1;
+    }
+  });
+  EXPECT_EQ(numWrong, 0);
+}
+
+TEST(DictionaryThreads, MayCopyADictionaryThatOthersRunAndChangeTheirCopies) {
+  const auto params = runParams({.maxEdits = 1, .returnBestOnly = 0});
+  const auto shared = mixedDictionary();
+  const std::string expected = resultsOfRun(shared, "b a m", params), none = resultsOfRun(shared, "z z z z", params);
+  std::atomic<int> numWrong = 0;
+  onThreads([&](int t) {
+    for (int i = 0; i < 10; ++i) {
+      Owned<qoc_ocrDictionary> copy;
+      require(qoc_ocrDictionary_assign(copy, shared));
+      numWrong += resultsOfRun(t % 2 == 0 ? copy : shared, "b a m", params) == expected ? 0 : 1;
+      Owned<qoc_ocrDictionaryLexicon> lexicon;
+      require(qoc_ocrDictionary_getLexiconI(copy, 0, lexicon));
+      require(qoc_ocrDictionaryLexicon_addString(lexicon, word("zzzz")));
+      require(qoc_ocrDictionary_setLexiconI(copy, 0, lexicon));
+      numWrong += resultsOfRun(copy, "z z z z", params) != none && resultsOfRun(shared, "z z z z", params) == none ? 0 : 1;
+    }
+  });
+  EXPECT_EQ(numWrong, 0);
+}
+
+TEST(DictionaryThreads, OfAResolverGetTheTextsOfOneAlone) {
+  const auto params = runParams({.maxEdits = 1, .returnBestOnly = 0});
+  const auto dictionary = mixedDictionary();
+  Owned<qoc_ocrDictionaryResolver> resolver;
+  require(qoc_ocrDictionaryResolver_setDictionary(resolver, dictionary));
+  const auto resolve = [&](std::string_view text) {
+    Owned<qoc_ocrDictionaryResultSet> results;
+    require(qoc_ocrDictionary_runMulti(dictionary, reading(text), params, results));
+    Owned<qoc_ocrDictionaryResolution> resolution;
+    require(qoc_ocrDictionaryResolver_resolve(resolver, reading(text), params, nullptr, results, resolution));
+    const auto resolved = elements(resolution->texts);
+    return resolved.empty() ? std::string("none") : show(resolved[0].text) + std::to_string(resolved[0].margin);
+  };
+  std::vector<std::string> expected;
+  for (const std::string_view text : texts) {
+    expected.push_back(resolve(text));
   }
-  for (std::thread &thread : threads) {
-    thread.join();
-  }
+  ASSERT_NE(expected[3], "none");
+  std::atomic<int> numWrong = 0;
+  onThreads([&](int t) {
+    for (std::size_t i = 0; i < 2 * texts.size(); ++i) {
+      const std::size_t each = (i + static_cast<std::size_t>(t)) % texts.size();
+      numWrong += resolve(texts[each]) == expected[each] ? 0 : 1;
+    }
+  });
   EXPECT_EQ(numWrong, 0);
 }
 

@@ -2,10 +2,13 @@
 
 #include "command_table.hpp"
 #include "marks.hpp"
+#include "output_file.hpp"
 
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
+#include <charconv>
+#include <iostream>
 #include <map>
 #include <memory>
 #include <set>
@@ -40,6 +43,19 @@ public:
   }
 };
 
+/// Takes decimal digits alone; what else programs read as numbers (0x10, 1e3, 010 as eight) would only surprise.
+CLI::Validator wholeNumber(long long least, long long greatest) {
+  return {[=](const std::string &text) -> std::string {
+            long long value = -1;
+            const char *end = text.data() + text.size();
+            const auto [stop, error] = std::from_chars(text.data(), end, value);
+            if (error == std::errc{} && stop == end && value >= least && value <= greatest) return {};
+            return "found \"" + text + "\"; expected a whole number from " + std::to_string(least) + " to " +
+                   std::to_string(greatest);
+          },
+          ""};
+}
+
 void addOption(CLI::App &command, const OptionSpec &spec, Options &options,
                std::map<std::string, CLI::Option *> &added) {
   const std::string names = spec.shortName.empty() ? spec.name : spec.shortName + "," + spec.name;
@@ -53,7 +69,7 @@ void addOption(CLI::App &command, const OptionSpec &spec, Options &options,
     };
     option = command.add_option_function<std::string>(names, take, spec.help)->type_name(spec.value);
   }
-  if (spec.kind == ValueKind::number) option->check(CLI::Range(spec.least, spec.greatest).description(""));
+  if (spec.kind == ValueKind::number) option->check(wholeNumber(spec.least, spec.greatest));
   if (spec.kind == ValueKind::choice) {
     std::set<std::string> words;
     for (const ChoiceSpec &choice : spec.choices) words.insert(choice.name);
@@ -64,6 +80,8 @@ void addOption(CLI::App &command, const OptionSpec &spec, Options &options,
   added[spec.name] = option;
   const auto excluded = added.find(spec.excludes);
   if (excluded != added.end()) option->excludes(excluded->second);
+  const auto needed = added.find(spec.needs);
+  if (needed != added.end()) option->needs(needed->second);
 }
 
 std::string footerOf(const CommandSpec &spec) {
@@ -78,6 +96,16 @@ std::string footerOf(const CommandSpec &spec) {
   for (const std::string &example : spec.examples) footer += "  " + example + "\n";
   if (!spec.examples.empty()) footer += "\n";
   return footer + wrapped("Exit codes: " + spec.exitCodes + ".", width) + "\n";
+}
+
+/// The parser would only say that a command is missing.
+void requireKnownCommand(const std::string &name) {
+  std::string known;
+  for (const CommandSpec &spec : commandTable()) {
+    if (name == spec.name) return;
+    if (!spec.isHidden) known += (known.empty() ? "\"" : "\", \"") + spec.name;
+  }
+  throw CLI::ValidationError("found \"" + name + "\"; expected one of the commands " + known + "\"");
 }
 
 /// Completes what was asked for, and checks what concerns several options.
@@ -100,6 +128,9 @@ std::optional<Options> readOptions(int argc, char **argv, int &exitCode) {
   app.formatter(std::make_shared<HelpFormatter>());
   app.set_version_flag("--version", "qoc " QOC_PROGRAM_VERSION, "Print the version and exit");
   app.set_help_flag("-h,--help", "Print this help and exit");
+  app.failure_message([](const CLI::App *, const CLI::Error &error) {
+    return std::string("qoc: ") + error.what() + "\nRun with --help for more information.\n";
+  });
   app.require_subcommand(1);
   app.footer("qoc COMMAND --help tells more about a command.\nExit codes: 0 success, 1 readings without a result or faults "
              "of a dictionary, 2 bad usage, bad input or interrupted.\n");
@@ -113,9 +144,14 @@ std::optional<Options> readOptions(int argc, char **argv, int &exitCode) {
     command.callback([&options, &spec] { finish(options, spec); });
   }
   try {
+    if (argc > 1 && argv[1][0] != '-') requireKnownCommand(argv[1]);
     app.parse(argc, argv);
   } catch (const CLI::ParseError &error) {
-    exitCode = app.exit(error) == 0 ? 0 : exitCodeOfBadUsage;
+    std::ostringstream text;
+    exitCode = app.exit(error, text, std::cerr) == 0 ? 0 : exitCodeOfBadUsage;
+    Output output;
+    output.write(text.str());
+    output.finish();
     return std::nullopt;
   }
   return options;

@@ -149,8 +149,10 @@ Specs documentOptions() {
                          {{"hocr", ""}, {"alto", ""}, {"page", ""}},
                          [](Options &options, const std::string &format) { options.to = format; });
   to.excludes = "--json";
-  return {std::move(to), outputOption("With --to, the file to write, or a directory for files of the same names; default "
-                                      "standard output")};
+  OptionSpec output = outputOption("With --to, the file to write, or a directory for files of the same names; default "
+                                   "standard output");
+  output.needs = to.name;
+  return {std::move(to), std::move(output)};
 }
 
 /// The options of a table of parameters, which override those of the dictionary file.

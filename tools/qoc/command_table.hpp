@@ -31,6 +31,7 @@ struct OptionSpec {
   long long least = 0, greatest = 2147483647; ///< Of a number.
   bool isRequired = false;
   std::string excludes; ///< The name of the option that contradicts this one; empty where none does.
+  std::string needs;    ///< The name of the option without which this one says nothing; empty where it stands alone.
   std::string group;    ///< Its heading; empty for "Options".
 };
 

@@ -139,6 +139,9 @@ void readCheckedEntries(const JsonNode &node, DictionaryFile &into) {
   } kinds[] = {{"lexicons", qoc_ocrDictionaryMode_lexicon, readLexicons},
                {"fieldings", qoc_ocrDictionaryMode_fielding, readFieldings},
                {"regularExpressions", qoc_ocrDictionaryMode_regularExpression, readRegularExpressions}};
+  if (std::none_of(std::begin(kinds), std::end(kinds), [&](const auto &kind) { return node.has(kind.key); })) {
+    node.fail("the shape has no entries; expected \"lexicons\", \"fieldings\" or \"regularExpressions\"");
+  }
   for (const auto &kind : kinds) {
     if (!node.has(kind.key)) continue;
     const std::int32_t first = numEntries(into, kind.mode);

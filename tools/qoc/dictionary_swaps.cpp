@@ -143,6 +143,7 @@ private:
 
   static void setString(const std::vector<Char32> &codes, DictionaryString &string, const JsonNode &node) {
     std::vector<qoc_ocrDictionaryChar> characters;
+    characters.reserve(codes.size());
     for (const Char32 code : codes) characters.push_back({code, 0});
     check(qstd_vector_qoc_ocrDictionaryChar_assignElements(&string->characters, characters.data(),
                                                            static_cast<std::int32_t>(characters.size())),

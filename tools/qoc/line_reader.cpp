@@ -27,7 +27,7 @@ int openForReading(const std::string &path, const std::string &name) {
 } // namespace
 
 LineReader::LineReader(const std::string &path, std::function<void()> beforeWait)
-    : name_(path == "-" ? "standard input" : path), beforeWait_(std::move(beforeWait)), buffer_(bufferBytes),
+    : name_(path == "-" ? "standard input" : path.empty() ? "\"\"" : path), beforeWait_(std::move(beforeWait)), buffer_(bufferBytes),
       descriptor_(openForReading(path, name_)) {}
 
 LineReader::~LineReader() {

@@ -1,9 +1,27 @@
 #include "command_line.hpp"
 
+#include <cerrno>
 #include <cstdio>
 #include <exception>
 
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace {
+
+/// Takes the places of standard streams that are closed, so that no file opened later stands in for one. What the program
+/// does with them fails as before: each is open the wrong way round.
+void holdStandardDescriptors() {
+  for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+    if (fcntl(descriptor, F_GETFD) >= 0 || errno != EBADF) continue;
+    if (open("/dev/null", descriptor == STDIN_FILENO ? O_WRONLY : O_RDONLY) < 0) return;  // Then no file opens later.
+  }
+}
+
+}  // namespace
+
 int main(int argc, char **argv) {
+  holdStandardDescriptors();
   try {
     int exitCode = 0;
     const auto options = qoc::program::readOptions(argc, argv, exitCode);

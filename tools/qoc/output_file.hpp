@@ -13,7 +13,8 @@ public:
   /// Standard output.
   Output() = default;
   /// A file, written beside its place and moved there by `finish`; without that it does not appear, and a file of the
-  /// name stays as it was. "-" is standard output.
+  /// name stays as it was. What stands there and is no file (a device, a pipe) is written to directly. "-" is standard
+  /// output.
   explicit Output(const std::string &path);
   Output(const Output &) = delete;
   Output &operator=(const Output &) = delete;
@@ -27,7 +28,8 @@ public:
 private:
   [[noreturn]] void fail(const char *what) const;
 
-  std::string path_, partPath_; ///< Empty for standard output.
+  std::string path_, targetPath_, partPath_; ///< Empty for standard output.
+  bool isReplaced_ = false;
   std::FILE *file_ = stdout;
 };
 

@@ -1,6 +1,7 @@
 #include "progress.hpp"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <string>
 
@@ -15,7 +16,7 @@ constexpr std::chrono::milliseconds interval{100};
 
 /// Minutes and seconds, with hours where there are any.
 std::string shownDuration(double seconds) {
-  const auto whole = static_cast<unsigned long long>(std::min(seconds, 359999.0) + 0.5);
+  const auto whole = static_cast<unsigned long long>(std::llround(std::min(seconds, 359999.0)));
   char text[32];
   if (whole < 3600) std::snprintf(text, sizeof text, "%llu:%02llu", whole / 60, whole % 60);
   else std::snprintf(text, sizeof text, "%llu:%02llu:%02llu", whole / 3600, whole / 60 % 60, whole % 60);

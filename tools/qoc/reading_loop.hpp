@@ -72,8 +72,9 @@ ExitCode forEachReading(const Options &options, const ReadingSteps<Outcome> &ste
     }
   };
   try {
-    Reading reading;
-    for (std::uint64_t i = 0; nextReading(reading); ++i) {
+    for (std::uint64_t i = 0;; ++i) {
+      Reading reading;
+      if (!nextReading(reading)) break;
       if (i < options.skip) continue;
       work.add(std::move(reading));
       checkInterrupt();

@@ -38,6 +38,7 @@ struct Box {
 Json describeBox(const Box &box);
 
 /// One reading and where it came from.
+// NOLINTNEXTLINE(bugprone-exception-escape): what moves here does not throw, which clang-tidy cannot see of Json.
 struct Reading {
   std::string file;       ///< As messages call it.
   std::uint64_t line = 0; ///< From 1.

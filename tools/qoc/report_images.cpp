@@ -41,7 +41,13 @@ std::string base64(std::string_view bytes) {
 
 } // namespace
 
-ReportImages::ReportImages(std::string directory) : directory_(std::move(directory)), file_(std::tmpfile()) {
+ReportImages::ReportImages(std::string directory) : directory_(std::move(directory)), file_(nullptr) {
+  std::error_code error;
+  if (!directory_.empty() && !std::filesystem::is_directory(directory_, error)) {
+    throw Trouble(directory_ + ": cannot open: " +
+                  std::make_error_code(error ? std::errc(error.value()) : std::errc::not_a_directory).message());
+  }
+  file_ = std::tmpfile();
   if (file_ == nullptr) throw Trouble(std::string("cannot make a temporary file: ") + std::strerror(errno));
 }
 

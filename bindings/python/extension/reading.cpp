@@ -93,7 +93,7 @@ Raises:
         U+F8FF and U+FF000 to U+FFFFD, which are reserved.
 
 Equal readings have the same characters; scores are not compared.)")
-      .def(py::init([](py::object positions) { return readingOf(positions); }), py::arg("positions"))
+      .def(py::init([](const py::object &positions) { return readingOf(positions); }), py::arg("positions"))
       .def_property_readonly(
           "positions", [](const Reading &reading) { return positionsOf(reading); },
           "A list with a list of (character, score) for every position, the primary candidate first.")

@@ -80,11 +80,14 @@ struct SharedBlock {
 /// The memory of a vector whose elements lie in a shared block is this mark.
 constexpr qsys_memoryTable sharedMemory = {nullptr, nullptr, nullptr};
 
+/// What stands in front of a vector's elements in a shared block: a pointer, and meant as one.
+constexpr std::size_t sizeOfLink = sizeof(SharedBlock *);  // NOLINT(bugprone-sizeof-expression)
+
 constexpr std::size_t alignedUp(std::size_t size, std::size_t alignment) {
   return (size + alignment - 1) / alignment * alignment;
 }
 /// Where elements that several vectors have in common begin.
-constexpr std::size_t sizeOfHead = alignedUp(sizeof(SharedBlock) + sizeof(SharedBlock *), alignof(std::max_align_t));
+constexpr std::size_t sizeOfHead = alignedUp(sizeof(SharedBlock) + sizeOfLink, alignof(std::max_align_t));
 
 bool isShared(const qstd_vector &vector) { return vector.memory == &sharedMemory; }
 
@@ -628,7 +631,7 @@ qsys_status qoc::ElementPool::place(qstd_vector &vector, std::int32_t n, void *&
   const std::size_t needed = sizeOf(static_cast<std::size_t>(n), vector.elementSize);
   if (block_ == nullptr || needed > size_ - used_) {
     close();
-    used_ = alignedUp(sizeof(SharedBlock), sizeof(SharedBlock *));
+    used_ = alignedUp(sizeof(SharedBlock), sizeOfLink);
     size_ = used_ + std::max(blockSize_, needed);
     blockSize_ = mostBytes;  // What goes beyond the bytes that were expected is not known.
     block_ = static_cast<std::byte *>(qsys_memory_alloc_internal(size_));
@@ -637,7 +640,7 @@ qsys_status qoc::ElementPool::place(qstd_vector &vector, std::int32_t n, void *&
     }
     new (block_) SharedBlock{numHoldersOfOpen, true};
   }
-  elements = block_ + used_ + sizeof(SharedBlock *);
+  elements = block_ + used_ + sizeOfLink;
   blockOf(elements) = reinterpret_cast<SharedBlock *>(block_);
   used_ += needed;
   ++numPlaced_;
