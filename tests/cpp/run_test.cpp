@@ -42,8 +42,9 @@ qoc::Dictionary large() {
   std::vector<std::string> words;
   for (int i = 0; i < 40000; ++i) {
     std::string word;
-    for (int digits = i, k = 0; k < 12; digits = digits * 7 + 3, ++k) {
-      word += static_cast<char>('a' + (digits % 26 + 26) % 26);
+    auto digits = static_cast<unsigned>(i);
+    for (int k = 0; k < 12; digits = digits * 7 + 3, ++k) {
+      word += static_cast<char>('a' + digits % 26);
     }
     words.push_back(word + std::to_string(i));
   }
