@@ -25,7 +25,7 @@ if(QOC_SANITIZE)
   endif()
 endif()
 if(QOC_COVERAGE)
-  list(APPEND QOC_INSTRUMENTATION --coverage)
+  list(APPEND QOC_INSTRUMENTATION --coverage -fprofile-update=atomic)
 endif()
 
 add_library(qoc_build_options INTERFACE)
@@ -34,6 +34,7 @@ target_compile_options(qoc_build_options INTERFACE
   # g++ 12 reports overlapping copies inside std::string's operator+ where there are none.
   $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>
   ${QOC_INSTRUMENTATION})
+target_compile_definitions(qoc_build_options INTERFACE $<$<BOOL:${QOC_COVERAGE}>:QOC_COVERAGE>)
 target_link_options(qoc_build_options INTERFACE ${QOC_INSTRUMENTATION})
 
 # Finds a package, or ends with the Debian package and the option that help.

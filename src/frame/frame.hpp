@@ -8,14 +8,15 @@
 
 namespace qoc {
 
-/// The cleanup stack of one operation. Objects are registered as they are constructed; on the way out of its scope the frame
-/// destroys what is due for the status that the operation ends with: locals always, the caller's output only after a failure.
+/// The cleanup stack of one operation. Objects are registered as they are constructed; on the way out of its scope the
+/// frame destroys what is due for the status that the operation ends with: locals always, the caller's output only
+/// after a failure.
 template <std::int32_t Capacity>
 class Frame {
  public:
   explicit Frame(qsys_status &status) noexcept : status_(status), tag_(qsys_cleanup_getNextTag()) {}
   ~Frame() {
-    if (count_ < 0 || count_ > Capacity) {
+    if (QOC_NEVER(count_ < 0 || count_ > Capacity)) {  // add() sees to it.
       qstd_assert_(__LINE__);
       return;
     }
@@ -37,11 +38,11 @@ class Frame {
   // The lambda keeps the call well defined: no destructor is called through a pointer of another function type.
   template <auto Destruct, class T>
   void add(std::uint32_t kind, T *object, int line) noexcept {
-    if (count_ < 0 || count_ >= Capacity) {
+    if (QOC_NEVER(count_ < 0) || count_ >= Capacity) {  // It only counts up.
       qstd_assert_(line);
       return;
     }
-    if (sequence_ > 0xFFFFFFFEu) {
+    if (QOC_NEVER(sequence_ > 0xFFFFFFFEu)) {  // No frame has so much room.
       sequence_ = 0;
     }
     entries_[count_++] = {sequence_++, kind, object, [](void *address) { return Destruct(static_cast<T *>(address)); }};
@@ -53,10 +54,11 @@ class Frame {
   qsys_cleanupEntry entries_[Capacity] = {};
 };
 
-/// Runs body(frame) in a fresh frame. In the body a plain `return status` is right on every path; no exception gets out.
+/// Runs body(frame) in a fresh frame. In the body a plain `return status` is right on every path; no exception gets
+/// out.
 ///
-/// The frame destroys its locals after the body has returned, so they are declared before it and captured: a record declared inside
-/// the body would be gone by then.
+/// The frame destroys its locals after the body has returned, so they are declared before it and captured: a record
+/// declared inside the body would be gone by then.
 template <std::int32_t Capacity, class Body>
 qsys_status inFrame(Body &&body) noexcept {
   qsys_status status = QSYS_STATUS_OK;

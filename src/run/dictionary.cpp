@@ -70,7 +70,7 @@ qsys_status qoc_ocrDictionary_destruct(qoc_ocrDictionary *object) {
                                    qstd_vector_qoc_ocrDictionaryRegularExpression_destruct(&object->regularExpressions),
                                    qstd_vector_qoc_ocrDictionaryLexicon_destruct(&object->lexicons),
                                    qoc_swapCharSet_destruct(&object->swapCharSet)}) {
-    first = first < 0 ? first : status;
+    first = QOC_NEVER(first < 0) ? first : status;  // What the members hold is destructed without fail.
   }
   return first;
 }

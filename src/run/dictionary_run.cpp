@@ -82,7 +82,8 @@ qsys_status qoc_ocrDictionary_runSwapCharSetMulti(const qoc_ocrDictionary *dicti
     frame.local<qoc_ocrDictionaryResultSet_destruct>(&run.scratch);
 
     // The caller's storage serves the scratch set first: the first results that are found move back with it.
-    if (results->results.core.memory == run.scratch.results.core.memory) {
+    const bool isLent = results->results.core.memory == run.scratch.results.core.memory;
+    if (isLent) {
       std::swap(results->results, run.scratch.results);
     }
     // The order of the kinds is fixed: ties keep what came first.
@@ -98,7 +99,7 @@ qsys_status qoc_ocrDictionary_runSwapCharSetMulti(const qoc_ocrDictionary *dicti
     QOC_TRY(runEntries<qoc_ocrDictionaryRegularExpression>(
         run, dictionary->regularExpressions,
         [&](const auto &expression) { return expressionMatching.match(expression, &run.working, run.scratch); }));
-    if (results->results.core.capacity == 0) {
+    if (isLent && results->results.core.capacity == 0) {
       std::swap(results->results, run.scratch.results);  // Nothing moved: the storage goes back as it is.
       QOC_TRY(qstd_vector_qoc_ocrDictionaryResult_resize(&results->results, 0));
     }

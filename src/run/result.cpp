@@ -127,7 +127,7 @@ qsys_status qoc_ocrDictionaryResult_destruct(qoc_ocrDictionaryResult *object) {
   // All members go, whatever one of them says; the first failure is what is told.
   qsys_status first = QSYS_STATUS_OK;
   const auto note = [&first](qsys_status status) {
-    if (status < 0 && first >= 0) {
+    if (QOC_NEVER(status < 0) && first >= 0) {  // What the members hold is destructed without fail.
       first = status;
     }
   };

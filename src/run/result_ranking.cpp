@@ -22,7 +22,6 @@
 using qoc::Frame;
 using qoc::inFrame;
 using qoc::maskPrimary;
-using qoc::maskPrimaryAndSecondary;
 using qoc::present;
 using qoc::statusesOf;
 
@@ -58,10 +57,8 @@ std::int32_t numInsertedOf(Result &result) {
 /// numbers do.
 std::int32_t scoreOf(Result &result) {
   if (result.scoreIsCached == 0) {
-    const std::int32_t mask = result.scoreStatusMask;
-    const Status lastCounted = mask == maskPrimary               ? qoc_ocrDictionaryPositionStatus_primarySwap
-                               : mask == maskPrimaryAndSecondary ? qoc_ocrDictionaryPositionStatus_secondarySwap
-                                                                 : 0;
+    const Status lastCounted = result.scoreStatusMask == maskPrimary ? qoc_ocrDictionaryPositionStatus_primarySwap
+                                                                     : qoc_ocrDictionaryPositionStatus_secondarySwap;
     const auto characters = qoc::view(result.dictionaryString);
     const auto statuses = statusesOf(result);
     std::uint32_t sum = 0;
@@ -133,8 +130,8 @@ bool isInDefaultOrder(std::span<const Result> results) {
   return isOrdered;
 }
 
-/// The default order of the results of a vector, each of which has its place as order index; what is counted is counted
-/// once.
+/// The default order of the results of a vector, of which the sort asks for a place and one before it: where all keys tie
+/// the second comes first. What is counted is counted once.
 class DefaultOrder {
  public:
   explicit DefaultOrder(std::span<Result> results) : results_(results) {
@@ -147,7 +144,7 @@ class DefaultOrder {
     if (const int order = computedFirst(results_[a], results_[b]); order != 0) {
       return order;
     }
-    return keys_[a] < keys_[b] ? -1 : keys_[b] < keys_[a] ? 1 : a < b ? -1 : a > b ? 1 : 0;
+    return keys_[a] < keys_[b] ? -1 : 1;
   }
 
  private:

@@ -26,7 +26,7 @@ int mergeOrder(Result &a, Result &b, const qoc_ocrDictionaryRunParams *params) {
 /// Drops every result that is the same as the one kept before it.
 qsys_status dropAdjacentDuplicates(qstd_vector_qoc_ocrDictionaryResult &results) {
   const auto edited = qoc::edit(results);
-  std::size_t numKept = edited.empty() ? 0 : 1;
+  std::size_t numKept = std::min<std::size_t>(edited.size(), 1);
   for (std::size_t k = 1; k < edited.size(); ++k) {
     qsys_bool isSame = 0;
     QOC_TRY(qoc_ocrDictionaryResult_isSameResult(&edited[numKept - 1], &edited[k], &isSame));

@@ -27,7 +27,7 @@ qsys_status constructExpansion(qoc_stringExpand_ **expansion) {
     return QSYS_STATUS_OUT_OF_MEMORY;
   }
   const qsys_status status = qoc_stringExpand__construct(made);
-  if (status < 0) {
+  if (QOC_NEVER(status < 0)) {  // An empty expansion takes no memory.
     qsys_memory_free_internal(made);
     return status;
   }

@@ -52,7 +52,8 @@ struct Aligner::Task {
       return qoc_ocrDictionaryResult_reset(&candidate);
     }
     QOC_TRY(qoc_ocrDictionaryResult_construct(&candidate));
-    if (const qsys_status status = qstd_vector_vector_qoc_ocrDictionaryResult_constructEmpty(&buckets); status < 0) {
+    if (const qsys_status status = qstd_vector_vector_qoc_ocrDictionaryResult_constructEmpty(&buckets);
+        QOC_NEVER(status < 0)) {  // A vector without elements takes no memory.
       qoc_ocrDictionaryResult_destruct(&candidate);
       return status;
     }
@@ -242,13 +243,7 @@ qsys_status Aligner::scanEnds(Characters word, Window window, EndMatches &ends) 
   }
   const std::int32_t p = ends.numFront;
   std::int32_t &s = ends.numBack;
-  if (k == m + 1 && p + s >= m) {
-    s = m - p;
-  } else if (k == m && p + s >= k - 1) {
-    s = k - 1 - p;
-  } else if (k == m - 1 && p + s > k) {
-    s = k - p;
-  }
+  s = std::min(s, (k == m ? m - 1 : std::min(m, k)) - p);  // A substituted character is in neither.
   if (s >= 0) {  // Below 0 only where everything matches in place: the back list then stays as it was collected.
     back_.resize(static_cast<std::size_t>(s));
     std::ranges::reverse(back_);
@@ -294,10 +289,9 @@ qsys_status Aligner::outlineWithOneEdit(Characters word, const qoc_ocrDictionary
 qsys_status Aligner::shareReading(std::int32_t start, const qoc_ocrDictionaryStringMulti *&shared) {
   auto found = std::ranges::find(shared_, start, &SharedReading::start);
   if (found == shared_.end()) {
-    shared_.reserve(shared_.size() + 1);
     SharedReading fresh = {start, {}};
     QOC_TRY(qoc_ocrDictionaryStringMulti_construct(&fresh.reading));
-    shared_.push_back(fresh);
+    shared_.push_back(fresh);  // Should there be no room, an empty reading leaves nothing behind.
     found = shared_.end() - 1;
     QOC_TRY(makeShared(view(matches_.reading()).subspan(static_cast<std::size_t>(start)), found->reading));
   }

@@ -24,13 +24,10 @@ qsys_status constructFilled(qoc_ocrDictionaryStringMulti *multi, Fill fill) {
 
 /// Resizes to n positions and lets `set(position, index)` fill each.
 template <class Set>
-qsys_status setEach(qoc_ocrDictionaryStringMulti &multi, std::size_t n, Set set) {
-  if (n > INT32_MAX) {
-    return QSTD_STATUS_SIZE_INVALID;
-  }
-  QOC_TRY(qstd_vector_qoc_ocrDictionaryCharMulti_resize(&multi.positions, static_cast<std::int32_t>(n)));
+qsys_status setEach(qoc_ocrDictionaryStringMulti &multi, std::int32_t n, Set set) {
+  QOC_TRY(qstd_vector_qoc_ocrDictionaryCharMulti_resize(&multi.positions, n));
   const auto positions = qoc::editAs<qoc_ocrDictionaryCharMulti>(multi.positions);
-  for (std::size_t i = 0; i < n; ++i) {
+  for (std::size_t i = 0; i < positions.size(); ++i) {
     QOC_TRY(set(&positions[i], i));
   }
   return QSYS_STATUS_OK;
@@ -98,7 +95,7 @@ qsys_status qoc_ocrDictionaryStringMulti_setString(qoc_ocrDictionaryStringMulti 
     return QSYS_STATUS_OK;
   }
   const auto characters = view(*string);
-  return setEach(*multi, characters.size(), [&](qoc_ocrDictionaryCharMulti *position, std::size_t i) {
+  return setEach(*multi, qoc::sizeOf(*string), [&](qoc_ocrDictionaryCharMulti *position, std::size_t i) {
     return qoc_ocrDictionaryCharMulti_setChar(position, &characters[i]);
   });
 }
@@ -120,7 +117,7 @@ qsys_status qoc_ocrDictionaryStringMulti_setStdString(qoc_ocrDictionaryStringMul
     return QSYS_STATUS_OK;
   }
   const auto bytes = qoc::viewAs<CharT>(*text);
-  return setEach(*multi, bytes.size(), [&](qoc_ocrDictionaryCharMulti *position, std::size_t i) {
+  return setEach(*multi, qoc::sizeOf(*text), [&](qoc_ocrDictionaryCharMulti *position, std::size_t i) {
     return qoc_ocrDictionaryCharMulti_setCharT(position, bytes[i]);
   });
 }

@@ -97,7 +97,7 @@ inline qsys_status passOverWindows(std::int32_t n, const qoc_ocrDictionaryRunPar
 inline bool admitsLength(const qoc_ocrDictionaryRunParams *params, Window window) noexcept {
   qsys_bool isSatisfied = 0;
   qoc_ocrDictionaryRunParams_satisfiesStringLength(params, window.size(), &isSatisfied);
-  return isSatisfied != 0 || (params != nullptr && params->maxEdits != 0);
+  return isSatisfied != 0 || params->maxEdits != 0;  // Without parameters every length satisfies.
 }
 
 /// The characters at either end of a word that match the window's, counted inwards; the two counts may overlap.

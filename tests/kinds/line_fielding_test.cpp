@@ -308,6 +308,13 @@ TEST(LineFieldingMatch, WindowEndsBelowZeroEndAStart) {
   EXPECT_TRUE(fits(line("99"), plain("xxxx12"), params));
 }
 
+/// What a position is known to admit at the places behind says nothing of the position behind it.
+TEST(LineFieldingMatch, EveryPositionIsAskedForItself) {
+  EXPECT_THAT(matches(line("x9A"), plain("x123"),
+                      runParams({.maxEdits = 1, .matchOption1 = 0, .returnBestOnly = 0, .matchOption9 = 1})),
+              ElementsAre("0 [x 1 ~] 2: primary primary inserted"));
+}
+
 TEST(LineFieldingMatch, WindowsKeepToTheLengthLimits) {
   EXPECT_FALSE(fits(line("99"), plain("x12x"), runParams({.minStringLength = 3, .matchOption9 = 1})));
   EXPECT_FALSE(fits(line("99"), plain("x12x"), runParams({.maxStringLength = 1, .matchOption9 = 1})));

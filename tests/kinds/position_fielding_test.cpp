@@ -52,7 +52,7 @@ uint32_t bitsOf(const PositionFielding &asked) {
 }
 
 std::u32string allOf(const PositionFielding &asked) {
-  const auto all = codes(U"left over");
+  const auto all = codeVector(U"left over");
   Owned<qstd_vectorChar32> out(*all);
   require(qoc_ocrDictionaryPositionFielding_getAllFieldingCharacters(asked, out));
   return show(*out);
@@ -123,7 +123,7 @@ TEST(PositionFieldingSetFieldingCharacters, RefusesDuplicatesFirstThenTheEmptyCh
       {U"\uF800\uF800", QOC_STATUS_CHARACTER_DUPLICATE}, {U"\uF800AA", QOC_STATUS_CHARACTER_DUPLICATE},
   };
   for (const auto &one : cases) {
-    EXPECT_EQ(qoc_ocrDictionaryPositionFielding_setFieldingCharacters(made, codes(one.list)), one.status);
+    EXPECT_EQ(qoc_ocrDictionaryPositionFielding_setFieldingCharacters(made, codeVector(one.list)), one.status);
     EXPECT_EQ(show(made->fieldingCharacters), U"xy");
   }
 }
@@ -131,7 +131,7 @@ TEST(PositionFieldingSetFieldingCharacters, RefusesDuplicatesFirstThenTheEmptyCh
 TEST(PositionFieldingSetFieldingCharacters, KeepsTheOrderGivenAndHandsTheListOut) {
   auto made = fielding(0);
 
-  ASSERT_EQ(qoc_ocrDictionaryPositionFielding_setFieldingCharacters(made, codes(U"zb\uF802a")), QSYS_STATUS_OK);
+  ASSERT_EQ(qoc_ocrDictionaryPositionFielding_setFieldingCharacters(made, codeVector(U"zb\uF802a")), QSYS_STATUS_OK);
 
   const qstd_vectorChar32 *listed = nullptr;
   ASSERT_EQ(qoc_ocrDictionaryPositionFielding_getFieldingCharacters(made, &listed), QSYS_STATUS_OK);
@@ -142,12 +142,12 @@ TEST(PositionFieldingSetFieldingCharacters, KeepsTheOrderGivenAndHandsTheListOut
 TEST(PositionFieldingSetFieldingCharactersAndFieldingBits, LeavesTheNewBitsWhenTheListIsRefused) {
   auto made = fielding(1, U"x");
 
-  EXPECT_EQ(qoc_ocrDictionaryPositionFielding_setFieldingCharactersAndFieldingBits(made, codes(U"AA"), 6),
+  EXPECT_EQ(qoc_ocrDictionaryPositionFielding_setFieldingCharactersAndFieldingBits(made, codeVector(U"AA"), 6),
             QOC_STATUS_CHARACTER_DUPLICATE);
   EXPECT_EQ(bitsOf(made), 6u);
   EXPECT_EQ(show(made->fieldingCharacters), U"x");
 
-  EXPECT_EQ(qoc_ocrDictionaryPositionFielding_setFieldingCharactersAndFieldingBits(made, codes(U"AA"), 64),
+  EXPECT_EQ(qoc_ocrDictionaryPositionFielding_setFieldingCharactersAndFieldingBits(made, codeVector(U"AA"), 64),
             QOC_STATUS_FIELDING_BITS_INVALID);
   EXPECT_EQ(bitsOf(made), 6u);
 }

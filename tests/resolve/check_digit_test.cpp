@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 #include <qoc/check_digit.h>
 
+#include <utility>
+
 #include "support/handlers.hpp"
 #include "support/text.hpp"
 
@@ -155,6 +157,40 @@ TEST(CheckDigitRule, ReportsNullAndGoesOn) {
   EXPECT_EQ(qoc_checkDigitRule_validate(nullptr), QSYS_STATUS_OK);
   EXPECT_EQ(qoc_checkDigitRule_isValidT(rule(qoc_checkDigitMethod_luhn), nullptr, nullptr), QSYS_STATUS_OK);
   EXPECT_EQ(reports.lines().size(), 2u);
+}
+
+TEST(CheckDigit, CharactersThatAMethodDoesNotKnowNeverPass) {
+  const std::pair<qoc_checkDigitMethod, std::string> valid[] = {
+      {qoc_checkDigitMethod_luhn, "79927398713"},         {qoc_checkDigitMethod_gtin, "6291041500213"},
+      {qoc_checkDigitMethod_isbn10, "0306406152"},        {qoc_checkDigitMethod_mod11x2, "0000000218250097"},
+      {qoc_checkDigitMethod_container, "CSQU3054383"},    {qoc_checkDigitMethod_container, "VLZU1234563"},
+      {qoc_checkDigitMethod_vehicle, "1M8GDM9AXKP042788"}};
+  for (const auto &[method, text] : valid) {
+    const auto made = rule(method);
+    EXPECT_TRUE(isValid(made, text)) << text;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+      for (const char unknown : {'/', ':', '@', '[', '`', 'a', '!', '\xC4'}) {
+        std::string changed = text;
+        changed[i] = unknown;
+        EXPECT_FALSE(isValid(made, changed)) << changed;
+      }
+    }
+  }
+}
+
+TEST(CheckDigit, SeparatorsCountWhereTheyAreNotIgnored) {
+  auto luhn = rule(qoc_checkDigitMethod_luhn);
+  EXPECT_TRUE(isValid(luhn, "7992 7398-713"));
+  luhn->ignoresSeparators = 0;
+  EXPECT_FALSE(isValid(luhn, "7992 7398713"));
+  EXPECT_FALSE(isValid(luhn, "79927398-713"));
+  EXPECT_TRUE(isValid(luhn, "79927398713"));
+}
+
+TEST(CheckDigit, APartMayEndBeforeTheTextDoes) {
+  EXPECT_TRUE(isValid(rule(qoc_checkDigitMethod_luhn, {{2, -3}}), "ab79927398713cde"));
+  EXPECT_TRUE(isValid(rule(qoc_checkDigitMethod_luhn, {{2, 13}}), "ab79927398713cde"));
+  EXPECT_FALSE(isValid(rule(qoc_checkDigitMethod_luhn, {{2, -2}}), "ab79927398713cde"));
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include "run/result_set_ops.hpp"
 #include "run/run_builders.hpp"
+#include "support/allocator.hpp"
 
 namespace {
 
@@ -234,6 +235,140 @@ TEST(ResultSetMergeBuckets, LeavesTheTargetUntouchedWithoutAnyResult) {
 
   EXPECT_EQ(target->isComputed, 0u);
   EXPECT_EQ(namesOf(target->results), Names{1});
+}
+
+TEST(ResultBuckets, RefuseANumberOfEditsThatNoSizeCanTell) {
+  Owned<Buckets> buckets;
+  const auto r = result({.given = "a", .numEdits = INT32_MAX});
+  EXPECT_EQ(qoc_ocrDictionaryResultBuckets_add(buckets, r), QSTD_STATUS_SIZE_INVALID);
+  EXPECT_TRUE(elements(buckets).empty());
+}
+
+TEST(ResultSetOperations, ReportMissingArgumentsAndTouchNothing) {
+  const auto one = result({.given = "a"});
+  const auto set = resultSet({{.name = 1, .given = "a"}});
+  const std::string before = describe(*set);
+  const auto results = resultVector({{.name = 1, .given = "a"}});
+  const auto given = reading("x");
+  Owned<qoc_ocrDictionaryResultSet> target(*set);
+  const Owned<Buckets> buckets;
+  Owned<qstd_vector32s> indices;
+  Owned<Buckets> filed;
+  qsys_bool flag = 7;
+  FailedChecks failed;
+
+  EXPECT_EQ(qoc_ocrDictionaryResult_isSameResult(nullptr, one, &flag), QSYS_STATUS_OK);
+  EXPECT_EQ(qoc_ocrDictionaryResult_isSameResult(one, nullptr, &flag), QSYS_STATUS_OK);
+  EXPECT_EQ(qoc_ocrDictionaryResult_isSameResult(one, one, nullptr), QSYS_STATUS_OK);
+  EXPECT_EQ(qoc_ocrDictionaryResultVector_sort(nullptr, nullptr, 1), QSYS_STATUS_OK);
+  EXPECT_EQ(qoc_ocrDictionaryResultSet_sort(nullptr, nullptr, 1), QSYS_STATUS_OK);
+  EXPECT_EQ(qoc_ocrDictionaryResultSet_merge(nullptr, target, nullptr), QSYS_STATUS_OK);
+  EXPECT_EQ(qoc_ocrDictionaryResultSet_merge(target, nullptr, nullptr), QSYS_STATUS_OK);
+  EXPECT_EQ(qoc_ocrDictionaryResultSet_mergeBuckets(target, nullptr, nullptr), QSYS_STATUS_OK);
+  EXPECT_EQ(qoc_ocrDictionaryResultBuckets_add(nullptr, one), QSYS_STATUS_OK);
+  EXPECT_EQ(qoc_ocrDictionaryResultBuckets_add(filed, nullptr), QSYS_STATUS_OK);
+  EXPECT_EQ(qoc_ocrDictionaryResultBuckets_addVector(nullptr, results), QSYS_STATUS_OK);
+  EXPECT_EQ(qoc_ocrDictionaryResultBuckets_addVector(filed, nullptr), QSYS_STATUS_OK);
+  EXPECT_EQ(qoc_ocrDictionaryResultBuckets_hasResults(nullptr, &flag), QSYS_STATUS_OK);
+  EXPECT_EQ(qoc_ocrDictionaryResultBuckets_hasResults(buckets, nullptr), QSYS_STATUS_OK);
+  EXPECT_EQ(qoc_ocrDictionaryResultSet_setGiven(nullptr, given, indices), QSYS_STATUS_OK);
+  EXPECT_EQ(qoc_ocrDictionaryResultSet_setGiven(target, nullptr, indices), QSYS_STATUS_OK);
+  EXPECT_EQ(qoc_ocrDictionaryResultSet_getIsExactBest(nullptr, &flag), QSYS_STATUS_OK);
+  EXPECT_EQ(qoc_ocrDictionaryResultSet_finalize(nullptr, nullptr), QSYS_STATUS_OK);
+
+  EXPECT_EQ(failed.lines().size(), 18u);
+  EXPECT_EQ(flag, 7u);
+  EXPECT_EQ(describe(*target), before);
+  EXPECT_TRUE(elements(filed).empty());
+}
+
+/// A set whose results lie in storage of their own, where other sets' cannot be moved to.
+class SetOfOwnMemory {
+ public:
+  SetOfOwnMemory() {
+    set_.isComputed = 0;
+    require(qstd_vector_qoc_ocrDictionaryResult_constructEmptyWithMtable(&set_.results, memory_.table()));
+  }
+  ~SetOfOwnMemory() { qoc_ocrDictionaryResultSet_destruct(&set_); }
+  SetOfOwnMemory(const SetOfOwnMemory &) = delete;
+  SetOfOwnMemory &operator=(const SetOfOwnMemory &) = delete;
+  qoc_ocrDictionaryResultSet &operator*() { return set_; }
+  bool isInOwnMemory() const { return set_.results.core.memory == memory_.table() && memory_.numLive() == 1; }
+
+ private:
+  CountingAllocator memory_;
+  qoc_ocrDictionaryResultSet set_;
+};
+
+TEST(ResultSetMergeTaking, CopiesIntoASetWithMemoryOfItsOwn) {
+  SetOfOwnMemory target;
+  auto part = resultSet({{.name = 1, .given = "a"}, {.name = 2, .given = "b"}});
+
+  EXPECT_EQ(qoc::mergeTaking(*target, *part, runParams()), QSYS_STATUS_OK);
+
+  EXPECT_EQ(namesOf((*target).results), (Names{1, 2}));
+  EXPECT_TRUE(target.isInOwnMemory());
+}
+
+TEST(ResultSetTakeVariantsResults, CopiesIntoASetWithMemoryOfItsOwn) {
+  SetOfOwnMemory target;
+  auto found = resultSet({{.name = 1, .given = "a"}, {.name = 2, .given = "b"}});
+
+  EXPECT_EQ(qoc::takeVariantsResults(*target, *found, *reading("c"), *vectorOf<qstd_vector32s>({0}), true, nullptr),
+            QSYS_STATUS_OK);
+
+  EXPECT_EQ(namesOf((*target).results), (Names{1, 2}));
+  EXPECT_EQ(show(resultsOf(*target)[1].given), "c");
+  EXPECT_TRUE(target.isInOwnMemory());
+}
+
+TEST(DictionaryRun, LeavesASetItsOwnMemory) {
+  SetOfOwnMemory set;
+  const auto dictionary = dictionaryOf({{"abc"}, {"abd"}});
+
+  EXPECT_EQ(qoc_ocrDictionary_runMulti(dictionary, reading("x y z"), runParams(), &*set), QSYS_STATUS_OK);
+  EXPECT_TRUE(resultsOf(*set).empty());
+  EXPECT_EQ(qoc_ocrDictionary_runMulti(dictionary, reading("a b c|d"), runParams({.returnBestOnly = 0}), &*set),
+            QSYS_STATUS_OK);
+  EXPECT_EQ(matchedWords(*set), (std::vector<std::string>{"abc", "abd"}));
+  EXPECT_TRUE(set.isInOwnMemory());
+}
+
+TEST(ResultSetMerge, AddsNothingThatIsThereAlready) {
+  auto target = resultSet({{.name = 1, .given = "a"}, {.name = 2, .given = "b"}, {.name = 3, .given = "c"}});
+  auto part = resultSet({{.name = 4, .given = "a"}, {.name = 5, .given = "b"}});
+  require(qoc_ocrDictionaryResultSet_sort(target, runParams(), 1));
+  require(qoc_ocrDictionaryResultSet_sort(part, runParams(), 1));
+
+  EXPECT_EQ(qoc_ocrDictionaryResultSet_merge(target, part, runParams()), QSYS_STATUS_OK);
+
+  EXPECT_EQ(namesOf(target->results), (Names{1, 2, 3}));
+}
+
+TEST(ResultSetMergeTaking, TakesNothingOfAPartThatIsNotComputed) {
+  auto target = resultSet({{.name = 1, .given = "a"}});
+  auto part = resultSet({{.name = 2, .given = "b"}}, 0);
+
+  EXPECT_EQ(qoc::mergeTaking(*target, *part, runParams()), QSYS_STATUS_OK);
+
+  EXPECT_EQ(namesOf(target->results), Names{1});
+}
+
+TEST(ResultSetMergeTaking, SaysThatMemoryRanOut) {
+  LibraryAllocator memory;
+  bool hasFailed = true;
+  for (int64_t n = 0; hasFailed; ++n) {
+    SCOPED_TRACE(n);
+    auto target = resultSet({{.name = 1, .given = "a", .numEdits = 1}});
+    auto part = resultSet({{.name = 2, .given = "b"}, {.name = 3, .given = "c", .numEdits = 2}});
+    memory.fail(n, FaultMode::once);
+    const qsys_status status = qoc::mergeTaking(*target, *part, runParams());
+    hasFailed = memory.hasFailed();
+    memory.failFrom(-1);
+    EXPECT_EQ(status, hasFailed ? QSYS_STATUS_OUT_OF_MEMORY : QSYS_STATUS_OK);
+    EXPECT_TRUE(n > 0 || hasFailed);
+  }
+  EXPECT_EQ(memory.numLive(), 0);
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <optional>
 
+#include "run/result_ranking.hpp"
 #include "run/result_set_ops.hpp"
 #include "run/run_builders.hpp"
 
@@ -12,14 +13,17 @@ using namespace qoc::test;
 using Names = std::vector<int32_t>;
 
 /// The names in rank order.
-Names ranked(const std::vector<ResultFields> &results, const qoc_ocrDictionaryRunParams *params, qsys_bool descending = 1) {
+Names ranked(const std::vector<ResultFields> &results, const qoc_ocrDictionaryRunParams *params,
+             qsys_bool descending = 1) {
   auto vector = resultVector(results);
   EXPECT_EQ(qoc_ocrDictionaryResultVector_sort(vector, params, descending), QSYS_STATUS_OK);
   return namesOf(*vector);
 }
 
 Owned<qoc_ocrDictionaryRunParams> byPrimary() { return runParams({.rankingMode = 1, .rankingVariant = 3}); }
-Owned<qoc_ocrDictionaryRunParams> byPrimaryAndSecondary() { return runParams({.rankingMode = 1, .rankingVariant = 15}); }
+Owned<qoc_ocrDictionaryRunParams> byPrimaryAndSecondary() {
+  return runParams({.rankingMode = 1, .rankingVariant = 15});
+}
 
 /// Two results, named 1 and 2: 1 ranks first whichever way round they stand.
 struct RankedPair {
@@ -41,7 +45,8 @@ void expectRanked(const std::vector<RankedPair> &pairs, const qoc_ocrDictionaryR
 
 const std::vector<RankedPair> byDefault = {
     {"computed", {.numEdits = 9}, {.isComputed = 0}},
-    {"fewer edits, against everything", {.statuses = {noMatch}, .deleted = {1, 2}, .numEdits = 1},
+    {"fewer edits, against everything",
+     {.statuses = {noMatch}, .deleted = {1, 2}, .numEdits = 1},
      {.statuses = {primary, primary}, .numEdits = 2}},
     {"fewer deleted, against the characters", {.statuses = {noMatch}}, {.statuses = {primary}, .deleted = {0}}},
     {"more primary, against secondary", {.statuses = {primary}}, {.statuses = {secondary, secondary}}},
@@ -125,13 +130,17 @@ TEST(ResultRanking, PutsUncomputedResultsLastHoweverManyThereAre) {
 
 TEST(ResultRankingPrimaryRankOrder, DecidesKeyByKey) {
   expectRanked({{"computed", {.numEdits = 9}, {.isComputed = 0}},
-                {"fewer edits, with fewer primary characters", {.statuses = {noMatch}},
+                {"fewer edits, with fewer primary characters",
+                 {.statuses = {noMatch}},
                  {.statuses = {primary, primary}, .numEdits = 1}},
-                {"more primary characters, with equal edits", {.statuses = {primary}, .lineStatus = noMatch},
+                {"more primary characters, with equal edits",
+                 {.statuses = {primary}, .lineStatus = noMatch},
                  {.statuses = {secondary}, .lineStatus = primary}},
-                {"lower line status, against the score", {.lineStatus = secondary},
+                {"lower line status, against the score",
+                 {.lineStatus = secondary},
                  {.scores = {9}, .statuses = {primarySwap}, .lineStatus = secondarySwap}},
-                {"higher score, against fewer deleted", {.scores = {2}, .statuses = {primarySwap}, .deleted = {0}},
+                {"higher score, against fewer deleted",
+                 {.scores = {2}, .statuses = {primarySwap}, .deleted = {0}},
                  {.scores = {1}, .statuses = {primarySwap}}},
                 {"fewer deleted, against fewer inserted", {.statuses = {inserted}}, {.deleted = {0}}},
                 {"fewer inserted", {.statuses = {noMatch}}, {.statuses = {inserted}}}},
@@ -147,8 +156,8 @@ TEST(ResultRankingPrimaryRankOrder, RanksFewerEditsFirstAndThenMorePrimaryCharac
 }
 
 TEST(ResultRankingPrimaryRankOrder, DoesNotDecideByMatchedPositionsButKeepsTheirNumber) {
-  auto vector = resultVector({{.name = 1, .statuses = {substituted}},
-                              {.name = 2, .statuses = {substituted, substitutedSpace, noMatch}}});
+  auto vector = resultVector(
+      {{.name = 1, .statuses = {substituted}}, {.name = 2, .statuses = {substituted, substitutedSpace, noMatch}}});
 
   EXPECT_EQ(qoc_ocrDictionaryResultVector_sort(vector, byPrimary(), 1), QSYS_STATUS_OK);
 
@@ -163,7 +172,8 @@ TEST(ResultRankingPrimaryRankOrder, KeepsTheEarlierOfTwoThatTieOnAllKeys) {
 }
 
 TEST(ResultRankingPrimaryRankOrder, ScoresThePrimaryPositionsAlone) {
-  auto vector = resultVector({{.scores = {1, 10, 100, 1000, 10000}, .statuses = {1, 2, 3, 4, 5}}, {.statuses = {primary}}});
+  auto vector =
+      resultVector({{.scores = {1, 10, 100, 1000, 10000}, .statuses = {1, 2, 3, 4, 5}}, {.statuses = {primary}}});
 
   EXPECT_EQ(qoc_ocrDictionaryResultVector_sort(vector, byPrimary(), 1), QSYS_STATUS_OK);
 
@@ -173,17 +183,21 @@ TEST(ResultRankingPrimaryRankOrder, ScoresThePrimaryPositionsAlone) {
 }
 
 TEST(ResultRankingPrimaryAndSecondaryOrder, DecidesKeyByKey) {
-  expectRanked({{"fewer edits", {.statuses = {noMatch}}, {.statuses = {primary}, .numEdits = 1}},
-                {"more primary and secondary characters together", {.statuses = {secondary, secondary}},
-                 {.statuses = {primary}}},
-                {"lower line status, secondary counting as primary", {.lineStatus = secondary}, {.lineStatus = primarySwap}},
-                {"lower line status, secondarySwap counting as primarySwap", {.lineStatus = secondarySwap},
-                 {.lineStatus = substituted}},
-                {"higher score", {.scores = {2}, .statuses = {secondarySwap}, .deleted = {0}},
-                 {.scores = {1}, .statuses = {primarySwap}}},
-                {"fewer deleted", {.statuses = {inserted}}, {.deleted = {0}}},
-                {"fewer inserted", {.statuses = {noMatch}}, {.statuses = {inserted}}}},
-               byPrimaryAndSecondary());
+  expectRanked(
+      {{"fewer edits", {.statuses = {noMatch}}, {.statuses = {primary}, .numEdits = 1}},
+       {"more primary and secondary characters together",
+        {.statuses = {secondary, secondary}},
+        {.statuses = {primary}}},
+       {"lower line status, secondary counting as primary", {.lineStatus = secondary}, {.lineStatus = primarySwap}},
+       {"lower line status, secondarySwap counting as primarySwap",
+        {.lineStatus = secondarySwap},
+        {.lineStatus = substituted}},
+       {"higher score",
+        {.scores = {2}, .statuses = {secondarySwap}, .deleted = {0}},
+        {.scores = {1}, .statuses = {primarySwap}}},
+       {"fewer deleted", {.statuses = {inserted}}, {.deleted = {0}}},
+       {"fewer inserted", {.statuses = {noMatch}}, {.statuses = {inserted}}}},
+      byPrimaryAndSecondary());
 }
 
 TEST(ResultRankingPrimaryAndSecondaryOrder, TakesTheSwapAndPlainLineStatusesOfAKindForEqual) {
@@ -195,8 +209,8 @@ TEST(ResultRankingPrimaryAndSecondaryOrder, TakesTheSwapAndPlainLineStatusesOfAK
 }
 
 TEST(ResultRankingPrimaryAndSecondaryOrder, ScoresAllMatchedPositions) {
-  auto vector = resultVector({{.scores = {1, 10, 100, 1000, 10000}, .statuses = {1, 2, 3, 4, 5}},
-                              {.statuses = {primary, primary}}});
+  auto vector = resultVector(
+      {{.scores = {1, 10, 100, 1000, 10000}, .statuses = {1, 2, 3, 4, 5}}, {.statuses = {primary, primary}}});
 
   EXPECT_EQ(qoc_ocrDictionaryResultVector_sort(vector, byPrimaryAndSecondary(), 1), QSYS_STATUS_OK);
 
@@ -214,8 +228,8 @@ TEST(ResultRanking, AppliesToAnyVariantButThreeTheSecondScoringOrder) {
 }
 
 TEST(ResultRanking, DoesNotRecomputeAScoreThatIsThere) {
-  auto vector = resultVector({{.scores = {1, 10}, .statuses = {primary, secondary}},
-                              {.scores = {1, 20}, .statuses = {primary, secondary}}});
+  auto vector = resultVector(
+      {{.scores = {1, 10}, .statuses = {primary, secondary}}, {.scores = {1, 20}, .statuses = {primary, secondary}}});
 
   ASSERT_EQ(qoc_ocrDictionaryResultVector_sort(vector, byPrimary(), 1), QSYS_STATUS_OK);
   ASSERT_EQ(qoc_ocrDictionaryResultVector_sort(vector, byPrimaryAndSecondary(), 1), QSYS_STATUS_OK);
@@ -340,6 +354,35 @@ TEST(ResultSetFinalize, TellsTheInputStatusesOfComputedResultsOnly) {
 
   EXPECT_EQ(show(resultsOf(*set)[0].statusWRTInputStringSwapChar), "deleted secondary");
   EXPECT_EQ(show(resultsOf(*set)[1].statusWRTInputStringSwapChar), "");
+}
+
+TEST(ResultRanking, PutsComputedResultsFirstInEveryOrder) {
+  for (const auto compare : {qoc::compareDefault, qoc::comparePrimary, qoc::comparePrimaryAndSecondary}) {
+    auto computed = result({.given = "a", .numEdits = 5});
+    auto one = result({.isComputed = 0, .given = "a"}), other = result({.isComputed = 0, .given = "b"});
+    EXPECT_EQ(compare(*computed, *one), -1);
+    EXPECT_EQ(compare(*one, *computed), 1);
+    EXPECT_EQ(compare(*one, *other), 1) << "of two that are not computed the second comes first";
+    EXPECT_EQ(compare(*other, *one), 1);
+    EXPECT_EQ(compare(*computed, *computed), 0);
+  }
+}
+
+TEST(ResultRanking, CountsMatchedPositionsFromPrimaryToNoMatch) {
+  auto a = result({.given = "a", .statuses = {0, primary, noMatch, inserted, deleted, secondary}});
+  auto b = result({.given = "b", .statuses = {primary, 0}});
+  EXPECT_EQ(qoc::comparePrimary(*a, *b), 1) << "b has nothing inserted";
+  EXPECT_EQ(a->numMatchedPositions, 3);
+  EXPECT_EQ(a->numMatchedPositionsIsCached, 1u);
+  EXPECT_EQ(b->numMatchedPositions, 1);
+}
+
+TEST(ResultRanking, ScoresOnlyPositionsThatHaveAStatus) {
+  auto a = result({.scores = {100, 20, 3}, .statuses = {0, primary, secondary}});
+  auto b = result({.scores = {1, 1}, .statuses = {primary, 0}});
+  EXPECT_EQ(qoc::comparePrimary(*a, *b), -1);
+  EXPECT_EQ(a->score, 20);
+  EXPECT_EQ(b->score, 1);
 }
 
 }  // namespace

@@ -328,6 +328,11 @@ TEST(ResultInputStatuses, PassOverPositionsThatDoNotExist) {
             (Statuses{1, 1}));
 }
 
+TEST(ResultInputStatuses, StartBeforeTheReadingWhereThePrefixIsNegative) {
+  EXPECT_EQ(inputStatuses(*result({.given = "a b", .statuses = {secondary, substituted}, .numIgnoredPrefix = -1})),
+            (Statuses{5, 1}));
+}
+
 TEST(ResultInputStatuses, ReportAStatusThatNoPositionCanHaveAndSkipIt) {
   const auto r = result({.given = "a b", .statuses = {deleted, secondary, 0, substituted}});
   FailedChecks failed;
@@ -357,6 +362,14 @@ TEST(ResultInputStatusOfAPosition, IsCheckedAgainstTheSwappedReading) {
   EXPECT_EQ(status, secondary);
 }
 
+TEST(ResultInputStatusOfAPosition, DoesNotExistBehindTheReading) {
+  const auto r = result({.given = "a", .givenSwap = "a b", .statuses = {secondary, substituted}});
+  Status status = -5;
+
+  EXPECT_EQ(qoc_ocrDictionaryResult_getStatusWRTInputStringSwapCharPos(r, 1, &status), QOC_STATUS_POSITION_TOO_BIG);
+  EXPECT_EQ(status, -5);
+}
+
 TEST(ResultInputIndices, AreMinusOneForAnInsertedPosition) {
   const auto r = result({.given = "a b", .statuses = {primary, inserted, primary}});
   Owned<qstd_vector32s> insertedIndices;
@@ -373,6 +386,11 @@ TEST(ResultInputIndices, StartBehindTheIgnoredPrefixAndPassOverTheDeleted) {
                          .numIgnoredPrefix = 1});
 
   EXPECT_EQ(inputIndices(*r), (Indices{1, 4, 5}));
+}
+
+TEST(ResultInputIndices, EndAtTheLargestNumber) {
+  EXPECT_EQ(inputIndices(*result({.given = "a", .statuses = {primary, primary}, .numIgnoredPrefix = INT32_MAX})),
+            (Indices{INT32_MAX, INT32_MAX}));
 }
 
 TEST(ResultInputIndices, ReportAStatusThatNoPositionCanHave) {

@@ -10,7 +10,7 @@
 namespace qoc::test {
 
 /// A list of codes.
-inline Owned<qstd_vectorChar32> codes(std::u32string_view text) {
+inline Owned<qstd_vectorChar32> codeVector(std::u32string_view text) {
   return vectorOf<qstd_vectorChar32>(std::vector<Char32>(text.begin(), text.end()));
 }
 
@@ -23,7 +23,7 @@ inline std::u32string show(const qstd_vectorChar32 &list) {
 /// A position fielding of class bits and listed codes: fielding(QOC_FIELDING_DIGIT, U"-").
 inline Owned<qoc_ocrDictionaryPositionFielding> fielding(uint32_t bits, std::u32string_view listed = U"") {
   Owned<qoc_ocrDictionaryPositionFielding> made;
-  require(qoc_ocrDictionaryPositionFielding_setFieldingCharactersAndFieldingBits(made, codes(listed), bits));
+  require(qoc_ocrDictionaryPositionFielding_setFieldingCharactersAndFieldingBits(made, codeVector(listed), bits));
   return made;
 }
 
@@ -57,7 +57,7 @@ inline Owned<qoc_ocrDictionaryStringMulti> plain(std::string_view text) {
 inline Owned<qoc_swapCharSet> swaps(const std::vector<std::u32string_view> &groups) {
   Owned<qstd_vector_vectorChar32> lists;
   for (const std::u32string_view group : groups) {
-    require(qstd_vector_vectorChar32_pushBack(lists, codes(group)));
+    require(qstd_vector_vectorChar32_pushBack(lists, codeVector(group)));
   }
   Owned<qoc_swapCharSet> set;
   require(qoc_swapCharSet_setEquiv(set, lists));

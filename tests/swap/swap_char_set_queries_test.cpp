@@ -9,6 +9,7 @@
 
 #include "support/handlers.hpp"
 #include "support/text.hpp"
+#include "swap/equivalents.hpp"
 #include "swap/swaps.hpp"
 
 namespace qoc::test {
@@ -241,6 +242,27 @@ TEST(SwapCharSetQueries, OfFourThreadsAtOnceAnswerAlike) {
     thread.join();
   }
   EXPECT_EQ(numWrong, 0);
+}
+
+/// A class of more characters than the lists of equivalents are kept for.
+TEST(SwapCharSetEquivalents, OfALargeClassAreFoundWithoutAList) {
+  std::u32string group;
+  for (char32_t code = 0x4E00; group.size() < 2100; ++code) {
+    group += code;
+  }
+  const auto set = setOf({group, U"ab"});
+  for (const Char32 code : {group.front(), group[1000], group.back()}) {
+    Codes expected = codes(group);
+    std::erase(expected, code);
+    Codes visited;
+    qoc::forEachEquivalent(set, code, [&](Char32 equivalent) { visited.push_back(equivalent); });
+    EXPECT_EQ(visited, expected);
+    const qoc_ocrDictionaryChar one = character(code);
+    Owned<qstd_vector_qoc_ocrDictionaryChar> found;
+    ASSERT_EQ(qoc_swapCharSet_getEquivalentCharacters(set, &one, found), QSYS_STATUS_OK);
+    EXPECT_EQ(elements(found).size(), expected.size());
+  }
+  EXPECT_EQ(equivalents(set, 'a'), "b");
 }
 
 }  // namespace

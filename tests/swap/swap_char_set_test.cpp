@@ -604,6 +604,52 @@ TEST(SwapCharSetPrint, ReportsANullSetAndPrintsIt) {
   EXPECT_EQ(checks.numNew(), 1);
 }
 
+#ifdef __GLIBC__
+/// A stream without a buffer that takes so many pieces and then fails.
+class FailingStream {
+ public:
+  explicit FailingStream(int numPieces) : numLeft_(numPieces) {
+    const cookie_io_functions_t functions = {
+        nullptr,
+        [](void *self, const char *, size_t size) -> ssize_t {
+          return static_cast<FailingStream *>(self)->numLeft_-- > 0 ? static_cast<ssize_t>(size) : 0;
+        },
+        nullptr, nullptr};
+    stream_ = fopencookie(this, "w", functions);
+    std::setvbuf(stream_, nullptr, _IONBF, 0);
+  }
+  ~FailingStream() { std::fclose(stream_); }
+  FailingStream(const FailingStream &) = delete;
+  FailingStream &operator=(const FailingStream &) = delete;
+  operator FILE *() { return stream_; }
+  bool hasFailed() const { return numLeft_ < 0; }
+
+ private:
+  FILE *stream_;
+  int numLeft_;
+};
+
+TEST(SwapCharSetPrint, FailsAtEveryPieceThatTheStreamDoesNotTake) {
+  const auto sets = {setOf({U"AB", U"CD"}), Owned<qoc_swapCharSet>()};
+  for (const auto &set : sets) {
+    int numPieces = 0;
+    for (bool hasFailed = true; hasFailed; ++numPieces) {
+      FailingStream stream(numPieces);
+      const qsys_status status = qoc_swapCharSet_print(set, stream);
+      hasFailed = stream.hasFailed();
+      EXPECT_EQ(status < 0, hasFailed) << numPieces;
+      if (hasFailed) {
+        EXPECT_EQ(status, QSYS_STATUS_PRINT_FAILED);
+      }
+    }
+    EXPECT_GT(numPieces, 5);
+  }
+  FailedChecks checks;
+  FailingStream stream(0);
+  EXPECT_EQ(qoc_swapCharSet_print(nullptr, stream), QSYS_STATUS_PRINT_FAILED);
+}
+#endif
+
 TEST(SwapCharSetPrint, FailsWhenTheStreamDoes) {
   FILE *stream = std::fopen("/dev/null", "r");
   ASSERT_NE(stream, nullptr);

@@ -223,4 +223,15 @@ TEST(DictionaryCharMulti, EveryMissingArgumentIsOneReportAndTouchesNothing) {
   EXPECT_EQ(n, 55);
 }
 
+TEST(DictionaryCharMulti, TakesNoZeroForACharacter) {
+  FailedChecks failed;
+  auto multi = position("a3|b");
+  Multi unconstructed = {};
+  EXPECT_EQ(qoc_ocrDictionaryCharMulti_setCharT(multi, '\0'), QSYS_STATUS_OK);
+  EXPECT_EQ(qoc_ocrDictionaryCharMulti_constructCharT(&unconstructed, '\0'), QSYS_STATUS_OK);
+  EXPECT_EQ(failed.numNew(), 2);
+  EXPECT_EQ(show(*multi), show(*position("a3|b")));
+  EXPECT_EQ(unconstructed.candidates.core.elements, nullptr);
+}
+
 }  // namespace

@@ -5,6 +5,7 @@
 
 #include "support/allocator.hpp"
 #include "support/handlers.hpp"
+#include "support/long_text.hpp"
 #include "support/text.hpp"
 
 namespace {
@@ -287,5 +288,23 @@ TEST(DictionaryString, EveryMissingArgumentIsOneReportAndTouchesNothing) {
   EXPECT_EQ(n, 55);
   EXPECT_EQ(results->isComputed, 0u);
 }
+
+#if defined(__linux__) && SIZE_MAX > UINT32_MAX
+TEST(DictionaryString, TextsBeyondWhatASizeCanTellAreRefused) {
+  const LongText text;
+  if (text.data() == nullptr) {
+    GTEST_SKIP() << "no room";
+  }
+  auto string = word("kept");
+  auto multi = reading("k e");
+  Owned<qstd_string> plain = stdString("kept");
+  EXPECT_EQ(qoc_ocrDictionaryString_setStringT(string, text.data()), QSTD_STATUS_SIZE_INVALID);
+  EXPECT_EQ(qoc_ocrDictionaryStringMulti_setStringT(multi, text.data()), QSTD_STATUS_SIZE_INVALID);
+  EXPECT_EQ(qstd_string_assignString(plain, text.data()), QSTD_STATUS_SIZE_INVALID);
+  EXPECT_EQ(show(*string), "kept");
+  EXPECT_EQ(show(*multi), "k e");
+  EXPECT_EQ(elements(plain).size(), 4u);
+}
+#endif
 
 }  // namespace

@@ -305,4 +305,52 @@ TEST(MatchMulti, LeavesNothingBehindWhereverMemoryRunsOut) {
   }
 }
 
+/// More different characters beyond the small codes than the table of rows has room for at first.
+TEST(MatchMulti, ManyDifferentCharactersMatchAtTheirPlaces) {
+  std::u32string text;
+  for (Char32 i = 0; i < 300; ++i) {
+    text += i % 3 == 0 ? U'a' : static_cast<char32_t>(0x4E00 + i * 7);
+  }
+  std::u32string spaced;
+  for (const char32_t c : text) {
+    spaced += spaced.empty() ? std::u32string{c} : std::u32string{U' ', c};
+  }
+  Owned<qoc_ocrDictionaryResultSet> results;
+  ASSERT_EQ(qoc_ocrDictionaryString_matchMulti(word(text), reading(spaced), nullptr, nullptr, results), QSYS_STATUS_OK);
+  ASSERT_EQ(resultsOf(*results).size(), 1u);
+  EXPECT_EQ(resultsOf(*results)[0].numEdits, 0);
+
+  text[200] = U'\u00E9';
+  ASSERT_EQ(qoc_ocrDictionaryString_matchMulti(word(text), reading(spaced), nullptr, nullptr, results), QSYS_STATUS_OK);
+  EXPECT_TRUE(resultsOf(*results).empty());
+}
+
+/// The table of edits is of the size that is made row by row, within a band and without.
+TEST(MatchMulti, LongTextsAreAlignedWithAnyNumberOfEdits) {
+  std::string text, spaced;
+  for (int i = 0; i < 1000; ++i) {
+    text += static_cast<char>('a' + i * i % 26);
+    spaced += (i == 0 ? "" : " ") + std::string(1, i % 250 == 7 ? '!' : text.back());
+  }
+  for (const int32_t maxEdits : {4, 40, 400, 4000}) {
+    Owned<qoc_ocrDictionaryResultSet> results;
+    ASSERT_EQ(qoc_ocrDictionaryString_matchMulti(word(text), reading(spaced), runParams({.maxEdits = maxEdits}),
+                                                 nullptr, results),
+              QSYS_STATUS_OK);
+    ASSERT_EQ(resultsOf(*results).size(), 1u) << maxEdits;
+    EXPECT_EQ(resultsOf(*results)[0].numEdits, 4) << maxEdits;
+  }
+}
+
+/// So far in front that the rest of the reading is no copy that results share.
+TEST(MatchMulti, ExtraPositionsFarInFrontAreNotShown) {
+  Owned<qoc_ocrDictionaryResultSet> results;
+  ASSERT_EQ(qoc_ocrDictionaryString_matchMulti(word("abc"), reading("1 2 3 4 5 6 7 8 9 1 2 3 4 a b c"),
+                                               runParams({.maxEdits = 13}), nullptr, results),
+            QSYS_STATUS_OK);
+  ASSERT_EQ(resultsOf(*results).size(), 1u);
+  EXPECT_EQ(resultsOf(*results)[0].numEdits, 13);
+  EXPECT_EQ(show(resultsOf(*results)[0].given), "a b c");
+}
+
 }  // namespace

@@ -35,11 +35,13 @@ std::size_t numBytes(const qstd_vector &vector, std::int32_t n) {
   return static_cast<std::size_t>(n) * vector.elementSize;
 }
 
-bool isPossibleSize(const qstd_vector &vector, std::int64_t n) {
-  // No object may be larger than a ptrdiff_t can tell, and no size than 32 bits.
-  return n >= 0 && n <= std::numeric_limits<std::int32_t>::max() &&
-         static_cast<std::uint64_t>(n) <= static_cast<std::uint64_t>(PTRDIFF_MAX) / vector.elementSize;
+/// No object may be larger than a ptrdiff_t can tell, and no size than 32 bits.
+std::int64_t largestSize(const qstd_vector &vector) {
+  return std::min<std::int64_t>(std::numeric_limits<std::int32_t>::max(),
+                                PTRDIFF_MAX / std::int64_t{vector.elementSize});
 }
+
+bool isPossibleSize(const qstd_vector &vector, std::int64_t n) { return n >= 0 && n <= largestSize(vector); }
 
 void *allocate(const qstd_vector &vector, std::size_t size) {
   return vector.memory != nullptr ? vector.memory->alloc(vector.memory->context, size)
@@ -172,10 +174,8 @@ qsys_status add(qstd_vector &vector, std::int32_t n, const Source &source, bool 
   std::int64_t capacity = wanted;
   if (!isExact) {
     // Half as much again makes n additions cost O(n) in all.
-    capacity = std::max<std::int64_t>(wanted, std::int64_t{vector.capacity} + vector.capacity / 2 + 2);
-    if (!isPossibleSize(vector, capacity)) {
-      capacity = wanted;
-    }
+    const std::int64_t larger = std::int64_t{vector.capacity} + vector.capacity / 2 + 2;
+    capacity = std::max(wanted, std::min(larger, largestSize(vector)));
   }
   const std::size_t blockSize = static_cast<std::size_t>(capacity) * vector.elementSize;
   auto *block = static_cast<std::byte *>(allocate(vector, blockSize));
@@ -200,7 +200,7 @@ qsys_status add(qstd_vector &vector, std::int32_t n, const Source &source, bool 
 qsys_status own(qstd_vector &vector);
 
 qsys_status setSize(qstd_vector &vector, std::int32_t n, const Source &source) {
-  if (n < 0 || !isPossibleSize(vector, n)) {
+  if (!isPossibleSize(vector, n)) {
     return QSTD_STATUS_SIZE_INVALID;
   }
   if (n == 0 && isShared(vector)) {

@@ -29,7 +29,7 @@ std::optional<Char32> hexadecimalValue(Char32 code) noexcept {
     return code - '0';
   }
   const Char32 lower = code | 0x20;
-  if (code < 0x80 && lower >= 'a' && lower <= 'f') {
+  if (lower >= 'a' && lower <= 'f') {
     return lower - 'a' + 10;
   }
   return std::nullopt;

@@ -167,4 +167,96 @@ TEST(SharedElements, AVectorWithoutMemoryForItsOwnCopyStaysAsItWas) {
   EXPECT_TRUE(areEqual(*first, *second));
 }
 
+/// Without memory for a block of its own, a vector goes on sharing.
+TEST(SharedElements, WritesThatFindNoMemoryChangeNothing) {
+  const auto extra = plainReading("z");
+  const qoc_ocrDictionaryCharMulti *element = qoc::view(*extra).data();
+  const std::vector<std::function<qsys_status(Positions *)>> writes = {
+      [](Positions *p) { return qstd_vector_qoc_ocrDictionaryCharMulti_resize(p, 5); },
+      [](Positions *p) { return qstd_vector_qoc_ocrDictionaryCharMulti_reserve(p, 20); },
+      [&](Positions *p) { return qstd_vector_qoc_ocrDictionaryCharMulti_pushBack(p, element); },
+      [&](Positions *p) { return qstd_vector_qoc_ocrDictionaryCharMulti_insertElement(p, 1, element); },
+      [](Positions *p) { return qstd_vector_qoc_ocrDictionaryCharMulti_append(p, p); },
+      [](Positions *p) { return qstd_vector_qoc_ocrDictionaryCharMulti_eraseElement(p, 0); },
+      [](Positions *p) { return qstd_vector_qoc_ocrDictionaryCharMulti_popBack(p); },
+      [&](Positions *p) { return qstd_vector_qoc_ocrDictionaryCharMulti_assignElements(p, element, 1); },
+      [](Positions *p) {
+        const auto *second = qoc::viewAs<qoc_ocrDictionaryCharMulti>(*p).data() + 1;
+        return qstd_vector_qoc_ocrDictionaryCharMulti_assignElements(p, second, 2);
+      },
+      [](Positions *p) {
+        qoc_ocrDictionaryCharMulti *first = nullptr;
+        return qstd_vector_qoc_ocrDictionaryCharMulti_getElement(p, 0, &first);
+      }};
+  for (std::size_t i = 0; i < writes.size(); ++i) {
+    SCOPED_TRACE(i);
+    LibraryAllocator allocator;
+    {
+      const auto original = plainReading("abc");
+      const auto first = sharedReading("abc");
+      Owned<qoc_ocrDictionaryStringMulti> second(*first);
+      for (std::int64_t n = 0; n < 2; ++n) {
+        allocator.fail(n, FaultMode::once);
+        const qsys_status status = writes[i](&second->positions);
+        const bool hasFailed = allocator.hasFailed();
+        allocator.failFrom(-1);
+        ASSERT_TRUE(hasFailed);
+        EXPECT_EQ(status, QSYS_STATUS_OUT_OF_MEMORY);
+        EXPECT_TRUE(areEqual(*second, *original));
+        EXPECT_TRUE(areEqual(*first, *original));
+      }
+    }
+    EXPECT_EQ(allocator.numLive(), 0);
+  }
+}
+
+TEST(SharedElements, AreConstructedAsACopyWithoutAnAllocation) {
+  LibraryAllocator allocator;
+  {
+    const auto first = sharedReading("abc");
+    const std::int64_t before = allocator.numAllocations();
+    const Owned<qoc_ocrDictionaryStringMulti> second(*first);
+    EXPECT_EQ(allocator.numAllocations(), before);
+    EXPECT_TRUE(qoc::holdSameElements(first->positions.core, second->positions.core));
+  }
+  EXPECT_EQ(allocator.numLive(), 0);
+}
+
+TEST(SharedElements, StayAsTheyAreWhenTheyAreSharedAgainOrThereAreNone) {
+  LibraryAllocator allocator;
+  auto shared = sharedReading("abc");
+  auto none = plainReading("");
+  const std::int64_t before = allocator.numAllocations();
+  EXPECT_EQ(qoc::shareElements(shared->positions.core), QSYS_STATUS_OK);
+  EXPECT_EQ(qoc::shareElements(none->positions.core), QSYS_STATUS_OK);
+  EXPECT_EQ(allocator.numAllocations(), before);
+}
+
+TEST(SharedElements, AVectorWithAnAllocatorOfItsOwnGetsCopies) {
+  CountingAllocator own;
+  const auto shared = sharedReading("abc");
+  qoc_ocrDictionaryStringMulti copy;
+  require(qstd_vector_qoc_ocrDictionaryCharMulti_constructEmptyWithMtable(&copy.positions, own.table()));
+  EXPECT_EQ(qoc_ocrDictionaryStringMulti_assign(&copy, shared), QSYS_STATUS_OK);
+  EXPECT_FALSE(qoc::holdSameElements(copy.positions.core, shared->positions.core));
+  EXPECT_TRUE(areEqual(copy, *shared));
+  EXPECT_EQ(own.numLive(), 1);
+  EXPECT_EQ(qoc_ocrDictionaryStringMulti_destruct(&copy), QSYS_STATUS_OK);
+  EXPECT_EQ(own.numLive(), 0);
+}
+
+/// A pool whose vectors have all gone before it has nobody to leave its block to.
+TEST(ElementPool, ReleasesABlockThatNobodyHoldsAnyMore) {
+  LibraryAllocator allocator;
+  {
+    qoc::ElementPool pool;
+    Owned<qstd_vector32s> vector;
+    const std::int32_t value = 7;
+    require(pool.placeCopies(vector->core, &value, 1));
+    require(qstd_vector32s_clearAndFreeMemory(vector));
+    EXPECT_EQ(allocator.numLive(), 1);
+  }
+  EXPECT_EQ(allocator.numLive(), 0);
+}
+
 }  // namespace

@@ -533,6 +533,8 @@ constexpr Refusal refusals[] = {
      [](auto *v, auto *e) { return qstd_vector__insertElement(v, 4, e); }},
     {"erase before the begin", QSTD_STATUS_INDEX_INVALID, [](auto *v, auto *) { return qstd_vector__erase(v, -1, 1); }},
     {"erase beyond the end", QSTD_STATUS_INDEX_INVALID, [](auto *v, auto *) { return qstd_vector__erase(v, 2, 2); }},
+    {"insert of more than sizes can tell", QSTD_STATUS_SIZE_INVALID,
+     [](auto *v, auto *e) { return qstd_vector__insert(v, 3, e, INT32_MAX); }},
     {"erase of a negative count", QSTD_STATUS_INDEX_INVALID,
      [](auto *v, auto *) { return qstd_vector__erase(v, 2, -1); }},
     {"erase of a run whose end overflows", QSTD_STATUS_INDEX_INVALID,
@@ -709,6 +711,29 @@ TEST_F(GenericVector, AFailingDestructorIsToldAndTheOtherElementsAreDestroyedAll
   ASSERT_EQ(qstd_vector__constructWithVtable(&vector, 4, 1, &failing), QSYS_STATUS_OK);
   EXPECT_EQ(qstd_vector__destruct(&vector), -8);
   EXPECT_EQ(numDestroyed, 4);
+}
+
+TEST_F(GenericVector, TheFirstOfSeveralFailingDestructorsIsTold) {
+  static int numDestroyed = 0;
+  numDestroyed = 0;
+  constexpr qstd_elementTable failing = {nullptr, nullptr, nullptr,
+                                         [](void *) -> qsys_status { return -(++numDestroyed); }, 0xFFFFFFFFu};
+  qstd_vector vector;
+  ASSERT_EQ(qstd_vector__constructWithVtable(&vector, 3, 1, &failing), QSYS_STATUS_OK);
+  EXPECT_EQ(qstd_vector__destruct(&vector), -1);
+  EXPECT_EQ(numDestroyed, 3);
+}
+
+TEST_F(GenericVector, AFailingElementWithoutADestructorLeavesNothing) {
+  static int numConstructed = 0;
+  numConstructed = 0;
+  constexpr qstd_elementTable failing = {
+      [](void *, const void *) -> qsys_status { return ++numConstructed == 3 ? -8 : 0; }, nullptr, nullptr, nullptr,
+      0xFFFFFFFFu};
+  qstd_vector vector;
+  EXPECT_EQ(qstd_vector__constructWithVtable(&vector, 4, 1, &failing), -8);
+  EXPECT_EQ(numConstructed, 3);
+  EXPECT_EQ(memory_.numLive(), 0);
 }
 
 TEST_F(GenericVector, AnEntryThatIsNullTreatsTheElementAsPlainBytes) {

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cctype>
+
 #include "platform/regex/regexes.hpp"
 
 namespace {
@@ -166,6 +168,9 @@ TEST(RegexSyntax, TellsWhatIsWrongAndWhere) {
       {"\\ ", "QSTD_STATUS_REGEX_ESCAPE at 0"},
       {"\\x4", "QSTD_STATUS_REGEX_ESCAPE at 0"},
       {"\\xg0", "QSTD_STATUS_REGEX_ESCAPE at 0"},
+      {"\\x4@", "QSTD_STATUS_REGEX_ESCAPE at 0"},
+      {"\\x4\xE1", "QSTD_STATUS_REGEX_ESCAPE at 0"},
+      {"[a-\\q]", "QSTD_STATUS_REGEX_ESCAPE at 3"},
       {"\\x{}", "QSTD_STATUS_REGEX_ESCAPE at 0"},
       {"\\x{41", "QSTD_STATUS_REGEX_ESCAPE at 0"},
       {"\\x{100000000}", "QSTD_STATUS_REGEX_ESCAPE at 0"},
@@ -232,6 +237,29 @@ TEST(RegexSyntax, NestsEmptyAlternativesDeeply) {
     source = "(|" + source + ")*";
   }
   EXPECT_TRUE(matches(source, "aaa"));
+}
+
+TEST(RegexSyntax, ABackslashTakesTheMeaningFromPunctuationAlone) {
+  constexpr std::string_view letters = "dDwWsStnrx";
+  for (int code = 1; code < 128; ++code) {
+    const std::string one(1, static_cast<char>(code));
+    SCOPED_TRACE(code);
+    if (std::ispunct(code) != 0) {
+      EXPECT_TRUE(matches("\\" + one, one));
+      EXPECT_FALSE(matches("\\" + one, "a"));
+    } else if (letters.find(one) == std::string_view::npos) {
+      EXPECT_EQ(errorOf("\\" + one), "QSTD_STATUS_REGEX_ESCAPE at 0");
+    }
+  }
+}
+
+TEST(RegexSyntax, ClassesReachToTheLastCode) {
+  const char *toTheLast = "[\\x{FFFFFF00}-\\x{FFFFFFFF}\\x{FFFFFFFE}b]";
+  EXPECT_TRUE(matches(toTheLast, "\xE4"));
+  EXPECT_TRUE(matches(toTheLast, "b"));
+  EXPECT_FALSE(matches(toTheLast, "a"));
+  EXPECT_FALSE(matches("[^\\x{FFFFFF00}-\\x{FFFFFFFF}]", "\xE4"));
+  EXPECT_TRUE(matches("[^\\x{FFFFFF00}-\\x{FFFFFFFF}]", "a"));
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include <atomic>
 #include <thread>
 
+#include "platform/system/attention.hpp"
 #include "support/handlers.hpp"
 
 namespace {
@@ -129,6 +130,34 @@ TEST_F(Attention, MissingContextsAndOutputsAreReportedAndTheWorkGoesOn) {
   EXPECT_EQ(checks.numNew(), 2);
   EXPECT_EQ(handler, &qsys_attention_flagHandler);
   EXPECT_EQ(context, &handler);
+}
+
+/// A handler that only looks is asked once where another one would be asked for every piece of work.
+TEST_F(Attention, TheReadyHandlersAreNotCounted) {
+  EXPECT_FALSE(qoc::isAttentionCounted());
+  EXPECT_EQ(qoc::checkAttention(3), QSYS_STATUS_OK);
+  {
+    const Polls polls(4, -4242);
+    EXPECT_TRUE(qoc::isAttentionCounted());
+    EXPECT_EQ(qoc::checkAttention(0), QSYS_STATUS_OK);
+    EXPECT_EQ(polls.count(), 0);
+    EXPECT_EQ(qoc::checkAttention(3), QSYS_STATUS_OK);
+    EXPECT_EQ(polls.count(), 3);
+    EXPECT_EQ(qoc::checkAttention(3), -4242);
+    EXPECT_EQ(polls.count(), 5);
+  }
+  int32_t flag = 0;
+  qsys_attention_setHandler(qsys_attention_flagHandler, &flag);
+  EXPECT_FALSE(qoc::isAttentionCounted());
+  EXPECT_EQ(qoc::checkAttention(INT64_MAX), QSYS_STATUS_OK) << "it would not end";
+  flag = 1;
+  EXPECT_EQ(qoc::checkAttention(0), QSYS_STATUS_OK);
+  EXPECT_EQ(qoc::checkAttention(1), QSYS_STATUS_INTERRUPTED);
+  EXPECT_EQ(qoc::checkAttention(7), QSYS_STATUS_INTERRUPTED);
+  uint64_t deadline = UINT64_MAX;
+  qsys_attention_setHandler(qsys_attention_deadlineHandler, &deadline);
+  EXPECT_FALSE(qoc::isAttentionCounted());
+  EXPECT_EQ(qoc::checkAttention(INT64_MAX), QSYS_STATUS_OK);
 }
 
 }  // namespace

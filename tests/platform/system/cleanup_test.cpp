@@ -106,6 +106,14 @@ TEST_F(Cleanup, ADestructorsFirstFailureReplacesASuccess) {
   EXPECT_EQ(destroyed_, (std::vector<int>{1, 0}));
 }
 
+TEST_F(Cleanup, LeavesWhatIsNeitherOutputNorLocal) {
+  add(33);
+  add(51);
+  execute(QSYS_STATUS_OUT_OF_MEMORY);
+  EXPECT_TRUE(destroyed_.empty());
+  EXPECT_EQ(count_, 0);
+}
+
 TEST_F(Cleanup, ReportsEachMissingArgumentOnceAndDestroysNothing) {
   add(QSYS_CLEANUP_LOCAL);
   FailedChecks checks;

@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 #include <qoc/system.h>
 
+#include <cstdio>
+#include <cstdlib>
 #include <string>
 #include <thread>
 
@@ -88,6 +90,21 @@ TEST(Print, AMissingFormatIsReportedAndNothingIsPrinted) {
   EXPECT_EQ(qsys_printfA(missing, 1), QSYS_STATUS_OK);
   EXPECT_EQ(checks.numNew(), 1);
   EXPECT_EQ(printed.text(), "");
+}
+
+TEST(Print, FailsWhenATextCannotBeFormatted) {
+  const PrintedText printed;
+  EXPECT_EQ(qsys_printfA("%ls", L"\u20AC"), QSYS_STATUS_PRINT_FAILED);  // The locale is C.
+  EXPECT_EQ(printed.text(), "");
+}
+
+TEST(PrintDeathTest, FailsWhenTheStandardOutputTakesNothing) {
+  const auto print = [] {
+    const bool isOpen = std::freopen("/dev/full", "w", stdout) != nullptr;
+    std::setvbuf(stdout, nullptr, _IONBF, 0);
+    std::exit(isOpen && qsys_printfA("text") == QSYS_STATUS_PRINT_FAILED ? 0 : 1);
+  };
+  EXPECT_EXIT(print(), ::testing::ExitedWithCode(0), "");
 }
 
 }  // namespace
