@@ -50,7 +50,7 @@ void checkDigits(Input &input) {
     const bool isSeparator = rule->ignoresSeparators != 0 && (one.code == ' ' || one.code == '-');
     length += isSeparator || std::find(ignored.begin(), ignored.end(), one.code) != ignored.end() ? 0 : 1;
   }
-  check(qoc_checkDigitRule_validateLength(rule, length) >= 0);
+  check(qoc_checkDigitRule_validateLength(rule, length) >= 0 || input.isShortOfMemory);
 }
 
 Owned<qoc_ocrDictionaryResolver> resolverOf(Input &input) {
@@ -59,8 +59,9 @@ Owned<qoc_ocrDictionaryResolver> resolverOf(Input &input) {
   for (std::int32_t *field :
        {&rules->alternativePenalty, &rules->laterPenalty, &rules->swapPenalty, &rules->substitutedPenalty,
         &rules->missingPenalty, &rules->extraPenalty, &rules->doubledPenalty, &rules->leadCap, &rules->maxLag,
-        &rules->freeWord.base, &rules->freeWord.perCharacter, &rules->freeWord.leadPercent, &rules->freeShape.base,
-        &rules->freeShape.perCharacter, &rules->freeShape.leadPercent, &rules->minMargin, &rules->maxTexts}) {
+        &rules->maxMargin, &rules->freeWord.base, &rules->freeWord.perCharacter, &rules->freeWord.leadPercent,
+        &rules->freeShape.base, &rules->freeShape.perCharacter, &rules->freeShape.leadPercent, &rules->minMargin,
+        &rules->maxTexts}) {
     *field = input.below(4) == 0 ? input.number() : *field;
   }
   rules->requiresCheck = input.flag() ? 1 : 0;
