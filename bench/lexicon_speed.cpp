@@ -189,6 +189,28 @@ void makeMulti(const std::string &text, std::size_t numCandidates, qoc_ocrDictio
   }
 }
 
+/// The groups of the program's ready set "ocr-look-alikes".
+void addLookAlikes(qoc_swapCharSet *set) {
+  qstd_vector_vectorChar32 groups;
+  qstd_vector_vectorChar32_constructEmpty(&groups);
+  for (const std::string_view text :
+       {"0OoQD", "1Il|i!", "5Ss$", "8B&", "2Zz", "6Gb", "cC", "xX", "vV", "wW", "uU", "kK", "pP", "jJ"}) {
+    qstd_vectorChar32 group;
+    qstd_vectorChar32_constructEmpty(&group);
+    for (const char letter : text) {
+      const auto code = static_cast<Char32>(letter);
+      qstd_vectorChar32_pushBack(&group, &code);
+    }
+    qstd_vector_vectorChar32_pushBack(&groups, &group);
+    qstd_vectorChar32_destruct(&group);
+  }
+  if (qoc_swapCharSet_setEquiv(set, &groups) < 0) {
+    std::fprintf(stderr, "qoc_lexicon_speed: the groups were refused\n");
+    std::exit(1);
+  }
+  qstd_vector_vectorChar32_destruct(&groups);
+}
+
 /// Constructs a vector of the words.
 void fillStrings(const std::vector<std::string> &words, qstd_vector_qoc_ocrDictionaryString *strings) {
   qstd_vector_qoc_ocrDictionaryString_construct(strings, static_cast<std::int32_t>(words.size()));
@@ -336,13 +358,19 @@ int main(int argc, char **argv) {
 
   const FlatWords flat(words);
   const char *separator = "\n";
-  for (std::size_t numCandidates : {1, 3}) {
+  for (const auto &[numCandidates, hasSwaps] : {std::pair<std::size_t, int>{1, 0}, {3, 0}, {3, 1}}) {
+    if (hasSwaps != 0) {
+      addLookAlikes(&dictionary.swapCharSet);
+    }
     std::vector<qoc_ocrDictionaryStringMulti> multis(numReadings);
     for (std::size_t i = 0; i < numReadings; ++i) {
       makeMulti(readings[i], numCandidates, &multis[i]);
     }
     for (const int isBest : {1, 0}) {
       for (const int maxEdits : {0, 1, 2, 3}) {
+        if (hasSwaps != 0 && isBest == 0) {
+          continue;
+        }
         params.maxEdits = maxEdits;
         params.returnBestOnly = isBest;
         std::int64_t numResults = 0;
@@ -357,10 +385,11 @@ int main(int argc, char **argv) {
           work(i);
         }
         std::printf(
-            "%s    {\"candidates\": %zu, \"best\": %d, \"edits\": %d, \"median\": %.2f, \"p99\": %.2f, \"results\": "
+            "%s    {\"candidates\": %zu, \"swaps\": %d, \"best\": %d, \"edits\": %d, \"median\": %.2f, \"p99\": %.2f, "
+            "\"results\": "
             "%.2f, "
             "\"blocks\": %.1f}",
-            separator, numCandidates, isBest, maxEdits, times.median, times.p99,
+            separator, numCandidates, hasSwaps, isBest, maxEdits, times.median, times.p99,
             static_cast<double>(numResults) / static_cast<double>(numReadings),
             static_cast<double>(numBlocks - blocksBefore) / static_cast<double>(numReadings));
         separator = ",\n";

@@ -48,7 +48,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     if (status == 0) {
       checkResults(*results, *params);
       // Once more, by the plainest ways that there are.
-      const qoc::LexiconRoads before = std::exchange(qoc::lexiconRoads(), {false, false, false, false, 512});
+      const qoc::LexiconRoads before = std::exchange(qoc::lexiconRoads(), {false, false, false, false, false, 512});
       status = qoc_ocrDictionary_runMulti(dictionary, reading, params, again);
       qoc::lexiconRoads() = before;
       require(status);

@@ -59,8 +59,9 @@ Owned<qoc_ocrDictionaryResolver> resolverOf(Input &input) {
   for (std::int32_t *field :
        {&rules->alternativePenalty, &rules->laterPenalty, &rules->swapPenalty, &rules->substitutedPenalty,
         &rules->missingPenalty, &rules->extraPenalty, &rules->doubledPenalty, &rules->leadCap, &rules->maxLag,
-        &rules->freeWord.base, &rules->freeWord.perCharacter, &rules->freeWord.leadPercent, &rules->freeShape.base,
-        &rules->freeShape.perCharacter, &rules->freeShape.leadPercent, &rules->minMargin, &rules->maxTexts}) {
+        &rules->maxMargin, &rules->freeWord.base, &rules->freeWord.perCharacter, &rules->freeWord.leadPercent,
+        &rules->freeShape.base, &rules->freeShape.perCharacter, &rules->freeShape.leadPercent, &rules->minMargin,
+        &rules->maxTexts}) {
     *field = input.below(4) == 0 ? input.number() : *field;
   }
   rules->requiresCheck = input.flag() ? 1 : 0;

@@ -120,6 +120,8 @@ def report(program, every, writes_picture=False):
                              table(program, directory, everything, every, LINES, EXPRESSION_COLUMNS)))
         resolved, _ = accuracy_resolved.section(program, directory, everything, every, writes_picture)
         sections.append(("One text for each line", resolved))
+        sections.append(("Readings without scores",
+                         accuracy_resolved.bare_section(program, directory, everything, every)))
         learnt = accuracy_resolved.learnt_section(program, directory, everything, every)
         sections.append(("What is learnt of the reader", learnt))
     return f"""# How many lines come out right

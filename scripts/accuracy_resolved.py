@@ -6,12 +6,15 @@ Otherwise used by accuracy_report.py. Every number is computed from the program'
 examples/resolve/.
 """
 
+import itertools
 import json
 import pathlib
 import random
 import subprocess
 import sys
 import tempfile
+
+import learn_confusions
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 READINGS = ROOT / "tests" / "data" / "readings.ndjson"
@@ -20,13 +23,22 @@ PICTURE = ROOT / "docs" / "accuracy-margin.svg"
 KINDS = ("serial", "date", "lot", "word", "name", "vin", "iban")
 NUM_SPLITS = 20
 WRONG_RATE = 0.015  # What a margin may let through where it is tuned.
+LEFT_OUT = "sets left out"
+# What is tried for the rules where they are tuned on one half of the lines: first how candidates are weighed and which
+# confusions there are, then what a swap and a missing character cost, too. All combinations are.
+TUNED = {
+    LEFT_OUT: ([], ["ocr-slashed-zeros"]),
+    "alternativePenalty": (10, 25, 40),
+    "laterPenalty": (10, 20, 30),
+}
+TUNED_TOO = TUNED | {"swapPenalty": (60, 90), "missingPenalty": (40, 55, 70)}
 
 
 class Column:
-    """A way to run the program: a title, and what is taken out of a dictionary for it."""
+    """A way to run the program: a title, what is taken out of a dictionary for it, and what is set otherwise."""
 
-    def __init__(self, title, *without, arguments=()):
-        self.title, self.without, self.arguments = title, without, list(arguments)
+    def __init__(self, title, *without, rules=None, sets=()):
+        self.title, self.without, self.rules, self.sets = title, without, rules or {}, list(sets)
 
     def dictionary(self, kind):
         content = json.loads((EXAMPLES / f"{kind}.json").read_text(encoding="utf-8"))
@@ -39,6 +51,14 @@ class Column:
         if "checks" in self.without:
             for shape in content.get("shapes", ()):
                 del shape["checks"]
+        rules = dict(self.rules)
+        for name in rules.pop(LEFT_OUT, ()):
+            if name in content["swaps"]["sets"]:
+                content["swaps"]["sets"].remove(name)
+        if rules:
+            content["resolving"] = rules
+        if self.sets:
+            content["swaps"]["sets"] += self.sets
         return content
 
 
@@ -58,7 +78,6 @@ class Answer:
         resolved = answer["resolved"]
         self.truth, self.outcome = reading["truth"], resolved["outcome"]
         self.text, self.margin = resolved.get("text"), resolved.get("margin")
-        # The least margin at which the text would be sure does not matter where it never is.
         self.can_be_sure = self.text is not None and resolved["open"] == 0 and resolved["check"] is not False
 
     def is_right(self):
@@ -76,7 +95,7 @@ def run(program, directory, column, kind, readings):
     dictionary = directory / "dictionary.json"
     dictionary.write_text(json.dumps(column.dictionary(kind)), encoding="utf-8")
     lines = "".join(json.dumps(reading, ensure_ascii=False) + "\n" for reading in readings)
-    done = subprocess.run([program, "run", "--json", *column.arguments, "--dictionary", dictionary, "-"],
+    done = subprocess.run([program, "run", "--json", "--dictionary", dictionary, "-"],
                           input=lines.encode(), stdout=subprocess.PIPE, check=False)
     if done.returncode not in (0, 1):
         sys.exit(f"{program} ended with {done.returncode}")
@@ -104,39 +123,80 @@ def ranked(answers):
     return sorted((answer for answer in answers if answer.can_be_sure), key=lambda answer: -answer.margin)
 
 
+def by_margin(answers):
+    """From the greatest margin down: the margin, and how many lines are right and wrong when all from there are taken."""
+    right = wrong = 0
+    for margin, equal in itertools.groupby(ranked(answers), key=lambda answer: answer.margin):
+        for answer in equal:
+            right, wrong = right + answer.is_right(), wrong + (not answer.is_right())
+        yield margin, right, wrong
+
+
 def tuned_margin(answers):
     """The margin with the most right lines among those with few enough wrong ones."""
-    best, right, wrong, margin = 0, 0, 0, float("inf")
-    for answer in ranked(answers):
-        right, wrong = right + answer.is_right(), wrong + (not answer.is_right())
-        if wrong <= WRONG_RATE * len(answers) and right > best:
-            best, margin = right, answer.margin
-    return margin
+    allowed = [(right, margin) for margin, right, wrong in by_margin(answers) if wrong <= WRONG_RATE * len(answers)]
+    return max(allowed, default=(0, float("inf")))[1]
 
 
-def cross_validated(answers):
-    """Right and wrong lines, in per cent, where the margin is tuned on one half and applied to the other.
+def merit(answers):
+    """How good rules are, whatever the margin: the right lines where no wrong one is allowed, or one, or up to a few more
+    than may be, added up. One number alone would follow chance."""
+    most = round(WRONG_RATE * len(answers)) + 2
+    best = [0] * (most + 1)
+    for _, right, wrong in by_margin(answers):
+        for k in range(wrong, most + 1):
+            best[k] = max(best[k], right)
+    return sum(best)
+
+
+def halves(num_lines):
+    """Ways to halve the lines, by their indices: what is tuned on, and what is counted."""
+    for seed in range(NUM_SPLITS):
+        shuffled = list(range(num_lines))
+        random.Random(seed).shuffle(shuffled)
+        half = num_lines // 2
+        yield shuffled[:half], shuffled[half:]
+        yield shuffled[half:], shuffled[:half]
+
+
+def cross_validated(choices):
+    """Right and wrong lines, in per cent, where everything is chosen on one half and applied to the other.
 
     The mean of many ways to halve them.
+
+    Args:
+        choices: the answers to all lines, in one order, once for each way to set the rules.
     """
+    num_lines = len(choices[0])
     sums = [0, 0]
-    for seed in range(NUM_SPLITS):
-        shuffled = list(answers)
-        random.Random(seed).shuffle(shuffled)
-        half = len(shuffled) // 2
-        for tuning, testing in ((shuffled[:half], shuffled[half:]), (shuffled[half:], shuffled[:half])):
-            right, wrong, *_ = count(answer.verdict(tuned_margin(tuning)) for answer in testing)
-            sums = [sums[0] + right, sums[1] + wrong]
-    return [100 * n / NUM_SPLITS / len(answers) for n in sums]
+    for tuning, testing in halves(num_lines):
+        best = max(choices, key=lambda answers: merit([answers[i] for i in tuning]))
+        margin = tuned_margin([best[i] for i in tuning])
+        right, wrong, *_ = count(best[i].verdict(margin) for i in testing)
+        sums = [sums[0] + right, sums[1] + wrong]
+    return [100 * n / NUM_SPLITS / num_lines for n in sums]
+
+
+def rules_tried(tuned):
+    """Every way to set the rules."""
+    return [dict(zip(tuned, values)) for values in itertools.product(*tuned.values())]
+
+
+def as_text(tuned):
+    return "; ".join(f"`{name}` {', '.join(map(str, values))}" for name, values in tuned.items() if name != LEFT_OUT)
+
+
+def answers_of(program, directory, everything, every, column):
+    """The answers to all lines, kind after kind."""
+    return [answer for kind in KINDS
+            for answer in run(program, directory, column, kind,
+                              [reading for reading in everything if reading["kind"] == kind][::every])]
 
 
 def curve(answers):
     """By margin: per cent right and per cent wrong of all lines when everything from there on is taken."""
-    points, right, wrong = [], 0, 0
-    for answer in ranked(answers):
-        right, wrong = right + answer.is_right(), wrong + (not answer.is_right())
-        points.append((answer.margin, 100 * right / len(answers), 100 * wrong / len(answers)))
-    return points
+    return [(margin, 100 * right / len(answers), 100 * wrong / len(answers))
+            for margin, right, wrong in by_margin(answers)]
 
 
 def picture(points, default):
@@ -159,7 +219,7 @@ def picture(points, default):
                      f'<text x="{x - 8:.1f}" y="{y + 4:.1f}" text-anchor="end">{right}</text>')
     line = " ".join(f"{x:.1f},{y:.1f}" for x, y in (place(right, wrong) for _, right, wrong in points))
     parts.append(f'<polyline points="{line}" fill="none" stroke="#06c" stroke-width="2"/>')
-    for margin in (100, 60, default, 20, 10, 0):
+    for margin in (default, 20, 10, 0):
         taken = [point for point in points if point[0] >= margin]
         if taken:
             x, y = place(taken[-1][1], taken[-1][2])
@@ -171,10 +231,10 @@ def picture(points, default):
     return "\n".join(parts) + "\n"
 
 
-def default_margin():
-    """The program's own, in points, as its header says."""
+def default_rule(name):
+    """A number of the library's own rules, in points."""
     source = (ROOT / "src" / "resolve" / "resolver_records.cpp").read_text(encoding="utf-8")
-    return int(source.split("minMargin = ")[1].split(";")[0]) / 100
+    return int(source.split(f"rules->{name} = ")[1].split(";")[0]) / 100
 
 
 def section(program, directory, everything, every, writes_picture):
@@ -198,22 +258,35 @@ def section(program, directory, everything, every, writes_picture):
     lines.append(last)
     shares = [cell([f"{100 * n / num_lines:.1f}" for n in counts]) for counts in totals]
     lines.append("| per cent | | " + " | ".join(shares) + " |")
-    right, wrong = cross_validated(default)
-    margin = default_margin()
+    right, wrong = cross_validated([default])
+    tried = [(rules, answers_of(program, directory, everything, every, Column("", rules=rules)))
+             for rules in rules_tried(TUNED_TOO)]
+    usual = rules_tried({name: (default_rule(name),) for name in TUNED_TOO if name not in TUNED})[0]
+    few = [answers for rules, answers in tried if all(rules[name] == value for name, value in usual.items())]
+    few_right, few_wrong = cross_validated(few)
+    all_right, all_wrong = cross_validated([answers for _, answers in tried])
+    margin = default_rule("minMargin")
     if writes_picture:
         PICTURE.write_text(picture(curve(default), margin), encoding="utf-8")
     text = "\n".join(lines) + f"""
 
 Each cell says how many lines are right, wrong, unsure and without a text: right and wrong are those that the program
 calls "sure". Raw is the engine's own text, taken as it is. The columns after it take the candidates of every position;
-with confusions (the swaps of the ready set `ocr-look-alikes`); with edits (one, for words two and for names three);
-with both; and with the check digits that vehicle and account codes have, which is what the dictionaries of
-`examples/resolve/` give as they stand.
+with confusions (the swaps of the ready sets `ocr-look-alikes` and, but for words and names, `ocr-slashed-zeros`); with
+edits (one, for words two and for names three); with both; and with the check digits that vehicle and account codes have,
+which is what the dictionaries of `examples/resolve/` give as they stand.
 
 The default margin is {margin:g} points. Where the margin is tuned on one half of the lines (the most right lines with at
 most {100 * WRONG_RATE:g} % wrong ones) and counted on the other half, and the reverse, {right:.1f} % are right and
-{wrong:.1f} % wrong, the mean of {NUM_SPLITS} ways to halve them. The dozen numbers of the rules (penalties, free text) were
-fitted on all 600 lines and are not part of that.
+{wrong:.1f} % wrong, the mean of {NUM_SPLITS} ways to halve them.
+
+The same where the weight of other candidates and the confusions are chosen on the one half with the margin:
+**{few_right:.1f} % are right and {few_wrong:.1f} % wrong.** Tried are all {len(few)} combinations of
+{as_text(TUNED)}; with and without the set `ocr-slashed-zeros`.
+With what swaps and missing characters cost, too
+({as_text({name: values for name, values in TUNED_TOO.items() if name not in TUNED})}),
+all {len(tried)} combinations, {all_right:.1f} % are right and {all_wrong:.1f} % wrong: so many choices begin to follow
+chance. The other numbers of the rules hardly matter here, or (free text) stay as they were fitted on all lines.
 
 ![Right against wrong lines as the margin falls](accuracy-margin.svg)
 """
@@ -245,11 +318,56 @@ def learnt_section(program, directory, everything, every):
         found = "; ".join(f"{shown(c['read'])}, {shown(c['meant'])}, {c['times']}, {c['of']}"
                           for c in learnt["confusions"])
         lines.append(f"| {kind} | {cell(checked['before'].values())} | {cell(checked['after'].values())} | {found} |")
+    shipped = ["| read | meant | times | of | penalty |", "|---|---|---|---|---|"]
+    for c in learn_confusions.learn(program):
+        shipped.append(f"| {shown(c['read'])} | {shown(c['meant'])} | {c['times']} | {c['of']} | {c['penalty']:g} |")
+    default, with_learnt = (
+        cell(count(answer.verdict() for answer in answers_of(program, directory, everything, every, column)))
+        for column in (COLUMNS[-1], Column("", sets=["ocr-learnt"])))
     return "\n".join(lines) + """
 
 `qoc learn --threshold 2` on each kind with the dictionary of `examples/resolve/` less its swaps. Lines are right, wrong,
 unsure and without a text, each judged with what the other four fifths of its kind teach. Times are those where the truth
 was no candidate; where it was one, no swap is needed.
+
+The ready set `ocr-learnt` is what `qoc learn` finds at its own threshold of 3 in the readings of all kinds together
+(`scripts/learn_confusions.py` writes it):
+
+""" + "\n".join(shipped) + f"""
+
+With it added to the dictionaries of `examples/resolve/` the lines come out {with_learnt}, and
+{default} without it, although it was learnt from these very lines: it gains nothing here. This engine lists
+nearly everything that it confuses among its candidates, and most of what is learnt of characters that are not there the
+program's own confusions say already. So it is in none of these dictionaries.
+"""
+
+
+def without_scores(reading, has_candidates):
+    """The reading as an engine would give it that tells no scores."""
+    bare = {"id": reading["id"], "kind": reading["kind"], "truth": reading["truth"]}
+    if not has_candidates:
+        return bare | {"text": reading["text"]}
+    return bare | {"positions": [[[character, 0] for character, _ in position] for position in reading["positions"]]}
+
+
+def bare_section(program, directory, everything, every):
+    """What comes of readings without scores."""
+    lines = ["| kind | lines | candidates in their order | text alone |", "|---|---|---|---|"]
+    totals = [[0] * 4, [0] * 4]
+    for kind in KINDS:
+        readings = [reading for reading in everything if reading["kind"] == kind][::every]
+        row = [count(answer.verdict() for answer in
+                     run(program, directory, COLUMNS[-1], kind,
+                         [without_scores(reading, has_candidates) for reading in readings]))
+               for has_candidates in (True, False)]
+        totals = [[a + b for a, b in zip(total, counts)] for total, counts in zip(totals, row)]
+        lines.append(f"| {kind} | {len(readings)} | " + " | ".join(map(cell, row)) + " |")
+    lines.append(f"| all | {sum(totals[0])} | " + " | ".join(map(cell, totals)) + " |")
+    return "\n".join(lines) + """
+
+The same readings with the default dictionaries and all scores taken away. A text is called sure where no other has as
+few differences from the first candidates: a line that was misread into another text of the dictionary is then sure and
+wrong, and nothing can show it. Only check digits help.
 """
 
 
@@ -259,12 +377,9 @@ def main():
     with open(READINGS, encoding="utf-8") as file:
         everything = [json.loads(line) for line in file]
     with tempfile.TemporaryDirectory() as name:
-        verdicts = [answer.verdict() for kind in KINDS
-                    for answer in run(sys.argv[1], pathlib.Path(name), COLUMNS[-1], kind,
-                                      [reading for reading in everything if reading["kind"] == kind])]
-    raw, resolved = count(map(raw_verdict, everything)), count(verdicts)
-    print("right / wrong / unsure / none of", len(everything), "lines: the engine's text", cell(raw) + ", resolved",
-          cell(resolved))
+        answers = answers_of(sys.argv[1], pathlib.Path(name), everything, 1, COLUMNS[-1])
+    print(f"all kinds, {len(everything)} lines, right / wrong / unsure / none: as read "
+          f"{cell(count(map(raw_verdict, everything)))}, default {cell(count(answer.verdict() for answer in answers))}")
 
 
 if __name__ == "__main__":

@@ -17,7 +17,8 @@ QOC_BEGIN_DECLS
  */
 typedef struct qoc_ocrDictionaryConfusion {
   Char32 read, meant;
-  int32_t listedPenalty; /**< Where `read` is the first candidate of a position and `meant` another one of it. */
+  int32_t listedPenalty; /**< Where `read` is the first candidate of a position and `meant` another one of it; at most
+                            the scores between them count. */
   int32_t swapPenalty; /**< Where `read` is a candidate, `meant` is none, and the swap character set lets one stand for
                           the other. */
 } qoc_ocrDictionaryConfusion;
@@ -49,9 +50,12 @@ typedef struct qoc_ocrDictionaryFreeText {
  * The total of a text is the sum of the scores of the candidates that it takes, less the penalties. No candidate counts
  * for more than the first one of its position. A swap equivalent takes the score of the candidate that it stands for. A
  * position of the reading without a character in the text, or with one that it does not show, counts 0.
+ *
+ * A reading whose scores are all 0 has none. Its texts are weighed by the number of differences from its first
+ * candidates (other candidates, swaps, edits), and by the penalties among those with equally many.
  */
 typedef struct qoc_ocrDictionaryResolverRules {
-  int32_t alternativePenalty; /**< A candidate that is not the first. */
+  int32_t alternativePenalty; /**< A candidate that is not the first; at most as much as its score is behind. */
   int32_t laterPenalty;       /**< The same, in addition, from the third on. */
   int32_t swapPenalty;        /**< A swap equivalent of a candidate, and a multi-character swap. */
   int32_t substitutedPenalty; /**< A character that the position does not show. */
@@ -61,6 +65,8 @@ typedef struct qoc_ocrDictionaryResolverRules {
                              keeps its score, less this. */
   int32_t leadCap;        /**< The lead of a position counts as this at most. */
   int32_t maxLag;         /**< Texts further behind the best one that the results allow are not looked for. */
+  int32_t maxMargin; /**< Margins are counted up to this, or to minMargin where that is more. Where one text is wanted,
+                        none further behind it is looked for. */
   qoc_ocrDictionaryFreeText freeWord;  /**< Where the best text is a word of a lexicon. */
   qoc_ocrDictionaryFreeText freeShape; /**< Where it comes from a fielding or an expression. */
   int32_t minMargin;                   /**< The margin from which a text is sure. */
@@ -86,7 +92,7 @@ QOC_API qsys_status qoc_ocrDictionaryResolverRules_validate(const qoc_ocrDiction
 typedef struct qoc_ocrDictionaryResolvedText {
   qoc_ocrDictionaryString text; /**< [empty] Its characters with the scores that they count. */
   int32_t total;                /**< [0] Scores less penalties. */
-  int32_t margin;               /**< [0] Lead over the next different text, or over the reading as free text. */
+  int32_t margin; /**< [0] Lead over the next different text, or over the reading as free text; 0 without scores. */
   int32_t resultIndex; /**< [-1] The result of the set that it comes from, or -1 where the set does not show it. */
   qoc_ocrDictionaryMode mode;      /**< [fielding] The kind of entry that describes it. */
   qstd_vector32s inputIndices;     /**< [empty] For each character its position in the reading, or -1. */
@@ -117,7 +123,9 @@ QOC_API const char *qoc_ocrDictionaryOutcome_getName(qoc_ocrDictionaryOutcome ou
 
 /** What came of resolving one reading. */
 typedef struct qoc_ocrDictionaryResolution {
-  qoc_ocrDictionaryOutcome outcome;                /**< [none] */
+  qoc_ocrDictionaryOutcome outcome; /**< [none] */
+  qsys_bool hasScores; /**< [0] 0: the reading has no scores, and no margin can be told. Its best text is sure where no
+                          other text has as few differences from it. */
   qstd_vector_qoc_ocrDictionaryResolvedText texts; /**< [empty] All different, best first. Owned. */
 } qoc_ocrDictionaryResolution;
 
@@ -156,9 +164,9 @@ QOC_API qsys_status qoc_ocrDictionaryResolver_setDictionary(qoc_ocrDictionaryRes
  * From every result of a fielding or an expression come the texts that its positions allow; a text that fails a check
  * of its entry comes only where none passes. With a dictionary, the words are those of its lexicons within reach of the
  * params, whatever the set shows; characters that an edit leaves open are found out where the entry allows one only, or
- * the check digits leave one; and where the set may not show all results (returnBestOnly, or several entries that are
- * no lexicons) the entries are matched again, each for itself. Without one, the words are those of the set, and only a
- * check with entry 0 is applied.
+ * the check digits leave one; and where the set may not show all results that matter (returnBestOnly, or several
+ * entries that are no lexicons) the entries are matched again, each for itself. Without one, the words are those of the
+ * set, and only a check with entry 0 is applied. A computed set without results is believed: there is no text.
  *
  * @param[in]  reading the one that the run was given
  * @param[in]  params  those of the run; null stands for the defaults

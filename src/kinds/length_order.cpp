@@ -4,13 +4,17 @@
 //
 //     lengths 3 2 4 1:   i = 0: 2 at 1, 1 at 3;  the rotation gives 1 3 4 2;  i = 1: 2 at 3;  1 2 4 3;  i = 2: 1 2 3 4
 //
-// For every length the places from i on that hold it are kept as a heap. A length stands in the chain when it is
-// shorter than that of i and its first place lies in front of the first places of all shorter ones; so one pass over
-// the first places, shortest length first, gives the chain from its end.
+// For every length the places from i on that hold it are known. A length stands in the chain when it is shorter than
+// that of i and its first place lies in front of the first places of all shorter ones; so one pass over the first
+// places, shortest length first, gives the chain from its end. A length's first place only ever goes up: the one that
+// it gets for it lies behind. So the places may be a row of bits with a mark at the first, which goes over the row once
+// in all. Where there are so many lengths that their rows would take much memory, the places are a heap.
 
 #include "kinds/length_order.hpp"
 
 #include <algorithm>
+#include <bit>
+#include <cstdint>
 #include <functional>
 #include <numeric>
 
@@ -19,8 +23,9 @@ namespace qoc {
 namespace {
 
 /// The places that hold one length, the first on top.
-class Places {
+class HeapOfPlaces {
  public:
+  explicit HeapOfPlaces(std::size_t /*numPlaces*/) {}
   bool isEmpty() const { return heap_.empty(); }
   std::int32_t first() const { return heap_.front(); }
 
@@ -47,26 +52,51 @@ class Places {
   std::vector<std::int32_t> heap_;
 };
 
-}  // namespace
+/// The same as a row of bits.
+class RowOfPlaces {
+ public:
+  explicit RowOfPlaces(std::size_t numPlaces)
+      : bits_(numPlaces / 64 + 1), first_(static_cast<std::int32_t>(numPlaces)) {}
+  bool isEmpty() const { return numPlaces_ == 0; }
+  std::int32_t first() const { return first_; }
 
-std::vector<std::int32_t> orderByLength(std::span<const std::int32_t> lengths, WorkMeter &meter) {
-  std::vector<std::int32_t> order(lengths.size());
-  std::iota(order.begin(), order.end(), 0);
-  if (std::ranges::is_sorted(lengths)) {
-    return order;
+  void append(std::int32_t place) {
+    first_ = isEmpty() ? place : first_;
+    add(place);
   }
-  std::vector<std::int32_t> distinct(lengths.begin(), lengths.end());
-  std::ranges::sort(distinct, [&meter](std::int32_t a, std::int32_t b) {
-    meter.spend(1);
-    return a < b;
-  });
-  distinct.erase(std::unique(distinct.begin(), distinct.end()), distinct.end());
-  // From here on a length is its rank among the different ones.
-  std::vector<std::int32_t> ranks(lengths.size());
-  std::vector<Places> places(distinct.size());
-  for (std::size_t i = 0; i < lengths.size(); ++i) {
-    meter.spend(16);
-    ranks[i] = static_cast<std::int32_t>(std::ranges::lower_bound(distinct, lengths[i]) - distinct.begin());
+  void removeFirst() {
+    std::uint64_t &bits = bits_[static_cast<std::size_t>(first_) / 64];
+    bits &= bits - 1;  // In front of the first there is none.
+    if (--numPlaces_ > 0) {
+      std::size_t word = static_cast<std::size_t>(first_) / 64;
+      while (bits_[word] == 0) {
+        ++word;
+      }
+      first_ = static_cast<std::int32_t>(64 * word) + std::countr_zero(bits_[word]);
+    }
+  }
+  void replaceFirst(std::int32_t place) {
+    add(place);
+    removeFirst();
+  }
+
+ private:
+  void add(std::int32_t place) {
+    bits_[static_cast<std::size_t>(place) / 64] |= std::uint64_t{1} << (place % 64);
+    ++numPlaces_;
+  }
+
+  std::vector<std::uint64_t> bits_;
+  std::int32_t numPlaces_ = 0, first_;
+};
+
+/// `ranks` are the lengths, each as its rank among the different ones.
+template <class Places>
+std::vector<std::int32_t> orderByRank(std::span<const std::int32_t> ranks, std::size_t numRanks, WorkMeter &meter) {
+  std::vector<std::int32_t> order(ranks.size());
+  std::iota(order.begin(), order.end(), 0);
+  std::vector<Places> places(numRanks, Places(ranks.size()));
+  for (std::size_t i = 0; i < ranks.size(); ++i) {
     places[static_cast<std::size_t>(ranks[i])].append(static_cast<std::int32_t>(i));
   }
   std::size_t shortest = 0;  // Of the lengths that are left.
@@ -106,6 +136,30 @@ std::vector<std::int32_t> orderByLength(std::span<const std::int32_t> lengths, W
     }
   }
   return order;
+}
+
+}  // namespace
+
+std::vector<std::int32_t> orderByLength(std::span<const std::int32_t> lengths, WorkMeter &meter) {
+  if (std::ranges::is_sorted(lengths)) {
+    std::vector<std::int32_t> order(lengths.size());
+    std::iota(order.begin(), order.end(), 0);
+    return order;
+  }
+  std::vector<std::int32_t> distinct(lengths.begin(), lengths.end());
+  std::ranges::sort(distinct, [&meter](std::int32_t a, std::int32_t b) {
+    meter.spend(1);
+    return a < b;
+  });
+  distinct.erase(std::unique(distinct.begin(), distinct.end()), distinct.end());
+  std::vector<std::int32_t> ranks(lengths.size());
+  std::ranges::transform(lengths, ranks.begin(), [&](std::int32_t length) {
+    meter.spend(16);
+    return static_cast<std::int32_t>(std::ranges::lower_bound(distinct, length) - distinct.begin());
+  });
+  constexpr std::size_t mostRows = 512;
+  return distinct.size() <= mostRows ? orderByRank<RowOfPlaces>(ranks, distinct.size(), meter)
+                                     : orderByRank<HeapOfPlaces>(ranks, distinct.size(), meter);
 }
 
 }  // namespace qoc

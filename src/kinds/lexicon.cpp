@@ -11,6 +11,7 @@
 #include "frame/frame.hpp"
 #include "kinds/length_order.hpp"
 #include "kinds/lexicon_index.hpp"
+#include "platform/containers/shared_elements.hpp"
 #include "text/views.hpp"
 
 using qoc::Frame;
@@ -85,49 +86,75 @@ qsys_status checkList(const Strings &strings, WorkMeter &meter) {
   return isUnique ? QSYS_STATUS_OK : QOC_STATUS_STRING_DUPLICATE;
 }
 
-constexpr std::size_t unitsPerCopy = 32;  ///< Of a word, in a meter's units.
+/// The words of a list to be, in any order.
+using Chosen = std::vector<const String *>;
 
-qsys_status appendWords(Strings &words, const Strings &source, WorkMeter &meter) {
-  QOC_TRY(qstd_vector_qoc_ocrDictionaryString_reserve(&words, qoc::sizeOf(source)));
-  for (const String &word : view(source)) {
-    meter.spend(unitsPerCopy);
-    QOC_TRY(qstd_vector_qoc_ocrDictionaryString_pushBack(&words, &word));
+Chosen chosenOf(const Strings &strings, WorkMeter &meter) {
+  Chosen chosen;
+  chosen.reserve(view(strings).size() + 1);
+  for (const String &string : view(strings)) {
+    meter.spend(1);
+    chosen.push_back(&string);
   }
-  return QSYS_STATUS_OK;
+  return chosen;
 }
 
-/// Brings a list into the lexicon's order.
-void sortByLength(Strings &strings, WorkMeter &meter) {
-  const auto words = qoc::editAs<String>(strings);
+/// Brings words into the lexicon's order.
+void sortByLength(Chosen &words, WorkMeter &meter) {
   std::vector<std::int32_t> lengths(words.size());
-  std::ranges::transform(words, lengths.begin(), [&meter](const String &word) {
-    meter.spend(1);
-    return qoc::sizeOf(word);
+  std::ranges::transform(words, lengths.begin(), [&meter](const String *word) {
+    meter.spend(4);
+    return qoc::sizeOf(*word);
   });
   if (std::ranges::is_sorted(lengths)) {
     return;
   }
   const std::vector<std::int32_t> order = qoc::orderByLength(lengths, meter);
-  const std::vector<String> unsorted(words.begin(), words.end());  // The records; each finds its one place again.
-  for (std::size_t i = 0; i < order.size(); ++i) {
-    words[i] = unsorted[static_cast<std::size_t>(order[i])];
+  Chosen sorted(words.size());
+  std::ranges::transform(order, sorted.begin(),
+                         [&](std::int32_t word) { return words[static_cast<std::size_t>(word)]; });
+  words.swap(sorted);
+}
+
+/// Fills an empty list with copies of words. Their characters lie together, in the list's order: that saves a block for
+/// each, and a match looks at words of one length.
+qsys_status copyWords(const Chosen &words, Strings &copies, WorkMeter &meter) {
+  std::size_t numBytes = 0;
+  for (const String *word : words) {
+    meter.spend(4);
+    numBytes += qoc::ElementPool::sizeOf(view(*word).size(), sizeof(qoc_ocrDictionaryChar));
   }
+  qoc::ElementPool pool(numBytes);
+  constexpr std::size_t wordsPerPart = 1 << 16;
+  for (std::size_t i = 0; i < words.size(); ++i) {
+    if (i % wordsPerPart == 0) {  // In parts, so that the memory is not touched in one long go.
+      QOC_TRY(qstd_vector_qoc_ocrDictionaryString_reserve(&copies, static_cast<std::int32_t>(words.size())));
+      const std::size_t end = std::min(words.size(), i + wordsPerPart);
+      QOC_TRY(qstd_vector_qoc_ocrDictionaryString_resize(&copies, static_cast<std::int32_t>(end)));
+    }
+    meter.spend(8 + qoc::unitsOf(*words[i]));
+    const auto made = qoc::editAs<String>(copies);
+    QOC_TRY(pool.placeCopies(made[i].characters.core, view(*words[i]).data(), qoc::sizeOf(*words[i])));
+  }
+  return QSYS_STATUS_OK;
 }
 
 /// When the index of new words is made: with them, or, where words come one by one, when it is first used.
 enum class IndexTime { now, later };
 
-/// Runs fill(list, meter) on a fresh list and makes it, sorted, the lexicon's words. Long lists ask for attention on
-/// the way; what has been put together is then dropped.
-template <class Fill>
-qsys_status replaceWords(qoc_ocrDictionaryLexicon &lexicon, IndexTime indexTime, Fill fill) {
+/// Chooses words by choose(words, meter) and makes copies of them, sorted, the lexicon's words. Long lists ask for
+/// attention on the way; what has been put together is then dropped.
+template <class Choose>
+qsys_status replaceWords(qoc_ocrDictionaryLexicon &lexicon, IndexTime indexTime, Choose choose) {
   qoc_ocrDictionaryLexicon fresh = {};
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
     QOC_TRY(qoc_ocrDictionaryLexicon_construct(&fresh));
     frame.local<qoc_ocrDictionaryLexicon_destruct>(&fresh);
     WorkMeter meter;
-    QOC_TRY(fill(fresh.strings, meter));
-    sortByLength(fresh.strings, meter);
+    Chosen words;
+    QOC_TRY(choose(words, meter));
+    sortByLength(words, meter);
+    QOC_TRY(copyWords(words, fresh.strings, meter));
     qoc::renewIndex(fresh);
     if (indexTime == IndexTime::now) {
       qoc::indexOf(fresh);
@@ -169,8 +196,10 @@ qsys_status qoc_ocrDictionaryLexicon_assign(qoc_ocrDictionaryLexicon *object, co
   }
   Strings copy;
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    QOC_TRY(qstd_vector_qoc_ocrDictionaryString_constructCopy(&copy, &source->strings));
+    QOC_TRY(qstd_vector_qoc_ocrDictionaryString_constructEmpty(&copy));
     frame.local<qstd_vector_qoc_ocrDictionaryString_destruct>(&copy);
+    WorkMeter meter;
+    QOC_TRY(copyWords(chosenOf(source->strings, meter), copy, meter));
     QOC_TRY(qstd_vector_qoc_ocrDictionaryString_swap(&object->strings, &copy));
     qoc::shareIndex(*object, *source);
     return QSYS_STATUS_OK;
@@ -200,9 +229,10 @@ qsys_status qoc_ocrDictionaryLexicon_setStrings(qoc_ocrDictionaryLexicon *lexico
   if (!present({lexicon, strings})) {
     return QSYS_STATUS_OK;
   }
-  return replaceWords(*lexicon, IndexTime::now, [&](Strings &words, WorkMeter &meter) -> qsys_status {
+  return replaceWords(*lexicon, IndexTime::now, [&](Chosen &words, WorkMeter &meter) -> qsys_status {
     QOC_TRY(checkList(*strings, meter));
-    return appendWords(words, *strings, meter);
+    words = chosenOf(*strings, meter);
+    return QSYS_STATUS_OK;
   });
 }
 
@@ -210,12 +240,11 @@ qsys_status qoc_ocrDictionaryLexicon_setStringsSafe(qoc_ocrDictionaryLexicon *le
   if (!present({lexicon, strings})) {
     return QSYS_STATUS_OK;
   }
-  return replaceWords(*lexicon, IndexTime::now, [&](Strings &words, WorkMeter &meter) -> qsys_status {
+  return replaceWords(*lexicon, IndexTime::now, [&](Chosen &words, WorkMeter &meter) -> qsys_status {
     StringSet seen(static_cast<std::size_t>(qoc::sizeOf(*strings)), meter);
     for (const String &string : view(*strings)) {
       if (qoc::sizeOf(string) > 0 && seen.insert(string)) {
-        meter.spend(unitsPerCopy);
-        QOC_TRY(qstd_vector_qoc_ocrDictionaryString_pushBack(&words, &string));
+        words.push_back(&string);
       }
     }
     return QSYS_STATUS_OK;
@@ -245,7 +274,7 @@ qsys_status qoc_ocrDictionaryLexicon_addString(qoc_ocrDictionaryLexicon *lexicon
     return QSYS_STATUS_OK;
   }
   // Deliberate: an empty word is not refused here.
-  return replaceWords(*lexicon, IndexTime::later, [&](Strings &words, WorkMeter &meter) -> qsys_status {
+  return replaceWords(*lexicon, IndexTime::later, [&](Chosen &words, WorkMeter &meter) -> qsys_status {
     const auto isSame = [&](const String &word) {
       meter.spend(4);
       return haveSameCodes(word, *string);
@@ -253,9 +282,9 @@ qsys_status qoc_ocrDictionaryLexicon_addString(qoc_ocrDictionaryLexicon *lexicon
     if (std::ranges::any_of(view(lexicon->strings), isSame)) {
       return QOC_STATUS_STRING_DUPLICATE;
     }
-    QOC_TRY(qstd_vector_qoc_ocrDictionaryString_reserve(&words, qoc::sizeOf(lexicon->strings) + 1));
-    QOC_TRY(appendWords(words, lexicon->strings, meter));
-    return qstd_vector_qoc_ocrDictionaryString_pushBack(&words, string);
+    words = chosenOf(lexicon->strings, meter);
+    words.push_back(string);
+    return QSYS_STATUS_OK;
   });
 }
 
@@ -279,13 +308,12 @@ qsys_status qoc_ocrDictionaryLexicon_removeString(qoc_ocrDictionaryLexicon *lexi
   if (!present({lexicon, string})) {
     return QSYS_STATUS_OK;
   }
-  return replaceWords(*lexicon, IndexTime::later, [&](Strings &words, WorkMeter &meter) -> qsys_status {
-    for (const String &word : view(lexicon->strings)) {
-      meter.spend(unitsPerCopy);
-      if (!haveSameCodes(word, *string)) {
-        QOC_TRY(qstd_vector_qoc_ocrDictionaryString_pushBack(&words, &word));
-      }
-    }
-    return qoc::sizeOf(words) == qoc::sizeOf(lexicon->strings) ? QOC_STATUS_STRING_ABSENT : QSYS_STATUS_OK;
+  return replaceWords(*lexicon, IndexTime::later, [&](Chosen &words, WorkMeter &meter) -> qsys_status {
+    words = chosenOf(lexicon->strings, meter);
+    const std::size_t numRemoved = std::erase_if(words, [&](const String *word) {
+      meter.spend(4);
+      return haveSameCodes(*word, *string);
+    });
+    return numRemoved == 0 ? QOC_STATUS_STRING_ABSENT : QSYS_STATUS_OK;
   });
 }

@@ -2,12 +2,13 @@
 
 #include <algorithm>
 #include <atomic>
+#include <limits>
 #include <mutex>
 #include <optional>
+#include <utility>
 
 #include "kinds/lexicon_roads.hpp"
 #include "platform/system/shortcuts.hpp"
-#include "text/bit_distance.hpp"
 
 namespace qoc {
 
@@ -29,23 +30,26 @@ std::uint64_t reversedBits(std::uint64_t bits, std::int32_t numBits) noexcept {
 }  // namespace
 
 LexiconIndex::LexiconIndex(std::span<const qoc_ocrDictionaryString> words, WorkMeter &meter)
-    : table_(words, meter), letters_(words, table_, meter) {
-  signatures_.reserve(words.size());
-  const auto groups = letters_.groups();
-  for (std::size_t g = 0; g < groups.size(); ++g) {
-    const Letter *letter = letters_.lettersOf(groups[g], groups[g].first);
-    for (std::int32_t word = groups[g].first; word < letters_.endOf(g); ++word) {
-      meter.spend(1 + static_cast<std::size_t>(groups[g].length));
+    : LexiconIndex(LetterTable(words, meter), words, meter) {
+  if (words.size() <= shortList) {
+    for (const qoc_ocrDictionaryString &word : words) {
       std::uint64_t signature = 0;
-      for (std::int32_t i = 0; i < groups[g].length; ++i) {
-        signature |= LetterTable::signatureBit(*letter++);
+      for (const qoc_ocrDictionaryChar &character : view(word)) {
+        signature |= ReadingMatches::codeBit(character.code);
       }
-      signatures_.push_back(signature);
+      codeSignatures_.push_back(signature);
     }
   }
-  if (letters_.numWords() >= lexiconRoads().minWordsForTries && letters_.numWords() <= maxWordsForTries) {
-    forward_ = WordTrie(letters_, WordTrie::Direction::forward, meter, &equals_);
-    backward_ = WordTrie(letters_, WordTrie::Direction::backward, meter);
+}
+
+LexiconIndex::LexiconIndex(LetterTable &&table, std::span<const qoc_ocrDictionaryString> words, WorkMeter &meter)
+    : LexiconIndex(std::move(table), WordLetters(words, table, meter), meter) {}
+
+LexiconIndex::LexiconIndex(LetterTable &&table, const WordLetters &letters, WorkMeter &meter)
+    : table_(std::move(table)), scan_(letters, meter) {
+  if (letters.numWords() >= lexiconRoads().minWordsForTries && letters.numWords() <= maxWordsForTries) {
+    forward_ = WordTrie(letters, WordTrie::Direction::forward, meter, &equals_);
+    backward_ = WordTrie(letters, WordTrie::Direction::backward, meter);
     std::ranges::sort(equals_, [&meter](const auto &a, const auto &b) {
       meter.spend(2);
       return a < b;
@@ -56,6 +60,7 @@ LexiconIndex::LexiconIndex(std::span<const qoc_ocrDictionaryString> words, WorkM
 void LexiconIndex::prepare(const ReadingMatches &matches, Window window, IndexQuery &query) const {
   query.numPositions = window.size();
   query.hasRows = query.numPositions <= IndexQuery::maxPositions;
+  query.maxLetter = table_.maxLetter();
   if (!query.hasRows) {
     // What a reading does not cover, none of its windows does.
     query.coveredBits = table_.coveredBits(matches);
@@ -73,30 +78,42 @@ void LexiconIndex::prepare(const ReadingMatches &matches, Window window, IndexQu
   }
 }
 
+void LexiconIndex::findInShort(const ReadingMatches &matches, std::int32_t maxEdits, std::int32_t first,
+                               std::int32_t end, std::vector<std::int32_t> &found) const {
+  const std::uint64_t uncovered = ~matches.coveredCodes();
+  for (std::int32_t word = first; word < end; ++word) {
+    if (std::popcount(codeSignatures_[static_cast<std::size_t>(word)] & uncovered) <= maxEdits) {
+      found.push_back(word);
+    }
+  }
+}
+
 bool LexiconIndex::walks(const IndexQuery &query, std::int32_t maxEdits) const noexcept {
-  return !forward_.isEmpty() && query.hasRows && query.numPositions >= 2 && maxEdits <= maxEditsInTries;
+  // Pieces of as many positions as there are edits match everywhere.
+  const std::int32_t tooShort = scan_.goesByBlocks(query) ? 2 * maxEdits : 1;
+  return !forward_.isEmpty() && query.hasRows && query.numPositions > tooShort && maxEdits <= maxEditsInTries;
+}
+
+/// How many nodes of the tries may be visited before a scan costs less.
+std::int64_t LexiconIndex::mostVisits(const IndexQuery &query, std::int32_t maxEdits) const noexcept {
+  if (!scan_.goesByBlocks(query)) {
+    return std::numeric_limits<std::int64_t>::max();
+  }
+  // About as many letters of blocks are scanned in the time of a visit, where a byte holds a reading's column.
+  constexpr std::int64_t lettersPerVisit = 300;
+  const std::size_t numLetters =
+      scan_.numLettersUpTo(query.numPositions + maxEdits) - scan_.numLettersUpTo(query.numPositions - maxEdits - 1);
+  return static_cast<std::int64_t>(numLetters) / (query.numPositions <= 8 ? lettersPerVisit : lettersPerVisit / 2) +
+         1000;
 }
 
 void LexiconIndex::find(const IndexQuery &query, std::int32_t maxEdits, std::int32_t first, std::int32_t end,
                         std::vector<std::int32_t> &found) const {
   found.clear();
-  if (!walks(query, maxEdits)) {
-    scan(query, maxEdits, first, end, found);
+  if (!walks(query, maxEdits) || !walkWithin(query, maxEdits, found)) {
+    found.clear();
+    scan_.find(query, maxEdits, first, end, found);
     return;
-  }
-  switch (maxEdits) {
-    case 0:
-      walk<0>(query, found);
-      break;
-    case 1:
-      walk<1>(query, found);
-      break;
-    case 2:
-      walk<2>(query, found);
-      break;
-    default:
-      walk<3>(query, found);
-      break;
   }
   if (!equals_.empty()) {
     for (std::size_t i = 0, numFound = found.size(); i < numFound; ++i) {
@@ -111,39 +128,39 @@ void LexiconIndex::find(const IndexQuery &query, std::int32_t maxEdits, std::int
   found.erase(std::unique(found.begin(), found.end()), found.end());
 }
 
+bool LexiconIndex::walkWithin(const IndexQuery &query, std::int32_t maxEdits, std::vector<std::int32_t> &found) const {
+  switch (maxEdits) {
+    case 0:
+      return walk<0>(query, found);
+    case 1:
+      return walk<1>(query, found);
+    case 2:
+      return walk<2>(query, found);
+    default:
+      return walk<3>(query, found);
+  }
+}
+
 template <int Edits>
-void LexiconIndex::walk(const IndexQuery &query, std::vector<std::int32_t> &found) const {
+bool LexiconIndex::walk(const IndexQuery &query, std::vector<std::int32_t> &found) const {
   const int n = query.numPositions;
+  std::int64_t numVisits = mostVisits(query, Edits);
   const auto keep = [&found](std::int32_t word) { found.push_back(word); };
   WorkMeter meter;
   if constexpr (Edits == 0) {
-    forward_.walk(EditAutomaton<0>(n, 0, 0), query.rows, meter, keep);
+    forward_.walk(EditAutomaton<0>(n, 0, 0), query.rows, meter, numVisits, keep);
   } else {
     constexpr int inFront = Edits / 2;
     constexpr int behind = Edits - 1 - inFront;
     const int cut = n / 2;
-    forward_.walk(EditAutomaton<Edits>(n, cut, inFront), query.rows, meter, keep);
-    backward_.walk(EditAutomaton<Edits>(n, n - cut, behind), query.reversedRows, meter, keep);
+    forward_.walk(EditAutomaton<Edits>(n, cut, inFront), query.rows, meter, numVisits, keep);
+    backward_.walk(EditAutomaton<Edits>(n, n - cut, behind), query.reversedRows, meter, numVisits, keep);
   }
-}
-
-void LexiconIndex::scan(const IndexQuery &query, std::int32_t maxEdits, std::int32_t first, std::int32_t end,
-                        std::vector<std::int32_t> &found) const {
-  const auto groups = letters_.groups();
-  for (std::size_t g = 0; g < groups.size(); ++g) {
-    const std::int32_t last = std::min(letters_.endOf(g), end);
-    for (std::int32_t word = std::max(groups[g].first, first); word < last; ++word) {
-      if (mayMatch(word, query, maxEdits) &&
-          (!query.hasRows || bitDistance(query.rows, query.numPositions, letters_.lettersOf(groups[g], word),
-                                         groups[g].length) <= maxEdits)) {
-        found.push_back(word);
-      }
-    }
-  }
+  return numVisits >= 0;
 }
 
 std::size_t LexiconIndex::numBytes() const noexcept {
-  return sizeof *this + table_.numBytes() + letters_.numBytes() + signatures_.capacity() * sizeof(std::uint64_t) +
+  return sizeof *this + codeSignatures_.capacity() * sizeof(std::uint64_t) + table_.numBytes() + scan_.numBytes() +
          equals_.capacity() * sizeof equals_[0] + forward_.numBytes() + backward_.numBytes();
 }
 

@@ -20,29 +20,17 @@
 // none is lost.
 //
 // **Words of many edits, by a scan.** Where pieces of the reading are so short, or the edits so many, that the walks
-// prune little, the words of the admissible lengths are gone through. A word's signature has a bit for each of its
-// letters; a letter that matches no position costs an edit of its own, so a word with more such bits than edits allowed
-// is refused at the cost of a few instructions. The others are measured by the bit-parallel distance (Myers, 1999;
-// Hyyrö, 2003).
+// prune little, the words of the admissible lengths are gone through (see WordScan).
 
 #include <qoc/lexicon.h>
 
 #include <cstdint>
 #include <vector>
 
+#include "kinds/word_scan.hpp"
 #include "kinds/word_trie.hpp"
 
 namespace qoc {
-
-/// A reading as the index looks for it, made once for the searches with all numbers of edits.
-struct IndexQuery {
-  std::int32_t numPositions = 0;
-  std::uint64_t coveredBits = 0;
-  bool hasRows = false;  // Readings of at most maxPositions.
-  LetterMatches rows, reversedRows;
-
-  static constexpr std::int32_t maxPositions = 63;
-};
 
 class LexiconIndex {
  public:
@@ -53,8 +41,16 @@ class LexiconIndex {
 
   /// Whether the word's letters leave it an alignment of at most maxEdits edits with the reading or with a part of it.
   bool mayMatch(std::int32_t word, const IndexQuery &query, std::int32_t maxEdits) const noexcept {
-    return std::popcount(signatures_[static_cast<std::size_t>(word)] & ~query.coveredBits) <= maxEdits;
+    return scan_.mayMatch(word, query, maxEdits);
   }
+
+  /// Whether the list is so short that findInShort finds what there is at less cost than a search: a dictionary may
+  /// have very many short lists.
+  bool isShort() const noexcept { return !codeSignatures_.empty(); }
+  /// Adds words of [first, end) of a short list to `found`, in ascending order: every one whose codes leave it an
+  /// alignment of at most maxEdits edits with the reading or with a part of it.
+  void findInShort(const ReadingMatches &matches, std::int32_t maxEdits, std::int32_t first, std::int32_t end,
+                   std::vector<std::int32_t> &found) const;
 
   /// Whether a search goes through tries, all words at once; a scan can be done in parts.
   bool walks(const IndexQuery &query, std::int32_t maxEdits) const noexcept;
@@ -65,19 +61,25 @@ class LexiconIndex {
   void find(const IndexQuery &query, std::int32_t maxEdits, std::int32_t first, std::int32_t end,
             std::vector<std::int32_t> &found) const;
 
-  std::size_t numWords() const noexcept { return signatures_.size(); }
+  std::size_t numWords() const noexcept { return scan_.numWords(); }
   /// The bytes that the index takes.
   std::size_t numBytes() const noexcept;
 
  private:
+  std::int64_t mostVisits(const IndexQuery &query, std::int32_t maxEdits) const noexcept;
+  /// Adds what walks of the tries find. @return whether they were gone through with
+  bool walkWithin(const IndexQuery &query, std::int32_t maxEdits, std::vector<std::int32_t> &found) const;
   template <int Edits>
-  void walk(const IndexQuery &query, std::vector<std::int32_t> &found) const;
-  void scan(const IndexQuery &query, std::int32_t maxEdits, std::int32_t first, std::int32_t end,
-            std::vector<std::int32_t> &found) const;
+  bool walk(const IndexQuery &query, std::vector<std::int32_t> &found) const;
 
+  LexiconIndex(LetterTable &&table, std::span<const qoc_ocrDictionaryString> words, WorkMeter &meter);
+  LexiconIndex(LetterTable &&table, const WordLetters &letters, WorkMeter &meter);
+
+  static constexpr std::size_t shortList = 64;
+
+  std::vector<std::uint64_t> codeSignatures_;  // Of a short list: by word, the bits of its codes.
   LetterTable table_;
-  WordLetters letters_;
-  std::vector<std::uint64_t> signatures_;
+  WordScan scan_;
   std::vector<std::pair<std::int32_t, std::int32_t>>
       equals_;  // Words with the letters of one in the tries, by that one.
   WordTrie forward_, backward_;

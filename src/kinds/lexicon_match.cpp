@@ -31,6 +31,13 @@
 //   one.
 //
 // So the search begins with no edits and allows one more as long as nothing is found within those allowed.
+//
+// **Variants** are tried alike: let S be any of a reading's variants, in order, that hold every one with a result of E
+// edits. Each gives its whole list of results, which begins with those of E edits, so what the variants left out would
+// have added again changes nothing but order indexes, and what was said of ties and kinds holds for the merge of lists,
+// too. What the best result B caches depends only on the results of lists that follow, one after the other until one
+// passes B: a duplicate does, a result that comes first in the primary-rank order, or a tie; the first two are the same
+// in S and in all, and at a tie all that B can cache is cached.
 
 #include "kinds/lexicon_match.hpp"
 
@@ -77,6 +84,17 @@ qsys_status makeLocal(Frame<Capacity> &frame, qoc_ocrDictionaryResultSet &set) {
   return QSYS_STATUS_OK;
 }
 
+bool isDefaultRanking(const qoc_ocrDictionaryRunParams *params) noexcept {
+  return params == nullptr || (params->rankingMode != 1 && params->finalizeEachResult == 0);
+}
+
+/// The next number of edits to be tried: one more as long as tries are walked, then twice as many, so that all tries
+/// together cost little more than the last.
+std::int32_t moreEdits(std::int32_t edits, std::int32_t maxEdits) noexcept {
+  constexpr std::int32_t oneByOne = 3;
+  return edits < oneByOne ? edits + 1 : edits > maxEdits / 2 ? maxEdits : 2 * edits;
+}
+
 /// One reading against the words of a lexicon.
 class WordMatcher {
  public:
@@ -106,8 +124,7 @@ class WordMatcher {
     if (index_ != nullptr && known_.empty()) {
       index_->prepare(matches_, {0, matches_.size()}, query_);
     }
-    const bool isDefaultRanking = params_ == nullptr || (params_->rankingMode != 1 && params_->finalizeEachResult == 0);
-    if (lexiconRoads().usesOutlines && isDefaultRanking && !searchesWindows_) {
+    if (lexiconRoads().usesOutlines && isDefaultRanking(params_) && !searchesWindows_) {
       areFinished = true;
       return matchByOutlines(results);
     }
@@ -166,7 +183,7 @@ class WordMatcher {
   qsys_status matchByOutlines(qoc_ocrDictionaryResultSet &results) {
     // A limit beyond every cost admits edits that the params forbid, which fewer edits leave out.
     const bool isBounded = wanted_ == Wanted::best && maxEdits_ < EditTable::unreachable && lexiconRoads().usesBound;
-    for (std::int32_t edits = isBounded ? 0 : maxEdits_;; edits = moreEdits(edits)) {
+    for (std::int32_t edits = isBounded ? 0 : maxEdits_;; edits = moreEdits(edits, maxEdits_)) {
       outlined_.clear();
       if (maxEdits_ > 1) {
         // Alignments of few edits are the same whatever the limit above them; but 1 is a limit of another kind.
@@ -178,13 +195,6 @@ class WordMatcher {
       }
     }
     return outlined_.makeResults(aligner_, wanted_ == Wanted::best ? 1 : INT32_MAX, results);
-  }
-
-  /// The next number of edits to be tried: one more as long as tries are walked, then twice as many, so that all tries
-  /// together cost little more than the last.
-  std::int32_t moreEdits(std::int32_t edits) const noexcept {
-    constexpr std::int32_t oneByOne = 3;
-    return edits < oneByOne ? edits + 1 : edits > maxEdits_ / 2 ? maxEdits_ : 2 * edits;
   }
 
   qsys_status outlineFound() {
@@ -214,7 +224,9 @@ class WordMatcher {
       __builtin_prefetch(&words_[static_cast<std::size_t>(found_[i + 2 * ahead])]);
     }
     if (i + ahead < found_.size()) {
-      __builtin_prefetch(view(words_[static_cast<std::size_t>(found_[i + ahead])]).data());
+      const Characters characters = view(words_[static_cast<std::size_t>(found_[i + ahead])]);
+      __builtin_prefetch(characters.data());
+      __builtin_prefetch(characters.data() + characters.size());
     }
   }
 
@@ -253,7 +265,17 @@ qsys_status matchWords(const qoc_ocrDictionaryLexicon &lexicon, const qoc_ocrDic
     if (!matches) {
       matches.emplace(reading, set);
     }
-    return WordMatcher(lexicon, *matches, params, range, wanted, known).match(results, areFinished);
+    const LexiconIndex *index = lexiconRoads().usesIndex && known.empty() ? indexOf(lexicon) : nullptr;
+    std::vector<std::int32_t> found;
+    if (index != nullptr && index->isShort()) {
+      const std::int32_t maxEdits = params != nullptr ? std::max(params->maxEdits, 0) : 0;
+      index->findInShort(*matches, maxEdits, range.first, range.end, found);
+      if (found.empty()) {
+        return WordPolls(range, matches->size(), params).passOver(range.end);
+      }
+    }
+    return WordMatcher(lexicon, *matches, params, range, wanted, found.empty() ? known : found)
+        .match(results, areFinished);
   });
 }
 
@@ -281,23 +303,22 @@ class VariantMatcher {
 
   /// Makes and matches the variants that are near some word; the others would give no results.
   qsys_status matchNear(const LexiconIndex &index) {
-    ExpansionChoices choices;
-    QOC_TRY(choices.find(*set_.expansion, reading_, &set_));
-    VariantLattice lattice;
+    ReadingVariants variants(reading_, set_);
+    QOC_TRY(variants.expand());
     const std::int32_t maxEdits = params_ != nullptr ? std::max(params_->maxEdits, 0) : 0;
-    QOC_TRY(lattice.build(reading_, choices, &set_, maxEdits));
-    const bool isCounted = isAttentionCounted();
-    std::uint64_t numVariants = 1;
-    if (isCounted) {
-      lattice.countVariants();
-      numVariants = 0;
-      for (const std::uint64_t number : lattice.numVariantsFrom(0)) {
-        numVariants += std::min(number, std::numeric_limits<std::uint64_t>::max() - numVariants);
+    VariantLattice lattice(variants, &set_, maxEdits);
+    QOC_TRY(addNearWords(index, variants, lattice, maxEdits));
+    // A handler that counts is to be asked for every variant once.
+    const bool isBounded = lexiconRoads().usesBound && isDefaultRanking(params_) && params_ != nullptr &&
+                           params_->returnBestOnly != 0 && !isAttentionCounted() && !lattice.visitsAll();
+    for (std::int32_t edits = isBounded ? 0 : maxEdits;; edits = moreEdits(edits, maxEdits)) {
+      QOC_TRY(qoc_ocrDictionaryResultSet_reset(&results_));
+      QOC_TRY(walk(variants, lattice, edits));
+      const auto found = view(results_.results);
+      if (edits == maxEdits || (!found.empty() && found.front().numEdits <= edits)) {
+        return QSYS_STATUS_OK;
       }
     }
-    QOC_TRY(checkAttention(static_cast<std::int64_t>(std::min<std::uint64_t>(numVariants, INT64_MAX))));
-    QOC_TRY(addNearWords(index, lattice, maxEdits));
-    return walk(lattice, choices, isCounted);
   }
 
  private:
@@ -312,13 +333,14 @@ class VariantMatcher {
     return takeVariantsResults(results_, scratch_, reading_, inputIndices, isFirst, params_);
   }
 
-  qsys_status addNearWords(const LexiconIndex &index, VariantLattice &lattice, std::int32_t maxEdits) {
+  qsys_status addNearWords(const LexiconIndex &index, const ReadingVariants &variants, VariantLattice &lattice,
+                           std::int32_t maxEdits) {
     IndexQuery query;
     const ReadingMatches &symbols = lattice.symbolMatches();
     index.prepare(symbols, {0, symbols.size()}, query);
     const auto words = view(lexicon_.strings);
-    const WordRange shortest = findLengthRange(lexicon_, lattice.leastLength(), params_);
-    const WordRange longest = findLengthRange(lexicon_, lattice.mostLength(), params_);
+    const WordRange shortest = findLengthRange(lexicon_, variants.leastLength(0), params_);
+    const WordRange longest = findLengthRange(lexicon_, variants.mostLength(0), params_);
     for (std::int32_t word = shortest.first; word < longest.end; ++word) {
       if (word % wordsPerPoll == 0 && !isAttentionCounted()) {
         QOC_TRY(qsys_attention_check());  // One more look of a ready handler tells nobody anything.
@@ -332,7 +354,7 @@ class VariantMatcher {
     return QSYS_STATUS_OK;
   }
 
-  qsys_status walk(VariantLattice &lattice, const ExpansionChoices &choices, bool isCounted) {
+  qsys_status walk(const ReadingVariants &variants, VariantLattice &lattice, std::int32_t edits) {
     qoc_ocrDictionaryStringMulti variant;
     qstd_vector32s inputIndices;
     return inFrame<2>([&](Frame<2> &frame) -> qsys_status {
@@ -340,33 +362,18 @@ class VariantMatcher {
       frame.local<qoc_ocrDictionaryStringMulti_destruct>(&variant);
       QOC_TRY(qstd_vector32s_constructEmpty(&inputIndices));
       frame.local<qstd_vector32s_destruct>(&inputIndices);
-      const auto visit = [&](std::span<const VariantLattice::Step> steps, bool isFirst,
+      const auto visit = [&](std::span<const ReadingVariants::Step> steps, bool isFirst,
                              std::span<const std::int32_t> near) -> qsys_status {
-        QOC_TRY(qstd_vector_qoc_ocrDictionaryCharMulti_clear(&variant.positions));
-        QOC_TRY(qstd_vector32s_clear(&inputIndices));
-        for (const auto &[position, choice] : steps) {
-          QOC_TRY(appendChoice(choices.at(position)[choice], position, reading_, &variant, &inputIndices));
-        }
+        QOC_TRY(variants.make(steps, variant, inputIndices));
         return matchOne(variant, inputIndices, isFirst, near);
       };
       const auto pass = [&](std::int32_t position, std::int32_t length) -> qsys_status {
-        if (!isCounted) {
-          return qsys_attention_check();
-        }
         QOC_TRY(stopEarly(params_, results_, working_));
-        const auto numVariants = lattice.numVariantsFrom(position);
-        std::int64_t times = 0;
-        for (std::size_t i = 0; i < numVariants.size(); ++i) {
-          if (numVariants[i] > 0) {
-            const std::int64_t each =
-                numPolls(findLengthRange(lexicon_, length + static_cast<std::int32_t>(i), workingParams()));
-            const bool isTooMuch = each > 0 && numVariants[i] > static_cast<std::uint64_t>((INT64_MAX - times) / each);
-            times = isTooMuch ? INT64_MAX : times + each * static_cast<std::int64_t>(numVariants[i]);
-          }
-        }
-        return checkAttention(times);
+        return variants.passOver(position, length, [&](std::int32_t whole) {
+          return numPolls(findLengthRange(lexicon_, whole, workingParams()));
+        });
       };
-      return lattice.walk(visit, pass);
+      return lattice.walk(edits, visit, pass);
     });
   }
 
@@ -381,8 +388,6 @@ class VariantMatcher {
   qoc_ocrDictionaryRunParams working_;
 };
 
-/// Longer readings have too many numbers of variants to be counted for a handler that is to be asked for each.
-constexpr std::int32_t maxCountedPositions = 1000;
 constexpr std::int32_t maxEditsInLattice = 200;
 
 qsys_status matchVariants(const qoc_ocrDictionaryLexicon &lexicon, const qoc_ocrDictionaryStringMulti &reading,
@@ -392,13 +397,11 @@ qsys_status matchVariants(const qoc_ocrDictionaryLexicon &lexicon, const qoc_ocr
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
     QOC_TRY(makeLocal(frame, scratch));
     const LexiconRoads &roads = lexiconRoads();
-    const LexiconIndex *index = roads.usesIndex && roads.usesLattice ? indexOf(lexicon) : nullptr;
+    const LexiconIndex *index = roads.usesIndex && usesLattice(reading) ? indexOf(lexicon) : nullptr;
     const bool isInReach = params == nullptr || (params->matchOption9 == 0 && params->maxEdits >= 0 &&
                                                  params->maxEdits <= maxEditsInLattice);
-    const bool isCountable = !isAttentionCounted() || sizeOf(reading) <= maxCountedPositions;
     VariantMatcher matcher(lexicon, reading, params, set, scratch, results);
-    return index != nullptr && isInReach && isCountable && sizeOf(reading) > 0 ? matcher.matchNear(*index)
-                                                                               : matcher.matchEach();
+    return index != nullptr && isInReach ? matcher.matchNear(*index) : matcher.matchEach();
   });
 }
 

@@ -13,8 +13,11 @@ struct LexiconRoads {
   bool usesBound = true;
   /// Results are made when it is known which are left. Without it every word's are made, merged and ranked.
   bool usesOutlines = true;
-  /// Of the variants that multi-character swaps make of a reading only those near some word are made.
+  /// Of the variants that multi-character swaps make of a reading only those near some word are made; and, for the other
+  /// kinds of entries, those that an expression or a line may match.
   bool usesLattice = true;
+  /// Where this machine can, scans measure 32 words at once. Without it every word is measured for itself.
+  bool usesBlocks = true;
   /// Shorter lists get no tries, when their index is made: scanning them costs less.
   std::int32_t minWordsForTries = 512;
 };

@@ -2,7 +2,7 @@
 
 #include <qoc/line_fielding.h>
 
-#include "kinds/line_alignment.hpp"
+#include "kinds/line_states.hpp"
 #include "swap/variants.hpp"
 #include "text/reading_of.hpp"
 
@@ -36,6 +36,9 @@ qsys_status isReadingMatch(const qoc_ocrDictionaryLineFielding &lineFielding,
                            const qoc_swapCharSet *set, bool &isMatch) {
   isMatch = false;
   QOC_TRY(qsys_attention_check());
+  if (!LineScreen(reading, set).mayFit(lineFielding, params)) {
+    return passOverWindows(sizeOf(reading), params);
+  }
   Admission admission(lineFielding, reading, set, ask);
   QOC_TRY(isRangeMatch(admission, 0, sizeOf(reading), params, isMatch));
   if (isMatch || params == nullptr || params->matchOption9 == 0) {
@@ -74,12 +77,21 @@ qsys_status qoc_ocrDictionaryLineFielding_isMatchMulti(const qoc_ocrDictionaryLi
   return inFrame<1>([&](Frame<1> &) -> qsys_status {
     bool answer = false;
     if (hasVariants(set)) {
-      QOC_TRY(forEachVariant(*reading, *set,
-                             [&](const qoc_ocrDictionaryStringMulti &variant, const qstd_vector32s &, bool &isDone) {
-                               const qsys_status status = isReadingMatch(*lineFielding, variant, params, set, answer);
-                               isDone = answer;
-                               return status;
-                             }));
+      const auto askOne = [&](const qoc_ocrDictionaryStringMulti &variant, bool &isDone) {
+        const qsys_status status = isReadingMatch(*lineFielding, variant, params, set, answer);
+        isDone = answer;
+        return status;
+      };
+      if (usesLattice(*reading)) {
+        LineVariants variants(*reading, *set);
+        QOC_TRY(forEachNearVariant(
+            *lineFielding, variants, params, {1, searchesWindows(params) ? 1 : 0},
+            [&](auto &, const auto &variant, const auto &, bool, bool &isDone) { return askOne(variant, isDone); },
+            [] {}));
+      } else {
+        QOC_TRY(forEachVariant(
+            *reading, *set, [&](const auto &variant, const auto &, bool &isDone) { return askOne(variant, isDone); }));
+      }
     } else {
       QOC_TRY(isReadingMatch(*lineFielding, *reading, params, set, answer));
     }

@@ -6,29 +6,15 @@
 #include <span>
 
 #include "frame/frame.hpp"
+#include "kinds/fielding_classes.hpp"
 #include "text/views.hpp"
 
 using namespace qoc;
 
 namespace {
 
-/// One class of characters: all from first to last, or, inverted, all others.
-struct CharacterClass {
-  std::uint32_t bit;
-  Char32 first, last;
-  bool inverted;
-};
-
-constexpr CharacterClass classes[] = {
-    {QOC_FIELDING_NONSPACE, U' ', U' ', true}, {QOC_FIELDING_SPACE, U' ', U' ', false},
-    {QOC_FIELDING_UPPER, U'A', U'Z', false},   {QOC_FIELDING_LOWER, U'a', U'z', false},
-    {QOC_FIELDING_DIGIT, U'0', U'9', false},
-};
-
 bool isInClass(Char32 code, std::uint32_t bits) noexcept {
-  return std::ranges::any_of(classes, [&](const CharacterClass &candidate) {
-    return (bits & candidate.bit) != 0 && (candidate.first <= code && code <= candidate.last) != candidate.inverted;
-  });
+  return (classesOf(code) & bits) != 0;
 }
 
 /// The code after a conversion to a text character and back; what does not convert is a failure.
@@ -223,7 +209,7 @@ qsys_status qoc_ocrDictionaryPositionFielding_getAllFieldingCharacters(
     return qstd_vectorChar32_pushBack(characters, &any);
   }
   QOC_TRY(qstd_vectorChar32_assign(characters, &positionFielding->fieldingCharacters));
-  for (const CharacterClass &admitted : classes) {
+  for (const CharacterClass &admitted : characterClasses) {
     if ((positionFielding->fieldingBits & admitted.bit) == 0 || admitted.inverted) {
       continue;
     }

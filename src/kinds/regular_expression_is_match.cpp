@@ -15,7 +15,7 @@ qsys_status searchReading(States &states, const LengthLimits &limits, const qoc_
   SpanSearch search(states, view(reading), set);
   const std::int32_t n = search.size();
   QOC_TRY(search.isMatch(0, n, limits.attemptsFor(n), isMatch));
-  if (isMatch || !searchesSpans(params)) {
+  if (isMatch || !searchesWindows(params)) {
     return QSYS_STATUS_OK;
   }
   return search.forEachSpan(
@@ -34,7 +34,7 @@ qsys_status isReadingMatch(const Expression &expression, const qoc_ocrDictionary
   const LengthLimits limits(expression, params);
   const std::int32_t n = sizeOf(reading);
   if (!limits.mayMatch(n)) {
-    return passOverStarts(n, params);
+    return passOverWindows(n, params);
   }
   return withStates(expression,
                     [&](auto &states) { return searchReading(states, limits, reading, params, set, isMatch); });
@@ -66,12 +66,20 @@ qsys_status qoc_ocrDictionaryRegularExpression_isMatchMulti(const qoc_ocrDiction
     const Expression &compiled = expressionOf(expression->regex);
     bool answer = false;
     if (hasVariants(set)) {
-      QOC_TRY(forEachVariant(*reading, *set,
-                             [&](const qoc_ocrDictionaryStringMulti &variant, const qstd_vector32s &, bool &isDone) {
-                               const qsys_status status = isReadingMatch(compiled, variant, params, set, answer);
-                               isDone = answer;
-                               return status;
-                             }));
+      const auto ask = [&](const qoc_ocrDictionaryStringMulti &variant, bool &isDone) {
+        const qsys_status status = isReadingMatch(compiled, variant, params, set, answer);
+        isDone = answer;
+        return status;
+      };
+      if (usesLattice(*reading)) {
+        ReadingVariants variants(*reading, *set);
+        QOC_TRY(forEachNearVariant(
+            compiled, variants, params, *set, {1, searchesWindows(params) ? 1 : 0},
+            [&](const auto &variant, const auto &, bool, bool &isDone) { return ask(variant, isDone); }, [] {}));
+      } else {
+        QOC_TRY(forEachVariant(*reading, *set,
+                               [&](const auto &variant, const auto &, bool &isDone) { return ask(variant, isDone); }));
+      }
     } else {
       QOC_TRY(isReadingMatch(compiled, *reading, params, set, answer));
     }

@@ -1,12 +1,13 @@
 // Every way in which a reading matches an expression, as ranked results. The search is in
-// regular_expression_search.hpp.
+// regular_expression_search.hpp, what it finds in regular_expression_results.hpp.
 
+#include "kinds/regular_expression_match.hpp"
+
+#include <algorithm>
 #include <utility>
 
 #include "frame/frame.hpp"
-#include "kinds/regular_expression_search.hpp"
-#include "platform/containers/shared_elements.hpp"
-#include "platform/regex/ways.hpp"
+#include "kinds/regular_expression_results.hpp"
 #include "run/result_set_ops.hpp"
 #include "swap/variants.hpp"
 #include "text/reading_of.hpp"
@@ -15,60 +16,66 @@ using namespace qoc;
 
 namespace {
 
-/// Makes the tokens of a position: its first candidate, then the other candidates and every equivalent of any.
-qsys_status setTokens(const qoc_ocrDictionaryCharMulti &position, const qoc_swapCharSet *set, qstd_tokenMulti &multi) {
-  const Characters candidates = view(position);
-  if (candidates.empty()) {
-    return qstd_tokenMulti_setChar32(&multi, QOC_CHAR_EMPTY);
+/// The codes that the tokens of a reading's positions have, position by position.
+class ReadingCodes {
+ public:
+  bool isEmpty() const noexcept { return ends_.empty(); }
+  Codes at(std::int32_t position) const noexcept {
+    const auto index = static_cast<std::size_t>(position);
+    const std::size_t first = index > 0 ? ends_[index - 1] : 0;
+    return Codes(codes_).subspan(first, ends_[index] - first);
   }
-  QOC_TRY(qstd_tokenMulti_setChar32(&multi, candidates[0].code));
-  const Char32 first = candidates[0].code;
-  const auto appendNew = [&](Char32 code) -> qsys_status {
-    for (const qstd_token &token : viewAs<qstd_token>(multi.alternatives)) {
-      Char32 listed = 0;
-      QOC_TRY(qstd_token_getChar(&token, &listed));
-      if (listed == code) {
-        return QSYS_STATUS_OK;
-      }
-    }
-    qstd_token token;
-    QOC_TRY(qstd_token_setChar32(&token, code));
-    return qstd_vector_qstd_token_pushBack(&multi.alternatives, &token);
-  };
-  qsys_status status = QSYS_STATUS_OK;
-  for (std::size_t k = 0; k < candidates.size() && status >= 0; ++k) {
-    // Deliberate: a later candidate is entered itself, even one with the first candidate's code.
-    status = k > 0 ? appendNew(candidates[k].code) : status;
-    forEachEquivalent(set, candidates[k].code, [&](Char32 equivalent) {
-      if (status >= 0 && equivalent != first) {
-        status = appendNew(equivalent);
-      }
-    });
-  }
-  return status;
-}
 
-/// Files the ways of one reading's spans in buckets.
+  void make(Positions reading, const qoc_swapCharSet *set) {
+    codes_.reserve(reading.size());
+    ends_.reserve(reading.size());
+    for (const qoc_ocrDictionaryCharMulti &position : reading) {
+      append(view(position), set);
+      ends_.push_back(codes_.size());
+    }
+  }
+
+ private:
+  /// Those of a position: its first candidate, then the other candidates and every equivalent of any.
+  void append(Characters candidates, const qoc_swapCharSet *set) {
+    const Char32 first = candidates.empty() ? QOC_CHAR_EMPTY : candidates[0].code;
+    codes_.push_back(first);
+    const std::size_t firstOther = codes_.size();
+    const auto appendNew = [&](Char32 code) {
+      if (std::find(codes_.begin() + static_cast<std::ptrdiff_t>(firstOther), codes_.end(), code) == codes_.end()) {
+        codes_.push_back(code);
+      }
+    };
+    for (std::size_t k = 0; k < candidates.size(); ++k) {
+      if (k > 0) {
+        appendNew(candidates[k].code);  // Deliberate: even one with the first candidate's code.
+      }
+      forEachEquivalent(set, candidates[k].code, [&](Char32 equivalent) {
+        if (equivalent != first) {
+          appendNew(equivalent);
+        }
+      });
+    }
+  }
+
+  std::vector<Char32> codes_;
+  std::vector<std::size_t> ends_;
+};
+
+/// Finds the ways of one reading's spans.
 template <class States>
 class ReadingMatcher {
  public:
-  /// `shown` and `tokens` are empty, and filled when they are first needed: with the copy of the reading that all
-  /// results share, and with its tokens. `keepsBestOnly` says that of what is filed only the best result is to be kept.
-  ReadingMatcher(States &states, const LengthLimits &limits, bool keepsBestOnly,
-                 const qoc_ocrDictionaryStringMulti &reading, const qoc_ocrDictionaryRunParams *params,
-                 const qoc_swapCharSet *set, qoc_ocrDictionaryStringMulti &shown, qstd_vector_qstd_tokenMulti &tokens,
-                 const qstd_tokenMulti &wildcard, qstd_vector_vector_qoc_ocrDictionaryResult &buckets)
-      : states_(states),
-        limits_(limits),
-        keepsBestOnly_(keepsBestOnly),
+  ReadingMatcher(States &states, const LengthLimits &limits, Positions reading,
+                 const qoc_ocrDictionaryRunParams *params, const qoc_swapCharSet *set, ExpressionResults &found)
+      : limits_(limits),
         reading_(reading),
         params_(params),
         set_(set),
-        shown_(shown),
-        tokens_(tokens),
-        wildcard_(wildcard),
-        buckets_(buckets),
-        search_(states, view(reading), set) {}
+        found_(found),
+        all_(states.all()),
+        search_(states, reading, set),
+        finder_(states) {}
 
   qsys_status matchAll() {
     const std::int32_t n = search_.size();
@@ -78,8 +85,8 @@ class ReadingMatcher {
     if (isMatch) {
       QOC_TRY(matchSpan(0, n, attempts));
     }
-    const auto mayStop = [this] { return stopsOnceExact(params_) && hasExact(); };
-    if (!searchesSpans(params_) || mayStop()) {
+    const auto mayStop = [this] { return stopsOnceExact(params_) && found_.hasExact(); };
+    if (!searchesWindows(params_) || mayStop()) {
       return QSYS_STATUS_OK;
     }
     return search_.forEachSpan(*params_, limits_.attemptsForAny(n), mayStop,
@@ -89,134 +96,55 @@ class ReadingMatcher {
   }
 
  private:
-  struct Edited {
-    std::int32_t start, end;
-    ExpressionEdit edit;
-    std::int32_t place;
-  };
-
-  bool hasExact() const {
-    qsys_bool has = 0;
-    return qoc_ocrDictionaryResultBuckets_hasResults(&buckets_, &has) >= 0 && has != 0;
-  }
+  using Place = typename WayFinder<States>::Place;
 
   qsys_status matchSpan(std::int32_t start, std::int32_t end, Attempts attempts) {
+    const std::int32_t length = end - start;
+    attempts.exact = attempts.exact && found_.mayCount(ExpressionEdit::none, length);
+    attempts.insertion = attempts.insertion && found_.mayCount(ExpressionEdit::insertion, length);
+    attempts.deletion = attempts.deletion && found_.mayCount(ExpressionEdit::deletion, length);
+    attempts.substitution = attempts.substitution && found_.mayCount(ExpressionEdit::substitution, length);
+    if (!attempts.any()) {
+      return QSYS_STATUS_OK;
+    }
     return search_.forEachMatch(start, end, attempts, [&](ExpressionEdit edit, std::int32_t place) {
-      return isNeedless(edit) ? qsys_status{QSYS_STATUS_OK} : matchSequence({start, end, edit, place});
+      return found_.mayCount(edit, length) ? matchSequence({start, end, edit, place}) : qsys_status{QSYS_STATUS_OK};
     });
   }
 
-  /// Files every way of the span's sequence, edited.
-  qsys_status matchSequence(const Edited &edited) {
-    QOC_TRY(makeTokens());
+  /// Finds every way of the span's sequence, edited.
+  qsys_status matchSequence(const EditedSpan &edited) {
+    if (codes_.isEmpty()) {
+      codes_.make(reading_, set_);
+    }
+    static constexpr Char32 wildcard[] = {QOC_CHAR_ANY};
     sequence_.clear();
-    const auto tokens = viewAs<qstd_tokenMulti>(tokens_);
     for (std::int32_t i = edited.start; i <= edited.end; ++i) {
       const bool isPlace = i == edited.place && edited.edit != ExpressionEdit::none;
       if (isPlace && edited.edit != ExpressionEdit::deletion) {
-        sequence_.push_back(&wildcard_);
+        sequence_.push_back({wildcard, &all_});
       }
       if (i < edited.end && (!isPlace || edited.edit == ExpressionEdit::insertion)) {
-        sequence_.push_back(&tokens[static_cast<std::size_t>(i)]);
+        sequence_.push_back({codes_.at(i), &search_.acceptingAt(i)});
       }
     }
-    WayFinder finder(states_, std::span<const qstd_tokenMulti *const>(sequence_));
-    return finder.find([&](Way way) { return file(edited, way); });
+    return finder_.find(sequence_, [&](const auto &way) {
+      found_.add(edited, way, sequence_);
+      return qsys_status{QSYS_STATUS_OK};
+    });
   }
 
-  qsys_status makeTokens() {
-    const Positions positions = view(reading_);
-    const auto numPositions = static_cast<std::int32_t>(positions.size());
-    if (sizeOf(tokens_) == numPositions) {
-      return QSYS_STATUS_OK;
-    }
-    QOC_TRY(qstd_vector_qstd_tokenMulti_resize(&tokens_, numPositions));
-    for (std::size_t i = 0; i < positions.size(); ++i) {
-      QOC_TRY(setTokens(positions[i], set_, editAs<qstd_tokenMulti>(tokens_)[i]));
-    }
-    return QSYS_STATUS_OK;
-  }
-
-  /// Whether a result of the edit cannot show: only the best one is kept in the end, and there is one without an edit,
-  /// which every ranking puts first before it looks at anything else.
-  bool isNeedless(ExpressionEdit edit) const { return keepsBestOnly_ && edit != ExpressionEdit::none && hasExact(); }
-
-  qsys_status file(const Edited &edited, Way way) {
-    qoc_ocrDictionaryResult result;
-    QOC_TRY(inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-      QOC_TRY(qoc_ocrDictionaryResult_construct(&result));
-      frame.local<qoc_ocrDictionaryResult_destruct>(&result);
-      result.isComputed = 1;
-      result.mode = qoc_ocrDictionaryMode_regularExpression;
-      result.numEdits = edited.edit == ExpressionEdit::none ? 0 : 1;
-      result.numIgnoredPrefixCharacters = edited.start;
-      result.numIgnoredSuffixCharacters = search_.size() - edited.end;
-      return qoc_ocrDictionaryResultBuckets_add(&buckets_, &result);
-    }));
-    // The rest is filled in where the result is filed, so that it is not copied.
-    const auto bucket = static_cast<std::size_t>(edited.edit == ExpressionEdit::none ? 0 : 1);
-    qoc_ocrDictionaryResult &filed =
-        editAs<qoc_ocrDictionaryResult>(editAs<qstd_vector_qoc_ocrDictionaryResult>(buckets_)[bucket]).back();
-    if (edited.edit == ExpressionEdit::deletion) {
-      QOC_TRY(qstd_vector32s_pushBack(&filed.deleted, &edited.place));
-    }
-    if (sizeOf(shown_) == 0) {
-      QOC_TRY(qoc_ocrDictionaryStringMulti_assign(&shown_, &reading_));
-      QOC_TRY(shareElements(shown_.positions.core));
-    }
-    QOC_TRY(qoc_ocrDictionaryStringMulti_assign(&filed.given, &shown_));
-    QOC_TRY(qoc_ocrDictionaryStringMulti_assign(&filed.givenSwap, &shown_));
-    return fillPositions(edited, way, filed);
-  }
-
-  qsys_status fillPositions(const Edited &edited, Way way, qoc_ocrDictionaryResult &result) {
-    const auto numPositions = static_cast<std::int32_t>(way.size());
-    QOC_TRY(qstd_vector_qoc_ocrDictionaryCharMulti_resize(&result.valid.positions, numPositions));
-    QOC_TRY(qstd_vector_qoc_ocrDictionaryPositionStatus_resize(&result.resultStringStatus, numPositions));
-    const auto valid = editAs<qoc_ocrDictionaryCharMulti>(result.valid.positions);
-    const auto statuses = editAs<qoc_ocrDictionaryPositionStatus>(result.resultStringStatus);
-    for (std::size_t i = 0; i < way.size(); ++i) {
-      const MatchedTokens &matched = *way[i];
-      statuses[i] =
-          matched.front() == 0 ? qoc_ocrDictionaryPositionStatus_primary : qoc_ocrDictionaryPositionStatus_secondary;
-      for (const std::int32_t index : matched) {
-        qoc_ocrDictionaryChar character = {0, 0};
-        QOC_TRY(qstd_token_getChar(&tokenAt(*sequence_[i], static_cast<std::size_t>(index)), &character.code));
-        QOC_TRY(qstd_vector_qoc_ocrDictionaryChar_pushBack(&valid[i].candidates, &character));
-      }
-    }
-    const auto place = static_cast<std::size_t>(edited.place - edited.start);
-    if (edited.edit == ExpressionEdit::insertion) {
-      statuses[place] = qoc_ocrDictionaryPositionStatus_inserted;
-    } else if (edited.edit == ExpressionEdit::substitution) {
-      statuses[place] = qoc_ocrDictionaryPositionStatus_substituted;
-    }
-    return QSYS_STATUS_OK;
-  }
-
-  States &states_;
   const LengthLimits &limits_;
-  bool keepsBestOnly_;
-  const qoc_ocrDictionaryStringMulti &reading_;
+  Positions reading_;
   const qoc_ocrDictionaryRunParams *params_;
   const qoc_swapCharSet *set_;
-  qoc_ocrDictionaryStringMulti &shown_;
-  qstd_vector_qstd_tokenMulti &tokens_;
-  const qstd_tokenMulti &wildcard_;
-  qstd_vector_vector_qoc_ocrDictionaryResult &buckets_;
+  ExpressionResults &found_;
+  typename States::Set all_;
   SpanSearch<States> search_;
-  std::vector<const qstd_tokenMulti *> sequence_;
+  WayFinder<States> finder_;
+  ReadingCodes codes_;
+  std::vector<Place> sequence_;
 };
-
-/// Merges the buckets into an empty set. A single result, which nothing is merged or ranked with, is moved.
-qsys_status takeOver(qstd_vector_vector_qoc_ocrDictionaryResult &buckets, const qoc_ocrDictionaryRunParams *params,
-                     qoc_ocrDictionaryResultSet &results) {
-  const auto all = editAs<qstd_vector_qoc_ocrDictionaryResult>(buckets);
-  if (!all.empty() && sizeOf(all.back()) == 1 && (all.size() == 1 || sizeOf(all.front()) == 0)) {
-    return qstd_vector_qoc_ocrDictionaryResult_swap(&results.results, &all.back());
-  }
-  return qoc_ocrDictionaryResultSet_mergeBuckets(&results, &buckets, params);
-}
 
 /// Ranks everything that one reading gives in `results`, computed also when that is nothing; or enough of it for
 /// whoever keeps the best result only.
@@ -227,56 +155,62 @@ qsys_status matchReading(const Expression &expression, const qoc_ocrDictionarySt
   results.isComputed = 1;
   const LengthLimits limits(expression, params);
   if (!limits.mayMatch(sizeOf(reading))) {
-    return passOverStarts(sizeOf(reading), params);
+    return passOverWindows(sizeOf(reading), params);
   }
-  qstd_vector_vector_qoc_ocrDictionaryResult buckets;
-  qoc_ocrDictionaryStringMulti shown;
-  qstd_vector_qstd_tokenMulti tokens;
-  qstd_tokenMulti wildcard;
-  return inFrame<4>([&](Frame<4> &frame) -> qsys_status {
-    QOC_TRY(qstd_vector_vector_qoc_ocrDictionaryResult_constructEmpty(&buckets));
-    frame.local<qstd_vector_vector_qoc_ocrDictionaryResult_destruct>(&buckets);
-    QOC_TRY(qoc_ocrDictionaryStringMulti_construct(&shown));
-    frame.local<qoc_ocrDictionaryStringMulti_destruct>(&shown);
-    QOC_TRY(qstd_vector_qstd_tokenMulti_constructEmpty(&tokens));
-    frame.local<qstd_vector_qstd_tokenMulti_destruct>(&tokens);
-    QOC_TRY(qstd_tokenMulti_construct(&wildcard));
-    frame.local<qstd_tokenMulti_destruct>(&wildcard);
-    QOC_TRY(withStates(expression, [&](auto &states) {
-      return ReadingMatcher(states, limits, keepsBestOnly, reading, params, set, shown, tokens, wildcard, buckets)
-          .matchAll();
-    }));
-    return takeOver(buckets, params, results);
-  });
+  ExpressionResults found(view(reading), params, keepsBestOnly);
+  QOC_TRY(withStates(expression, [&](auto &states) {
+    return ReadingMatcher(states, limits, view(reading), params, set, found).matchAll();
+  }));
+  return found.isEmpty() ? qsys_status{QSYS_STATUS_OK} : found.make(results);
 }
 
-/// Matches every variant of the reading that the set's multi-character swaps allow.
+/// Matches the variants of the reading that the set's multi-character swaps allow: those that may match, or, without
+/// `variants`, every one.
 qsys_status matchVariants(const Expression &expression, const qoc_ocrDictionaryStringMulti &reading,
                           const qoc_ocrDictionaryRunParams *params, const qoc_swapCharSet &set,
-                          qoc_ocrDictionaryResultSet &results) {
+                          std::optional<ReadingVariants> &variants, qoc_ocrDictionaryResultSet &results) {
   qoc_ocrDictionaryResultSet found;
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
     QOC_TRY(qoc_ocrDictionaryResultSet_construct(&found));
     frame.local<qoc_ocrDictionaryResultSet_destruct>(&found);
+    const auto matchOne = [&](const qoc_ocrDictionaryStringMulti &variant, const qstd_vector32s &indices, bool isFirst,
+                              bool &isDone) -> qsys_status {
+      QOC_TRY(matchReading(expression, variant, params, &set, false, found));
+      QOC_TRY(takeVariantsResults(results, found, reading, indices, isFirst, params));
+      qsys_bool isExact = 0;
+      QOC_TRY(qoc_ocrDictionaryResultSet_getIsExactBest(&results, &isExact));
+      isDone = isExact != 0 && stopsOnceExact(params);
+      return QSYS_STATUS_OK;
+    };
+    if (variants) {
+      return forEachNearVariant(expression, *variants, params, set, {0, searchesWindows(params) ? 1 : 0}, matchOne,
+                                [&] { results.isComputed = 1; });
+    }
     bool isFirst = true;
-    return forEachVariant(
-        reading, set,
-        [&](const qoc_ocrDictionaryStringMulti &variant, const qstd_vector32s &indices, bool &isDone) -> qsys_status {
-          if (stopsOnceExact(params)) {
-            qsys_bool isExact = 0;
-            QOC_TRY(qoc_ocrDictionaryResultSet_getIsExactBest(&results, &isExact));
-            if (isExact != 0) {
-              isDone = true;
-              return QSYS_STATUS_OK;
-            }
-          }
-          QOC_TRY(matchReading(expression, variant, params, &set, false, found));
-          return takeVariantsResults(results, found, reading, indices, std::exchange(isFirst, false), params);
-        });
+    return forEachVariant(reading, set, [&](const auto &variant, const auto &indices, bool &isDone) {
+      return matchOne(variant, indices, std::exchange(isFirst, false), isDone);
+    });
   });
 }
 
 }  // namespace
+
+qsys_status RegularExpressionMatching::match(const qoc_ocrDictionaryRegularExpression &expression,
+                                             const qoc_ocrDictionaryRunParams *params,
+                                             qoc_ocrDictionaryResultSet &results) {
+  QOC_TRY(qoc_ocrDictionaryResultSet_reset(&results));
+  const Expression &compiled = expressionOf(expression.regex);
+  if (hasVariants(set_)) {
+    if (!variants_ && usesLattice(reading_)) {
+      variants_.emplace(reading_, *set_);
+    }
+    QOC_TRY(matchVariants(compiled, reading_, params, *set_, variants_, results));
+  } else {
+    const bool keepsBestOnly = params != nullptr && params->returnBestOnly != 0;
+    QOC_TRY(matchReading(compiled, reading_, params, set_, keepsBestOnly, results));
+  }
+  return qoc_ocrDictionaryResultSet_finalize(&results, params);
+}
 
 qsys_status qoc_ocrDictionaryRegularExpression_match(const qoc_ocrDictionaryRegularExpression *expression,
                                                      const qoc_ocrDictionaryString *input,
@@ -298,15 +232,7 @@ qsys_status qoc_ocrDictionaryRegularExpression_matchMulti(const qoc_ocrDictionar
   if (!present({expression, reading, results})) {
     return QSYS_STATUS_OK;
   }
-  QOC_TRY(qoc_ocrDictionaryResultSet_reset(results));
   return inFrame<1>([&](Frame<1> &) -> qsys_status {
-    const Expression &compiled = expressionOf(expression->regex);
-    if (hasVariants(set)) {
-      QOC_TRY(matchVariants(compiled, *reading, params, *set, *results));
-    } else {
-      const bool keepsBestOnly = params != nullptr && params->returnBestOnly != 0;
-      QOC_TRY(matchReading(compiled, *reading, params, set, keepsBestOnly, *results));
-    }
-    return qoc_ocrDictionaryResultSet_finalize(results, params);
+    return RegularExpressionMatching(*reading, set).match(*expression, params, *results);
   });
 }

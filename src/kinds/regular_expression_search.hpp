@@ -20,6 +20,10 @@
 
 #include <qoc/regular_expression.h>
 
+#include <algorithm>
+#include <limits>
+
+#include "kinds/near_variants.hpp"
 #include "platform/regex/shared_expression.hpp"
 #include "platform/regex/states.hpp"
 #include "swap/equivalents.hpp"
@@ -68,10 +72,19 @@ class LengthLimits {
     return attempts;
   }
 
+  /// The lengths that the expression matches and the parameters admit.
+  MatchedLengths matchedLengths() const noexcept {
+    constexpr std::int64_t most = std::numeric_limits<std::int32_t>::max();
+    const std::int64_t longest = std::min(expression_.maxLength(), most);
+    return params_ == nullptr
+               ? MatchedLengths{expression_.minLength(), longest}
+               : MatchedLengths{std::max<std::int64_t>(expression_.minLength(), params_->minStringLength),
+                                std::min<std::int64_t>(longest, params_->maxStringLength)};
+  }
+
   /// Whether anything is to be tried on a reading of so many positions.
   bool mayMatch(std::int32_t readingLength) const noexcept {
-    const bool hasSpans = params_ != nullptr && params_->matchOption9 != 0;
-    return attemptsFor(readingLength).any() || (hasSpans && attemptsForAny(readingLength).any());
+    return attemptsFor(readingLength).any() || (searchesWindows(params_) && attemptsForAny(readingLength).any());
   }
 
  private:
@@ -84,6 +97,22 @@ class LengthLimits {
   const qoc_ocrDictionaryRunParams *params_;
 };
 
+/// Adds the positions of the expression that accept a candidate at a position of a reading, or an equivalent of one.
+template <class States>
+qsys_status addAccepting(States &states, const qoc_ocrDictionaryCharMulti &position, const qoc_swapCharSet *set,
+                         typename States::Set &accepting) {
+  std::size_t numCodes = 1;
+  for (const qoc_ocrDictionaryChar &candidate : view(position)) {
+    states.addAccepting(candidate.code, accepting);
+    ++numCodes;
+    forEachEquivalent(set, candidate.code, [&](Char32 equivalent) {
+      states.addAccepting(equivalent, accepting);
+      ++numCodes;
+    });
+  }
+  return states.tick(numCodes);
+}
+
 template <class States>
 class SpanSearch {
  public:
@@ -93,6 +122,9 @@ class SpanSearch {
       : states_(states), reading_(reading), set_(set) {}
 
   std::int32_t size() const noexcept { return static_cast<std::int32_t>(reading_.size()); }
+
+  /// The positions of the expression that accept a position of a span that forEachMatch tells of.
+  const Set &acceptingAt(std::int32_t at) const noexcept { return accepting_[static_cast<std::size_t>(at)]; }
 
   /// Whether the span matches by any of the attempts.
   qsys_status isMatch(std::int32_t start, std::int32_t end, Attempts attempts, bool &answer) {
@@ -185,29 +217,17 @@ class SpanSearch {
     bool isEnd;  ///< Whether the expression may end here.
   };
 
-  /// Of the reading's first positions: the positions of the expression that accept a candidate there, or an equivalent
-  /// of one.
+  /// The positions of the expression that accept the reading's first ones.
   qsys_status findAccepting(std::int32_t numFirst) {
     if (accepting_.empty()) {
       accepting_.reserve(reading_.size());
     }
     while (accepting_.size() < static_cast<std::size_t>(numFirst)) {
-      Set set = states_.none();
-      std::size_t numCodes = 1;
-      for (const qoc_ocrDictionaryChar &candidate : view(reading_[accepting_.size()])) {
-        states_.addAccepting(candidate.code, set);
-        ++numCodes;
-        forEachEquivalent(set_, candidate.code, [&](Char32 equivalent) {
-          states_.addAccepting(equivalent, set);
-          ++numCodes;
-        });
-      }
-      accepting_.push_back(std::move(set));
-      QOC_TRY(states_.tick(numCodes));
+      accepting_.push_back(states_.none());
+      QOC_TRY(addAccepting(states_, reading_[accepting_.size() - 1], set_, accepting_.back()));
     }
     return QSYS_STATUS_OK;
   }
-  const Set &acceptingAt(std::int32_t at) const noexcept { return accepting_[static_cast<std::size_t>(at)]; }
 
   /// Follows both levels from a start, and calls onEnd(at, isExact, isEdited) for every end up to the last while
   /// anything can still match.
@@ -339,17 +359,61 @@ class SpanSearch {
   std::vector<std::int32_t> ends_;
 };
 
-/// Whether a span's match is looked for at all.
-inline bool searchesSpans(const qoc_ocrDictionaryRunParams *params) noexcept {
-  return params != nullptr && params->matchOption9 != 0;
-}
+/// The symbols of a lattice of variants, as NearVariants asks an expression about them.
+template <class StatesType>
+class ExpressionSymbols {
+ public:
+  using States = StatesType;
+  using Set = typename States::Set;
 
-/// The polls of a search that can find nothing.
-inline qsys_status passOverStarts(std::int32_t readingLength, const qoc_ocrDictionaryRunParams *params) {
-  for (std::int32_t start = 0; searchesSpans(params) && start < readingLength; ++start) {
-    QOC_TRY(qsys_attention_check());
+  ExpressionSymbols(States &states, const ReadingVariants &variants, const qoc_swapCharSet &set)
+      : states_(states),
+        symbols_(view(variants.symbols())),
+        set_(set),
+        known_(symbols_.size()),
+        accepting_(symbols_.size(), states.none()) {}
+
+  States &states() noexcept { return states_; }
+
+  qsys_status accepting(std::size_t symbol, const Set *&set) {
+    set = &accepting_[symbol];
+    if (known_[symbol]) {
+      return QSYS_STATUS_OK;
+    }
+    known_[symbol] = true;
+    return addAccepting(states_, symbols_[symbol], &set_, accepting_[symbol]);
   }
-  return QSYS_STATUS_OK;
+
+  bool mayFail(std::size_t) const noexcept { return false; }
+  bool mayAnyFail() const noexcept { return false; }
+
+ private:
+  States &states_;
+  Positions symbols_;
+  const qoc_swapCharSet &set_;
+  std::vector<bool> known_;
+  std::vector<Set> accepting_;
+};
+
+/// Goes through the variants of a reading that the expression may match, as forEachNearVariant.
+template <class Visit, class Passed>
+qsys_status forEachNearVariant(const Expression &expression, ReadingVariants &variants,
+                               const qoc_ocrDictionaryRunParams *params, const qoc_swapCharSet &set, VariantPolls polls,
+                               Visit visit, Passed passed) {
+  QOC_TRY(variants.expand());
+  const MatchedLengths lengths = LengthLimits(expression, params).matchedLengths();
+  const EditOptions edits = editOptionsOf(params);
+  const bool hasWindows = searchesWindows(params);
+  if (!haveLengths(variants, lengths, edits, hasWindows)) {
+    QOC_TRY(variants.passOver(0, 0, polls));
+    passed();
+    return QSYS_STATUS_OK;
+  }
+  return withStates(expression, [&](auto &states) {
+    ExpressionSymbols symbols(states, variants, set);
+    NearVariants near(variants, symbols, edits, lengths, hasWindows);
+    return forEachNearVariant(variants, near, polls, visit, passed);
+  });
 }
 
 }  // namespace qoc

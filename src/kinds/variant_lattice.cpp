@@ -1,9 +1,6 @@
 #include "kinds/variant_lattice.hpp"
 
 #include <algorithm>
-#include <limits>
-
-#include "frame/frame.hpp"
 
 namespace qoc {
 
@@ -16,68 +13,13 @@ std::uint8_t oneMore(std::uint8_t edits) noexcept {
   return edits < mostEdits ? static_cast<std::uint8_t>(edits + 1) : mostEdits;
 }
 
-std::uint64_t saturatingSum(std::uint64_t a, std::uint64_t b) noexcept {
-  return a > std::numeric_limits<std::uint64_t>::max() - b ? std::numeric_limits<std::uint64_t>::max() : a + b;
-}
-
-std::int32_t numSymbolsOf(const ExpansionChoice &choice) noexcept { return choice.isKept() ? 1 : choice.numInserted; }
-
 }  // namespace
 
-VariantLattice::~VariantLattice() {
-  if (hasSymbols_) {
-    qoc_ocrDictionaryStringMulti_destruct(&symbols_);
-  }
-}
-
-qsys_status VariantLattice::build(const qoc_ocrDictionaryStringMulti &reading, const ExpansionChoices &choices,
-                                  const qoc_swapCharSet *set, std::int32_t maxEdits) {
-  choices_ = &choices;
-  numPositions_ = sizeOf(reading);
-  maxEdits_ = static_cast<std::uint8_t>(std::clamp(maxEdits, 0, mostEdits - 1));
-  QOC_TRY(qoc_ocrDictionaryStringMulti_constructCopy(&symbols_, &reading));
-  hasSymbols_ = true;
-  numNodes_ = static_cast<std::size_t>(numPositions_) + 1;
-  qstd_vector32s origins;
-  QOC_TRY(inFrame<1>([&](qoc::Frame<1> &frame) -> qsys_status {
-    QOC_TRY(qstd_vector32s_constructEmpty(&origins));
-    frame.local<qstd_vector32s_destruct>(&origins);
-    for (std::int32_t p = 0; p < numPositions_; ++p) {
-      firstChoices_.push_back(inserted_.size());
-      for (const ExpansionChoice &choice : choices.at(p)) {
-        inserted_.push_back(static_cast<std::size_t>(sizeOf(symbols_)));
-        within_.push_back(numNodes_);
-        numNodes_ += choice.numInserted == 2 ? 1 : 0;
-        if (!choice.isKept()) {
-          QOC_TRY(appendChoice(choice, p, reading, &symbols_, &origins));
-        }
-      }
-    }
-    matches_.emplace(symbols_, set);
-    lengths_.assign(static_cast<std::size_t>(numPositions_) + 1, {std::numeric_limits<std::int32_t>::max(), 0});
-    lengths_.back() = {0, 0};
-    return QSYS_STATUS_OK;
-  }));
-  for (std::int32_t p = numPositions_ - 1; p >= 0; --p) {
-    for (const ExpansionChoice &choice : choices.at(p)) {
-      const Lengths &behind = lengths_[static_cast<std::size_t>(p + choice.numRead)];
-      Lengths &here = lengths_[static_cast<std::size_t>(p)];
-      here.least = std::min(here.least, behind.least + numSymbolsOf(choice));
-      here.most = std::max(here.most, behind.most + numSymbolsOf(choice));
-    }
-  }
-  return QSYS_STATUS_OK;
-}
-
-std::size_t VariantLattice::symbolOf(std::int32_t position, std::size_t choice, std::int32_t i) const noexcept {
-  return choices_->at(position)[choice].isKept()
-             ? static_cast<std::size_t>(position)
-             : inserted_[choiceNumber(position, choice)] + static_cast<std::size_t>(i);
-}
-
-std::size_t VariantLattice::nodeWithin(std::int32_t position, std::size_t choice) const noexcept {
-  return within_[choiceNumber(position, choice)];
-}
+VariantLattice::VariantLattice(const ReadingVariants &variants, const qoc_swapCharSet *set, std::int32_t maxEdits)
+    : variants_(variants),
+      numPositions_(variants.numPositions()),
+      maxEdits_(static_cast<std::uint8_t>(std::clamp(maxEdits, 0, mostEdits - 1))),
+      matches_(variants.symbols(), set) {}
 
 /// Takes the way by a symbol from the node to the target into the node's row.
 void VariantLattice::fillLeft(const Word &word, std::size_t node, std::size_t target, std::size_t symbol,
@@ -105,28 +47,28 @@ void VariantLattice::closeLeft(const Word &word, std::size_t node) {
 bool VariantLattice::addWord(std::int32_t index, Characters characters) {
   const Word word = {index, static_cast<std::int32_t>(characters.size()), rows_.size(), left_.size()};
   const std::size_t stride = characters.size() + 1;
-  if (stride > (mostTableBytes - left_.size()) / (2 * numNodes_)) {
+  if (stride > (mostTableBytes - left_.size()) / (2 * variants_.numNodes())) {
     return false;
   }
   for (const qoc_ocrDictionaryChar &character : characters) {
-    rows_.push_back(matches_->row(character.code));
+    rows_.push_back(matches_.row(character.code));
   }
-  left_.resize(left_.size() + stride * numNodes_);
+  left_.resize(left_.size() + stride * variants_.numNodes());
   const auto last = static_cast<std::size_t>(numPositions_);
   for (std::size_t i = 0; i < stride; ++i) {
     left_[word.firstLeft + last * stride + i] =
         static_cast<std::uint8_t>(std::min<std::size_t>(stride - 1 - i, mostEdits));
   }
   for (std::int32_t p = numPositions_ - 1; p >= 0; --p) {
-    const auto choices = choices_->at(p);
+    const auto choices = variants_.choicesAt(p);
     for (std::size_t c = 0; c < choices.size(); ++c) {
       std::size_t target = static_cast<std::size_t>(p + choices[c].numRead);
       if (choices[c].numInserted == 2) {
-        fillLeft(word, nodeWithin(p, c), target, symbolOf(p, c, 1), true);
-        target = nodeWithin(p, c);
+        fillLeft(word, variants_.nodeWithin(p, c), target, variants_.symbolOf(p, c, 1), true);
+        target = variants_.nodeWithin(p, c);
         closeLeft(word, target);
       }
-      fillLeft(word, static_cast<std::size_t>(p), target, symbolOf(p, c, 0), c == 0);
+      fillLeft(word, static_cast<std::size_t>(p), target, variants_.symbolOf(p, c, 0), c == 0);
     }
     closeLeft(word, static_cast<std::size_t>(p));
   }
@@ -139,22 +81,9 @@ bool VariantLattice::addWord(std::int32_t index, Characters characters) {
   return true;
 }
 
-void VariantLattice::countVariants() {
-  const std::size_t size = numLengths();
-  counts_.assign((static_cast<std::size_t>(numPositions_) + 1) * size, 0);
-  counts_[static_cast<std::size_t>(numPositions_) * size] = 1;
-  for (std::int32_t p = numPositions_ - 1; p >= 0; --p) {
-    for (const ExpansionChoice &choice : choices_->at(p)) {
-      const auto added = static_cast<std::size_t>(numSymbolsOf(choice));
-      for (std::size_t length = 0; length + added < size; ++length) {
-        std::uint64_t &count = counts_[static_cast<std::size_t>(p) * size + length + added];
-        count = saturatingSum(count, counts_[static_cast<std::size_t>(p + choice.numRead) * size + length]);
-      }
-    }
-  }
-}
-
-void VariantLattice::begin() {
+/// @return whether the walk visits any variant
+bool VariantLattice::begin(std::int32_t edits) {
+  walkedEdits_ = edits;
   if (visitsAll_) {
     words_.clear();
   }
@@ -168,6 +97,8 @@ void VariantLattice::begin() {
     }
   }
   frames_.assign(1, {0, 0, 0, true, 0, active_.size(), 0});
+  return visitsAll_ ||
+         std::ranges::any_of(words_, [&](const Word &word) { return left_[word.firstLeft] <= walkedEdits_; });
 }
 
 void VariantLattice::leave() {
@@ -188,16 +119,17 @@ void VariantLattice::step(const Word &word, const std::uint8_t *from, std::size_
   }
 }
 
-/// Takes the next choice of the last beginning. @return whether the longer beginning is near some word; else it is not
-/// taken
+/// Takes the next choice of the last beginning. @return whether the longer beginning is that of a variant to be
+/// visited; else it is not taken
 bool VariantLattice::enter(std::int32_t &position, std::int32_t &length) {
   Frame &before = frames_.back();
   const std::size_t choiceIndex = before.nextChoice++;
-  const ExpansionChoice &choice = choices_->at(before.position)[choiceIndex];
-  const std::int32_t numSymbols = numSymbolsOf(choice);
+  const ExpansionChoice &choice = variants_.choicesAt(before.position)[choiceIndex];
+  const std::int32_t numSymbols = ReadingVariants::numSymbolsOf(choice);
   position = before.position + choice.numRead;
   length = before.length + numSymbols;
   Frame next = {position, length, 0, before.isFirst && choiceIndex == 0, active_.size(), 0, cells_.size()};
+  bool isWithin = visitsAll_;
   for (std::size_t a = before.firstActive; a < before.firstActive + before.numActive; ++a) {
     const Active active = active_[a];
     const Word &word = words_[active.word];
@@ -207,25 +139,28 @@ bool VariantLattice::enter(std::int32_t &position, std::int32_t &length) {
     std::size_t from = active.row;
     std::size_t to = row + stride * static_cast<std::size_t>(numSymbols - 1);  // Of two rows the last stays, in front.
     for (std::int32_t i = 0; i < numSymbols; ++i) {
-      step(word, cells_.data() + from, symbolOf(before.position, choiceIndex, i), cells_.data() + to);
+      step(word, cells_.data() + from, variants_.symbolOf(before.position, choiceIndex, i), cells_.data() + to);
       from = to;
       to = row;
     }
     cells_.resize(row + stride);
     const std::uint8_t *cells = cells_.data() + row;
     const std::uint8_t *left = left_.data() + word.firstLeft + static_cast<std::size_t>(position) * stride;
-    bool isNear = false;
-    for (std::size_t i = 0; i < stride && !isNear; ++i) {
-      isNear = cells[i] + left[i] <= maxEdits_;
+    int least = mostEdits;
+    for (std::size_t i = 0; i < stride; ++i) {
+      least = std::min(least, cells[i] + left[i]);
     }
-    if (isNear) {
+    isWithin = isWithin || least <= walkedEdits_;
+    if (least <= maxEdits_) {
       active_.push_back({active.word, row});
     } else {
       cells_.resize(row);
     }
   }
   next.numActive = active_.size() - next.firstActive;
-  if (next.numActive == 0 && !visitsAll_) {
+  if (!isWithin) {
+    active_.resize(next.firstActive);
+    cells_.resize(next.firstCell);
     return false;
   }
   steps_.push_back({before.position, choiceIndex});

@@ -35,11 +35,15 @@ class WordTrie {
            std::vector<std::pair<std::int32_t, std::int32_t>> *equals = nullptr);
 
   /// Calls found(word) for every word that the automaton accepts; `rows` are the matches of the letters, in the trie's
-  /// direction. Throws Interrupted when the meter's check says so.
+  /// direction. `numVisits` is the number of nodes that may be visited, less those that were when it ends; below 0 the
+  /// walk was given up. Throws Interrupted when the meter's check says so.
   template <int Edits, class Found>
-  void walk(const EditAutomaton<Edits> &automaton, const LetterMatches &rows, WorkMeter &meter, Found found) const {
+  void walk(const EditAutomaton<Edits> &automaton, const LetterMatches &rows, WorkMeter &meter, std::int64_t &numVisits,
+            Found found) const {
     if (!nodes_.empty()) {
-      Walk<Edits, Found>{nodes_.data(), automaton, rows, meter, found}.visit(0, automaton.start());
+      Walk<Edits, Found> walk = {nodes_.data(), automaton, rows, meter, found, numVisits};
+      walk.visit(0, automaton.start());
+      numVisits = walk.numVisits;
     }
   }
 
@@ -61,6 +65,9 @@ class WordTrie {
 
     // Words are short, so the depth is small.
     void visit(std::size_t node, State state) {
+      if (--numVisits < 0) {
+        return;
+      }
       if (!automaton.hasEditsLeft(state)) {
         visitExactly(node, state[Edits]);
         return;
@@ -95,6 +102,9 @@ class WordTrie {
 
     /// The same where no edit is left, as in most nodes.
     void visitExactly(std::size_t node, std::uint64_t last) {
+      if (--numVisits < 0) {
+        return;
+      }
       const std::uint8_t *place = nodes + node;
       const std::uint8_t head = *place++;
       for (std::uint8_t left = head & ~leafFlag; left > 0; --left) {
@@ -133,6 +143,7 @@ class WordTrie {
     const LetterMatches &rows;
     WorkMeter &meter;
     Found &found;
+    std::int64_t numVisits;
   };
 
   class Builder;

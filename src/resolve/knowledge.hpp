@@ -2,7 +2,9 @@
 // What a resolver keeps of a dictionary.
 
 #include <memory>
+#include <vector>
 
+#include "resolve/admitted_codes.hpp"
 #include "resolve/word_index.hpp"
 
 namespace qoc {
@@ -46,10 +48,15 @@ struct Knowledge {
   WordIndex words;
   HeldFieldings fieldings;
   HeldExpressions expressions;
+  std::vector<AdmittedCodes> admitted;  ///< By expression.
 
   /// @return 0 or a failure to copy
   qsys_status take(const qoc_ocrDictionary &dictionary);
   std::int32_t numShapes() const { return fieldings->core.size + expressions->core.size; }
+  /// Whether some fielding or expression may have texts of that many characters.
+  bool admitsLength(std::int64_t length) const;
+  /// Whether some fielding or expression may have the character at that place of a text.
+  bool admits(std::size_t place, Char32 code) const;
   /// Matches a reading with one fielding or expression.
   qsys_status match(qoc_ocrDictionaryMode mode, std::int32_t entry, const qoc_ocrDictionaryStringMulti &reading,
                     const qoc_ocrDictionaryRunParams &params, const qoc_swapCharSet *set,
@@ -57,5 +64,15 @@ struct Knowledge {
 };
 
 using SharedKnowledge = std::shared_ptr<const Knowledge>;
+
+/// What a resolver keeps beside its rules; behind its field `knowledge`, or null where there is nothing to keep.
+struct Kept {
+  SharedKnowledge dictionary;                    ///< Null where it knows none.
+  std::shared_ptr<const Confusions> confusions;  ///< Those of its rules; null where they have none.
+};
+
+inline const Kept *keptBy(const qoc_ocrDictionaryResolver &resolver) {
+  return static_cast<const Kept *>(resolver.knowledge);
+}
 
 }  // namespace qoc

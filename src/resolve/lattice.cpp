@@ -118,7 +118,7 @@ void fillShown(Slot &slot, std::span<const qoc_ocrDictionaryChar> valid, bool is
     Choice choice;
     if (isSwappedIn || !costs.find(slot.input, character.code, choice)) {
       // A multi-character swap: the two characters that it concerns bear its penalty together.
-      choice = {character.code, costs.penalties().rules().swapPenalty / 2, -1,
+      choice = {character.code, costs.penalties().swappedTogether() / 2, -1,
                 static_cast<std::int32_t>(costs.firstScore(slot.input))};
     }
     if (choice.code == QOC_CHAR_ANY) {
@@ -166,7 +166,7 @@ Cost costOfPassedOver(const Lattice &lattice, const ReadingCosts &costs, const s
     if (i < prefix || i >= n - suffix) {
       cost += std::max<Cost>(costs.firstScore(i), 0);
     } else {
-      cost += isSwallowed[at] ? costs.penalties().rules().swapPenalty / 2 : costs.extra(i, before[at], behind[at]);
+      cost += isSwallowed[at] ? costs.penalties().swappedTogether() / 2 : costs.extra(i, before[at], behind[at]);
     }
   }
   return cost;

@@ -9,15 +9,16 @@ using namespace qoc;
 
 namespace {
 
-SharedKnowledge knowledgeOf(const qoc_ocrDictionaryResolver &resolver) {
-  return resolver.knowledge != nullptr ? *static_cast<const SharedKnowledge *>(resolver.knowledge) : nullptr;
+/// Puts what is to be kept in place of what was there.
+void keep(qoc_ocrDictionaryResolver &resolver, const Kept &kept) {
+  auto *made = kept.dictionary || kept.confusions ? new Kept(kept) : nullptr;
+  delete static_cast<Kept *>(resolver.knowledge);
+  resolver.knowledge = made;
 }
 
-/// Puts new knowledge in place of what was there.
-void setKnowledge(qoc_ocrDictionaryResolver &resolver, const SharedKnowledge &knowledge) {
-  auto *shared = knowledge ? new SharedKnowledge(knowledge) : nullptr;
-  delete static_cast<SharedKnowledge *>(resolver.knowledge);
-  resolver.knowledge = shared;
+Kept copyOfKept(const qoc_ocrDictionaryResolver &resolver) {
+  const Kept *kept = keptBy(resolver);
+  return kept != nullptr ? *kept : Kept();
 }
 
 }  // namespace
@@ -43,7 +44,7 @@ qsys_status qoc_ocrDictionaryResolver_assign(qoc_ocrDictionaryResolver *resolver
   }
   return inFrame<1>([&](Frame<1> &) -> qsys_status {
     QOC_TRY(qoc_ocrDictionaryResolverRules_assign(&resolver->rules, &source->rules));
-    setKnowledge(*resolver, knowledgeOf(*source));
+    keep(*resolver, copyOfKept(*source));
     return QSYS_STATUS_OK;
   });
 }
@@ -52,7 +53,7 @@ qsys_status qoc_ocrDictionaryResolver_destruct(qoc_ocrDictionaryResolver *resolv
   if (!present({resolver})) {
     return QSYS_STATUS_OK;
   }
-  delete static_cast<SharedKnowledge *>(resolver->knowledge);
+  delete static_cast<Kept *>(resolver->knowledge);
   resolver->knowledge = nullptr;
   return qoc_ocrDictionaryResolverRules_destruct(&resolver->rules);
 }
@@ -63,7 +64,13 @@ qsys_status qoc_ocrDictionaryResolver_setRules(qoc_ocrDictionaryResolver *resolv
     return QSYS_STATUS_OK;
   }
   QOC_TRY(qoc_ocrDictionaryResolverRules_validate(rules));
-  return qoc_ocrDictionaryResolverRules_assign(&resolver->rules, rules);
+  return inFrame<1>([&](Frame<1> &) -> qsys_status {
+    Kept kept = copyOfKept(*resolver);
+    kept.confusions = rules->confusions.core.size > 0 ? std::make_shared<const Confusions>(*rules) : nullptr;
+    QOC_TRY(qoc_ocrDictionaryResolverRules_assign(&resolver->rules, rules));
+    keep(*resolver, kept);
+    return QSYS_STATUS_OK;
+  });
 }
 
 qsys_status qoc_ocrDictionaryResolver_getRules(const qoc_ocrDictionaryResolver *resolver,
@@ -80,13 +87,14 @@ qsys_status qoc_ocrDictionaryResolver_setDictionary(qoc_ocrDictionaryResolver *r
     return QSYS_STATUS_OK;
   }
   return inFrame<1>([&](Frame<1> &) -> qsys_status {
-    if (dictionary == nullptr) {
-      setKnowledge(*resolver, nullptr);
-      return QSYS_STATUS_OK;
+    Kept kept = copyOfKept(*resolver);
+    kept.dictionary = nullptr;
+    if (dictionary != nullptr) {
+      const auto knowledge = std::make_shared<Knowledge>();
+      QOC_TRY(knowledge->take(*dictionary));
+      kept.dictionary = knowledge;
     }
-    const auto knowledge = std::make_shared<Knowledge>();
-    QOC_TRY(knowledge->take(*dictionary));
-    setKnowledge(*resolver, knowledge);
+    keep(*resolver, kept);
     return QSYS_STATUS_OK;
   });
 }

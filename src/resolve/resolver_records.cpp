@@ -86,8 +86,8 @@ qsys_status qoc_ocrDictionaryResolverRules_construct(qoc_ocrDictionaryResolverRu
   if (!present({rules})) {
     return QSYS_STATUS_OK;
   }
-  rules->alternativePenalty = 1500;
-  rules->laterPenalty = 1300;
+  rules->alternativePenalty = 2500;
+  rules->laterPenalty = 2000;
   rules->swapPenalty = 9000;
   rules->substitutedPenalty = 4000;
   rules->missingPenalty = 5500;
@@ -95,6 +95,7 @@ qsys_status qoc_ocrDictionaryResolverRules_construct(qoc_ocrDictionaryResolverRu
   rules->doubledPenalty = 8000;
   rules->leadCap = 4000;
   rules->maxLag = 40000;
+  rules->maxMargin = 4000;
   rules->freeWord = {-4000, 1500, 75};
   rules->freeShape = {8000, 0, 30};
   rules->minMargin = 3000;
@@ -145,7 +146,7 @@ qsys_status qoc_ocrDictionaryResolverRules_validate(const qoc_ocrDictionaryResol
   for (const std::int32_t number :
        {rules->alternativePenalty, rules->laterPenalty, rules->swapPenalty, rules->substitutedPenalty,
         rules->missingPenalty, rules->extraPenalty, rules->doubledPenalty, rules->leadCap, rules->maxLag,
-        rules->freeWord.perCharacter, rules->freeWord.leadPercent, rules->freeShape.perCharacter,
+        rules->maxMargin, rules->freeWord.perCharacter, rules->freeWord.leadPercent, rules->freeShape.perCharacter,
         rules->freeShape.leadPercent, rules->minMargin}) {
     if (number < 0) {
       return QOC_STATUS_PENALTY_NEGATIVE;
@@ -238,6 +239,7 @@ qsys_status qoc_ocrDictionaryResolution_construct(qoc_ocrDictionaryResolution *r
     return QSYS_STATUS_OK;
   }
   resolution->outcome = qoc_ocrDictionaryOutcome_none;
+  resolution->hasScores = 0;
   return qstd_vector_qoc_ocrDictionaryResolvedText_constructEmpty(&resolution->texts);
 }
 
@@ -254,6 +256,7 @@ qsys_status qoc_ocrDictionaryResolution_assign(qoc_ocrDictionaryResolution *reso
   }
   QOC_TRY(qstd_vector_qoc_ocrDictionaryResolvedText_assign(&resolution->texts, &source->texts));
   resolution->outcome = source->outcome;
+  resolution->hasScores = source->hasScores;
   return QSYS_STATUS_OK;
 }
 

@@ -61,11 +61,30 @@ void WordIndex::finish() {
     const auto differing = std::mismatch(before.begin(), before.end(), here.begin(), here.end());
     common_[k] = static_cast<std::uint32_t>(differing.second - here.begin());
   }
+  fewer_.assign(order_.size(), static_cast<std::uint32_t>(order_.size()));
+  for (std::size_t k = order_.size(); k-- > 0;) {
+    std::uint32_t next = static_cast<std::uint32_t>(k) + 1;
+    while (next < order_.size() && common_[next] >= common_[k]) next = fewer_[next];
+    fewer_[k] = next;
+  }
 }
 
 std::span<const Char32> WordIndex::word(std::size_t k) const {
   const Word &word = words_[order_[k]];
   return {codes_.data() + word.begin, word.length};
+}
+
+bool WordIndex::contains(std::span<const Char32> sought) const {
+  const auto comesBefore = [&](std::uint32_t k, std::span<const Char32> other) {
+    const Char32 *first = codes_.data() + words_[k].begin;
+    return std::lexicographical_compare(first, first + words_[k].length, other.begin(), other.end());
+  };
+  const auto found = std::lower_bound(order_.begin(), order_.end(), sought, comesBefore);
+  if (found == order_.end()) {
+    return false;
+  }
+  const auto known = word(static_cast<std::size_t>(found - order_.begin()));
+  return std::equal(known.begin(), known.end(), sought.begin(), sought.end());
 }
 
 WordTable::WordTable(const ReadingCosts &costs, const Reach &reach, const MultiSwaps &swaps)
@@ -101,12 +120,14 @@ std::int32_t WordTable::last(std::size_t depth) const {
 void WordTable::addRow(std::size_t depth) {
   if (rows_.size() <= depth) rows_.emplace_back();
   const auto width = static_cast<std::size_t>(last(depth) - first(depth)) + 1;
-  rows_[depth].assign(width * (static_cast<std::size_t>(numEdits_) + 1), noWay);
+  rows_[depth].costs.assign(width * (static_cast<std::size_t>(numEdits_) + 1), noWay);
+  rows_[depth].firstLive = costs_.size() + 1;
+  rows_[depth].lastLive = -1;
 }
 
 Cost &WordTable::at(std::size_t depth, std::int32_t input, std::int32_t edits) {
-  return rows_[depth][static_cast<std::size_t>(input - first(depth)) * (static_cast<std::size_t>(numEdits_) + 1) +
-                      static_cast<std::size_t>(edits)];
+  return rows_[depth].costs[static_cast<std::size_t>(input - first(depth)) * (static_cast<std::size_t>(numEdits_) + 1) +
+                            static_cast<std::size_t>(edits)];
 }
 
 Cost WordTable::at(std::size_t depth, std::int32_t input, std::int32_t edits) const {
@@ -124,14 +145,16 @@ void WordTable::fillFirstRow() {
       at(0, i + 1, 0) = ignored;
     }
   }
-  relax({}, 0);
+  rows_[0].firstLive = 0;
+  rows_[0].lastLive = reach_.isWindow ? costs_.size() : 0;
+  relax({}, 0, noWay - 1);
 }
 
 /// Calls visit(step) for every step that ends at the position and the prefix of `depth` characters.
 template <class Visit>
 void WordTable::forEachStep(std::span<const Char32> word, std::size_t depth, std::int32_t input, Visit &&visit) const {
   const bool mayEdit = reach_.maxEdits > 0;
-  const Cost swapPenalty = costs_.penalties().rules().swapPenalty;
+  const Cost swapPenalty = costs_.penalties().swappedTogether();
   const Char32 last = depth > 0 ? word[depth - 1] : QOC_CHAR_EMPTY;
   if (depth > 0 && input > 0) {
     if (const Cost shown = costs_.match(input - 1, last); shown < noWay) {
@@ -171,27 +194,73 @@ void WordTable::forEachStep(std::span<const Char32> word, std::size_t depth, std
   }
 }
 
-Cost WordTable::relax(std::span<const Char32> word, std::size_t depth) {
+Cost WordTable::relax(std::span<const Char32> word, std::size_t depth, Cost limit) {
   Cost least = noWay;
   const WordTable &table = *this;
-  for (std::int32_t i = first(depth); i <= last(depth); ++i) {
-    forEachStep(word, depth, i, [&](const Step &step) {
-      const std::size_t from = depth - static_cast<std::size_t>(step.characters);
-      const std::int32_t counted = countsEdits_ ? step.edits : 0;
-      for (std::int32_t e = counted; e <= numEdits_; ++e) {
-        const Cost before = table.at(from, i - step.inputs, e - counted);
-        Cost &here = at(depth, i, e);
-        if (before < noWay && before + step.cost < here) here = before + step.cost;
-      }
-    });
-    for (std::int32_t e = 0; e <= numEdits_; ++e) least = std::min(least, at(depth, i, e));
+  Row &row = rows_[depth];
+  // Only what the rows above reach can go on: at most two positions further, and from there by extra characters.
+  std::int32_t begin = row.firstLive, end = row.lastLive;
+  for (std::size_t above = 1; above <= (swaps_.isEmpty() ? 1u : 2u) && above <= depth; ++above) {
+    begin = std::min(begin, rows_[depth - above].firstLive);
+    if (rows_[depth - above].lastLive >= 0) end = std::max(end, rows_[depth - above].lastLive + 2);
+  }
+  const bool isPlain = countsEdits_ && swaps_.isEmpty() && depth > 0;
+  const std::int32_t lowest = std::max(begin, first(depth));
+  for (std::int32_t i = lowest; i <= std::min(std::max(end, row.lastLive + 1), last(depth)); ++i) {
+    if (isPlain) {
+      takePlainSteps(word[depth - 1], depth, i, limit);
+    } else {
+      forEachStep(word, depth, i, [&](const Step &step) {
+        const std::size_t from = depth - static_cast<std::size_t>(step.characters);
+        const std::int32_t counted = countsEdits_ ? step.edits : 0;
+        for (std::int32_t e = counted; e <= numEdits_; ++e) {
+          const Cost before = table.at(from, i - step.inputs, e - counted);
+          Cost &here = at(depth, i, e);
+          if (before < noWay && before + step.cost < here && before + step.cost <= limit) here = before + step.cost;
+        }
+      });
+    }
+    for (std::int32_t e = 0; e <= numEdits_; ++e) {
+      const Cost here = at(depth, i, e);
+      if (here >= noWay) continue;
+      least = std::min(least, here);
+      row.firstLive = std::min(row.firstLive, i);
+      row.lastLive = i;
+    }
   }
   return least;
 }
 
-Cost WordTable::extend(std::span<const Char32> word, std::size_t depth) {
+/// The steps of forEachStep where every edit is counted and nothing is swapped together, for all numbers of edits.
+void WordTable::takePlainSteps(Char32 code, std::size_t depth, std::int32_t input, Cost limit) {
+  const auto cells = [&](std::size_t row, std::int32_t i) -> Cost * {
+    return i >= first(row) && i <= last(row) ? &at(row, i, 0) : nullptr;
+  };
+  Cost *here = cells(depth, input);
+  const auto take = [&](const Cost *from, Cost cost, std::int32_t edits) {
+    if (from == nullptr || cost >= noWay) return;
+    for (std::int32_t e = edits; e <= numEdits_; ++e) {
+      const Cost reached = from[e - edits] + cost;  // Beyond the limit where there is no way.
+      if (reached < here[e] && reached <= limit) here[e] = reached;
+    }
+  };
+  const bool allowsExtra = numEdits_ > 0 && reach_.allowsExtra;
+  if (input > 0) {
+    const Cost *diagonal = cells(depth - 1, input - 1);
+    const Cost shown = costs_.match(input - 1, code);
+    take(diagonal, shown, 0);
+    if (numEdits_ > 0 && reach_.allowsSubstitution) take(diagonal, costs_.substituted(input - 1), 1);
+    if (allowsExtra && input > 1 && shown < noWay) {
+      take(cells(depth - 1, input - 2), shown + costs_.extra(input - 2, QOC_CHAR_EMPTY, code), 1);
+    }
+  }
+  if (numEdits_ > 0 && reach_.allowsMissing) take(cells(depth - 1, input), costs_.penalties().missing(code), 1);
+  if (allowsExtra && input > 0) take(cells(depth, input - 1), costs_.extra(input - 1, code, QOC_CHAR_EMPTY), 1);
+}
+
+Cost WordTable::extend(std::span<const Char32> word, std::size_t depth, Cost limit) {
   addRow(depth + 1);
-  return relax(word, depth + 1);
+  return relax(word, depth + 1, limit);
 }
 
 Cost WordTable::suffixCost(std::int32_t input) const {

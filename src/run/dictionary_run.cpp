@@ -4,6 +4,8 @@
 
 #include "frame/frame.hpp"
 #include "kinds/lexicon_match.hpp"
+#include "kinds/line_fielding_match.hpp"
+#include "kinds/regular_expression_match.hpp"
 #include "qoc/dictionary.h"
 #include "run/result_set_ops.hpp"
 #include "text/reading_of.hpp"
@@ -89,13 +91,14 @@ qsys_status qoc_ocrDictionary_runSwapCharSetMulti(const qoc_ocrDictionary *dicti
     QOC_TRY(runEntries<qoc_ocrDictionaryLexicon>(run, dictionary->lexicons, [&](const auto &lexicon) {
       return lexiconMatching.match(lexicon, &run.working, run.scratch);
     }));
+    qoc::LineFieldingMatching lineMatching(*reading, set);
     QOC_TRY(runEntries<qoc_ocrDictionaryLineFielding>(run, dictionary->fieldings, [&](const auto &fielding) {
-      return qoc_ocrDictionaryLineFielding_matchMulti(&fielding, reading, &run.working, set, &run.scratch);
+      return lineMatching.match(fielding, &run.working, run.scratch);
     }));
+    qoc::RegularExpressionMatching expressionMatching(*reading, set);
     QOC_TRY(runEntries<qoc_ocrDictionaryRegularExpression>(
-        run, dictionary->regularExpressions, [&](const auto &expression) {
-          return qoc_ocrDictionaryRegularExpression_matchMulti(&expression, reading, &run.working, set, &run.scratch);
-        }));
+        run, dictionary->regularExpressions,
+        [&](const auto &expression) { return expressionMatching.match(expression, &run.working, run.scratch); }));
     if (isLent && results->results.core.capacity == 0) {
       std::swap(results->results, run.scratch.results);  // Nothing moved: the storage goes back as it is.
       QOC_TRY(qstd_vector_qoc_ocrDictionaryResult_resize(&results->results, 0));

@@ -5,10 +5,14 @@
 #include "frame/frame.hpp"
 #include "platform/containers/shared_elements.hpp"
 #include "run/result_set_ops.hpp"
+#include "text/shared_reading.hpp"
 
+using qoc::ElementPool;
 using qoc::present;
 
 namespace {
+
+using Status = qoc_ocrDictionaryPositionStatus;
 
 /// Takes inserted positions out of a result.
 qsys_status removeInserted(qoc_ocrDictionaryResult &result) {
@@ -82,9 +86,9 @@ qsys_status qoc_ocrDictionaryResultSet_setGiven(qoc_ocrDictionaryResultSet *set,
   }
   qoc_ocrDictionaryStringMulti shared;  // One copy for all of the results.
   return qoc::inFrame<1>([&](qoc::Frame<1> &frame) -> qsys_status {
-    QOC_TRY(qoc_ocrDictionaryStringMulti_constructCopy(&shared, given));
+    QOC_TRY(qoc_ocrDictionaryStringMulti_construct(&shared));
     frame.local<qoc_ocrDictionaryStringMulti_destruct>(&shared);
-    QOC_TRY(qoc::shareElements(shared.positions.core));
+    QOC_TRY(qoc::makeShared(qoc::view(*given), shared));
     for (qoc_ocrDictionaryResult &result : qoc::edit(set->results)) {
       QOC_TRY(qoc_ocrDictionaryStringMulti_assign(&result.given, &shared));
       QOC_TRY(qstd_vector32s_assign(&result.inputIndices, inputIndices));
@@ -116,13 +120,27 @@ qsys_status qoc_ocrDictionaryResultSet_finalize(qoc_ocrDictionaryResultSet *set,
   if (params == nullptr) {
     return QSYS_STATUS_OK;
   }
+  // The statuses of many results share blocks, in vectors that have no storage yet.
+  const auto isFresh = [](const qoc_ocrDictionaryResult &result) {
+    const qstd_vector &statuses = result.statusWRTInputStringSwapChar.core;
+    return statuses.elements == nullptr && statuses.memory == nullptr;
+  };
+  std::size_t expected = 0;
+  for (const qoc_ocrDictionaryResult &result : qoc::view(set->results)) {
+    expected += isFresh(result) ? ElementPool::sizeOf(qoc::view(result.given).size(), sizeof(Status)) : 0;
+  }
+  ElementPool pool(expected);
   for (qoc_ocrDictionaryResult &result : qoc::edit(set->results)) {
     if (params->finalizeEachResult != 0) {
       QOC_TRY(removeInserted(result));
     }
     const auto statuses = qoc::statusesOf(result);
     result.resultStringLineStatus = statuses.empty() ? 0 : std::ranges::max(statuses);
-    if (result.isComputed != 0) {
+    if (result.isComputed != 0 && isFresh(result)) {
+      void *elements = nullptr;
+      QOC_TRY(pool.place(result.statusWRTInputStringSwapChar.core, qoc::sizeOf(result.given), elements));
+      qoc::fillStatusWRTInputString(result, qoc::editAs<Status>(result.statusWRTInputStringSwapChar));
+    } else if (result.isComputed != 0) {
       QOC_TRY(qoc_ocrDictionaryResult_getStatusWRTInputStringSwapChar(&result, &result.statusWRTInputStringSwapChar));
     }
   }

@@ -202,10 +202,12 @@ qsys_status qoc_ocrDictionaryResultSet_mergeBuckets(qoc_ocrDictionaryResultSet *
     return QSYS_STATUS_OK;
   }
   for (qstd_vector_qoc_ocrDictionaryResult &bucket : qoc::editAs<qstd_vector_qoc_ocrDictionaryResult>(*buckets)) {
-    // The temporary set borrows the bucket: sorting moves elements and changes neither its size nor its storage.
+    // The temporary set borrows the bucket.
     qoc_ocrDictionaryResultSet temporary = {1, bucket};
     QOC_TRY(qoc_ocrDictionaryResultSet_sort(&temporary, params, 1));
-    QOC_TRY(qoc_ocrDictionaryResultSet_merge(target, &temporary, params));
+    const qsys_status status = qoc::mergeTaking(*target, temporary, params);
+    bucket = temporary.results;
+    QOC_TRY(status);
   }
   return QSYS_STATUS_OK;
 }

@@ -55,7 +55,7 @@ qsys_status qoc_ocrDictionaryResultSet_sort(qoc_ocrDictionaryResultSet *set, con
 /// Merges a partial set, whose ranking caches may be filled on the way, into the target.
 qsys_status qoc_ocrDictionaryResultSet_merge(qoc_ocrDictionaryResultSet *target, qoc_ocrDictionaryResultSet *partial,
                                              const qoc_ocrDictionaryRunParams *params);
-/// Merges every bucket, fewest edits first; each bucket is ranked on the way.
+/// Merges every bucket, fewest edits first; each bucket is ranked on the way. The results move: the buckets end empty.
 qsys_status qoc_ocrDictionaryResultSet_mergeBuckets(qoc_ocrDictionaryResultSet *target,
                                                     qstd_vector_vector_qoc_ocrDictionaryResult *buckets,
                                                     const qoc_ocrDictionaryRunParams *params);

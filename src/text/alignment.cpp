@@ -19,6 +19,7 @@
 #include "platform/system/shortcuts.hpp"
 #include "run/result_set_ops.hpp"
 #include "text/reading_of.hpp"
+#include "text/shared_reading.hpp"
 
 namespace qoc {
 
@@ -292,10 +293,7 @@ qsys_status Aligner::shareReading(std::int32_t start, const qoc_ocrDictionaryStr
     QOC_TRY(qoc_ocrDictionaryStringMulti_construct(&fresh.reading));
     shared_.push_back(fresh);  // Should there be no room, an empty reading leaves nothing behind.
     found = shared_.end() - 1;
-    const Positions shown = view(matches_.reading()).subspan(static_cast<std::size_t>(start));
-    QOC_TRY(qstd_vector_qoc_ocrDictionaryCharMulti_assignElements(&found->reading.positions, shown.data(),
-                                                                  static_cast<std::int32_t>(shown.size())));
-    QOC_TRY(shareElements(found->reading.positions.core));
+    QOC_TRY(makeShared(view(matches_.reading()).subspan(static_cast<std::size_t>(start)), found->reading));
   }
   shared = &found->reading;
   return QSYS_STATUS_OK;

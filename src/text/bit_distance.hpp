@@ -7,12 +7,12 @@
 namespace qoc {
 
 /// The distance by substituted, missing and extra characters, a match free, of a word from a reading of at most 64
-/// positions. `rows` are the positions that each of the word's letters matches.
+/// positions. `rows` are the positions that each of the word's letters matches; `letters[i]` is a letter.
 ///
 /// The differences between neighbouring cells of the table are -1, 0 or 1, so a column is two words of bits; the
 /// distance follows the last row (Myers, 1999, as simplified by Hyyrö, 2003).
-template <class Rows>
-std::int32_t bitDistance(const Rows &rows, std::int32_t numPositions, const std::uint8_t *letters,
+template <class Rows, class Letters>
+std::int32_t bitDistance(const Rows &rows, std::int32_t numPositions, const Letters &letters,
                          std::int32_t numLetters) noexcept {
   if (numPositions == 0) {
     return numLetters;

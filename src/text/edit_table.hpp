@@ -12,6 +12,12 @@
 // as they are in the full table.
 //
 //     "abc" in the window "axc", one edit:   diagonal 0, 0, 1, 1: match, substitution, match
+//
+// Where all steps are open and the window has at most 64 positions, neither costs nor steps are written down: cells
+// differ from their neighbours by at most 1, so each character's costs are two words of bits (see bitDistance). A third
+// tells where a cell costs what the one diagonally before it does. Of a cell on the path these give the step: a match
+// where there is one; a substitution where the cell costs more than that one; else an insertion where it costs more
+// than the one before it in the window.
 
 #include <qoc/run_params.h>
 
@@ -43,7 +49,18 @@ class EditTable {
     return static_cast<std::size_t>(std::int64_t{j} * stride_ + i - (isBanded_ ? std::int64_t{j} - band_ : 0));
   }
 
+  /// The costs of one character: the positions that match it, where a cell costs as much as the one diagonally before
+  /// it, and where it costs one more than the one before it in the window.
+  struct Column {
+    std::uint64_t matches, diagonal, up;
+  };
+
   static constexpr std::size_t largeTable = std::size_t{1} << 16;
+  static constexpr std::int32_t mostPositionsOfBits = 64;
+
+  qsys_status fillBits(const WordRows &word, Window window, std::int32_t maxEdits, bool &isWithin);
+  qsys_status fillCells(const WordRows &word, Window window, const qoc_ocrDictionaryRunParams &params, bool &isWithin);
+  Step stepInto(std::int32_t i, std::int32_t j) const noexcept;
 
   /// Makes room for the first n rows. What earlier tables left there stays.
   void makeRows(std::int32_t n) {
@@ -57,6 +74,8 @@ class EditTable {
   WorkMeter meter_;
   std::vector<std::int32_t> costs_;
   std::vector<Step> steps_;
+  std::vector<Column> columns_;
+  bool hasColumns_ = false;
   std::int64_t stride_ = 0;
   std::int32_t m_ = 0, k_ = 0, band_ = 0;
   bool isBanded_ = false;

@@ -76,6 +76,29 @@ const std::uint64_t *ReadingMatches::rowOnDemand(Char32 code) const {
   return onDemand_.emplace(code, std::move(row)).first->second.data();
 }
 
+std::uint64_t ReadingMatches::findCoveredCodes() const {
+  constexpr std::uint64_t all = ~std::uint64_t{0};
+  if (isLong_) {
+    return all;
+  }
+  std::uint64_t covered = codeBit(QOC_CHAR_ANY);  // As a character of a word it matches whatever there is.
+  for (const qoc_ocrDictionaryCharMulti &position : view(reading_)) {
+    for (const qoc_ocrDictionaryChar &candidate : view(position)) {
+      if (candidate.code == QOC_CHAR_ANY) {
+        return all;
+      }
+      covered |= codeBit(candidate.code);
+    }
+  }
+  if (set_ != nullptr) {
+    for (const Char32 code : viewAs<Char32>(set_->distinctCharacters)) {
+      const std::uint64_t *bits = row(code);
+      covered |= std::any_of(bits, bits + numWords_, [](std::uint64_t word) { return word != 0; }) ? codeBit(code) : 0;
+    }
+  }
+  return covered;
+}
+
 Char32 ReadingMatches::representativeOf(Char32 code) const noexcept {
   const std::int32_t index = set_ != nullptr ? indexOfCode(*set_, code) : -1;
   return index < 0 ? code

@@ -49,6 +49,17 @@ class ReadingMatches {
     return (bits[position / 64] >> (position % 64) & 1u) != 0;
   }
 
+  /// The bit of a code in signatures that readings and words have in common.
+  static std::uint64_t codeBit(Char32 code) noexcept { return std::uint64_t{1} << (code * 0x9E3779B1u >> 26); }
+  /// The bits of all codes that match some position, and perhaps of others; worked out when it is asked for first.
+  std::uint64_t coveredCodes() const {
+    if (!hasCoveredCodes_) {
+      coveredCodes_ = findCoveredCodes();
+      hasCoveredCodes_ = true;
+    }
+    return coveredCodes_;
+  }
+
   const qoc_ocrDictionaryStringMulti &reading() const noexcept { return reading_; }
   const qoc_swapCharSet *set() const noexcept { return set_; }
   std::int32_t size() const noexcept { return sizeOf(reading_); }
@@ -59,6 +70,7 @@ class ReadingMatches {
   enum : std::uint32_t { rowOfEmpty = 0, rowOfAny = 1, rowOfOthers = 2, numFixedRows = 3 };
 
   void fillRows();
+  std::uint64_t findCoveredCodes() const;
   const std::uint64_t *rowOnDemand(Char32 code) const;
   std::size_t findRow(Char32 code) const noexcept;
   std::uint32_t addRow(Char32 representative);
@@ -75,6 +87,8 @@ class ReadingMatches {
   std::uint32_t small_[128] = {};        // The rows of 7-bit codes that stand for their class; 0 where there is none.
   std::vector<Char32> representatives_;  // Of the rows behind the fixed ones.
   std::vector<std::uint32_t> slots_;  // Hash table of the rows whose representatives have more than 7 bits; 0 is free.
+  mutable std::uint64_t coveredCodes_ = 0;
+  mutable bool hasCoveredCodes_ = false;
   mutable std::unordered_map<Char32, std::vector<std::uint64_t>> onDemand_;  // Rows of a long reading, by code.
 };
 
@@ -85,6 +99,14 @@ class WordRows {
   std::int32_t size() const noexcept { return static_cast<std::int32_t>(rows_.size()); }
   bool isMatch(std::int32_t i, std::int32_t position) const noexcept {
     return ReadingMatches::test(rows_[static_cast<std::size_t>(i)], position);
+  }
+  /// What character i matches in a window of at most 64 positions, the first of which is bit 0; the bits behind the
+  /// window's are of no meaning.
+  std::uint64_t matchesIn(std::int32_t i, Window window) const noexcept {
+    const std::uint64_t *row = rows_[static_cast<std::size_t>(i)] + window.start / 64;
+    const int shift = window.start % 64;
+    const bool isSplit = shift + window.size() > 64;
+    return window.size() == 0 ? 0 : row[0] >> shift | (isSplit ? row[1] << (64 - shift) : 0);
   }
 
  private:

@@ -80,9 +80,14 @@ qsys_status searchWindows(std::int32_t n, std::int32_t m, const qoc_ocrDictionar
   return QSYS_STATUS_OK;
 }
 
-/// Asks for attention as often as searchWindows does, for a word that is refused without a search.
+/// Whether the params, which may be null, ask for windows beside the whole reading.
+inline bool searchesWindows(const qoc_ocrDictionaryRunParams *params) noexcept {
+  return params != nullptr && params->matchOption9 != 0;
+}
+
+/// Asks for attention as often as a search of windows does, for what is refused without one.
 inline qsys_status passOverWindows(std::int32_t n, const qoc_ocrDictionaryRunParams *params) {
-  for (std::int32_t start = 0; params != nullptr && params->matchOption9 != 0 && start < n; ++start) {
+  for (std::int32_t start = 0; searchesWindows(params) && start < n; ++start) {
     QOC_TRY(qsys_attention_check());
   }
   return QSYS_STATUS_OK;

@@ -278,6 +278,28 @@ void addSwaps(std::vector<WorstCase> &cases) {
                        };
                      }});
   }
+  // Of the shorter reading the variants are counted.
+  for (const int n : {10000, 900}) {
+    cases.push_back({"swaps at every position, line", [n]() -> Operation {
+                       auto input = std::make_shared<Input>(Input{twoForOne(), longReading("m|n|r", n), {}});
+                       const auto shape = line(repeated("aAm", 300));
+                       require(qoc_ocrDictionary_setFieldingIExtend(input->dictionary, 0, shape));
+                       return [input] {
+                         return qoc_ocrDictionary_runSwapCharSetMulti(input->dictionary, input->reading, anyWindows(),
+                                                                      input->set, input->results);
+                       };
+                     }});
+    cases.push_back({"swaps at every position, expression", [n]() -> Operation {
+                       auto input = std::make_shared<Input>(Input{twoForOne(), longReading("m|n|r", n), {}});
+                       Owned<qoc_ocrDictionaryRegularExpression> expression;
+                       require(qoc_ocrDictionaryRegularExpression_setStringT(expression, L"((rn|m)*[a-z]{1,9})*x"));
+                       require(qoc_ocrDictionary_setRegularExpressionIExtend(input->dictionary, 0, expression));
+                       return [input] {
+                         return qoc_ocrDictionary_runSwapCharSetMulti(input->dictionary, input->reading, anyWindows(),
+                                                                      input->set, input->results);
+                       };
+                     }});
+  }
   cases.push_back({"a group of ten thousand characters", settingGroups(1, 10000, 0x4E00)});
   cases.push_back({"ten thousand chained groups", settingGroups(10000, 2, 0x4E00)});
   cases.push_back({"a thousand groups of a thousand", settingGroups(1000, 1000, 0x110000)});

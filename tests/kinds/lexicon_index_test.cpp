@@ -75,8 +75,13 @@ void expectExactlyTheWordsWithin(std::mt19937 &random, const qoc_ocrDictionaryLe
   index->prepare(matches, {0, matches.size()}, query);
   std::vector<std::int32_t> found;
   for (std::int32_t edits = 0; edits <= 5; ++edits) {
-    index->find(query, edits, 0, lexicon.strings.core.size, found);
-    EXPECT_EQ(found, wordsWithin(lexicon.strings, text, edits)) << text << ", edits " << edits;
+    const std::vector<std::int32_t> within = wordsWithin(lexicon.strings, text, edits);
+    for (const bool usesBlocks : {true, false}) {
+      qoc::lexiconRoads().usesBlocks = usesBlocks;
+      index->find(query, edits, 0, lexicon.strings.core.size, found);
+      EXPECT_EQ(found, within) << text << ", edits " << edits << ", blocks " << usesBlocks;
+    }
+    qoc::lexiconRoads() = {};
   }
 }
 
@@ -95,6 +100,75 @@ TEST(LexiconIndex, FindsExactlyTheWordsWithinTheEditsByScan) {
   const Owned<qoc_ocrDictionaryLexicon> entry = lexicon(randomList(random, 200, 10, 3));
   for (int i = 0; i < 60; ++i) {
     expectExactlyTheWordsWithin(random, *entry, 12, 3);
+  }
+}
+
+/// Blocks of 32 words: the parts of a list that a scan is done in begin and end within them, too.
+TEST(LexiconIndex, FindsExactlyTheWordsOfAPartOfTheList) {
+  std::mt19937 random(8);
+  const Owned<qoc_ocrDictionaryLexicon> entry = lexicon(randomList(random, 400, 7, 5));
+  const qoc::LexiconIndex *index = qoc::indexOf(*entry);
+  for (int i = 0; i < 200; ++i) {
+    const std::string text = randomText(random, 0, 16, 5);
+    const Owned<qoc_ocrDictionaryStringMulti> read = plainReading(text);
+    const qoc::ReadingMatches matches(*read, nullptr);
+    qoc::IndexQuery query;
+    index->prepare(matches, {0, matches.size()}, query);
+    const auto first = static_cast<std::int32_t>(random() % 400);
+    const auto end = first + static_cast<std::int32_t>(random() % static_cast<unsigned>(401 - first));
+    for (std::int32_t edits = 0; edits <= 20; edits += 4) {
+      std::vector<std::int32_t> within = wordsWithin(entry->strings, text, edits);
+      std::erase_if(within, [&](std::int32_t word) { return word < first || word >= end; });
+      std::vector<std::int32_t> found;
+      index->find(query, edits, first, end, found);
+      EXPECT_EQ(found, within) << text << ", edits " << edits << ", words " << first << " to " << end;
+    }
+  }
+}
+
+/// More letters than one table of a block's scan holds, and so many codes that some share a letter: what is found then
+/// is as much with blocks as without, and no word within the edits is left out.
+TEST(LexiconIndex, FindsTheSameByBlocksWithManyLetters) {
+  std::mt19937 random(9);
+  for (const std::uint32_t numCodes : {60u, 200u, 600u}) {
+    Owned<qstd_vector_qoc_ocrDictionaryString> list;
+    std::vector<qoc_ocrDictionaryChar> codes;
+    for (int i = 0; i < 1000; ++i) {
+      codes.resize(1 + random() % 10);
+      std::ranges::generate(codes, [&] {
+        return qoc_ocrDictionaryChar{static_cast<Char32>(0x4E00 + random() % numCodes), 0};
+      });
+      Owned<qoc_ocrDictionaryString> string;
+      require(qstd_vector_qoc_ocrDictionaryChar_assignElements(&string->characters, codes.data(),
+                                                               static_cast<std::int32_t>(codes.size())));
+      require(qstd_vector_qoc_ocrDictionaryString_pushBack(list, string));
+    }
+    Owned<qoc_ocrDictionaryLexicon> entry;
+    require(qoc_ocrDictionaryLexicon_setStringsSafe(entry, list));
+    for (int i = 0; i < 40; ++i) {
+      Owned<qoc_ocrDictionaryStringMulti> read;
+      const auto &near = qoc::view(*list)[random() % 1000];
+      require(qoc_ocrDictionaryStringMulti_setString(read, &near));
+      if (i % 4 == 0) {
+        qoc_ocrDictionaryCharMulti *position = nullptr;
+        require(qstd_vector_qoc_ocrDictionaryCharMulti_getElement(&read->positions, 0, &position));
+        const qoc_ocrDictionaryChar any = {QOC_CHAR_ANY, 0};
+        require(qstd_vector_qoc_ocrDictionaryChar_pushBack(&position->candidates, &any));
+      }
+      const qoc::ReadingMatches matches(*read, nullptr);
+      qoc::IndexQuery query;
+      qoc::indexOf(*entry)->prepare(matches, {0, matches.size()}, query);
+      std::vector<std::int32_t> found;
+      std::vector<std::int32_t> foundEach;
+      for (std::int32_t edits = 0; edits <= 6; ++edits) {
+        qoc::indexOf(*entry)->find(query, edits, 0, entry->strings.core.size, found);
+        qoc::lexiconRoads().usesBlocks = false;
+        qoc::indexOf(*entry)->find(query, edits, 0, entry->strings.core.size, foundEach);
+        qoc::lexiconRoads() = {};
+        EXPECT_EQ(found, foundEach) << numCodes << " codes, edits " << edits;
+        EXPECT_FALSE(found.empty());
+      }
+    }
   }
 }
 

@@ -59,14 +59,16 @@ Owned<qoc_ocrDictionaryResultSet> matches(const qoc_ocrDictionaryLexicon &entry,
 }
 
 /// The words that a match gives, sorted.
-Words foundWords(const qoc_ocrDictionaryLexicon &entry, std::string_view text, const qoc_ocrDictionaryRunParams *params) {
+Words foundWords(const qoc_ocrDictionaryLexicon &entry, std::string_view text,
+                 const qoc_ocrDictionaryRunParams *params) {
   Words found = matchedWords(*matches(entry, text, params));
   std::sort(found.begin(), found.end());
   found.erase(std::unique(found.begin(), found.end()), found.end());
   return found;
 }
 
-qsys_bool isMatch(const qoc_ocrDictionaryLexicon &entry, std::string_view text, const qoc_ocrDictionaryRunParams *params) {
+qsys_bool isMatch(const qoc_ocrDictionaryLexicon &entry, std::string_view text,
+                  const qoc_ocrDictionaryRunParams *params) {
   qsys_bool flag = 7;
   require(qoc_ocrDictionaryLexicon_isMatchMulti(&entry, reading(text), params, nullptr, &flag));
   return flag;
@@ -85,8 +87,9 @@ TEST(LexiconConstruct, GivesAnEmptyLexicon) {
 }
 
 TEST(LexiconConstructStrings, SetsTheWordsShortestFirst) {
-  Owned<qoc_ocrDictionaryLexicon> entry(
-      [](qoc_ocrDictionaryLexicon *e) { return qoc_ocrDictionaryLexicon_constructStrings(e, words({"abc", "a", "ab"})); });
+  Owned<qoc_ocrDictionaryLexicon> entry([](qoc_ocrDictionaryLexicon *e) {
+    return qoc_ocrDictionaryLexicon_constructStrings(e, words({"abc", "a", "ab"}));
+  });
   qsys_bool isEmpty = 7;
 
   EXPECT_EQ(qoc_ocrDictionaryLexicon_getIsEmpty(entry, &isEmpty), QSYS_STATUS_OK);
@@ -159,6 +162,18 @@ TEST(LexiconSetStrings, OrdersWordsAsTheStatedExchangesDo) {
 TEST(LexiconSetStrings, OrdersALongListAsTheStatedExchangesDo) {
   std::mt19937 random(7);
   Words list = numberedWords(4000);
+  std::shuffle(list.begin(), list.end(), random);
+
+  EXPECT_EQ(wordsOf(*lexicon(list)), exchangeSorted(list));
+}
+
+TEST(LexiconSetStrings, OrdersWordsOfVeryManyLengthsAsTheStatedExchangesDo) {
+  std::mt19937 random(8);
+  Words list;
+  for (std::size_t length = 1; length <= 600; ++length) {
+    list.push_back(std::string(length, 'a'));
+    list.push_back(std::string(length, 'b'));
+  }
   std::shuffle(list.begin(), list.end(), random);
 
   EXPECT_EQ(wordsOf(*lexicon(list)), exchangeSorted(list));
@@ -381,8 +396,7 @@ TEST(LexiconMatch, AlignsWordsWithinMaxEditsOfTheInputsLength) {
   const auto entry = lexicon({"a", "ab", "abc", "abcd", "abcde"});
 
   EXPECT_EQ(foundWords(*entry, "a b c", runParams({.maxEdits = 0, .returnBestOnly = 0})), Words{"abc"});
-  EXPECT_EQ(foundWords(*entry, "a b c", runParams({.maxEdits = 1, .returnBestOnly = 0})),
-            (Words{"ab", "abc", "abcd"}));
+  EXPECT_EQ(foundWords(*entry, "a b c", runParams({.maxEdits = 1, .returnBestOnly = 0})), (Words{"ab", "abc", "abcd"}));
   EXPECT_EQ(foundWords(*entry, "a b c", runParams({.maxEdits = 2, .returnBestOnly = 0})),
             (Words{"a", "ab", "abc", "abcd", "abcde"}));
 }
@@ -596,7 +610,8 @@ TEST(LexiconIsMatch, IsFalseOfAnEmptyReading) {
 Words threeLetterWords() {
   Words list;
   for (int i = 0; i < 300; ++i) {
-    list.push_back({static_cast<char>('a' + i / 100), static_cast<char>('a' + i / 10 % 10), static_cast<char>('a' + i % 10)});
+    list.push_back(
+        {static_cast<char>('a' + i / 100), static_cast<char>('a' + i / 10 % 10), static_cast<char>('a' + i % 10)});
   }
   return list;
 }

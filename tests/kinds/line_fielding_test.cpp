@@ -375,6 +375,51 @@ TEST(LineFieldingMatch, MultiCharacterSwapsAreTriedAsVariantsAndToldOfTheReading
   EXPECT_THAT(values(result.inputIndices), ElementsAre(0, 2));
 }
 
+TEST(LineFieldingMatch, VariantsThatFitAreFoundAmongMoreThanCanBeMade) {
+  const auto set = oneToTwo();
+  std::string picture(20, 'm');
+  for (int i = 0; i < 20; ++i) {
+    picture += "rn";
+  }
+  const Reading ems = plain(std::string(40, 'm'));
+  const auto windows = runParams({.maxEdits = 1, .matchOption9 = 1});
+
+  EXPECT_TRUE(fits(line(picture), ems, nullptr, set));
+  const auto results = match(line(picture), ems, nullptr, set);
+  ASSERT_EQ(resultsOf(*results).size(), 1u);
+  EXPECT_EQ(values(resultsOf(*results)[0].inputIndices).size(), 60u);
+  EXPECT_TRUE(fits(line(picture + "9"), ems, windows, set));
+  EXPECT_FALSE(fits(line(picture + "99"), ems, windows, set));
+  EXPECT_FALSE(fits(line(std::string(82, 'r')), ems, windows, set));
+}
+
+TEST(LineFieldingMatch, AVariantThatAsksAboutACharacterBeyondSevenBitsFails) {
+  const auto set = oneToTwo();
+  const auto accented = reading(U"\u00E9 m x");
+  qsys_bool isMatch = 2;
+
+  EXPECT_EQ(qoc_ocrDictionaryLineFielding_isMatchMulti(line("9999"), accented, nullptr, set, &isMatch),
+            QOC_STATUS_NO_SUCH_VALUE)
+      << "one variant has the length";
+  EXPECT_FALSE(fits(line("99999"), accented, nullptr, set)) << "none has";
+}
+
+TEST(LineFieldingMatch, TheBestResultIsTheFirstOfAll) {
+  for (const char *picture : {"A9", "A99", "?9*", "AA9"}) {
+    for (const char *text : {"A B 1 2 3", "A B|8 1 2", "A|4 8|B 1|I", "x|A 7|8 1|2|3 2", "7 8|B 9|A 1"}) {
+      for (const int32_t windows : {0, 1}) {
+        const auto found = [&](int32_t best) {
+          const auto params = runParams({.maxEdits = 1, .returnBestOnly = best, .matchOption9 = windows});
+          return matches(line(picture), reading(text), params);
+        };
+        const auto all = found(0), best = found(1);
+        ASSERT_EQ(best.size(), all.empty() ? 0u : 1u) << picture << " of " << text;
+        EXPECT_TRUE(best.empty() || best.front() == all.front()) << picture << " of " << text;
+      }
+    }
+  }
+}
+
 TEST(LineFieldingMatch, TheEmptyVariantOfAnEmptyReadingIsMatchedToo) {
   const auto set = oneToTwo();
   const auto params = runParams({.minStringLength = 0});

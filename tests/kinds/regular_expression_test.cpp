@@ -374,6 +374,34 @@ TEST(RegularExpressionVariants, AreTriedUntilAnExactResultIsEnough) {
   EXPECT_THAT(matches(expression("m|rn"), reading("r n"), best, set), ElementsAre("0 [r n] 0: primary primary"));
 }
 
+TEST(RegularExpressionVariants, ThatMatchAreFoundAmongMoreThanCanBeMade) {
+  const auto set = setOfSwaps({{U"m", U"rn"}});
+  const Reading ems = plain(std::string(40, 'm'));
+  const auto results = match(expression("m{20}(rn){20}"), ems, nullptr, set);
+  ASSERT_EQ(resultsOf(*results).size(), 1u);
+  EXPECT_EQ(values(resultsOf(*results)[0].inputIndices).size(), 60u);
+  EXPECT_TRUE(fits(expression("m{20}(rn){20}"), ems, nullptr, set));
+  EXPECT_TRUE(fits(expression("(rn){39}x"), ems, runParams({.maxEdits = 1, .matchOption9 = 1}), set));
+  EXPECT_FALSE(fits(expression("(rn){39}xx"), ems, runParams({.maxEdits = 1, .matchOption9 = 1}), set));
+}
+
+TEST(RegularExpressionMatch, TheBestResultIsTheFirstOfAll) {
+  for (const char *source : {"[A-Z]{2}[0-9]{3}", "[A-Z0-9]*", "(A|[A-Z])(B|[0-9])*", ".{2,3}"}) {
+    for (const char *text : {"A B 1 2 3", "A B|8 1 2", "A|4 8|B 1|I 2 3 x", "x|A y|8 1|2|3 2", "7 8|B 9|A 1"}) {
+      for (const int32_t windows : {0, 1}) {
+        const auto found = [&](int32_t best) {
+          // With one edit the search would end at the first exact result.
+          const auto params = runParams({.maxEdits = 2, .returnBestOnly = best, .matchOption9 = windows});
+          return matches(expression(source), reading(text), params);
+        };
+        const auto all = found(0), best = found(1);
+        ASSERT_EQ(best.size(), all.empty() ? 0u : 1u) << source << " of " << text;
+        EXPECT_TRUE(best.empty() || best.front() == all.front()) << source << " of " << text;
+      }
+    }
+  }
+}
+
 TEST(RegularExpressionMatch, PlainInputsAreReadingsOfSingleCandidates) {
   Owned<qoc_ocrDictionaryResultSet> results;
   EXPECT_EQ(qoc_ocrDictionaryRegularExpression_match(expression("ab"), word("ab"), nullptr, nullptr, results),

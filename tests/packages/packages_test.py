@@ -27,18 +27,23 @@ def run(*command, **options):
 
 
 def archive():
-    """The address of the first package archive that this system uses, and the release."""
+    """The address of the package archive that this system's release comes from, and the release."""
     release = dict(
         line.rstrip().replace('"', "").split("=", 1)
         for line in pathlib.Path("/etc/os-release").read_text(encoding="utf-8").splitlines()
         if "=" in line
     )["VERSION_CODENAME"]
-    lists = [pathlib.Path("/etc/apt/sources.list"), *pathlib.Path("/etc/apt/sources.list.d").glob("*")]
-    for file in lists:
+    sources = pathlib.Path("/etc/apt/sources.list.d")
+    # Others than Debian's have packages of their own, not a whole release of this name with them.
+    for file in [pathlib.Path("/etc/apt/sources.list"), *sorted(sources.glob("*.list")), *sorted(sources.glob("*.sources"))]:
         text = file.read_text(encoding="utf-8") if file.is_file() else ""
-        found = re.search(r"^(?:URIs:|deb(?:\s+\[.*?\])?)\s+(\S+)", text, re.MULTILINE)
-        if found:
-            return found.group(1), release
+        for found in re.finditer(r"^deb\s+(?:\[.*?\]\s+)?(\S+)\s+(\S+)", text, re.MULTILINE):
+            if found.group(2) == release:
+                return found.group(1), release
+        for stanza in re.split(r"\n\s*\n", text):
+            fields = dict(re.findall(r"^(\w+):\s*(.*)$", stanza, re.MULTILINE))
+            if release in fields.get("Suites", "").split() and fields.get("Enabled", "yes") != "no":
+                return fields["URIs"].split()[0], release
     raise AssertionError("no package archive is named under /etc/apt")
 
 

@@ -1,10 +1,8 @@
 // Random comparison of every way that the match of a word list can take, with the reference model and with each other.
 
-#include <utility>
-
-#include "kinds/lexicon_roads.hpp"
 #include "random/random_cases.hpp"
 #include "random/swap_record.hpp"
+#include "random/taken_roads.hpp"
 #include "reference/lexicon.hpp"
 
 namespace random_cases {
@@ -14,27 +12,16 @@ using qoc::LexiconRoads;
 using reference::Polls;
 using reference::ResultSet;
 
-/** Takes the given roads in this thread while it lives. */
-class Roads {
- public:
-  explicit Roads(const LexiconRoads &roads) : before_(std::exchange(qoc::lexiconRoads(), roads)) {}
-  ~Roads() { qoc::lexiconRoads() = before_; }
-  Roads(const Roads &) = delete;
-  Roads &operator=(const Roads &) = delete;
-
- private:
-  LexiconRoads before_;
-};
-
 /** All ways, the plainest last; tries also for the shortest lists, so that small cases go through them. */
-constexpr LexiconRoads allRoads[] = {{true, true, true, true, 0},     {true, true, true, true, 512},
-                                     {true, false, true, false, 0},   {true, false, false, true, 0},
-                                     {false, true, true, false, 512}, {false, false, false, false, 512}};
+constexpr LexiconRoads allRoads[] = {{true, true, true, true, true, 0},       {true, true, true, true, true, 512},
+                                     {true, true, true, true, false, 0},      {true, false, true, false, false, 512},
+                                     {true, false, false, true, true, 0},     {false, true, true, false, true, 512},
+                                     {false, false, false, false, false, 512}};
 
 std::string describe(const LexiconRoads &roads) {
   return "index " + std::to_string(roads.usesIndex) + ", bound " + std::to_string(roads.usesBound) + ", outlines " +
-         std::to_string(roads.usesOutlines) + ", lattice " + std::to_string(roads.usesLattice) + ", tries from " +
-         std::to_string(roads.minWordsForTries);
+         std::to_string(roads.usesOutlines) + ", lattice " + std::to_string(roads.usesLattice) + ", blocks " +
+         std::to_string(roads.usesBlocks) + ", tries from " + std::to_string(roads.minWordsForTries);
 }
 
 Outcome<ResultSet> matchOnRoads(const LexiconRoads &roads, const std::vector<Word> &words, const Reading &reading,

@@ -2,6 +2,7 @@
 
 #include "random/random_cases.hpp"
 #include "random/swap_record.hpp"
+#include "random/taken_roads.hpp"
 #include "reference/alignment.hpp"
 
 namespace random_cases {
@@ -46,6 +47,19 @@ struct Case {
                      "\n  interrupted at " + std::to_string(pollLimit);
   }
 
+  /** The first difference that a comparison finds, with the lattice of variants and without. */
+  template <class Compare>
+  std::string onEveryRoad(Compare compare) const {
+    for (const bool usesLattice : {true, false}) {
+      const Roads taken(withLattice(usesLattice));
+      const std::string difference = compare();
+      if (!difference.empty()) {
+        return described(difference + (usesLattice ? " with the lattice" : " without the lattice"));
+      }
+    }
+    return "";
+  }
+
   Alphabet alphabet;
   LineFielding line;
   Reading reading;
@@ -65,13 +79,15 @@ std::string compareIsMatch(const Case &c, const Reading &reading, const auto *re
   auto expected = ofModel<bool>(c.pollLimit, [&](Polls &polls) {
     return c.line.isMatchMulti(reading, pointer(c.params), pointer(c.swaps), polls);
   });
-  auto actual = ofLibrary<bool>(c.pollLimit, [&](bool &value) {
-    qsys_bool flag = 2;
-    qsys_status status = Operation(&c.lineRecord, readingRecord, pointer(c.params), c.swapRecord.get(), &flag);
-    value = flag != 0;
-    return status;
+  return c.onEveryRoad([&] {
+    const auto actual = ofLibrary<bool>(c.pollLimit, [&](bool &value) {
+      qsys_bool flag = 2;
+      qsys_status status = Operation(&c.lineRecord, readingRecord, pointer(c.params), c.swapRecord.get(), &flag);
+      value = flag != 0;
+      return status;
+    });
+    return compareFlags(expected, actual);
   });
-  return c.described(compareFlags(expected, actual));
 }
 
 /** The same for the results. */
@@ -80,13 +96,15 @@ std::string compareMatch(const Case &c, const Reading &reading, const auto *read
   auto expected = ofModel<ResultSet>(c.pollLimit, [&](Polls &polls) {
     return c.line.matchMulti(reading, pointer(c.params), pointer(c.swaps), polls);
   });
-  auto actual = ofLibrary<ResultSet>(c.pollLimit, [&](ResultSet &value) {
-    reference::HeldResultSet set;
-    qsys_status status = Operation(&c.lineRecord, readingRecord, pointer(c.params), c.swapRecord.get(), &set);
-    value = fromRecord(*set);
-    return status;
+  return c.onEveryRoad([&] {
+    const auto actual = ofLibrary<ResultSet>(c.pollLimit, [&](ResultSet &value) {
+      reference::HeldResultSet set;
+      qsys_status status = Operation(&c.lineRecord, readingRecord, pointer(c.params), c.swapRecord.get(), &set);
+      value = fromRecord(*set);
+      return status;
+    });
+    return compareSets(expected, actual, pointer(c.params));
   });
-  return c.described(compareSets(expected, actual, pointer(c.params)));
 }
 
 TEST(LineFieldingRandom, isMatchMulti) {

@@ -5,6 +5,7 @@
 #include "random/random_cases.hpp"
 #include "random/random_patterns.hpp"
 #include "random/swap_record.hpp"
+#include "random/taken_roads.hpp"
 #include "reference/regular_expression.hpp"
 #include "support/owned.hpp"
 
@@ -56,6 +57,19 @@ struct Case {
                                     "\n  interrupted at " + std::to_string(pollLimit);
   }
 
+  /** The first difference that a comparison finds, with the lattice of variants and without. */
+  template <class Compare>
+  std::string onEveryRoad(Compare compare) const {
+    for (const bool usesLattice : {true, false}) {
+      const Roads taken(withLattice(usesLattice));
+      const std::string difference = compare();
+      if (!difference.empty()) {
+        return described(difference + (usesLattice ? " with the lattice" : " without the lattice"));
+      }
+    }
+    return "";
+  }
+
   Alphabet alphabet;
   RegularExpression expression;
   std::string source;
@@ -76,15 +90,16 @@ TEST(RegularExpressionRandom, isMatchMulti) {
       auto expected = ofModel<bool>(c.pollLimit, [&](Polls &polls) {
         return c.expression.isMatchMulti(c.reading, pointer(c.params), pointer(c.swaps), polls);
       });
-      auto actual = ofLibrary<bool>(c.pollLimit, [&](bool &value) {
-        qsys_bool flag = 2;
-        qsys_status status = qoc_ocrDictionaryRegularExpression_isMatchMulti(
-            c.record, &c.readingRecord, pointer(c.params), c.swapRecord->get(), &flag);
-        value = flag != 0;
-        return status;
-      });
       numMatches += expected.value ? 1 : 0;
-      return c.described(compareFlags(expected, actual));
+      return c.onEveryRoad([&] {
+        return compareFlags(expected, ofLibrary<bool>(c.pollLimit, [&](bool &value) {
+                              qsys_bool flag = 2;
+                              qsys_status status = qoc_ocrDictionaryRegularExpression_isMatchMulti(
+                                  c.record, &c.readingRecord, pointer(c.params), c.swapRecord->get(), &flag);
+                              value = flag != 0;
+                              return status;
+                            }));
+      });
     });
   });
   EXPECT_GE(numMatches, numCases() / 10);
@@ -98,15 +113,17 @@ TEST(RegularExpressionRandom, matchMulti) {
       auto expected = ofModel<ResultSet>(c.pollLimit, [&](Polls &polls) {
         return c.expression.matchMulti(c.reading, pointer(c.params), pointer(c.swaps), polls);
       });
-      auto actual = ofLibrary<ResultSet>(c.pollLimit, [&](ResultSet &value) {
-        reference::HeldResultSet set;
-        qsys_status status = qoc_ocrDictionaryRegularExpression_matchMulti(
-            c.record, &c.readingRecord, pointer(c.params), c.swapRecord->get(), &set);
-        value = fromRecord(*set);
-        return status;
-      });
       numMatches += expected.value.results.empty() ? 0 : 1;
-      return c.described(compareSets(expected, actual, pointer(c.params)));
+      return c.onEveryRoad([&] {
+        const auto actual = ofLibrary<ResultSet>(c.pollLimit, [&](ResultSet &value) {
+          reference::HeldResultSet set;
+          qsys_status status = qoc_ocrDictionaryRegularExpression_matchMulti(
+              c.record, &c.readingRecord, pointer(c.params), c.swapRecord->get(), &set);
+          value = fromRecord(*set);
+          return status;
+        });
+        return compareSets(expected, actual, pointer(c.params));
+      });
     });
   });
   EXPECT_GE(numMatches, numCases() / 10);

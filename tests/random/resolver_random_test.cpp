@@ -7,6 +7,7 @@
 
 #include "random/random_cases.hpp"
 #include "run/run_builders.hpp"
+#include "support/fieldings.hpp"
 
 namespace {
 
@@ -29,6 +30,7 @@ struct Case {
         reading.back().push_back({static_cast<Char32>("0126"[random.below(4)]), random.below(30)});
       }
     }
+    reading.front().front().score = random.between(1, 30);  // Without any score other rules hold.
     if (random.oneIn(2)) require(qoc_swapCharSet_setSingleSwap(swaps, '0', '6'));
     for (int32_t *penalty :
          {&rules->alternativePenalty, &rules->laterPenalty, &rules->swapPenalty, &rules->substitutedPenalty,
@@ -37,6 +39,7 @@ struct Case {
     }
     rules->maxTexts = random.between(1, 6);
     rules->maxLag = INT32_MAX;
+    rules->maxMargin = random.pick({0, 10, 30, INT32_MAX});
     rules->freeWord = {random.below(100), random.below(20), random.below(100)};
     rules->freeShape = {random.below(100), random.below(20), random.below(100)};
     rules->minMargin = random.below(20);
@@ -69,7 +72,7 @@ struct Case {
       const auto &candidate = reading[i][k];
       int64_t loss = std::max<int64_t>(first(i) - candidate.score, 0);
       const auto *listed = confusion(reading[i][0].code, candidate.code);
-      if (k > 0) loss += listed != nullptr ? listed->listedPenalty : rules->alternativePenalty;
+      if (k > 0) loss += std::min<int64_t>(loss, listed != nullptr ? listed->listedPenalty : rules->alternativePenalty);
       if (k > 1) loss += rules->laterPenalty;
       if (candidate.code != code) {
         if (!areSwapped(candidate.code, code)) continue;
@@ -133,7 +136,8 @@ std::string compare(const Case &one, const Texts &all, const qoc_ocrDictionaryFr
   if (texts.size() != n) return std::to_string(texts.size()) + " texts, not " + std::to_string(n);
   for (std::size_t i = 0; i < n; ++i) {
     const std::string text = show(texts[i].text);
-    const int64_t next = std::min(i + 1 < ranked.size() ? ranked[i + 1].first : never, one.freeText(free));
+    const int64_t next = std::min({i + 1 < ranked.size() ? ranked[i + 1].first : never, one.freeText(free),
+                                   ranked[i].first + std::max(one.rules->maxMargin, one.rules->minMargin)});
     if (all.count(text) == 0 || all.at(text) != ranked[i].first || texts[i].total != sum - ranked[i].first ||
         texts[i].margin != next - ranked[i].first) {
       return "text " + std::to_string(i) + " is " + text + " " + std::to_string(texts[i].total) + " +" +
@@ -317,6 +321,64 @@ TEST(ResolverRandom, GivesTheBestWordsWithinReach) {
     Owned<qoc_ocrDictionaryResultSet> results;
     require(qoc_ocrDictionary_runSwapCharSetMulti(dictionary, one.record(), params, one.swaps, results));
     return resolveAndCompare(one, all, one.rules->freeWord, dictionary, params, results);
+  });
+}
+
+/// What a resolution says of its best text.
+std::string verdictOf(const qoc_ocrDictionaryResolution &resolution) {
+  std::string out = qoc_ocrDictionaryOutcome_getName(resolution.outcome);
+  for (const qoc_ocrDictionaryResolvedText &text :
+       elements(resolution.texts).first(std::min<std::size_t>(elements(resolution.texts).size(), 1))) {
+    out += " " + std::to_string(text.total) + " +" + std::to_string(text.margin) + (text.passesCheck != 0 ? " ok" : "");
+    // Which of several equal texts comes first depends on the results.
+    const bool isOnlyOne = resolution.hasScores == 0 && resolution.outcome == qoc_ocrDictionaryOutcome_sure;
+    if (text.margin > 0 || isOnlyOne) out += " " + show(text.text);
+  }
+  return out;
+}
+
+TEST(ResolverRandom, NeedsNoMoreThanTheBestResultToSayTheSame) {
+  random_cases::compareCases([](Random &random) -> std::string {
+    Case one(random);
+    if (random.oneIn(5)) {
+      for (auto &position : one.reading) {
+        for (auto &candidate : position) candidate.score = 0;
+      }
+    }
+    Owned<qoc_ocrDictionary> dictionary;
+    for (int32_t k = random.between(1, 3); k > 0; --k) {
+      const std::string source = random.pick<std::string>(
+          {"[0-2]{1,3}", "[016]+", "(0[12])|([06]{2})|(126)", "[2][0-9]", "[0-9]{2}", "[0-9]{3}", "[12][06]*"});
+      const Owned<qoc_ocrDictionaryRegularExpression> expression([&](qoc_ocrDictionaryRegularExpression *object) {
+        return qoc_ocrDictionaryRegularExpression_constructString(object, stdString(source));
+      });
+      int32_t n = 0;
+      require(qoc_ocrDictionary_getNumRegularExpressions(dictionary, &n));
+      require(qoc_ocrDictionary_setRegularExpressionIExtend(dictionary, n, expression));
+    }
+    if (random.oneIn(3)) require(qoc_ocrDictionary_setFieldingIExtend(dictionary, 0, line("99")));
+    if (random.oneIn(3)) require(qoc_ocrDictionary_setLexiconIExtend(dictionary, 0, lexicon({"012", "06", "1620"})));
+    if (random.oneIn(3)) {
+      Owned<qoc_ocrDictionaryEntryCheck> check;
+      check->mode = qoc_ocrDictionaryMode_regularExpression;
+      require(qstd_vector_qoc_ocrDictionaryEntryCheck_pushBack(&one.rules->checks, check));
+    }
+    std::string verdicts[2];
+    for (const bool isShort : {false, true}) {
+      auto params = runParams({.maxEdits = 1, .returnBestOnly = isShort ? 1 : 0});
+      one.rules->maxTexts = isShort ? 1 : 50;
+      Owned<qoc_ocrDictionaryResolver> resolver;
+      Owned<qoc_ocrDictionaryResolution> resolution;
+      Owned<qoc_ocrDictionaryResultSet> results;
+      require(qoc_ocrDictionary_runSwapCharSetMulti(dictionary, one.record(), params, one.swaps, results));
+      require(qoc_ocrDictionaryResolver_setRules(resolver, one.rules));
+      require(qoc_ocrDictionaryResolver_setDictionary(resolver, dictionary));
+      require(qoc_ocrDictionaryResolver_resolve(resolver, one.record(), params, one.swaps, results, resolution));
+      verdicts[isShort ? 1 : 0] = verdictOf(*resolution);
+    }
+    return verdicts[0] == verdicts[1]
+               ? ""
+               : "short " + verdicts[1] + ", not " + verdicts[0] + "\n  reading " + show(one.record()) + "\n";
   });
 }
 

@@ -30,6 +30,7 @@ struct Setting {
     rules->extraPenalty = 20;
     rules->doubledPenalty = 40;
     rules->leadCap = 1000;
+    rules->maxMargin = INT32_MAX;
     rules->freeWord = rules->freeShape = {100000, 0, 0};
     rules->minMargin = 10;
   }
@@ -83,9 +84,9 @@ struct Setting {
 TEST(Resolver, TakesTheCandidatesThatTheEntryAdmitsByTheirScores) {
   Setting setting;
   setting.addLine("A99");
-  EXPECT_EQ(setting("890|B80 190|790|I20 O70|060"), "unsure: B10 228 +1, B70 227");
-  setting.rules->minMargin = 1;
-  EXPECT_EQ(setting("890|B80 190|790|I20 O70|060"), "sure: B10 228 +1, B70 227");
+  EXPECT_EQ(setting("890|B80 190|789|I20 O70|060"), "unsure: B10 228 +2, B70 226");
+  setting.rules->minMargin = 2;
+  EXPECT_EQ(setting("890|B80 190|789|I20 O70|060"), "sure: B10 228 +2, B70 226");
 }
 
 TEST(Resolver, TakesNoTextWhereNothingFits) {
@@ -98,7 +99,7 @@ TEST(Resolver, TakesNoTextWhereNothingFits) {
 TEST(Resolver, CountsNoCandidateForMoreThanTheFirst) {
   Setting setting;
   setting.addLine("9");
-  EXPECT_EQ(setting("170|790"), "unsure: 1 70 +1, 7 69");
+  EXPECT_EQ(setting("170|790"), "unsure: 1 70 +0, 7 70");
 }
 
 TEST(Resolver, GivesASwapTheScoreOfItsCandidateLessAPenalty) {
@@ -116,7 +117,54 @@ TEST(Resolver, WeighsAListedConfusionByItsOwnPenalty) {
   setting.addLine("9");
   const qoc_ocrDictionaryConfusion confusion = {'8', '0', 7, 0};
   require(qstd_vector_qoc_ocrDictionaryConfusion_pushBack(&setting.rules->confusions, &confusion));
-  EXPECT_EQ(setting("890|388|089"), "unsure: 8 90 +3, 3 87 +5, 0 82");
+  EXPECT_EQ(setting("890|380|079"), "sure: 8 90 +11, 3 79 +7, 0 72");
+}
+
+TEST(Resolver, TakesNoMoreForAnotherCandidateThanItIsBehind) {
+  Setting setting;
+  setting.addLine("9");
+  setting.rules->alternativePenalty = 20;
+  EXPECT_EQ(setting("890|390"), "unsure: 8 90 +0, 3 90");
+  EXPECT_EQ(setting("890|387"), "unsure: 8 90 +6, 3 84");
+  EXPECT_EQ(setting("890|350"), "sure: 8 90 +60, 3 30");
+}
+
+TEST(Resolver, CountsMarginsAsFarAsItIsTold) {
+  Setting setting;
+  setting.addLine("9");
+  setting.rules->maxMargin = 15;
+  EXPECT_EQ(setting("890|380|060"), "sure: 8 90 +11, 3 79 +15, 0 59 +15");
+  setting.rules->minMargin = 16;
+  EXPECT_EQ(setting("890|350"), "sure: 8 90 +16, 3 49 +16");
+}
+
+TEST(Resolver, CallsATextWithoutScoresSureWhereNoneOtherIsAsNear) {
+  Setting setting;
+  setting.params->maxEdits = 1;
+  setting.setWords({"cat", "car", "dog"});
+  EXPECT_EQ(setting("c0 a0 r0"), "sure: car 0 +0, cat -50 +0");
+  EXPECT_EQ(setting("d0 o0 x0"), "sure: dog -50 +0");
+  EXPECT_EQ(setting("c0 a0 x0"), "unsure: car -50 +0, cat -50 +0");
+  EXPECT_EQ(setting("c0 a0"), "unsure: car -60 +0, cat -60 +0");
+  require(qoc_swapCharSet_setSingleSwap(setting.swaps, '7', 't'));
+  EXPECT_EQ(setting("c0 a0 70"), "unsure: cat -30 +0, car -50 +0") << "a swap and an edit are a difference each";
+  Owned<qoc_ocrDictionaryResolution> resolution;
+  require(setting.resolve(reading("c0 a0 r0"), resolution));
+  EXPECT_EQ(resolution->hasScores, 0u);
+  require(setting.resolve(reading("c0 a0 r1"), resolution));
+  EXPECT_EQ(resolution->hasScores, 1u);
+}
+
+TEST(Resolver, DoesNotTakeAnOpenOrUncheckedTextWithoutScoresForSure) {
+  Setting setting;
+  setting.params->maxEdits = 1;
+  setting.addLine("99");
+  EXPECT_EQ(setting("10"), "unsure: ?1 -60 +0, 1? -60 +0");
+  setting.addCheck(qoc_ocrDictionaryMode_fielding, 0, qoc_checkDigitMethod_luhn);
+  EXPECT_EQ(setting("10 80"), "sure: 18 0 +0");
+  EXPECT_EQ(setting("10 70"), "unsure: 67 -50 +0, 18 -50 +0");
+  setting.params->maxEdits = 0;
+  EXPECT_EQ(setting("10 70"), "unsure: 17 0 +0");
 }
 
 TEST(Resolver, LeavesAnEditedPositionOpenUnlessItsShapeAdmitsOneCharacter) {

@@ -349,9 +349,13 @@ TEST(ResultSetMergeTaking, TakesNothingOfAPartThatIsNotComputed) {
   auto target = resultSet({{.name = 1, .given = "a"}});
   auto part = resultSet({{.name = 2, .given = "b"}}, 0);
 
+  Owned<qoc_ocrDictionaryResultSet> empty;
+
+  EXPECT_EQ(qoc::mergeTaking(*empty, *part, runParams()), QSYS_STATUS_OK);
   EXPECT_EQ(qoc::mergeTaking(*target, *part, runParams()), QSYS_STATUS_OK);
 
   EXPECT_EQ(namesOf(target->results), Names{1});
+  EXPECT_EQ(describe(*empty), describe(*Owned<qoc_ocrDictionaryResultSet>()));
 }
 
 TEST(ResultSetMergeTaking, SaysThatMemoryRanOut) {

@@ -11,7 +11,7 @@ namespace qoc::test {
 /// Takes the shortcuts whose bits are set, in the calling thread and as long as it lives.
 class ShortcutsTaken {
  public:
-  static constexpr unsigned numShortcuts = 8;
+  static constexpr unsigned numShortcuts = 9;
   static constexpr unsigned all = (1u << numShortcuts) - 1, none = 0;
 
   explicit ShortcutsTaken(unsigned bits) : roads_(lexiconRoads()), shortcuts_(shortcuts()) { take(bits); }
@@ -30,7 +30,8 @@ class ShortcutsTaken {
     lexiconRoads().usesOutlines = has(2);
     lexiconRoads().usesLattice = has(3);
     lexiconRoads().minWordsForTries = has(4) ? 0 : INT32_MAX;
-    shortcuts() = {has(5), has(6), has(7)};
+    lexiconRoads().usesBlocks = has(5);
+    shortcuts() = {has(6), has(7), has(8)};
   }
 
  private:

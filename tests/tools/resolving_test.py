@@ -24,11 +24,11 @@ class ResolvingTest(ProgramTest):
         resolved, = self.resolve({"regularExpressions": ["[0-9]{2}"]}, reading("1", "74"), "--min-margin", "20")
         self.assertEqual((resolved["outcome"], resolved["text"], resolved["alternatives"]), ("sure", "17", []))
         self.assertEqual((resolved["total"], resolved["margin"], resolved["inputs"], resolved["candidates"]),
-                         (180, 25, [0, 1], [0, 0]))
+                         (180, 20, [0, 1], [0, 0]))
         self.assertIsNone(resolved["check"])
 
     def test_the_margin_decides_between_sure_and_unsure(self):
-        for margin, outcome in ((25, "sure"), (26, "unsure")):
+        for margin, outcome in ((20, "sure"), (21, "unsure")):
             resolved, = self.resolve({"regularExpressions": ["[0-9]{2}"]}, reading("1", "74"), "--min-margin", margin)
             self.assertEqual(resolved["outcome"], outcome)
 
@@ -71,7 +71,31 @@ class ResolvingTest(ProgramTest):
         self.write("dictionary.json", {"shapes": ["container-number"]})
         code, out, err = self.run_program("run", "-d", "dictionary.json", stdin="CSQU3054383\n")
         self.assertEqual(code, 0, err)
-        self.assertRegex(out, r"\n +sure +CSQU3054383 +margin [0-9.]+, check passed\n")
+        self.assertRegex(out, r"\n +sure +CSQU3054383 +margin -, check passed\n")
+
+    def test_readings_without_scores_have_no_margin(self):
+        words = {"lexicons": [{"words": ["winner", "winter"]}], "parameters": {"maxEdits": 2}}
+        exact, = self.resolve(words, "winter\n", "--alternatives", "1")
+        self.assertEqual((exact["outcome"], exact["text"], exact["margin"]), ("sure", "winter", None))
+        self.assertEqual([(text["text"], text["margin"]) for text in exact["alternatives"]], [("winner", None)])
+        nearer, = self.resolve(words, "wintex\n")
+        self.assertEqual((nearer["outcome"], nearer["text"]), ("sure", "winter"))
+        self.assertEqual(self.resolve(words, "winxer\n")[0]["outcome"], "unsure")
+        unscored = json.dumps({"positions": [[[character, 0]] for character in "winxer"]}) + "\n"
+        self.assertEqual(self.resolve(words, unscored)[0]["outcome"], "unsure")
+        code, out, err = self.run_program("run", "--tsv", "-d", "dictionary.json", stdin="winter\n")
+        self.assertEqual(code, 0, err)
+        head, row = (line.split("\t") for line in out.splitlines())
+        self.assertEqual(row[head.index("outcome"):head.index("margin") + 1], ["sure", "winter", "-"])
+
+    def test_ready_sets_bring_their_penalties(self):
+        for name, penalty in (("ocr-slashed-zeros", 45), ("ocr-learnt", 67.44)):
+            resolved, = self.resolve({"regularExpressions": ["0"], "swaps": {"sets": [name]}}, reading("8"))
+            self.assertEqual((resolved["text"], resolved["total"]), ("0", round(90 - penalty, 2)), name)
+
+    def test_margins_are_counted_as_far_as_the_file_says(self):
+        dictionary = {"regularExpressions": ["[0-9]"], "resolving": {"maxMargin": 7, "minMargin": 5}}
+        self.assertEqual(self.resolve(dictionary, reading("17"))[0]["margin"], 7)
 
     def test_it_can_be_left_out(self):
         self.write("dictionary.json", {"regularExpressions": ["[0-9]{2}"]})

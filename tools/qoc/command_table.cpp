@@ -219,7 +219,7 @@ Specs resolvingOptions() {
 }
 
 OptionSpec noResolvingOption() {
-  OptionSpec option = flag("--no-resolving", "Write the results alone, and choose no text; quicker with large word lists",
+  OptionSpec option = flag("--no-resolving", "Write the results alone, and choose no text",
                            [](Options &options) { options.isResolving = false; });
   option.group = resolvingOptions().front().group;
   return option;

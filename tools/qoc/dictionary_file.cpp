@@ -47,7 +47,7 @@ void readDictionaryText(std::string_view text, const std::string &name, const st
   for (const Section &section : sections) {
     if (root.has(section.key)) root.attempt([&] { section.read(root.member(section.key), into); });
   }
-  addReadyConfusions(*into.rules.get(), into.name);
+  addReadyConfusions(into.usesLearnt, *into.rules.get(), into.name);
 }
 
 void requireEntries(const DictionaryFile &file) {

@@ -20,6 +20,8 @@ struct DictionaryFile {
   FitParams fitParams;             ///< The same for the fielding run.
   ResolverRules rules;             ///< How one text is chosen: the program's own rules, and over them what the file says.
   Resolver resolver;               ///< Made of all of it, once it is complete.
+  bool usesLearnt = false;         ///< Whether the ready set of what was learnt is among the swaps.
+  std::string resolving;           ///< The section of that name as it stands, as JSON; empty where there is none.
   std::string name;                ///< What messages call the file.
   std::filesystem::path directory; ///< Where the file lies; paths in it start there.
 

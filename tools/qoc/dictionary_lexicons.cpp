@@ -4,9 +4,10 @@
 #include "text.hpp"
 #include "trouble.hpp"
 
+#include <algorithm>
 #include <optional>
+#include <span>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 namespace qoc::program {
@@ -21,23 +22,16 @@ public:
   /// @param place names where a word stands; asked only when a message needs it
   /// @param number the word's line or index, from which `place` makes the name of an earlier word's place, too
   template <typename Place> void add(std::string_view word, std::size_t number, const Place &place) {
-    checkUtf8(word, place(number));
-    std::vector<Char32> codes = decodeUtf8(word);
-    for (const Char32 code : codes) {
-      const std::string refusal = whyRefused(code);
-      if (!refusal.empty()) throw Trouble(place(number) + ": " + refusal);
+    if (!isUtf8(word)) checkUtf8(word, place(number));
+    const std::size_t first = characters_.size();
+    try {
+      appendCodes(word, number, place);
+      if (!mayRepeat_) requireNew(first, number, place);
+    } catch (...) {
+      characters_.resize(first);
+      throw;
     }
-    if (!mayRepeat_) {
-      if (word.empty()) {
-        throw Trouble(place(number) + ": empty word; expected at least one character (or \"duplicates\": \"skip\")");
-      }
-      const auto [found, isNew] = numbers_.try_emplace(std::string(word), number);
-      if (!isNew) {
-        throw Trouble(place(number) + ": duplicate of the word at " + place(found->second) +
-                      "; expected each word once (or \"duplicates\": \"skip\")");
-      }
-    }
-    words_.push_back(std::move(codes));
+    words_.push_back({first, number});
   }
 
   /// Hands the words to a lexicon of the library.
@@ -46,24 +40,84 @@ public:
     check(qstd_vector_qoc_ocrDictionaryString_resize(strings.get(), static_cast<std::int32_t>(words_.size())), where);
     qoc_ocrDictionaryString *string = nullptr;
     check(qstd_vector_qoc_ocrDictionaryString_getBegin(strings.get(), &string), where);
-    std::vector<qoc_ocrDictionaryChar> characters;
-    for (std::vector<Char32> &codes : words_) {
-      characters.clear();
-      for (const Char32 code : codes) characters.push_back({code, 0});
-      check(qstd_vector_qoc_ocrDictionaryChar_assignElements(&string++->characters, characters.data(),
-                                                             static_cast<std::int32_t>(characters.size())),
+    for (std::size_t i = 0; i < words_.size(); ++i) {
+      const std::span<const qoc_ocrDictionaryChar> word = charactersOf(i);
+      check(qstd_vector_qoc_ocrDictionaryChar_assignElements(&string++->characters, word.data(),
+                                                             static_cast<std::int32_t>(word.size())),
             where);
-      codes = {};
     }
+    *this = WordList(mayRepeat_);
     const auto setStrings =
         mayRepeat_ ? qoc_ocrDictionaryLexicon_setStringsSafe : qoc_ocrDictionaryLexicon_setStrings;
     check(setStrings(lexicon, strings.get()), where);
   }
 
 private:
+  struct Word {
+    std::size_t first, number;
+  };
+
+  template <typename Place> void appendCodes(std::string_view word, std::size_t number, const Place &place) {
+    const auto append = [&](Char32 code) {
+      if (const std::string refusal = whyRefused(code); !refusal.empty()) throw Trouble(place(number) + ": " + refusal);
+      characters_.push_back({code, 0});
+    };
+    if (isAscii(word)) {
+      for (const char code : word) append(static_cast<unsigned char>(code));
+    } else {
+      for (const Char32 code : decodeUtf8(word)) append(code);
+    }
+  }
+
+  /// Throws where the word of the characters from `first` on is empty or was there before; else keeps it in mind.
+  template <typename Place> void requireNew(std::size_t first, std::size_t number, const Place &place) {
+    const std::span<const qoc_ocrDictionaryChar> word = std::span(characters_).subspan(first);
+    if (word.empty()) {
+      throw Trouble(place(number) + ": empty word; expected at least one character (or \"duplicates\": \"skip\")");
+    }
+    if (2 * (words_.size() + 1) > slots_.size()) growSlots();
+    std::uint32_t &slot = slotOf(word);
+    if (slot != 0) {
+      throw Trouble(place(number) + ": duplicate of the word at " + place(words_[slot - 1].number) +
+                    "; expected each word once (or \"duplicates\": \"skip\")");
+    }
+    slot = static_cast<std::uint32_t>(words_.size() + 1);
+  }
+
+  std::span<const qoc_ocrDictionaryChar> charactersOf(std::size_t word) const {
+    const std::size_t end = word + 1 < words_.size() ? words_[word + 1].first : characters_.size();
+    return std::span(characters_).subspan(words_[word].first, end - words_[word].first);
+  }
+
+  /// The slot of a word that stands at the end of the characters, or of one equal to it.
+  std::uint32_t &slotOf(std::span<const qoc_ocrDictionaryChar> word) {
+    std::uint64_t hash = 0x9E3779B97F4A7C15U;
+    for (const qoc_ocrDictionaryChar &character : word) {
+      hash = (hash ^ character.code) * 0xFF51AFD7ED558CCDU;
+      hash ^= hash >> 32;
+    }
+    std::size_t slot = hash & (slots_.size() - 1);
+    const auto isSame = [&](std::size_t other) {
+      // The last word kept ends where this one begins.
+      const std::size_t end = other + 1 < words_.size()
+                                  ? words_[other + 1].first
+                                  : static_cast<std::size_t>(word.data() - characters_.data());
+      return std::ranges::equal(std::span(characters_).subspan(words_[other].first, end - words_[other].first), word, {},
+                                &qoc_ocrDictionaryChar::code, &qoc_ocrDictionaryChar::code);
+    };
+    while (slots_[slot] != 0 && !isSame(slots_[slot] - 1)) slot = (slot + 1) & (slots_.size() - 1);
+    return slots_[slot];
+  }
+
+  void growSlots() {
+    slots_.assign(std::max<std::size_t>(64, 2 * slots_.size()), 0);
+    for (std::size_t i = 0; i < words_.size(); ++i) slotOf(charactersOf(i)) = static_cast<std::uint32_t>(i + 1);
+  }
+
   bool mayRepeat_;
-  std::vector<std::vector<Char32>> words_;
-  std::unordered_map<std::string, std::size_t> numbers_;
+  std::vector<qoc_ocrDictionaryChar> characters_;
+  std::vector<Word> words_;
+  std::vector<std::uint32_t> slots_; ///< Places of a hash table: a word's index and 1, or 0.
 };
 
 void readWordFile(const JsonNode &node, const std::filesystem::path &directory, WordList &words) {

@@ -30,6 +30,7 @@ constexpr PointsKey pointKeys[] = {
     {"doubledPenalty", &Rules::doubledPenalty},
     {"leadCap", &Rules::leadCap},
     {"maxLag", &Rules::maxLag},
+    {"maxMargin", &Rules::maxMargin},
 };
 
 constexpr double greatestPoints = 1000000;
@@ -75,6 +76,8 @@ void readConfusion(const JsonNode &node, Rules &rules) {
 constexpr const char *lookAlikes[] = {"0O", "1I", "5S", "2Z", "8B", "6G", "l1", "i1", "|1",
                                       "o0", "s5", "z2", "b6", "lI", "iI", "!1", "$S"};
 constexpr std::int32_t lookAlikePenalty = 4500;
+/// Slashed and dotted zeros are read as these; the other way round it is an ordinary swap.
+constexpr const char *slashedZeros = "869";
 
 /// Characters that readers see where there are none.
 struct Phantoms {
@@ -85,16 +88,27 @@ constexpr Phantoms phantoms[] = {{" ", 3000}, {"\u2018\u2019\u201C\u201D\"'", 50
 
 }  // namespace
 
-void addReadyConfusions(Rules &rules, const std::string &where) {
+std::span<const LearntConfusion> learntConfusions() {
+  static constexpr LearntConfusion confusions[] = {
+#include "learnt_confusions.inc"
+  };
+  return confusions;
+}
+
+void addReadyConfusions(bool usesLearnt, Rules &rules, const std::string &where) {
   const auto add = [&](Char32 read, Char32 meant, std::int32_t swapPenalty) {
     const qoc_ocrDictionaryConfusion confusion = {read, meant, rules.alternativePenalty, swapPenalty};
     check(qstd_vector_qoc_ocrDictionaryConfusion_pushBack(&rules.confusions, &confusion), where);
   };
+  if (usesLearnt) {
+    for (const LearntConfusion &learnt : learntConfusions()) add(learnt.read, learnt.meant, learnt.swapPenalty);
+  }
   for (const char *pair : lookAlikes) {
     const std::vector<Char32> codes = decodeUtf8(pair);
     add(codes[0], codes[1], std::min(lookAlikePenalty, rules.swapPenalty));
     add(codes[1], codes[0], std::min(lookAlikePenalty, rules.swapPenalty));
   }
+  for (const Char32 read : decodeUtf8(slashedZeros)) add(read, '0', std::min(lookAlikePenalty, rules.swapPenalty));
   for (const Phantoms &phantom : phantoms) {
     for (const Char32 code : decodeUtf8(phantom.characters)) add(code, QOC_CHAR_EMPTY, phantom.penalty);
   }
@@ -147,6 +161,7 @@ void readCheck(const JsonNode &node, qoc_checkDigitRule &rule) {
 
 void readResolving(const JsonNode &node, DictionaryFile &into) {
   Rules &rules = *into.rules.get();
+  into.resolving = node.value().dump();
   std::string known = "\"requireCheck\", \"alternatives\", \"freeWord\", \"freeShape\", \"confusions\"";
   for (const PointsKey &points : pointKeys) known += std::string(", \"") + points.key + "\"";
   node.requireObject("an object of rules for resolving");

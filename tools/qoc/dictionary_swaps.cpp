@@ -1,11 +1,13 @@
 #include "dictionary_file.hpp"
 #include "interrupt.hpp"
+#include "resolving.hpp"
 #include "text.hpp"
 #include "trouble.hpp"
 
 #include <algorithm>
 #include <set>
 #include <span>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -21,7 +23,7 @@ struct Sequence {
 
 /// What readers usually confuse, under a name.
 struct ReadySet {
-  const char *name;
+  std::string_view name;
   std::span<const char *const> groups;
   std::span<const Sequence> sequences;
 };
@@ -29,11 +31,15 @@ struct ReadySet {
 constexpr const char *digitsAndLetters[] = {"0ODQ", "1Il", "5S", "8B", "2Z", "6G"};
 constexpr const char *lookAlikes[] = {"0OoQD", "1Il|i!", "5Ss$", "8B&", "2Zz", "6Gb", "cC",
                                       "xX",    "vV",     "wW",   "uU",  "kK",  "pP",  "jJ"};
+constexpr const char *slashedZeros[] = {"0689"};
 constexpr Sequence ligatures[] = {{"rn", "m"}, {"cl", "d"}, {"vv", "w"}, {"li", "h"}};
+constexpr std::string_view learntSet = "ocr-learnt"; // Its groups are the pairs of learntConfusions().
 constexpr ReadySet readySets[] = {
     {"ocr-digits-letters", digitsAndLetters, {}},
     {"ocr-look-alikes", lookAlikes, {}},
+    {"ocr-slashed-zeros", slashedZeros, {}},
     {"ocr-ligatures", {}, ligatures},
+    {learntSet, {}, {}},
 };
 
 /// Collects groups and sequences, and refuses what a swap set cannot hold, or what would do nothing there.
@@ -44,14 +50,21 @@ public:
 
   void readSet(const JsonNode &node) {
     std::string names;
-    for (const ReadySet &set : readySets) names += (names.empty() ? "" : " or ") + quoted(set.name);
+    for (const ReadySet &set : readySets) names += (names.empty() ? "" : " or ") + quoted(std::string(set.name));
     const std::string &name = node.string(names);
     const auto *set = std::find_if(std::begin(readySets), std::end(readySets),
                                    [&](const ReadySet &candidate) { return name == candidate.name; });
     if (set == std::end(readySets)) node.failExpected(names);
     for (const char *group : set->groups) addGroup(decodeUtf8(group), node);
     for (const Sequence &sequence : set->sequences) addSequence(sequence.first, sequence.second, node);
+    if (name != learntSet) return;
+    usesLearnt_ = true;
+    for (const LearntConfusion &learnt : learntConfusions()) {
+      if (learnt.meant != QOC_CHAR_EMPTY) addGroup({learnt.read, learnt.meant}, node);
+    }
   }
+  /// Whether the set of what was learnt is among them.
+  bool usesLearnt() const { return usesLearnt_; }
 
   void readGroup(const JsonNode &node) {
     const std::string &text = node.string("a group of interchangeable characters, as a string");
@@ -150,7 +163,7 @@ private:
           node.where());
   }
 
-  bool isOnly7Bits_;
+  bool isOnly7Bits_, usesLearnt_ = false;
   CharSets groups_;
   SwapChars swaps_;
   std::set<Char32> characters_;
@@ -177,6 +190,7 @@ void readSwaps(const JsonNode &node, DictionaryFile &into) {
   readEach("groups", "an array of groups of interchangeable characters", &SwapReader::readGroup);
   readEach("sequences", "an array of swaps of sequences", &SwapReader::readSequence);
   reader.moveInto(&into.dictionary->swapCharSet, node.where());
+  into.usesLearnt = reader.usesLearnt();
 }
 
 } // namespace qoc::program

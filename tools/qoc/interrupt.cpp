@@ -17,23 +17,21 @@
 namespace qoc::program {
 namespace {
 
+// The library is given flags rather than a handler of the program's own, which it would ask every single time.
 std::atomic<std::int32_t> isInterrupted{0};
+std::atomic<std::int32_t> areThreadsStopped{0}; // By the signal, too.
 static_assert(std::atomic<std::int32_t>::is_always_lock_free);
 int wakePipe[2] = {-1, -1}; // Becomes readable with the signal, so that none slips in before a wait.
 
 extern "C" void onInterrupt(int) {
   const int saved = errno;
   isInterrupted.store(1);
+  areThreadsStopped.store(1);
   const char byte = 0;
   if (write(wakePipe[1], &byte, 1) < 0) {
     // The pipe is full: it is readable, which is all that matters.
   }
   errno = saved;
-}
-
-qsys_status onAttention(void *context) {
-  const auto &isStopped = *static_cast<const std::atomic<bool> *>(context);
-  return isInterrupted.load() != 0 || isStopped.load() ? QSYS_STATUS_INTERRUPTED : 0;
 }
 
 } // namespace
@@ -56,12 +54,16 @@ InterruptGuard::~InterruptGuard() {
   close(wakePipe[1]);
 }
 
-ThreadAttention::ThreadAttention(const std::atomic<bool> &isStopped) {
-  // The library hands the context back as it came; the handler only reads it.
-  qsys_attention_setHandler(onAttention, const_cast<std::atomic<bool> *>(&isStopped));
-}
+ThreadAttention::ThreadAttention() { qsys_attention_setHandler(qsys_attention_flagHandler, &areThreadsStopped); }
 
 ThreadAttention::~ThreadAttention() { qsys_attention_setHandler(nullptr, nullptr); }
+
+void stopThreads() { areThreadsStopped.store(1); }
+
+void letThreadsWork() {
+  areThreadsStopped.store(0);
+  if (isInterrupted.load() != 0) areThreadsStopped.store(1);
+}
 
 void checkInterrupt() {
   if (isInterrupted.load() != 0) throw Interrupted{};

@@ -2,8 +2,6 @@
 
 /// @file Ctrl-C: it ends the library's work through the attention check, and waiting for input through a pipe.
 
-#include <atomic>
-
 namespace qoc::program {
 
 /// From its construction to its destruction the first SIGINT interrupts cleanly; a second one ends the process as ever.
@@ -15,15 +13,18 @@ public:
   ~InterruptGuard();
 };
 
-/// While it lives, the library's work in the calling thread ends when SIGINT has come, or when it is stopped.
+/// While it lives, the library's work in the calling thread ends when SIGINT has come, or the threads are stopped.
 class ThreadAttention {
 public:
-  /// @param isStopped set by another thread to end the work
-  explicit ThreadAttention(const std::atomic<bool> &isStopped);
+  ThreadAttention();
   ThreadAttention(const ThreadAttention &) = delete;
   ThreadAttention &operator=(const ThreadAttention &) = delete;
   ~ThreadAttention();
 };
+
+/// Ends the library's work in all threads that have a ThreadAttention, until they may work again.
+void stopThreads();
+void letThreadsWork();
 
 /// Throws Interrupted when SIGINT has come, or the thread's attention handler says so.
 void checkInterrupt();

@@ -45,7 +45,7 @@ public:
   OrderedWork &operator=(const OrderedWork &) = delete;
   /// Ends the threads; what they are at is given up.
   ~OrderedWork() {
-    isStopped_.store(true);
+    stopThreads();
     {
       const std::lock_guard lock(mutex_);
       waiting_.clear();
@@ -53,6 +53,7 @@ public:
     }
     toWorkers_.notify_all();
     for (std::thread &thread : threads_) thread.join();
+    letThreadsWork();
   }
 
   /// Adds an item; delivers what is due. Throws what the work on an item threw, after all before it are delivered.
@@ -118,7 +119,7 @@ private:
   }
 
   void work() {
-    const ThreadAttention attention(isStopped_);
+    const ThreadAttention attention;
     Worker worker;
     for (;;) {
       Chunk *chunk = nullptr;
@@ -157,7 +158,6 @@ private:
   std::condition_variable toWorkers_, toCaller_;
   std::deque<Chunk *> waiting_; ///< Not yet taken by a thread.
   bool isEnding_ = false, hasFailed_ = false;
-  std::atomic<bool> isStopped_{false};
   std::vector<std::thread> threads_;
 };
 

@@ -222,11 +222,12 @@ OrderedJson resultOf(const qoc_ocrDictionaryResult &result, const Reading &readi
 }
 
 /// A text that the reading can be, and how it came about.
-OrderedJson resolvedTextOf(const qoc_ocrDictionaryResolvedText &text) {
+/// @param hasScores false: no margin can be told
+OrderedJson resolvedTextOf(const qoc_ocrDictionaryResolvedText &text, bool hasScores) {
   OrderedJson object;
   object["text"] = textOf(text.text);
   object["total"] = GivenScores::inPoints(text.total);
-  object["margin"] = GivenScores::inPoints(text.margin);
+  object["margin"] = hasScores ? GivenScores::inPoints(text.margin) : OrderedJson();
   object["mode"] = modeOf(text.mode);
   object["result"] = text.resultIndex < 0 ? OrderedJson() : OrderedJson(text.resultIndex);
   object["check"] = text.hasCheck == 0 ? OrderedJson() : OrderedJson(text.passesCheck != 0);
@@ -241,9 +242,10 @@ OrderedJson resolvedOf(const qoc_ocrDictionaryResolution &resolution) {
   const std::span<const qoc_ocrDictionaryResolvedText> texts = elements(resolution.texts);
   OrderedJson object;
   object["outcome"] = qoc_ocrDictionaryOutcome_getName(resolution.outcome);
-  if (!texts.empty()) object.update(resolvedTextOf(texts.front()));
+  const bool hasScores = resolution.hasScores != 0;
+  if (!texts.empty()) object.update(resolvedTextOf(texts.front(), hasScores));
   OrderedJson &list = object["alternatives"] = OrderedJson::array();
-  for (std::size_t i = 1; i < texts.size(); ++i) list.push_back(resolvedTextOf(texts[i]));
+  for (std::size_t i = 1; i < texts.size(); ++i) list.push_back(resolvedTextOf(texts[i], hasScores));
   return object;
 }
 

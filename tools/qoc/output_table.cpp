@@ -116,7 +116,7 @@ std::string describeResolution(const Answer &answer) {
     std::vector<Char32> codes;
     for (const qoc_ocrDictionaryChar &character : elements(text.text.characters)) codes.push_back(character.code);
     addText(row, codes, {}, textWidth);
-    row.add("margin " + pointsOf(text.margin));
+    row.add("margin " + (answer.resolution->hasScores != 0 ? pointsOf(text.margin) : "-"));
     if (text.hasCheck != 0) row.add(text.passesCheck != 0 ? ", check passed" : ", check failed");
     lines += row.finish();
   }

@@ -20,7 +20,7 @@ std::string textOf(const qoc_ocrDictionaryResult &result) {
   return text;
 }
 
-/// Outcome, text and margin of the resolved text; empty where nothing was resolved.
+/// Outcome, text and margin of the resolved text; empty where nothing was resolved. Without scores the margin is "-".
 std::vector<std::string> resolvedFields(const Answer &answer) {
   if (!answer.isResolved) return {"", "", ""};
   const std::span<const qoc_ocrDictionaryResolvedText> texts = elements(answer.resolution->texts);
@@ -28,6 +28,7 @@ std::vector<std::string> resolvedFields(const Answer &answer) {
   if (texts.empty()) return {outcome, "", ""};
   std::string text;
   for (const qoc_ocrDictionaryChar &character : elements(texts[0].text.characters)) appendUtf8(text, character.code);
+  if (answer.resolution->hasScores == 0) return {outcome, text, "-"};
   char margin[32];
   std::snprintf(margin, sizeof margin, "%.2f", texts[0].margin / 100.0);
   return {outcome, text, margin};

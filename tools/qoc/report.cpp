@@ -94,6 +94,7 @@ Outcome judge(const Reading &reading, const Answer &answer) {
       outcome.verdict.hasTruth && outcome.text == reading.truth.get_ref<const std::string &>();
   outcome.verdict.isNarrow = answer.resolution->outcome == qoc_ocrDictionaryOutcome_unsure;
   const std::span<const qoc_ocrDictionaryResolvedText> texts = elements(answer.resolution->texts);
+  if (answer.resolution->hasScores == 0) return outcome; // No lead can be told.
   if (!texts.empty()) outcome.lead = inPoints(texts.front().margin);
   if (texts.size() > 1) outcome.lead += " before " + quoted(plainText(codesOf(texts[1].text)));
   return outcome;

@@ -5,6 +5,7 @@
 #include "json_input.hpp"
 #include "objects.hpp"
 
+#include <span>
 #include <string>
 
 namespace qoc::program {
@@ -19,7 +20,15 @@ void readCheck(const JsonNode &node, qoc_checkDigitRule &rule);
 void addCheck(qoc_ocrDictionaryResolverRules &rules, qoc_ocrDictionaryMode mode, std::int32_t entry,
               const qoc_checkDigitRule &rule, const std::string &where);
 
+/// One confusion of the ready set that was learnt from the shipped readings.
+struct LearntConfusion {
+  Char32 read, meant; ///< QOC_CHAR_EMPTY as `meant`: nothing stood there.
+  std::int32_t swapPenalty;
+};
+std::span<const LearntConfusion> learntConfusions();
+
 /// Puts the confusions that the program knows of itself behind those that the rules hold, which go first.
-void addReadyConfusions(qoc_ocrDictionaryResolverRules &rules, const std::string &where);
+/// @param usesLearnt those that were learnt go before the others
+void addReadyConfusions(bool usesLearnt, qoc_ocrDictionaryResolverRules &rules, const std::string &where);
 
 }  // namespace qoc::program

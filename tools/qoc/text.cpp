@@ -4,10 +4,17 @@
 
 #include <utf8.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <iterator>
 
 namespace qoc::program {
+
+bool isAscii(std::string_view text) {
+  return std::all_of(text.begin(), text.end(), [](char byte) { return static_cast<unsigned char>(byte) < 0x80; });
+}
+
+bool isUtf8(std::string_view text) { return isAscii(text) || utf8::is_valid(text.begin(), text.end()); }
 
 void checkUtf8(std::string_view text, const std::string &place) {
   const auto invalid = utf8::find_invalid(text.begin(), text.end());

@@ -13,6 +13,9 @@ namespace qoc::program {
 /// The largest code that position fieldings know.
 inline constexpr Char32 max7Bits = 0x7F;
 
+bool isUtf8(std::string_view text);
+bool isAscii(std::string_view text);
+
 /// Throws Trouble "PLACE: byte N: …" where the text is not UTF-8; N counts from 1.
 void checkUtf8(std::string_view text, const std::string &place);
 

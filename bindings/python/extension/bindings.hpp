@@ -61,8 +61,12 @@ struct RankedResult {
 /// A run's results as a list of qoc.Result.
 py::list listOf(Results results);
 
+/// A reading's resolution and its results as a qoc.Resolution.
+py::object resolutionOf(Resolution resolution, Results results);
+
 void defineReading(py::module_ &module);
 void defineResult(py::module_ &module);
+void defineResolution(py::module_ &module);
 void defineDictionary(py::module_ &module);
 
 }  // namespace qoc::python

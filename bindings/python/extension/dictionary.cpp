@@ -1,5 +1,7 @@
 // Dictionaries and their runs.
 
+#include <pybind11/stl.h>
+
 #include "bindings.hpp"
 
 #include "dictionary_file.hpp"
@@ -7,6 +9,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cmath>
 #include <condition_variable>
 #include <exception>
 #include <iterator>
@@ -24,6 +27,18 @@ struct SharedDictionary {
   Dictionary dictionary;
   Parameters parameters;
   FieldingParameters fitParameters;
+  ResolverRules rules;    ///< How one text is chosen.
+  std::string resolving;  ///< What the file says of it, as JSON; empty where it says nothing.
+
+  /// Made when it is first asked for: it keeps the words once more.
+  const Resolver &resolver() const {
+    std::call_once(isMade_, [this] { resolver_.emplace(dictionary, rules); });
+    return *resolver_;
+  }
+
+ private:
+  mutable std::once_flag isMade_;
+  mutable std::optional<Resolver> resolver_;
 };
 
 /// Runs `work` without Python's lock; Ctrl-C interrupts it.
@@ -55,6 +70,8 @@ std::unique_ptr<SharedDictionary> readWith(Read &&read) {
       std::swap(*made->dictionary.c(), *file.dictionary.get());
       made->parameters = Parameters::of(*file.params.get());
       made->fitParameters = FieldingParameters::of(*file.fitParams.get());
+      std::swap(*made->rules.c(), *file.rules.get());
+      made->resolving = file.resolving;
     } catch (const program::Trouble &refused) {
       trouble = refused.what();
     } catch (const program::Interrupted &) {
@@ -90,8 +107,57 @@ py::dict describePosition(PositionFieldingView position) {
   return described;
 }
 
+py::dict describeCheck(const qoc_checkDigitRule &rule) {
+  py::dict described;
+  described["method"] = qoc_checkDigitMethod_getName(rule.method);
+  const qstd_span32 *parts = nullptr;
+  std::int32_t numParts = 0;
+  require(qstd_vector_qstd_span32_getBeginSizeConst(&rule.parts, &parts, &numParts));
+  py::list list;
+  for (const qstd_span32 &part : std::span(parts, static_cast<std::size_t>(numParts))) {
+    py::list bounds;
+    bounds.append(part.begin);
+    if (part.end != QOC_CHECK_DIGIT_END) bounds.append(part.end);
+    list.append(bounds);
+  }
+  if (!list.empty()) described["parts"] = list;
+  if (rule.ignoresSeparators == 0) described["ignored"] = textOfCodes(detail::elements(rule.ignored));
+  return described;
+}
+
+/// Adds the entries of one kind: those with checks, and what stands behind them, as shapes.
+void addEntries(py::dict &described, const char *key, const py::list &entries, qoc_ocrDictionaryMode mode,
+                const ResolverRules &rules) {
+  const qoc_ocrDictionaryEntryCheck *checks = nullptr;
+  std::int32_t numChecks = 0;
+  require(qstd_vector_qoc_ocrDictionaryEntryCheck_getBeginSizeConst(&rules.c()->checks, &checks, &numChecks));
+  py::list plain, shapes;
+  std::int32_t index = 0;
+  for (const py::handle entry : entries) {
+    py::list own;
+    for (const auto &check : std::span(checks, static_cast<std::size_t>(numChecks))) {
+      if (check.mode == mode && check.entry == index) own.append(describeCheck(check.rule));
+    }
+    if (own.empty() && shapes.empty()) {
+      plain.append(entry);
+    } else {
+      py::list one;
+      one.append(entry);
+      py::dict shape;
+      shape[key] = one;
+      if (!own.empty()) shape["checks"] = own;
+      shapes.append(shape);
+    }
+    ++index;
+  }
+  if (!plain.empty()) described[key] = plain;
+  if (shapes.empty()) return;
+  if (!described.contains("shapes")) described["shapes"] = py::list();
+  described["shapes"].attr("extend")(shapes);
+}
+
 /// The entries in the shape of the dictionary file.
-py::dict describeEntries(const Dictionary &dictionary) {
+py::dict describeEntries(const Dictionary &dictionary, const ResolverRules &rules) {
   py::dict described;
   py::list lexicons;
   for (const LexiconView lexicon : dictionary.lexicons()) {
@@ -99,19 +165,19 @@ py::dict describeEntries(const Dictionary &dictionary) {
     for (std::size_t k = 0; k < lexicon.size(); ++k) words[k] = textOf(lexicon.words()[k].characters());
     lexicons.append(py::dict(py::arg("words") = words));
   }
-  if (!lexicons.empty()) described["lexicons"] = lexicons;
+  addEntries(described, "lexicons", lexicons, qoc_ocrDictionaryMode_lexicon, rules);
   py::list fieldings;
   for (const LineFieldingView line : dictionary.lineFieldings()) {
     py::list positions;
     for (const PositionFieldingView position : line.positions()) positions.append(describePosition(position));
     fieldings.append(positions);
   }
-  if (!fieldings.empty()) described["fieldings"] = fieldings;
+  addEntries(described, "fieldings", fieldings, qoc_ocrDictionaryMode_fielding, rules);
   py::list expressions;
   for (const RegularExpressionView expression : dictionary.regularExpressions()) {
     expressions.append(expression.source());
   }
-  if (!expressions.empty()) described["regularExpressions"] = expressions;
+  addEntries(described, "regularExpressions", expressions, qoc_ocrDictionaryMode_regularExpression, rules);
   py::dict swaps;
   py::list groups, sequences;
   const SwapSet set = dictionary.swaps();
@@ -163,6 +229,45 @@ py::list runOne(const SharedDictionary &shared, const Reading &reading, const py
   return listOf(std::move(results));
 }
 
+/// What a call says of resolving instead of the dictionary.
+struct ResolvingChanges {
+  std::optional<double> minMargin;
+  std::optional<bool> requiresCheck;
+  std::optional<std::int32_t> numAlternatives;
+
+  bool any() const { return minMargin || requiresCheck || numAlternatives; }
+};
+
+/// The dictionary's resolver, or one with other rules that shares what it knows.
+Resolver resolverOf(const SharedDictionary &shared, const ResolvingChanges &changes) {
+  Resolver resolver = shared.resolver();
+  if (!changes.any()) return resolver;
+  ResolverRules rules = shared.rules;
+  if (changes.minMargin) {
+    rules.c()->minMargin = static_cast<std::int32_t>(std::lround(*changes.minMargin * scoreUnitsPerPoint));
+  }
+  if (changes.requiresCheck) rules.c()->requiresCheck = *changes.requiresCheck ? 1 : 0;
+  if (changes.numAlternatives) rules.c()->maxTexts = *changes.numAlternatives + 1;
+  resolver.setRules(rules);
+  return resolver;
+}
+
+py::object resolveOne(const SharedDictionary &shared, const Reading &reading, const py::object &options,
+                      const ResolvingChanges &changes) {
+  const Parameters parameters = optionsOf<Parameters>(options);
+  Results results;
+  Resolution resolution;
+  withoutLock([&] {
+    const Resolver resolver = resolverOf(shared, changes);
+    const FittingReading fitting(shared.dictionary, reading);
+    require(shared.dictionary.tryRun(fitting.get(), parameters, results));
+    const qoc_ocrDictionaryRunParams params = parameters.c();
+    require(qoc_ocrDictionaryResolver_resolve(resolver.c(), fitting.get().c(), &params,
+                                              &shared.dictionary.c()->swapCharSet, results.c(), resolution.c()));
+  });
+  return resolutionOf(std::move(resolution), std::move(results));
+}
+
 /// A reading forced into each line: the result with the fewest edits, of equal ones the earliest line's.
 py::object fit(const SharedDictionary &shared, const Reading &reading, const py::object &options) {
   const auto parameters = optionsOf<FieldingParameters>(options);
@@ -188,8 +293,15 @@ py::object fit(const SharedDictionary &shared, const Reading &reading, const py:
 /// Many readings matched by several threads, in any order, into results in the order of the readings.
 class ManyRuns {
  public:
-  ManyRuns(const Dictionary &dictionary, std::vector<const Reading *> readings, const Parameters &parameters)
-      : dictionary_(dictionary), readings_(std::move(readings)), parameters_(parameters), results_(readings_.size()) {}
+  /// @param resolver where not null, resolves the results, too
+  ManyRuns(const Dictionary &dictionary, std::vector<const Reading *> readings, const Parameters &parameters,
+           const Resolver *resolver)
+      : dictionary_(dictionary),
+        readings_(std::move(readings)),
+        parameters_(parameters),
+        resolver_(resolver),
+        results_(readings_.size()),
+        resolutions_(resolver != nullptr ? readings_.size() : 0) {}
 
   /// Runs them. To be called with Python's lock, which is released. `report` is called with it, with the number of
   /// readings that are done.
@@ -232,6 +344,7 @@ class ManyRuns {
   }
 
   std::vector<Results> &results() { return results_; }
+  std::vector<Resolution> &resolutions() { return resolutions_; }
 
  private:
   /// @return whether all threads are through
@@ -262,6 +375,11 @@ class ManyRuns {
     const Status prepared = attempt([&] {
       const FittingReading fitting(dictionary_, *readings_[index]);
       status = dictionary_.tryRun(fitting.get(), parameters_, results_[index]);
+      if (resolver_ == nullptr || !status.isSuccess()) return;
+      const qoc_ocrDictionaryRunParams params = parameters_.c();
+      status = Status(qoc_ocrDictionaryResolver_resolve(resolver_->c(), fitting.get().c(), &params,
+                                                        &dictionary_.c()->swapCharSet, results_[index].c(),
+                                                        resolutions_[index].c()));
     });
     return prepared.isSuccess() ? status : prepared;
   }
@@ -276,7 +394,9 @@ class ManyRuns {
   const Dictionary &dictionary_;
   const std::vector<const Reading *> readings_;
   const Parameters parameters_;
+  const Resolver *resolver_;
   std::vector<Results> results_;
+  std::vector<Resolution> resolutions_;
 
   std::atomic<std::size_t> next_ = 0, numDone_ = 0;
   std::atomic<bool> isStopped_ = false;
@@ -286,13 +406,14 @@ class ManyRuns {
   Status failure_;
 };
 
+/// @param resolver null for the results alone
 py::list runMany(const SharedDictionary &shared, const py::list &readings, const py::object &options,
-                 std::size_t numThreads, const py::object &progress) {
+                 std::size_t numThreads, const py::object &progress, const Resolver *resolver) {
   const Parameters parameters = optionsOf<Parameters>(options);
   std::vector<const Reading *> pointers;
   for (const py::handle reading : readings) pointers.push_back(reading.cast<const Reading *>());
   const std::size_t total = pointers.size();
-  ManyRuns runs(shared.dictionary, std::move(pointers), parameters);
+  ManyRuns runs(shared.dictionary, std::move(pointers), parameters, resolver);
   std::size_t numReported = 0;
   const auto report = [&](std::size_t numDone) {
     if (!progress.is_none() && numDone > numReported) progress(numDone, total);
@@ -302,7 +423,13 @@ py::list runMany(const SharedDictionary &shared, const py::list &readings, const
   runs.requireSuccess();
   report(total);
   py::list lists(total);
-  for (std::size_t i = 0; i < total; ++i) lists[i] = listOf(std::move(runs.results()[i]));
+  for (std::size_t i = 0; i < total; ++i) {
+    if (resolver != nullptr) {
+      lists[i] = resolutionOf(std::move(runs.resolutions()[i]), std::move(runs.results()[i]));
+    } else {
+      lists[i] = listOf(std::move(runs.results()[i]));
+    }
+  }
   return lists;
 }
 
@@ -325,7 +452,8 @@ void defineDictionary(py::module_ &module) {
           py::arg("text"), py::arg("name"), py::arg("directory"))
       .def("parameters", [](const SharedDictionary &shared) { return describe(shared.parameters); })
       .def("fit_parameters", [](const SharedDictionary &shared) { return describe(shared.fitParameters); })
-      .def("entries", [](const SharedDictionary &shared) { return describeEntries(shared.dictionary); })
+      .def("entries", [](const SharedDictionary &shared) { return describeEntries(shared.dictionary, shared.rules); })
+      .def("resolving", [](const SharedDictionary &shared) { return shared.resolving; })
       .def("sizes",
            [](const SharedDictionary &shared) {
              py::list words;
@@ -338,7 +466,31 @@ void defineDictionary(py::module_ &module) {
            [](const SharedDictionary &a, const SharedDictionary &b) { return a.dictionary == b.dictionary; })
       .def("run", runOne, py::arg("reading"), py::arg("parameters"))
       .def("fit", fit, py::arg("reading"), py::arg("parameters"))
-      .def("run_many", runMany, py::arg("readings"), py::arg("parameters"), py::arg("threads"), py::arg("progress"));
+      .def(
+          "run_many",
+          [](const SharedDictionary &shared, const py::list &readings, const py::object &options, std::size_t threads,
+             const py::object &progress) { return runMany(shared, readings, options, threads, progress, nullptr); },
+          py::arg("readings"), py::arg("parameters"), py::arg("threads"), py::arg("progress"))
+      .def(
+          "resolve",
+          [](const SharedDictionary &shared, const Reading &reading, const py::object &options,
+             std::optional<double> minMargin, std::optional<bool> requiresCheck,
+             std::optional<std::int32_t> numAlternatives) {
+            return resolveOne(shared, reading, options, {minMargin, requiresCheck, numAlternatives});
+          },
+          py::arg("reading"), py::arg("parameters"), py::arg("min_margin"), py::arg("require_check"),
+          py::arg("alternatives"))
+      .def(
+          "resolve_many",
+          [](const SharedDictionary &shared, const py::list &readings, const py::object &options, std::size_t threads,
+             const py::object &progress, std::optional<double> minMargin, std::optional<bool> requiresCheck,
+             std::optional<std::int32_t> numAlternatives) {
+            std::optional<Resolver> resolver;
+            withoutLock([&] { resolver = resolverOf(shared, {minMargin, requiresCheck, numAlternatives}); });
+            return runMany(shared, readings, options, threads, progress, &*resolver);
+          },
+          py::arg("readings"), py::arg("parameters"), py::arg("threads"), py::arg("progress"), py::arg("min_margin"),
+          py::arg("require_check"), py::arg("alternatives"));
 }
 
 }  // namespace qoc::python

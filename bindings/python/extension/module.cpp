@@ -206,11 +206,14 @@ PYBIND11_MODULE(_qoc, module) {
 #define QOC_PYTHON_ENTRY(name, value) {#name, value},
       QOC_POSITION_STATUS_LIST(QOC_PYTHON_ENTRY)};
   const std::pair<const char *, int> modes[] = {QOC_MODE_LIST(QOC_PYTHON_ENTRY)};
+  const std::pair<const char *, int> outcomes[] = {QOC_OUTCOME_LIST(QOC_PYTHON_ENTRY)};
 #undef QOC_PYTHON_ENTRY
   module.attr("position_statuses") = valuesOf(statuses);
   module.attr("modes") = valuesOf(modes);
+  module.attr("outcomes") = valuesOf(outcomes);
 
   defineReading(module);
   defineResult(module);
+  defineResolution(module);
   defineDictionary(module);
 }

@@ -40,6 +40,7 @@ def test_the_package_is_typed():
 def test_the_enumerations_are_the_librarys():
     assert {status.label: status.value for status in qoc.PositionStatus} == _qoc.position_statuses
     assert {mode.label: mode.value for mode in qoc.Mode} == _qoc.modes
+    assert {outcome.label: outcome.value for outcome in qoc.Outcome} == _qoc.outcomes
 
 
 @pytest.mark.parametrize("name", qoc.__all__)

@@ -38,7 +38,39 @@ def by_program(path, given_readings):
         [program, "run", "--json", "--dictionary", path, "-"],
         input=lines, stdout=subprocess.PIPE, encoding="utf-8", check=False)  # fmt: skip
     assert done.returncode in (0, 1)
-    return [json.loads(line)["results"] for line in done.stdout.splitlines()]
+    return [json.loads(line) for line in done.stdout.splitlines()]
+
+
+resolvings = st.fixed_dictionaries(
+    {},
+    optional={
+        "minMargin": st.integers(0, 60),
+        "alternatives": st.integers(0, 3),
+        "requireCheck": st.booleans(),
+        "swapPenalty": st.integers(0, 90),
+        "confusions": st.just([{"read": "a", "meant": "b", "swapPenalty": 5}]),
+    },
+)
+
+
+def described_text(text):
+    return {
+        "text": text.text,
+        "total": text.total,
+        "margin": text.margin,
+        "mode": text.mode.label,
+        "result": text.rank,
+        "check": text.check,
+        "open": text.open,
+        "inputs": text.reading_indices,
+        "candidates": text.candidate_indices,
+    }
+
+
+def described_resolution(resolution):
+    texts = [described_text(text) for text in resolution.texts]
+    best = texts[0] if texts else {}
+    return {"outcome": resolution.outcome.label, **best, "alternatives": texts[1:]}
 
 
 def described(result):
@@ -79,8 +111,35 @@ def test_says_the_same(tmp_path, given_words, given_pictures, given_swaps, given
     }
     path.write_text(json.dumps(content))
     dictionary = qoc.Dictionary.from_file(path)
-    expected = by_program(path, given_readings)
+    expected = [answer["results"] for answer in by_program(path, given_readings)]
     for ranked, results in zip(expected, dictionary.run_many(given_readings), strict=True):
         assert [described(result) for result in results] == [
             {key: entry[key] for key in described(result)} for entry, result in zip(ranked, results, strict=True)
         ]
+
+
+@settings(max_examples=40, suppress_health_check=[HealthCheck.function_scoped_fixture])
+@given(words, pictures, swaps, readings, parameters, resolvings, st.booleans())
+def test_resolves_the_same(
+    tmp_path, given_words, given_pictures, given_swaps, given_readings, given_parameters, given_resolving, has_scores
+):
+    if not has_scores:
+        given_readings = [[[(c, 0) for c, _ in position] for position in reading] for reading in given_readings]
+    path = tmp_path / "dictionary.json"
+    content = {
+        "lexicons": [{"words": given_words}],
+        "fieldings": given_pictures,
+        "shapes": [{"regularExpressions": ["1{2,4}"], "checks": [{"method": "luhn"}]}],
+        "swaps": given_swaps,
+        "parameters": given_parameters,
+        "resolving": given_resolving,
+    }
+    path.write_text(json.dumps(content))
+    dictionary = qoc.Dictionary.from_file(path)
+    expected = [answer["resolved"] for answer in by_program(path, given_readings)]
+    restored = qoc.Dictionary.from_dict(json.loads(json.dumps(dictionary.to_dict())))
+    assert restored == dictionary
+    for made in (dictionary, restored):
+        resolutions = made.resolve_many(given_readings)
+        assert [described_resolution(resolution) for resolution in resolutions] == expected
+    assert described_resolution(dictionary.resolve(given_readings[0])) == expected[0]

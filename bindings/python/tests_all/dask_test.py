@@ -106,6 +106,19 @@ class Cluster(unittest.TestCase):
         with self.assertRaises(ValueError):
             qoc.dask.run_dataframe(dictionary, lazy, "read", client=self.client)
 
+    def test_a_frame_is_resolved(self):
+        dictionary = qoc.Dictionary([["Apple", "Pear", "Peer"]], parameters=qoc.Parameters(max_edits=1))
+        frame = pandas.DataFrame({"read": ["Aple", "nothing", "Pexr"]}, index=list("cba"))
+        lazy = qoc.dask.run_dataframe(
+            dictionary, dask.dataframe.from_pandas(frame, npartitions=2, sort=False), "read", client=self.client,
+            resolve=True)
+        done = lazy.compute()
+        self.assertEqual(list(done.index), list("cba"))
+        self.assertEqual(list(done.outcome), ["sure", "none", "unsure"])
+        self.assertEqual(done.text.iloc[0], "Apple")
+        self.assertTrue(done.margin.isna().all(), "a str has no scores")
+        self.assertEqual([str(kind) for kind in done.dtypes], [str(kind) for kind in lazy.dtypes])
+
     def test_the_dictionary_is_sent_once_to_each_worker(self):
         dictionary = qoc.Dictionary([["Apple"]])
         bag = dask.bag.from_sequence(["Apple"] * 20, npartitions=10)

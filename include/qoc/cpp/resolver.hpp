@@ -32,7 +32,7 @@ class ResolvedTextView : public View<qoc_ocrDictionaryResolvedText> {
   std::string utf8() const { return toUtf8(characters()); }
   /// Scores less penalties.
   std::int32_t total() const noexcept { return c()->total; }
-  /// The lead over the next different text, or over the reading as free text.
+  /// The lead over the next different text, or over the reading as free text; 0 without scores.
   std::int32_t margin() const noexcept { return c()->margin; }
   /// The result of the set that it comes from, or -1.
   std::int32_t resultIndex() const noexcept { return c()->resultIndex; }
@@ -58,6 +58,8 @@ class Resolution : public Value<qoc_ocrDictionaryResolution> {
   using Value::Value;
 
   Outcome outcome() const noexcept { return static_cast<Outcome>(c()->outcome); }
+  /// Whether the reading has scores, and the texts so have margins.
+  bool hasScores() const noexcept { return c()->hasScores != 0; }
   Texts texts() const noexcept { return Texts(detail::elements(c()->texts)); }
   auto begin() const noexcept { return texts().begin(); }
   auto end() const noexcept { return texts().end(); }

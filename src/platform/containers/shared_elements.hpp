@@ -26,9 +26,17 @@ inline bool holdSameElements(const qstd_vector &a, const qstd_vector &b) noexcep
 class ElementPool {
  public:
   ElementPool() = default;
+  /// Of little more than the given number of bytes, the sum of sizeOf for all that is to be placed, if that is not
+  /// much.
+  explicit ElementPool(std::size_t numBytes) : blockSize_(numBytes < mostBytes ? numBytes : mostBytes) {}
   ~ElementPool();
   ElementPool(const ElementPool &) = delete;
   ElementPool &operator=(const ElementPool &) = delete;
+
+  /// The bytes that n elements of a size take in a pool.
+  static constexpr std::size_t sizeOf(std::size_t n, std::size_t elementSize) noexcept {
+    return n == 0 ? 0 : (sizeof(void *) + n * elementSize + sizeof(void *) - 1) / sizeof(void *) * sizeof(void *);
+  }
 
   /// Gives a vector that has neither elements nor storage n elements, which the caller fills at `elements`.
   qsys_status place(qstd_vector &vector, std::int32_t n, void *&elements) noexcept;
@@ -37,10 +45,11 @@ class ElementPool {
 
  private:
   /// Small, so that a single result that is kept does not keep much beside it.
-  static constexpr std::size_t blockSize = 32768;
+  static constexpr std::size_t mostBytes = 32768;
 
   void close() noexcept;
 
+  std::size_t blockSize_ = mostBytes;
   std::byte *block_ = nullptr;
   std::size_t used_ = 0, size_ = 0;
   std::int64_t numPlaced_ = 0;

@@ -628,11 +628,12 @@ qsys_status qoc::ElementPool::place(qstd_vector &vector, std::int32_t n, void *&
   if (n <= 0) {
     return QSYS_STATUS_OK;
   }
-  const std::size_t needed = alignedUp(sizeOfLink + numBytes(vector, n), sizeOfLink);
+  const std::size_t needed = sizeOf(static_cast<std::size_t>(n), vector.elementSize);
   if (block_ == nullptr || needed > size_ - used_) {
     close();
     used_ = alignedUp(sizeof(SharedBlock), sizeOfLink);
-    size_ = std::max(blockSize, used_ + needed);
+    size_ = used_ + std::max(blockSize_, needed);
+    blockSize_ = mostBytes;  // What goes beyond the bytes that were expected is not known.
     block_ = static_cast<std::byte *>(qsys_memory_alloc_internal(size_));
     if (block_ == nullptr) {
       return QSYS_STATUS_OUT_OF_MEMORY;

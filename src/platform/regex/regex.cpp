@@ -7,6 +7,7 @@
 #include <string>
 
 #include "platform/containers/vector_family.hpp"
+#include "platform/regex/records.hpp"
 #include "platform/regex/shared_expression.hpp"
 #include "platform/regex/ways.hpp"
 #include "platform/system/exceptions.hpp"
@@ -125,7 +126,7 @@ qsys_status findError(Source source, std::int32_t *place) {
 }
 
 /// Makes what a way tells of one place.
-qsys_status fill(qstd_tokenMatcherResult &result, const qstd_tokenMulti &multi, const MatchedTokens &matched) {
+qsys_status fill(qstd_tokenMatcherResult &result, const qstd_tokenMulti &multi, MatchedTokens matched) {
   QOC_TRY(qstd_vector_qstd_token_reserve(&result.tokens, static_cast<std::int32_t>(matched.size())));
   for (const std::int32_t index : matched) {
     QOC_TRY(qstd_vector_qstd_token_pushBack(&result.tokens, &tokenAt(multi, static_cast<std::size_t>(index))));
@@ -135,7 +136,8 @@ qsys_status fill(qstd_tokenMatcherResult &result, const qstd_tokenMulti &multi, 
 }
 
 /// Appends a way, filled in place so that nothing is copied.
-qsys_status append(Way way, std::span<const qstd_tokenMulti *const> sequence,
+template <class Way>
+qsys_status append(const Way &way, std::span<const qstd_tokenMulti> sequence,
                    qstd_vector_qstd_tokenMatcherResultWord &words) {
   if (words.core.size == std::numeric_limits<std::int32_t>::max()) {
     return QSTD_STATUS_SIZE_INVALID;
@@ -144,9 +146,40 @@ qsys_status append(Way way, std::span<const qstd_tokenMulti *const> sequence,
   qstd_vector_qstd_tokenMatcherResult &positions = editAs<qstd_tokenMatcherResultWord>(words).back().positions;
   QOC_TRY(qstd_vector_qstd_tokenMatcherResult_resize(&positions, static_cast<std::int32_t>(way.size())));
   for (std::size_t i = 0; i < way.size(); ++i) {
-    QOC_TRY(fill(editAs<qstd_tokenMatcherResult>(positions)[i], *sequence[i], *way[i]));
+    QOC_TRY(fill(editAs<qstd_tokenMatcherResult>(positions)[i], sequence[i], way[i]));
   }
   return QSYS_STATUS_OK;
+}
+
+/// The codes of the tokens of a sequence, place by place.
+struct SequenceCodes {
+  std::vector<Char32> codes;
+  std::vector<std::size_t> ends;
+
+  explicit SequenceCodes(std::span<const qstd_tokenMulti> sequence) {
+    for (const qstd_tokenMulti &multi : sequence) {
+      for (std::size_t k = 0; k < numTokens(multi); ++k) {
+        const qstd_token &token = tokenAt(multi, k);
+        codes.push_back(isWildcard(token) ? QOC_CHAR_ANY : token.code);
+      }
+      ends.push_back(codes.size());
+    }
+  }
+  Codes at(std::size_t place) const {
+    const std::size_t first = place > 0 ? ends[place - 1] : 0;
+    return Codes(codes).subspan(first, ends[place] - first);
+  }
+};
+
+template <class States>
+qsys_status parse(States &states, std::span<const qstd_tokenMulti> sequence,
+                  qstd_vector_qstd_tokenMatcherResultWord &words) {
+  const SequenceCodes codes(sequence);
+  std::vector<typename WayFinder<States>::Place> places(sequence.size());
+  for (std::size_t i = 0; i < places.size(); ++i) {
+    places[i].codes = codes.at(i);
+  }
+  return WayFinder(states).find(places, [&](const auto &way) { return append(way, sequence, words); });
 }
 
 }  // namespace
@@ -232,15 +265,8 @@ qsys_status qstd_regex_parseTokenMulti(const qstd_regex *regex, const qstd_vecto
   }
   QOC_TRY(qstd_vector_qstd_tokenMatcherResultWord_clear(words));
   const qsys_status status = withoutExceptions([&] {
-    std::vector<const qstd_tokenMulti *> places;
-    for (const qstd_tokenMulti &multi : viewAs<qstd_tokenMulti>(*sequence)) {
-      places.push_back(&multi);
-    }
-    return withStates(expressionOf(*regex), [&](auto &states) {
-      return WayFinder(states, std::span<const qstd_tokenMulti *const>(places)).find([&](Way way) {
-        return append(way, places, *words);
-      });
-    });
+    return withStates(expressionOf(*regex),
+                      [&](auto &states) { return parse(states, viewAs<qstd_tokenMulti>(*sequence), *words); });
   });
   if (status < 0) {
     qstd_vector_qstd_tokenMatcherResultWord_clearAndFreeMemory(words);

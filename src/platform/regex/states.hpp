@@ -56,6 +56,22 @@ class WideSet {
     }
     return false;
   }
+  /// With every position moved on by one; the last one of all words goes.
+  WideSet movedUp() const {
+    WideSet moved(words_.size());
+    for (std::size_t i = 0; i < words_.size(); ++i) {
+      moved.words_[i] = words_[i] << 1 | (i > 0 ? words_[i - 1] >> 63 : 0);
+    }
+    return moved;
+  }
+  /// With every position moved back by one; the first one goes.
+  WideSet movedDown() const {
+    WideSet moved(words_.size());
+    for (std::size_t i = 0; i < words_.size(); ++i) {
+      moved.words_[i] = words_[i] >> 1 | (i + 1 < words_.size() ? words_[i + 1] << 63 : 0);
+    }
+    return moved;
+  }
   template <class Visit>
   void forEach(Visit visit) const {
     for (std::size_t i = 0; i < words_.size(); ++i) {
@@ -75,6 +91,8 @@ inline void insert(std::uint64_t &set, std::int32_t position) noexcept { set |= 
 inline bool contains(std::uint64_t set, std::int32_t position) noexcept { return (set >> position & 1) != 0; }
 inline bool isEmpty(std::uint64_t set) noexcept { return set == 0; }
 inline bool intersects(std::uint64_t a, std::uint64_t b) noexcept { return (a & b) != 0; }
+inline std::uint64_t movedUp(std::uint64_t set) noexcept { return set << 1; }
+inline std::uint64_t movedDown(std::uint64_t set) noexcept { return set >> 1; }
 template <class Visit>
 void forEach(std::uint64_t set, Visit visit) {
   for (; set != 0; set &= set - 1) {
@@ -85,6 +103,8 @@ inline void insert(WideSet &set, std::int32_t position) noexcept { set.insert(po
 inline bool contains(const WideSet &set, std::int32_t position) noexcept { return set.contains(position); }
 inline bool isEmpty(const WideSet &set) noexcept { return set.isEmpty(); }
 inline bool intersects(const WideSet &a, const WideSet &b) noexcept { return a.intersects(b); }
+inline WideSet movedUp(const WideSet &set) { return set.movedUp(); }
+inline WideSet movedDown(const WideSet &set) { return set.movedDown(); }
 template <class Visit>
 void forEach(const WideSet &set, Visit visit) {
   set.forEach(visit);
@@ -98,6 +118,8 @@ class NarrowStates {
   explicit NarrowStates(const Expression &expression) : expression_(expression), tables_(expression.narrow()) {}
 
   const Expression &expression() const noexcept { return expression_; }
+  std::int32_t numPositions() const noexcept { return expression_.numPositions(); }
+  bool isNullable() const noexcept { return expression_.isNullable(); }
   Set none() const noexcept { return 0; }
   Set all() const noexcept { return tables_.all; }
   Set first() const noexcept { return tables_.first; }
@@ -177,6 +199,8 @@ class WideStates {
   }
 
   const Expression &expression() const noexcept { return expression_; }
+  std::int32_t numPositions() const noexcept { return expression_.numPositions(); }
+  bool isNullable() const noexcept { return expression_.isNullable(); }
   const Set &none() const noexcept { return none_; }
   const Set &all() const noexcept { return all_; }
   const Set &first() const noexcept { return first_; }

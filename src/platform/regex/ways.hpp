@@ -12,41 +12,75 @@
 //
 //     (a|a)*b on "aab": paths through the first a and the second tell the same; the second is dropped at once.
 //
-// Two sets of positions and one list of followers are kept for each place of the sequence; there is no recursion.
+// Two sets of positions and one list of followers are kept for each place of the sequence; there is no recursion. What
+// is kept lies in a few vectors, which one finder uses again for every sequence: a search has thousands of them.
 
 #include <algorithm>
+#include <optional>
 #include <span>
 
-#include "platform/regex/records.hpp"
 #include "platform/regex/states.hpp"
 
 namespace qoc {
 
-/// What one way tells of one place: the indexes of the tokens that matched, rising; 0 is the primary one.
-using MatchedTokens = std::vector<std::int32_t>;
+/// The codes of a place's tokens, the primary one first: QOC_CHAR_ANY is a wildcard.
+using Codes = std::span<const Char32>;
 
-/// The places of a way, in order.
-using Way = std::span<const MatchedTokens *const>;
+/// What one way tells of one place: the indexes of the tokens that matched, rising; 0 is the primary one.
+using MatchedTokens = std::span<const std::int32_t>;
 
 template <class States>
 class WayFinder {
  public:
   using Set = typename States::Set;
 
-  WayFinder(States &states, std::span<const qstd_tokenMulti *const> sequence)
-      : states_(states), sequence_(sequence), walk_(states.expression()) {}
+  /// One place of a sequence. `accepting` holds the positions that accept one of its codes; without it they are found.
+  struct Place {
+    Codes codes;
+    const Set *accepting = nullptr;
+  };
 
-  /// Calls onWay(way), which returns a status, for every way in order.
+  /// The places of a way, in order; for as long as it is told of.
+  class Way {
+   public:
+    std::size_t size() const noexcept { return finder_.way_.size(); }
+    MatchedTokens operator[](std::size_t place) const noexcept {
+      const Label &label = finder_.labels_[finder_.way_[place]];
+      return MatchedTokens(finder_.tokens_).subspan(label.firstToken, label.numTokens);
+    }
+
+   private:
+    friend class WayFinder;
+    explicit Way(const WayFinder &finder) : finder_(finder) {}
+    const WayFinder &finder_;
+  };
+
+  explicit WayFinder(States &states) : states_(states) {}
+
+  /// Calls onWay(way), which returns a status, for every way of a sequence in order.
   template <class OnWay>
-  qsys_status find(OnWay onWay) {
+  qsys_status find(std::span<const Place> sequence, OnWay onWay) {
+    sequence_ = sequence;
+    way_.resize(sequence.size());
     if (sequence_.empty()) {
-      return states_.expression().isNullable() ? onWay(Way()) : QSYS_STATUS_OK;
+      return states_.expression().isNullable() ? onWay(Way(*this)) : QSYS_STATUS_OK;
     }
     QOC_TRY(findLive());
     if (!intersects(live_.front(), states_.first())) {
       return QSYS_STATUS_OK;
     }
-    places_.resize(sequence_.size());
+    if (std::ranges::all_of(sequence_, [](const Place &place) { return place.codes.size() == 1; })) {
+      // Whatever the path, it tells of every place that its one token matched.
+      tokens_.assign(1, 0);
+      labels_.assign(1, {0, 1, states_.none()});
+      way_.assign(sequence_.size(), 0);
+      QOC_TRY(states_.meter().add(workPerPlace * way_.size()));
+      return onWay(Way(*this));
+    }
+    tokens_.clear();
+    labels_.clear();
+    labelOfSet_.clear();
+    placeLabels_.assign(sequence_.size(), {});
     return follow(onWay);
   }
 
@@ -54,12 +88,13 @@ class WayFinder {
   static constexpr std::size_t workPerPlace = 16;  // Of a way, whoever takes it copies the tokens of every place.
 
   struct Label {
-    MatchedTokens tokens;
+    std::size_t firstToken, numTokens;
     Set positions;
   };
-  struct Place {
-    std::vector<Label> labels;             ///< Made when the place is first come to.
-    std::vector<std::int32_t> labelOfSet;  ///< For each code set, the index of its label, or -1.
+  /// The labels of one place, made when it is first come to.
+  struct PlaceLabels {
+    std::size_t first = 0, count = 0;
+    std::size_t firstSet = 0;  ///< In labelOfSet_: for each code set, the number of its label. Not where there is one.
   };
   /// A path's end at one place, whose followers are tried one after the other.
   struct Step {
@@ -74,54 +109,55 @@ class WayFinder {
     live_.assign(sequence_.size(), states_.none());
     Set behind = states_.last();
     for (std::size_t i = sequence_.size(); i-- > 0 && !isEmpty(behind);) {
-      const qstd_tokenMulti &multi = *sequence_[i];
-      for (std::size_t k = 0; k < numTokens(multi); ++k) {
-        const qstd_token &token = tokenAt(multi, k);
-        states_.addAccepting(isWildcard(token) ? QOC_CHAR_ANY : token.code, live_[i]);
+      const Place &place = sequence_[i];
+      if (place.accepting != nullptr) {
+        live_[i] = *place.accepting;
+      } else {
+        for (const Char32 code : place.codes) {
+          states_.addAccepting(code, live_[i]);
+        }
       }
       live_[i] &= behind;
       behind = states_.predecessorsOf(live_[i]);
-      QOC_TRY(states_.tick(1 + numTokens(multi)));
+      QOC_TRY(states_.tick(1 + place.codes.size()));
     }
     return QSYS_STATUS_OK;
   }
 
   template <class OnWay>
   qsys_status follow(OnWay onWay) {
-    std::vector<Step> path;
-    std::vector<const MatchedTokens *> way(sequence_.size());
-    path.reserve(sequence_.size());
-    only_.resize(sequence_.size());
+    path_.clear();
+    only_.resize(std::max(only_.size(), sequence_.size()));
     std::span<const std::int32_t> followers;
     QOC_TRY(followersOf(-1, 0, followers));
-    path.push_back({followers, 0, states_.none(), states_.none()});
-    while (!path.empty()) {
-      Step &step = path.back();
+    path_.push_back({followers, 0, states_.none(), states_.none()});
+    while (!path_.empty()) {
+      Step &step = path_.back();
       if (step.next == step.followers.size()) {
-        path.pop_back();
+        path_.pop_back();
         continue;
       }
       QOC_TRY(states_.meter().add(1));
       const std::int32_t position = step.followers[step.next++];
-      const std::size_t i = path.size() - 1;
+      const std::size_t i = path_.size() - 1;
       if (!contains(live_[i], position)) {
         continue;
       }
       QOC_TRY(makeLabels(i));
-      const Label &label = labelOf(i, position);
-      const Set told = (step.told | step.tried) & label.positions;
+      const std::size_t number = labelOf(i, position);
+      const Set told = (step.told | step.tried) & labels_[number].positions;
       insert(step.tried, position);
       if (contains(told, position)) {
         continue;
       }
-      way[i] = &label.tokens;
+      way_[i] = number;
       if (i + 1 < sequence_.size()) {
         QOC_TRY(followersOf(position, i + 1, followers));
         QOC_TRY(states_.tick(1));
-        path.push_back({followers, 0, states_.followersOf(told) & live_[i + 1], states_.none()});
+        path_.push_back({followers, 0, states_.followersOf(told) & live_[i + 1], states_.none()});
       } else if (isEmpty(told)) {
-        QOC_TRY(states_.meter().add(workPerPlace * way.size()));
-        QOC_TRY(onWay(Way(way)));
+        QOC_TRY(states_.meter().add(workPerPlace * way_.size()));
+        QOC_TRY(onWay(Way(*this)));
       }
     }
     return QSYS_STATUS_OK;
@@ -147,62 +183,75 @@ class WayFinder {
       followers = {&only_[place], 1};
       return QSYS_STATUS_OK;
     }
-    followers_.resize(static_cast<std::size_t>(states_.expression().numPositions()) + 1);
+    if (!walk_) {
+      walk_.emplace(states_.expression());
+      followers_.resize(static_cast<std::size_t>(states_.expression().numPositions()) + 1);
+    }
     auto &entry = followers_[static_cast<std::size_t>(position + 1)];
     if (!entry.isFound) {
-      QOC_TRY(walk_.find(states_.expression(), position, entry.list, states_.meter()));
+      QOC_TRY(walk_->find(states_.expression(), position, entry.list, states_.meter()));
       entry.isFound = true;
     }
     followers = entry.list;
     return QSYS_STATUS_OK;
   }
 
-  const Label &labelOf(std::size_t i, std::int32_t position) const {
-    const Place &place = places_[i];
-    return place.labels[static_cast<std::size_t>(
-        place.labelOfSet[static_cast<std::size_t>(states_.expression().setOf(position))])];
+  std::size_t labelOf(std::size_t i, std::int32_t position) const {
+    const PlaceLabels &place = placeLabels_[i];
+    return place.count == 1
+               ? place.first
+               : labelOfSet_[place.firstSet + static_cast<std::size_t>(states_.expression().setOf(position))];
   }
 
   /// Makes the labels of a place, unless they are made.
   qsys_status makeLabels(std::size_t i) {
-    Place &place = places_[i];
-    if (!place.labels.empty()) {
+    PlaceLabels &place = placeLabels_[i];
+    if (place.count > 0) {
+      return QSYS_STATUS_OK;
+    }
+    const Codes codes = sequence_[i].codes;
+    place.first = labels_.size();
+    if (codes.size() == 1) {  // Whatever is live accepts it.
+      labels_.push_back({tokens_.size(), 1, live_[i]});
+      tokens_.push_back(0);
+      place.count = 1;
       return QSYS_STATUS_OK;
     }
     const Expression &expression = states_.expression();
-    place.labelOfSet.assign(expression.sets().size(), -1);
+    place.firstSet = labelOfSet_.size();
+    labelOfSet_.resize(place.firstSet + expression.sets().size(), none);
     std::size_t work = 0;
     forEach(live_[i], [&](std::int32_t position) {
-      const std::int32_t set = expression.setOf(position);
-      std::int32_t &number = place.labelOfSet[static_cast<std::size_t>(set)];
-      if (number < 0) {
-        number = labelNumber(place, matchedTokens(*sequence_[i], expression.sets()[static_cast<std::size_t>(set)]));
-        work += numTokens(*sequence_[i]) + place.labels.size();
+      const auto set = static_cast<std::size_t>(expression.setOf(position));
+      std::size_t &number = labelOfSet_[place.firstSet + set];
+      if (number == none) {
+        number = labelNumber(place, codes, expression.sets()[set]);
+        work += codes.size() + place.count;
       }
-      insert(place.labels[static_cast<std::size_t>(number)].positions, position);
+      insert(labels_[number].positions, position);
     });
     return states_.meter().add(work);
   }
 
-  std::int32_t labelNumber(Place &place, MatchedTokens &&tokens) {
-    const auto found = std::find_if(place.labels.begin(), place.labels.end(),
-                                    [&](const Label &label) { return label.tokens == tokens; });
-    const auto number = static_cast<std::int32_t>(found - place.labels.begin());
-    if (found == place.labels.end()) {
-      place.labels.push_back({std::move(tokens), states_.none()});
-    }
-    return number;
-  }
-
-  static MatchedTokens matchedTokens(const qstd_tokenMulti &multi, const CodeSet &set) {
-    MatchedTokens matched;
-    for (std::size_t k = 0; k < numTokens(multi); ++k) {
-      const qstd_token &token = tokenAt(multi, k);
-      if (isWildcard(token) || (token.code != QOC_CHAR_EMPTY && set.contains(token.code))) {
-        matched.push_back(static_cast<std::int32_t>(k));
+  /// The number of the label that a code set gives a place, which is made if there is none like it.
+  std::size_t labelNumber(PlaceLabels &place, Codes codes, const CodeSet &set) {
+    const std::size_t firstToken = tokens_.size();
+    for (std::size_t k = 0; k < codes.size(); ++k) {
+      if (codes[k] == QOC_CHAR_ANY || (codes[k] != QOC_CHAR_EMPTY && set.contains(codes[k]))) {
+        tokens_.push_back(static_cast<std::int32_t>(k));
       }
     }
-    return matched;
+    const MatchedTokens matched = MatchedTokens(tokens_).subspan(firstToken);
+    for (std::size_t number = place.first; number < labels_.size(); ++number) {
+      const Label &label = labels_[number];
+      if (std::ranges::equal(MatchedTokens(tokens_).subspan(label.firstToken, label.numTokens), matched)) {
+        tokens_.resize(firstToken);
+        return number;
+      }
+    }
+    labels_.push_back({firstToken, matched.size(), states_.none()});
+    ++place.count;
+    return labels_.size() - 1;
   }
 
   struct Followers {
@@ -210,13 +259,20 @@ class WayFinder {
     bool isFound = false;
   };
 
+  static constexpr std::size_t none = static_cast<std::size_t>(-1);
+
   States &states_;
-  std::span<const qstd_tokenMulti *const> sequence_;
-  OrderedWalk walk_;
-  std::vector<Set> live_;
-  std::vector<Place> places_;
+  std::span<const Place> sequence_;
+  std::optional<OrderedWalk> walk_;
   std::vector<Followers> followers_;  ///< Of each position, behind those of the start.
-  std::vector<std::int32_t> only_;    ///< For each place, the follower that is the only live one.
+  std::vector<Set> live_;
+  std::vector<PlaceLabels> placeLabels_;
+  std::vector<Label> labels_;
+  std::vector<std::size_t> labelOfSet_;
+  std::vector<std::int32_t> tokens_;  ///< Of all labels.
+  std::vector<std::size_t> way_;      ///< The label at each place.
+  std::vector<Step> path_;
+  std::vector<std::int32_t> only_;  ///< For each place, the follower that is the only live one.
 };
 
 }  // namespace qoc

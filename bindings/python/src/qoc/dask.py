@@ -17,7 +17,7 @@ import distributed
 from distributed.diagnostics.plugin import WorkerPlugin
 
 from qoc.dictionary import Dictionary, ReadingLike, _reading_of
-from qoc.tables import Row, row_of
+from qoc.tables import Row, resolved_row_of, row_of
 
 if TYPE_CHECKING:
     from dask.bag.core import Bag
@@ -85,33 +85,37 @@ def run_dataframe(
     column: str,
     *,
     client: distributed.Client,
+    resolve: bool = False,
     **changes: Any,
 ) -> DataFrame:
-    """Matches a column of readings and joins the best result of each to its row.
+    """Matches a column of readings and joins the best result of each to its row, or the text that it is taken for.
 
     Args:
         dictionary: what the readings may be.
         frame: a dask.dataframe.
         column: the name of the column with the readings: str, Reading, or what makes one.
         client: the client of the cluster.
+        resolve: choose one text for each reading, as Dictionary.resolve does.
         **changes: fields of Parameters that are to be otherwise than in the dictionary.
 
     Returns:
         The frame, lazy, with the same partitions, rows and index, and with these columns more: `text`, `edits`
         (Int64), `score` (Float64), `mode`, `line_status` and `statuses`, all missing where there is no result; see
-        qoc.tables.Row.
+        qoc.tables.Row. With resolve these instead: `text`, `outcome`, `margin` (Float64), `check` (boolean) and
+        `mode`; see qoc.tables.ResolvedRow.
 
     Raises:
         ValueError: where the frame lacks the column, or has one of the new ones already.
     """
     if column not in frame.columns:
         raise ValueError(f"there is no column {column!r}; expected one of {list(frame.columns)}")
-    taken = sorted(set(_COLUMNS) & set(frame.columns))
+    columns = _RESOLVED_COLUMNS if resolve else _COLUMNS
+    taken = sorted(set(columns) & set(frame.columns))
     if taken:
-        raise ValueError(f"the frame has the columns {taken} already; expected none of {list(_COLUMNS)}")
+        raise ValueError(f"the frame has the columns {taken} already; expected none of {list(columns)}")
     key = ship(dictionary.with_parameters(**changes), client)
-    meta = frame._meta.assign(**{name: _series((), kind) for name, kind in _COLUMNS.items()})
-    return frame.map_partitions(_run_frame, column, key, meta=meta)
+    meta = frame._meta.assign(**{name: _series((), kind) for name, kind in columns.items()})
+    return frame.map_partitions(_resolve_frame if resolve else _run_frame, column, key, meta=meta)
 
 
 # The columns that run_dataframe adds, and their types.
@@ -122,6 +126,13 @@ _COLUMNS = {
     "mode": "object",
     "line_status": "object",
     "statuses": "object",
+}
+_RESOLVED_COLUMNS = {
+    "text": "object",
+    "outcome": "object",
+    "margin": "Float64",
+    "check": "boolean",
+    "mode": "object",
 }
 
 
@@ -152,7 +163,18 @@ def _series(values: Iterable[Any], kind: str, index: Any = None) -> Any:
 
 def _run_frame(frame: Any, column: str, key: str) -> Any:
     answers = _run_partition(frame[column], key)
-    best: list[Mapping[str, Any]] = [cast("Mapping[str, Any]", rows[0]) if rows else {} for rows in answers]
+    best = [cast("Mapping[str, Any]", rows[0]) if rows else {} for rows in answers]
+    return _joined(frame, best, _COLUMNS)
+
+
+def _resolve_frame(frame: Any, column: str, key: str) -> Any:
+    held = [_reading_of(reading) for reading in frame[column]]
+    resolutions = _dictionary(key).resolve_many(held, threads=1)
+    rows = [resolved_row_of(index, *both) for index, both in enumerate(zip(held, resolutions, strict=True))]
+    return _joined(frame, cast("list[Mapping[str, Any]]", rows), _RESOLVED_COLUMNS)
+
+
+def _joined(frame: Any, rows: list[Mapping[str, Any]], columns: Mapping[str, str]) -> Any:
     return frame.assign(
-        **{name: _series((row.get(name) for row in best), kind, frame.index) for name, kind in _COLUMNS.items()}
+        **{name: _series((row.get(name) for row in rows), kind, frame.index) for name, kind in columns.items()}
     )

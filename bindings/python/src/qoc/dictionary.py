@@ -8,7 +8,7 @@ from dataclasses import dataclass, fields, replace
 from typing import Any, Callable, Iterable, Literal, Mapping, Sequence, TypedDict, Union
 
 from qoc import _qoc
-from qoc._qoc import Reading, Result
+from qoc._qoc import Reading, Resolution, Result
 
 Candidate = "tuple[str, float]"
 ReadingLike = Union[Reading, str, "Iterable[str | Iterable[tuple[str, float]]]"]
@@ -108,7 +108,9 @@ class Dictionary:
         fieldings: lines of a fixed shape, in the notation of the dictionary file: a picture such as "AA-999", or a
             list with what each position admits.
         expressions: regular expressions, in the notation of the dictionary file.
+        shapes: ready shapes, by name, and entries with check digits, as in the dictionary file.
         swaps: what the reader confuses, a mapping as in the dictionary file.
+        resolving: how one text is chosen, a mapping as in the dictionary file.
         parameters: how readings are matched where a run does not say otherwise.
         fit_parameters: how readings are forced into lines where a fit does not say otherwise.
         directory: where relative paths of word list files start.
@@ -123,7 +125,9 @@ class Dictionary:
         *,
         fieldings: Iterable[str | Sequence[Position]] = (),
         expressions: Iterable[str] = (),
+        shapes: Iterable[str | Mapping[str, Any]] = (),
         swaps: Swaps | None = None,
+        resolving: Mapping[str, Any] | None = None,
         parameters: Parameters | None = None,
         fit_parameters: FitParameters | None = None,
         directory: str | os.PathLike[str] = "",
@@ -134,7 +138,9 @@ class Dictionary:
             "lexicons": [_lexicon_of(lexicon) for lexicon in lexicons],
             "fieldings": list(fieldings),
             "regularExpressions": list(expressions),
+            "shapes": list(shapes),
             "swaps": dict(swaps or {}),
+            "resolving": dict(resolving or {}),
         }
         content = {key: value for key, value in content.items() if value}
         self._core = _read_content(content, os.fspath(directory))
@@ -155,7 +161,8 @@ class Dictionary:
         """Makes a dictionary of what a dictionary file holds, as json.load gives it.
 
         Args:
-            content: lexicons, fieldings, regularExpressions, swaps, parameters; see docs/dictionary-file.md.
+            content: lexicons, fieldings, regularExpressions, shapes, swaps, parameters, resolving; see
+                docs/dictionary-file.md.
             directory: where relative paths of word list files start.
 
         Raises:
@@ -182,11 +189,8 @@ class Dictionary:
         return self._of_core(self._core, replace(self._parameters, **changes), self._fit_parameters)
 
     def to_dict(self) -> dict[str, Any]:
-        """The content as a dictionary file holds it, words included: json.dump of it makes such a file.
-
-        What only the program reads of a file, how it resolves results, is not in it.
-        """
-        described = self._core.entries()
+        """The content as a dictionary file holds it, words included: json.dump of it makes such a file."""
+        described = self._content()
         for key, parameters, names in (
             ("parameters", self._parameters, _FILE_KEYS),
             ("fitParameters", self._fit_parameters, _FIT_FILE_KEYS),
@@ -199,6 +203,11 @@ class Dictionary:
             if changes:
                 described[key] = changes
         return described
+
+    def _content(self) -> dict[str, Any]:
+        """The content without the parameters."""
+        resolving = self._core.resolving()
+        return self._core.entries() | ({"resolving": json.loads(resolving)} if resolving else {})
 
     def run(self, reading: ReadingLike, parameters: Parameters | None = None, **changes: Any) -> list[Result]:
         """Matches one reading with everything in the dictionary.
@@ -269,18 +278,78 @@ class Dictionary:
         Raises:
             Error: as from run; the message names the reading by its index.
         """
-        if threads is None:
-            threads = len(os.sched_getaffinity(0)) if hasattr(os, "sched_getaffinity") else os.cpu_count() or 1
-        if threads < 1:
-            raise ValueError(f"threads is {threads}; expected at least 1")
         options = self._options(parameters, changes)
-        return self._core.run_many([_reading_of(reading) for reading in readings], options, threads, progress)
+        held = [_reading_of(reading) for reading in readings]
+        return self._core.run_many(held, options, _number_of_threads(threads), progress)
+
+    def resolve(
+        self,
+        reading: ReadingLike,
+        parameters: Parameters | None = None,
+        *,
+        min_margin: float | None = None,
+        require_check: bool | None = None,
+        alternatives: int | None = None,
+        **changes: Any,
+    ) -> Resolution:
+        """Matches one reading and chooses one text out of everything that the dictionary allows.
+
+        It says the same as `qoc run` with the same dictionary file: among the texts of all results and all words
+        within reach it takes the best by the reader's scores and the rules of "resolving", and calls it sure where it
+        leads far enough and passes its check digits. Ctrl-C interrupts it; other threads run meanwhile.
+
+        Args:
+            reading: a Reading, or what makes one. One without scores, such as a str, is sure where no other text has
+                as few differences from it.
+            parameters: how it is matched; by default the dictionary's own.
+            min_margin: points by which a text must lead to be sure; by default as the dictionary says.
+            require_check: whether a text without check digits is never sure; by default as the dictionary says.
+            alternatives: other texts to give behind the best one, up to 999; by default as the dictionary says.
+            **changes: fields of Parameters that are to be otherwise.
+
+        Raises:
+            Error: for parameters out of their range.
+        """
+        changed = _resolving_changes(min_margin, require_check, alternatives)
+        return self._core.resolve(_reading_of(reading), self._options(parameters, changes), *changed)
+
+    def resolve_many(
+        self,
+        readings: Iterable[ReadingLike],
+        parameters: Parameters | None = None,
+        *,
+        threads: int | None = None,
+        progress: Callable[[int, int], object] | None = None,
+        min_margin: float | None = None,
+        require_check: bool | None = None,
+        alternatives: int | None = None,
+        **changes: Any,
+    ) -> list[Resolution]:
+        """Matches many readings at once and chooses one text for each.
+
+        Args:
+            readings: any number of readings.
+            threads: as for run_many.
+            progress: as for run_many.
+            parameters: this and the others are as for resolve.
+
+        Returns:
+            For each reading, in order, its Resolution.
+
+        Raises:
+            Error: as from resolve; the message names the reading by its index.
+        """
+        changed = _resolving_changes(min_margin, require_check, alternatives)
+        options = self._options(parameters, changes)
+        held = [_reading_of(reading) for reading in readings]
+        return self._core.resolve_many(held, options, _number_of_threads(threads), progress, *changed)
 
     def __eq__(self, other: object) -> bool:
         if not isinstance(other, Dictionary):
             return NotImplemented
         return (
             self._core.is_equal(other._core)
+            and self._content() == other._content()
             and self._parameters == other._parameters
             and self._fit_parameters == other._fit_parameters
         )
@@ -288,7 +357,7 @@ class Dictionary:
     __hash__ = None  # type: ignore[assignment]
 
     def __reduce__(self) -> tuple[Any, ...]:
-        return _restore, (self._core.entries(), self._parameters, self._fit_parameters)
+        return _restore, (self._content(), self._parameters, self._fit_parameters)
 
     def __repr__(self) -> str:
         words, fieldings, expressions = self._core.sizes()
@@ -312,6 +381,24 @@ class Dictionary:
     def _options(self, parameters: Parameters | None, changes: Mapping[str, Any]) -> Parameters:
         chosen = self._parameters if parameters is None else parameters
         return replace(chosen, **changes) if changes else chosen
+
+
+def _number_of_threads(threads: int | None) -> int:
+    if threads is None:
+        return len(os.sched_getaffinity(0)) if hasattr(os, "sched_getaffinity") else os.cpu_count() or 1
+    if threads < 1:
+        raise ValueError(f"threads is {threads}; expected at least 1")
+    return threads
+
+
+def _resolving_changes(
+    min_margin: float | None, require_check: bool | None, alternatives: int | None
+) -> tuple[float | None, bool | None, int | None]:
+    if min_margin is not None and not 0 <= min_margin <= 1_000_000:
+        raise ValueError(f"min_margin is {min_margin}; expected points from 0 to 1000000")
+    if alternatives is not None and not 0 <= alternatives <= 999:
+        raise ValueError(f"alternatives is {alternatives}; expected a number from 0 to 999")
+    return min_margin, require_check, alternatives
 
 
 def _restore(content: dict[str, Any], parameters: Parameters, fit_parameters: FitParameters) -> Dictionary:

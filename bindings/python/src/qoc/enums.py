@@ -1,4 +1,4 @@
-"""What happened at a position, and which kind of dictionary entry gave a result."""
+"""What happened at a position, which kind of dictionary entry gave a result, and what came of resolving."""
 
 from enum import IntEnum
 
@@ -46,6 +46,25 @@ class Mode(IntEnum):
     @property
     def label(self) -> str:
         """The name that the program's JSON and the C interface use, such as "regularExpression"."""
+        return _label(self.name)
+
+    def __str__(self) -> str:
+        return self.label
+
+
+class Outcome(IntEnum):
+    """What came of resolving a reading."""
+
+    NONE = 0
+    """There is no text."""
+    UNSURE = 1
+    """The best text is doubtful."""
+    SURE = 2
+    """The best text can be taken."""
+
+    @property
+    def label(self) -> str:
+        """The name that the program and the C interface use, such as "sure"."""
         return _label(self.name)
 
     def __str__(self) -> str:

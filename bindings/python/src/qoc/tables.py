@@ -4,7 +4,7 @@ from __future__ import annotations
 
 from typing import Iterable, Iterator, TypedDict
 
-from qoc._qoc import Result
+from qoc._qoc import Resolution, Result
 from qoc.dictionary import ReadingLike, _reading_of
 
 
@@ -76,3 +76,57 @@ def rows(readings: Iterable[ReadingLike], results: Iterable[Iterable[Result]]) -
             yield row_of(index, reading, rank, result)
         if empty:
             yield row_of(index, reading)
+
+
+class ResolvedRow(TypedDict):
+    """What a reading was resolved to, as plain values."""
+
+    reading: int
+    """The reading's index, from 0."""
+    given: str
+    """The reading's primary candidates."""
+    text: str | None
+    """The best text; None where there is none."""
+    outcome: str
+    """The label of the Outcome: "sure", "unsure" or "none"."""
+    margin: float | None
+    """None where there is no text, and where the reading has no scores."""
+    check: bool | None
+    """Whether the text passes its check digits; None where it has none."""
+    mode: str | None
+    """The label of the Mode."""
+
+
+def resolved_row_of(index: int, reading: ReadingLike, resolution: Resolution) -> ResolvedRow:
+    """What a reading was resolved to, as a row.
+
+    Args:
+        index: the reading's index.
+        reading: the reading.
+        resolution: what Dictionary.resolve gave.
+    """
+    return ResolvedRow(
+        reading=index,
+        given=reading if isinstance(reading, str) else _reading_of(reading).text,
+        text=resolution.text,
+        outcome=resolution.outcome.label,
+        margin=resolution.margin,
+        check=resolution.check,
+        mode=resolution.mode.label if resolution.mode is not None else None,
+    )
+
+
+def resolved_rows(
+    readings: Iterable[ReadingLike], resolutions: Iterable[Resolution]
+) -> Iterator[ResolvedRow]:
+    """What resolve_many gave, as rows: `pandas.DataFrame(qoc.resolved_rows(readings, resolutions))`.
+
+    Args:
+        readings: the readings, in the order in which they were resolved.
+        resolutions: what each was resolved to.
+
+    Yields:
+        A dict for each reading.
+    """
+    for index, (reading, resolution) in enumerate(zip(readings, resolutions, strict=True)):
+        yield resolved_row_of(index, reading, resolution)
