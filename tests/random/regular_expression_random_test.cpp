@@ -60,14 +60,7 @@ struct Case {
   /** The first difference that a comparison finds, with the lattice of variants and without. */
   template <class Compare>
   std::string onEveryRoad(Compare compare) const {
-    for (const bool usesLattice : {true, false}) {
-      const Roads taken(withLattice(usesLattice));
-      const std::string difference = compare();
-      if (!difference.empty()) {
-        return described(difference + (usesLattice ? " with the lattice" : " without the lattice"));
-      }
-    }
-    return "";
+    return described(withAndWithoutLattice(compare));
   }
 
   Alphabet alphabet;

@@ -3,6 +3,7 @@
 #ifndef TAKEN_ROADS_HPP
 #define TAKEN_ROADS_HPP
 
+#include <string>
 #include <utility>
 
 #include "kinds/lexicon_roads.hpp"
@@ -26,6 +27,19 @@ inline qoc::LexiconRoads withLattice(bool usesLattice) {
   qoc::LexiconRoads roads;
   roads.usesLattice = usesLattice;
   return roads;
+}
+
+/** The first difference that a comparison finds, with the lattice of variants and without; empty if there is none. */
+template <class Compare>
+std::string withAndWithoutLattice(Compare compare) {
+  for (const bool usesLattice : {true, false}) {
+    const Roads taken(withLattice(usesLattice));
+    const std::string difference = compare();
+    if (!difference.empty()) {
+      return difference + (usesLattice ? " with the lattice" : " without the lattice");
+    }
+  }
+  return "";
 }
 
 }  // namespace random_cases
