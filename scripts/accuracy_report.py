@@ -15,6 +15,7 @@ import sys
 import tempfile
 
 import accuracy_resolved
+import learn_confusions
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 READINGS = ROOT / "tests" / "data" / "readings.ndjson"
@@ -148,10 +149,7 @@ def main():
     parser.add_argument("--every", type=int, default=1)
     arguments = parser.parse_args()
     text = report(arguments.program, arguments.every, arguments.output != "-" and arguments.every == 1)
-    if arguments.output == "-":
-        sys.stdout.write(text)
-    else:
-        pathlib.Path(arguments.output).write_text(text, encoding="utf-8")
+    learn_confusions.write(text, arguments.output)
 
 
 if __name__ == "__main__":

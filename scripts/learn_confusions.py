@@ -43,16 +43,20 @@ def source(confusions):
     return "\n".join(lines) + "\n"
 
 
+def write(text, output):
+    """Writes a file, or standard output where it is called "-"."""
+    if output == "-":
+        sys.stdout.write(text)
+    else:
+        pathlib.Path(output).write_text(text, encoding="utf-8")
+
+
 def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     parser.add_argument("program")
     parser.add_argument("--output", default=SHIPPED, help="- is standard output")
     arguments = parser.parse_args()
-    text = source(learn(arguments.program))
-    if arguments.output == "-":
-        sys.stdout.write(text)
-    else:
-        pathlib.Path(arguments.output).write_text(text, encoding="utf-8")
+    write(source(learn(arguments.program)), arguments.output)
 
 
 if __name__ == "__main__":
