@@ -69,9 +69,9 @@ typedef struct qoc_ocrDictionaryResolverRules {
                         none further behind it is looked for. */
   qoc_ocrDictionaryFreeText freeWord;  /**< Where the best text is a word of a lexicon. */
   qoc_ocrDictionaryFreeText freeShape; /**< Where it comes from a fielding or an expression. */
-  int32_t minMargin;                   /**< The margin from which a text is sure. */
-  qsys_bool requiresCheck;             /**< [0] 1: a text without a check digit is not sure. */
-  int32_t maxTexts;                    /**< [5] Texts to give, from 1 to 1000. */
+  int32_t minMargin;       /**< The margin from which a text is sure; one that another text equals never is. */
+  qsys_bool requiresCheck; /**< [0] 1: a text without a check digit is not sure. */
+  int32_t maxTexts;        /**< [5] Texts to give, from 1 to 1000. */
   qstd_vector_qoc_ocrDictionaryConfusion
       confusions;                                 /**< [empty] Owned. The first one for a pair of characters counts. */
   qstd_vector_qoc_ocrDictionaryEntryCheck checks; /**< [empty] Owned. */

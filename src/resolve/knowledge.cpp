@@ -4,9 +4,17 @@
 
 #include "platform/containers/view.hpp"
 #include "platform/regex/shared_expression.hpp"
+#include "platform/regex/states.hpp"
 #include "platform/system/present.hpp"
 
 namespace qoc {
+
+std::vector<Char32> allTried() {
+  constexpr Char32 first = 0x20, last = 0x7E;
+  std::vector<Char32> codes;
+  for (Char32 code = first; code <= last; ++code) codes.push_back(code);
+  return codes;
+}
 
 qsys_status Knowledge::take(const qoc_ocrDictionary &dictionary) {
   QOC_TRY(fieldings.status());
@@ -52,6 +60,88 @@ qsys_status Knowledge::match(qoc_ocrDictionaryMode mode, std::int32_t entry,
   return qoc_ocrDictionaryRegularExpression_matchMulti(
       &viewAs<qoc_ocrDictionaryRegularExpression>(*expressions.get())[static_cast<std::size_t>(entry)], &reading,
       &params, set, &results);
+}
+
+namespace {
+
+bool arePlain(const CodesByPlace &codes) {
+  return std::all_of(codes.begin(), codes.end(), [](const std::vector<Char32> &here) {
+    return std::all_of(here.begin(), here.end(),
+                       [](Char32 code) { return code != QOC_CHAR_ANY && code != QOC_CHAR_ANY_NONSPACE; });
+  });
+}
+
+/// The positions of the automaton that a text can take at a place on its way from the first to the last.
+NarrowStates::Set positionsAt(const NarrowStates &states, const CodesByPlace &codes, std::size_t place) {
+  const auto accepting = [&](std::size_t at) {
+    NarrowStates::Set set = states.none();
+    for (const Char32 code : codes[at]) states.addAccepting(code, set);
+    return set;
+  };
+  NarrowStates::Set from = states.first(), to = states.last();
+  for (std::size_t i = 0; i < place; ++i) from = states.followersOf(from & accepting(i));
+  for (std::size_t i = codes.size(); --i > place;) to = states.predecessorsOf(to & accepting(i));
+  return from & to;
+}
+
+}  // namespace
+
+qsys_status Knowledge::findAdmitted(qoc_ocrDictionaryMode mode, std::int32_t entry, const CodesByPlace &codes,
+                                    std::size_t place, std::vector<Char32> &admitted) const {
+  if (mode == qoc_ocrDictionaryMode_regularExpression && arePlain(codes)) {
+    const Expression &compiled = expressionOf(
+        viewAs<qoc_ocrDictionaryRegularExpression>(*expressions.get())[static_cast<std::size_t>(entry)].regex);
+    if (compiled.isNarrow()) {
+      const NarrowStates states(compiled);
+      const NarrowStates::Set positions = positionsAt(states, codes, place);
+      admitted.clear();
+      for (const Char32 code : codes[place]) {
+        NarrowStates::Set accepting = states.none();
+        states.addAccepting(code, accepting);
+        if (intersects(accepting, positions)) admitted.push_back(code);
+      }
+      return QSYS_STATUS_OK;
+    }
+  }
+  return findByMatch(mode, entry, codes, place, admitted);
+}
+
+/// By a match of a reading that shows everything that may stand anywhere.
+qsys_status Knowledge::findByMatch(qoc_ocrDictionaryMode mode, std::int32_t entry, const CodesByPlace &codes,
+                                   std::size_t place, std::vector<Char32> &admitted) const {
+  admitted.clear();
+  HeldReading reading;
+  QOC_TRY(reading.status());
+  auto *positions = &reading->positions;
+  QOC_TRY(qstd_vector_qoc_ocrDictionaryCharMulti_resize(positions, static_cast<std::int32_t>(codes.size())));
+  qoc_ocrDictionaryCharMulti *position = nullptr;
+  QOC_TRY(qstd_vector_qoc_ocrDictionaryCharMulti_getBegin(positions, &position));
+  std::vector<qoc_ocrDictionaryChar> characters;
+  for (const std::vector<Char32> &here : codes) {
+    characters.clear();
+    for (const Char32 code : here) characters.push_back({code, 0});
+    QOC_TRY(qstd_vector_qoc_ocrDictionaryChar_assignElements(&position++->candidates, characters.data(),
+                                                             static_cast<std::int32_t>(characters.size())));
+  }
+  qoc_ocrDictionaryRunParams exact = {};
+  QOC_TRY(qoc_ocrDictionaryRunParams_construct(&exact));
+  exact.returnBestOnly = 0;
+  HeldResults matched;
+  QOC_TRY(matched.status());
+  QOC_TRY(match(mode, entry, *reading.get(), exact, nullptr, *matched.get()));
+  for (const qoc_ocrDictionaryResult &result : viewAs<qoc_ocrDictionaryResult>(matched->results)) {
+    const auto valid = viewAs<qoc_ocrDictionaryCharMulti>(result.valid.positions);
+    if (place >= valid.size()) {
+      continue;
+    }
+    for (const qoc_ocrDictionaryChar &character : viewAs<qoc_ocrDictionaryChar>(valid[place].candidates)) {
+      if (std::find(admitted.begin(), admitted.end(), character.code) == admitted.end()) {
+        admitted.push_back(character.code);
+      }
+    }
+  }
+  std::sort(admitted.begin(), admitted.end());
+  return QSYS_STATUS_OK;
 }
 
 }  // namespace qoc

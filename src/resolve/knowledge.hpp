@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "resolve/admitted_codes.hpp"
+#include "resolve/reading_costs.hpp"
 #include "resolve/word_index.hpp"
 
 namespace qoc {
@@ -43,6 +44,11 @@ using HeldResults =
 using HeldReading =
     Held<qoc_ocrDictionaryStringMulti, qoc_ocrDictionaryStringMulti_construct, qoc_ocrDictionaryStringMulti_destruct>;
 
+/// The characters that a text may have, place by place.
+using CodesByPlace = std::vector<std::vector<Char32>>;
+/// The characters that are tried where an edit leaves a place open.
+std::vector<Char32> allTried();
+
 /// A dictionary as the resolver needs it. Immutable once made.
 struct Knowledge {
   WordIndex words;
@@ -61,6 +67,13 @@ struct Knowledge {
   qsys_status match(qoc_ocrDictionaryMode mode, std::int32_t entry, const qoc_ocrDictionaryStringMulti &reading,
                     const qoc_ocrDictionaryRunParams &params, const qoc_swapCharSet *set,
                     qoc_ocrDictionaryResultSet &results) const;
+  /// Finds what an entry admits at one place of a text, given what may stand there and at the others; ascending.
+  qsys_status findAdmitted(qoc_ocrDictionaryMode mode, std::int32_t entry, const CodesByPlace &codes, std::size_t place,
+                           std::vector<Char32> &admitted) const;
+
+ private:
+  qsys_status findByMatch(qoc_ocrDictionaryMode mode, std::int32_t entry, const CodesByPlace &codes, std::size_t place,
+                          std::vector<Char32> &admitted) const;
 };
 
 using SharedKnowledge = std::shared_ptr<const Knowledge>;

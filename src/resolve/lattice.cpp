@@ -97,8 +97,6 @@ class InputWalk {
   std::vector<bool> isDeleted_;
 };
 
-bool isEdited(qoc_ocrDictionaryPositionStatus status) { return status > qoc_ocrDictionaryPositionStatus_secondarySwap; }
-
 /// A slot that an edit leaves open, or fills with the one character that its shape admits.
 void fillEdited(Slot &slot, std::span<const qoc_ocrDictionaryChar> admitted, const ReadingCosts &costs) {
   const bool isKnown = admitted.size() == 1 && admitted[0].code != QOC_CHAR_ANY &&
@@ -172,17 +170,33 @@ Cost costOfPassedOver(const Lattice &lattice, const ReadingCosts &costs, const s
   return cost;
 }
 
+/// What the edits of a result cost at least.
+Cost costOfEdits(const qoc_ocrDictionaryResult &result, std::span<const qoc_ocrDictionaryPositionStatus> statuses,
+                 const ReadingCosts &costs) {
+  Cost cost = 0;
+  InputWalk walk(result, costs.size());
+  for (const qoc_ocrDictionaryPositionStatus status : statuses) {
+    const bool isInserted = status == qoc_ocrDictionaryPositionStatus_inserted;
+    const std::int32_t input = isInserted ? -1 : walk.next();
+    if (isEdited(status)) cost += input >= 0 ? costs.substituted(input) : costs.penalties().leastMissing();
+  }
+  for (const std::int32_t deleted : viewAs<std::int32_t>(result.deleted)) {
+    if (result.inputIndices.core.size == 0 && deleted >= 0 && deleted < costs.size()) cost += costs.leastExtra(deleted);
+  }
+  return cost;
+}
+
 }  // namespace
 
-qsys_status makeLattice(const qoc_ocrDictionaryResult &result, const ReadingCosts &costs, Lattice &lattice,
-                        bool &isPossible) {
-  lattice.result = &result;
+bool makeLattice(const qoc_ocrDictionaryResult &result, const ReadingCosts &costs, Cost limit, Lattice &lattice) {
   lattice.mode = result.mode;
-  isPossible = false;
+  lattice.numEdits = result.numEdits;
   const auto statuses = viewAs<qoc_ocrDictionaryPositionStatus>(result.resultStringStatus);
   const auto valid = viewAs<qoc_ocrDictionaryCharMulti>(result.valid.positions);
+  Cost least = result.numEdits > 0 ? costOfEdits(result, statuses, costs) : 0;
   InputWalk walk(result, costs.size());
   std::vector<bool> isSwallowed(static_cast<std::size_t>(costs.size()), false);
+  lattice.slots.reserve(statuses.size());
   for (std::size_t r = 0; r < statuses.size(); ++r) {
     const auto characters = r < valid.size() ? viewAs<qoc_ocrDictionaryChar>(valid[r].candidates)
                                              : std::span<const qoc_ocrDictionaryChar>();
@@ -190,7 +204,7 @@ qsys_status makeLattice(const qoc_ocrDictionaryResult &result, const ReadingCost
     const bool isInserted = statuses[r] == qoc_ocrDictionaryPositionStatus_inserted;
     slot.input = isInserted ? -1 : walk.next();
     if (!isInserted && slot.input < 0) {
-      return QSYS_STATUS_OK;
+      return false;
     }
     if (isEdited(statuses[r])) {
       fillEdited(slot, characters, costs);
@@ -202,14 +216,17 @@ qsys_status makeLattice(const qoc_ocrDictionaryResult &result, const ReadingCost
       }
     }
     if (slot.choices.empty()) {
-      return QSYS_STATUS_OK;
+      return false;
+    }
+    if (!isEdited(statuses[r])) least += slot.choices[0].cost;
+    if (least > limit) {
+      return false;
     }
     lattice.slots.push_back(std::move(slot));
   }
   lattice.base = costOfPassedOver(lattice, costs, isSwallowed, result.numIgnoredPrefixCharacters,
                                   result.numIgnoredSuffixCharacters);
-  isPossible = true;
-  return QSYS_STATUS_OK;
+  return true;
 }
 
 void Lattice::dropChecks() {

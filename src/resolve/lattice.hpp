@@ -11,6 +11,11 @@
 
 namespace qoc {
 
+/// Whether a position of a result shows something else than the reading does there.
+inline bool isEdited(qoc_ocrDictionaryPositionStatus status) {
+  return status > qoc_ocrDictionaryPositionStatus_secondarySwap;
+}
+
 /// One position of a text.
 struct Slot {
   std::vector<Choice> choices;  ///< By rising cost.
@@ -29,10 +34,10 @@ struct CarriedCheck {
 
 /// The texts of one result.
 struct Lattice {
-  const qoc_ocrDictionaryResult *result = nullptr;
   qoc_ocrDictionaryMode mode = 0;
-  std::int32_t entry = 0;
-  Cost base = 0;  ///< What all texts lose alike.
+  std::int32_t entry = 0, numEdits = 0;
+  std::int32_t result = -1;  ///< Its index, where it is one of the set that was given.
+  Cost base = 0;             ///< What all texts lose alike.
   std::vector<Slot> slots;
 
   std::vector<std::int32_t> order;  ///< The slots in the order in which a search decides them.
@@ -56,8 +61,8 @@ struct Lattice {
 };
 
 /// Makes the lattice of a result of a fielding or an expression.
-/// @return 0, or a failure of the library; isPossible tells whether the reading can be the result at all
-qsys_status makeLattice(const qoc_ocrDictionaryResult &result, const ReadingCosts &costs, Lattice &lattice,
-                        bool &isPossible);
+/// @param limit a lattice of which all texts cost more need not be made
+/// @return whether it was made: the reading can be the result, and some text may cost so much at most
+bool makeLattice(const qoc_ocrDictionaryResult &result, const ReadingCosts &costs, Cost limit, Lattice &lattice);
 
 }  // namespace qoc

@@ -3,6 +3,7 @@
 #include "resolve/reading_costs.hpp"
 
 #include "platform/containers/view.hpp"
+#include "platform/system/present.hpp"
 #include "swap/equivalents.hpp"
 
 namespace qoc {
@@ -25,6 +26,9 @@ Confusions::Confusions(const qoc_ocrDictionaryResolverRules &rules) {
   for (const qoc_ocrDictionaryConfusion &confusion : viewAs<qoc_ocrDictionaryConfusion>(rules.confusions)) {
     entries_.push_back({keyOf(confusion.read, confusion.meant), entries_.size(), confusion});
     haveMissing_ = haveMissing_ || confusion.read == QOC_CHAR_EMPTY;
+    if (confusion.read != QOC_CHAR_EMPTY && confusion.meant != QOC_CHAR_EMPTY) {
+      leastSwap_ = std::min(leastSwap_, confusion.swapPenalty);
+    }
   }
   std::sort(entries_.begin(), entries_.end(),
             [](const Entry &a, const Entry &b) { return a.key != b.key ? a.key < b.key : a.place < b.place; });
@@ -63,45 +67,67 @@ Cost Penalties::leastMissing() const {
 
 ReadingCosts::ReadingCosts(const qoc_ocrDictionaryStringMulti &reading, const qoc_ocrDictionaryResolverRules &rules,
                            const Confusions &confusions, const qoc_swapCharSet *set)
-    : penalties_(rules, confusions, hasScores(viewAs<qoc_ocrDictionaryCharMulti>(reading.positions))) {
+    : penalties_(rules, confusions, hasScores(viewAs<qoc_ocrDictionaryCharMulti>(reading.positions))), set_(set) {
   const auto positions = viewAs<qoc_ocrDictionaryCharMulti>(reading.positions);
   positions_.reserve(positions.size());
-  choices_.reserve(positions.size() * 12);
-  for (const qoc_ocrDictionaryCharMulti &multi : positions) {
-    addPosition(multi, set);
-    sumOfFirst_ += positions_.back().firstScore;
-  }
+  for (const qoc_ocrDictionaryCharMulti &multi : positions)
+    addPosition(viewAs<qoc_ocrDictionaryChar>(multi.candidates));
 }
 
-void ReadingCosts::addPosition(const qoc_ocrDictionaryCharMulti &multi, const qoc_swapCharSet *set) {
-  const auto candidates = viewAs<qoc_ocrDictionaryChar>(multi.candidates);
-  const qoc_ocrDictionaryResolverRules &rules = penalties_.rules();
-  Position position;
+void ReadingCosts::addPosition(std::span<const qoc_ocrDictionaryChar> candidates) {
+  Position &position = positions_.emplace_back();
+  position.candidates = candidates;
   if (!candidates.empty()) {
     position.firstScore = candidates[0].score;
     position.firstCode = candidates[0].code;
-    const Cost cap = rules.leadCap;
+    const Cost cap = penalties_.rules().leadCap;
     position.lead =
         candidates.size() < 2 ? cap : std::clamp<Cost>(Cost{candidates[0].score} - candidates[1].score, 0, cap);
   }
+  position.extra = penalties_.extra(position.firstCode, position.firstScore);
+  sumOfFirst_ += position.firstScore;
+}
+
+Choice ReadingCosts::candidate(std::int32_t index, std::size_t k) const {
+  const Position &position = at(index);
+  const qoc_ocrDictionaryChar &candidate = position.candidates[k];
+  const Cost gap = std::max<Cost>(position.firstScore - candidate.score, 0);
+  const Cost cost = gap + (k > 0 ? penalties_.listed(position.firstCode, candidate.code, gap) : 0) +
+                    (k > 1 ? penalties_.rules().laterPenalty : 0);
+  return {candidate.code, cost, static_cast<std::int32_t>(k), static_cast<std::int32_t>(position.firstScore - gap)};
+}
+
+void ReadingCosts::show(Cost limit) {
+  if (limit <= shown_) {
+    return;
+  }
+  shown_ = limit;
+  choices_.clear();
+  choices_.reserve(positions_.size() * 4);
+  for (std::int32_t i = 0; i < size(); ++i) list(positions_[static_cast<std::size_t>(i)], i);
+  table_.clear();
+}
+
+void ReadingCosts::list(Position &position, std::int32_t index) {
   position.begin = choices_.size();
-  for (std::size_t k = 0; k < candidates.size(); ++k) {
-    const qoc_ocrDictionaryChar &candidate = candidates[k];
-    if (candidate.code == QOC_CHAR_EMPTY) {
+  position.any = noWay;
+  for (std::size_t k = 0; k < position.candidates.size(); ++k) {
+    const Char32 code = position.candidates[k].code;
+    if (code == QOC_CHAR_EMPTY || position.firstScore - position.candidates[k].score > shown_) {
       continue;
     }
-    const Cost gap = std::max<Cost>(position.firstScore - candidate.score, 0);
-    const Cost cost = gap + (k > 0 ? penalties_.listed(position.firstCode, candidate.code, gap) : 0) +
-                      (k > 1 ? rules.laterPenalty : 0);
-    const Choice choice = {candidate.code, cost, static_cast<std::int32_t>(k),
-                           static_cast<std::int32_t>(position.firstScore - gap)};
-    if (candidate.code == QOC_CHAR_ANY && cost < position.any.cost) {
-      position.any = choice;
+    const Choice choice = candidate(index, k);
+    if (choice.cost > shown_) {
+      continue;
     }
+    if (code == QOC_CHAR_ANY) position.any = std::min(position.any, choice.cost);
     choices_.push_back(choice);
-    forEachEquivalent(set, candidate.code, [&](Char32 equivalent) {
-      choices_.push_back(
-          {equivalent, cost + penalties_.swapped(candidate.code, equivalent), choice.candidate, choice.score});
+    if (set_ == nullptr || choice.cost + penalties_.leastSwapped() > shown_) {
+      continue;
+    }
+    forEachEquivalent(set_, code, [&](Char32 equivalent) {
+      const Cost cost = choice.cost + penalties_.swapped(code, equivalent);
+      if (cost <= shown_) choices_.push_back({equivalent, cost, choice.candidate, choice.score});
     });
   }
   // The cheapest way of each character stays; of equal ones that of the earlier candidate.
@@ -112,8 +138,6 @@ void ReadingCosts::addPosition(const qoc_ocrDictionaryCharMulti &multi, const qo
   choices_.erase(std::unique(begin, choices_.end(), [](const Choice &a, const Choice &b) { return a.code == b.code; }),
                  choices_.end());
   position.size = choices_.size() - position.begin;
-  position.extra = penalties_.extra(position.firstCode, position.firstScore);
-  positions_.push_back(position);
 }
 
 void ReadingCosts::makeTable() {
@@ -121,33 +145,75 @@ void ReadingCosts::makeTable() {
     return;
   }
   table_.resize(positions_.size() * tableWidth);
+  isShown_.assign(positions_.size() * tableWidth, Known::nothing);
   for (std::size_t i = 0; i < positions_.size(); ++i) {
     Cost *row = table_.data() + i * tableWidth;
-    std::fill_n(row, tableWidth, positions_[i].any.cost);
+    std::fill_n(row, tableWidth, positions_[i].any);
     for (const Choice &choice : choices(static_cast<std::int32_t>(i))) {
       if (choice.code < tableWidth) row[choice.code] = choice.cost;
     }
   }
 }
 
-bool ReadingCosts::find(std::int32_t position, Char32 code, Choice &choice) const {
-  const std::span<const Choice> shown = choices(position);
-  const auto found =
-      std::lower_bound(shown.begin(), shown.end(), code, [](const Choice &a, Char32 b) { return a.code < b; });
-  if (found != shown.end() && found->code == code) {
-    choice = *found;
-  } else if (code == QOC_CHAR_ANY && at(position).firstCode != QOC_CHAR_EMPTY) {
-    choice = {code, 0, 0, static_cast<std::int32_t>(firstScore(position))};
-  } else {
-    choice = at(position).any;
-    choice.code = code;
+bool ReadingCosts::find(std::int32_t index, Char32 code, Choice &choice) const {
+  if (code == QOC_CHAR_EMPTY) {
+    return false;
   }
-  return choice.cost < noWay && code != QOC_CHAR_EMPTY;
+  const Position &position = at(index);
+  choice = {code, noWay, -1, 0};
+  Choice any = choice;  // As what a wildcard shows.
+  for (std::size_t k = 0; k < position.candidates.size(); ++k) {
+    const Char32 shown = position.candidates[k].code;
+    if (position.firstScore - position.candidates[k].score >= choice.cost ||
+        (shown != code && (code == QOC_CHAR_ANY || !isMatch(set_, shown, code)))) {
+      continue;
+    }
+    Choice found = candidate(index, k);
+    found.code = code;
+    if (shown != code && shown != QOC_CHAR_ANY) found.cost += penalties_.swapped(shown, code);
+    Choice &best = shown != code && shown == QOC_CHAR_ANY ? any : choice;
+    if (found.cost < best.cost) best = found;
+  }
+  if (choice.cost >= noWay) choice = any;
+  if (choice.cost >= noWay && code == QOC_CHAR_ANY && position.firstCode != QOC_CHAR_EMPTY) {
+    choice = {code, 0, 0,
+              static_cast<std::int32_t>(position.firstScore)};  // Every first candidate is the word's wildcard.
+  }
+  return choice.cost < noWay;
+}
+
+qsys_status ReadingCosts::write(Cost limit, qoc_ocrDictionaryStringMulti &reading) const {
+  QOC_TRY(qstd_vector_qoc_ocrDictionaryCharMulti_resize(&reading.positions, size()));
+  std::vector<Choice> near;
+  std::vector<qoc_ocrDictionaryChar> characters;
+  std::int32_t index = 0;
+  for (qoc_ocrDictionaryCharMulti &position : editAs<qoc_ocrDictionaryCharMulti>(reading.positions)) {
+    near.clear();
+    characters.clear();
+    for (const Choice &choice : choices(index++)) {
+      if (choice.cost <= limit) near.push_back(choice);
+    }
+    std::sort(near.begin(), near.end(), [](const Choice &a, const Choice &b) {
+      return a.cost != b.cost             ? a.cost < b.cost
+             : a.candidate != b.candidate ? a.candidate < b.candidate
+                                          : a.code < b.code;
+    });
+    for (const Choice &choice : near) characters.push_back({choice.code, choice.score});
+    QOC_TRY(qstd_vector_qoc_ocrDictionaryChar_assignElements(&position.candidates, characters.data(),
+                                                             static_cast<std::int32_t>(characters.size())));
+  }
+  return QSYS_STATUS_OK;
+}
+
+bool ReadingCosts::showsPlain(std::int32_t position, Char32 code) const {
+  Known &known = isShown_[static_cast<std::size_t>(position) * tableWidth + code];
+  if (known == Known::nothing) known = showsAny(position, code) ? Known::shown : Known::notShown;
+  return known == Known::shown;
 }
 
 Cost ReadingCosts::matchAny(std::int32_t position, Char32 code) const {
   Choice choice;
-  return code != QOC_CHAR_EMPTY && find(position, code, choice) ? choice.cost : noWay;
+  return find(position, code, choice) ? choice.cost : noWay;
 }
 
 Cost ReadingCosts::extra(std::int32_t position, Char32 before, Char32 behind) const {

@@ -35,6 +35,8 @@ class Confusions {
   const qoc_ocrDictionaryConfusion *find(Char32 read, Char32 meant) const;
   /// Whether some missing character has a penalty of its own.
   bool haveMissing() const { return haveMissing_; }
+  /// The least that a confusion of two characters costs as a swap; INT32_MAX where there is none.
+  std::int32_t leastSwap() const { return leastSwap_; }
 
  private:
   struct Entry {
@@ -44,6 +46,7 @@ class Confusions {
   };
   std::vector<Entry> entries_;  // By rising key.
   bool haveMissing_ = false;
+  std::int32_t leastSwap_ = INT32_MAX;
 };
 
 /// What differences from a reading lose under some rules.
@@ -58,6 +61,8 @@ class Penalties {
   /// Another candidate than the first, `gap` behind it.
   Cost listed(Char32 first, Char32 meant, Cost gap) const;
   Cost swapped(Char32 read, Char32 meant) const;
+  /// The least that any swap of single characters costs.
+  Cost leastSwapped() const { return difference_ + std::min(rules_.swapPenalty, confusions_.leastSwap()); }
   /// A swap of several characters.
   Cost swappedTogether() const { return difference_ + rules_.swapPenalty; }
   Cost substituted(Cost score) const { return difference_ + std::max<Cost>(score + rules_.substitutedPenalty, 0); }
@@ -78,8 +83,12 @@ class Penalties {
 };
 
 /// A reading under rules and swaps. Throws std::bad_alloc.
+///
+/// Most readings need no more than their candidates to be resolved; a list of what the positions show, with the
+/// equivalents of their candidates, is made by `show`, as far as it is asked for.
 class ReadingCosts {
  public:
+  /// All arguments outlive this; the set may be null.
   ReadingCosts(const qoc_ocrDictionaryStringMulti &reading, const qoc_ocrDictionaryResolverRules &rules,
                const Confusions &confusions, const qoc_swapCharSet *set);
 
@@ -89,49 +98,72 @@ class ReadingCosts {
   Cost firstScore(std::int32_t position) const { return at(position).firstScore; }
   /// The sum of the first candidates' scores.
   Cost sumOfFirst() const { return sumOfFirst_; }
-  /// Everything that the position shows, each character once, by code; a wildcard among it shows every other one.
+  /// What the reading loses as a text that the dictionary does not describe.
+  Cost freeText(const qoc_ocrDictionaryFreeText &freeText) const;
+  /// The cost of a character that the position does not show.
+  Cost substituted(std::int32_t position) const { return penalties_.substituted(firstScore(position)); }
+  /// The least that leaving the position out can cost.
+  Cost leastExtra(std::int32_t position) const { return std::min(at(position).extra, penalties_.doubled()); }
+  /// The candidates of a position as the reader gave them.
+  std::span<const qoc_ocrDictionaryChar> candidates(std::int32_t position) const { return at(position).candidates; }
+  /// A candidate of a position as a choice.
+  Choice candidate(std::int32_t position, std::size_t k) const;
+  /// How the position can be the character: as a candidate or as a swap equivalent. False where it cannot.
+  bool find(std::int32_t position, Char32 code, Choice &choice) const;
+  /// Whether a candidate of the position is the character or a swap equivalent of it.
+  bool shows(std::int32_t position, Char32 code) const {
+    return code < tableWidth && !isShown_.empty() ? showsPlain(position, code) : showsAny(position, code);
+  }
+  /// The cost of leaving the position out; `before` and `behind` stand beside it in the text (QOC_CHAR_EMPTY for none).
+  Cost extra(std::int32_t position, Char32 before, Char32 behind) const;
+
+  /// Lists what the positions show at no more than a cost.
+  void show(Cost limit);
+  /// Makes the table that `match` looks plain characters up in; worth its time where many are asked.
+  void makeTable();
+  /// Everything that was listed of the position, each character once, by code; a wildcard among it shows every other
+  /// one.
   std::span<const Choice> choices(std::int32_t position) const {
     return std::span(choices_).subspan(at(position).begin, at(position).size);
   }
-  /// How the position can be the character: as a candidate or as a swap equivalent. False where it cannot.
-  bool find(std::int32_t position, Char32 code, Choice &choice) const;
-  /// The cost of a character that the position does not show.
-  Cost substituted(std::int32_t position) const { return penalties_.substituted(firstScore(position)); }
-  /// The cost of leaving the position out; `before` and `behind` stand beside it in the text (QOC_CHAR_EMPTY for none).
-  Cost extra(std::int32_t position, Char32 before, Char32 behind) const;
-  /// The least that leaving the position out can cost.
-  Cost leastExtra(std::int32_t position) const { return std::min(at(position).extra, penalties_.doubled()); }
-  /// Makes the table that `match` looks plain characters up in; worth its time where many are asked.
-  void makeTable();
-  /// What the character costs there; noWay where the position cannot be it.
+  /// Writes what was listed, as far as it costs no more than the limit, as a reading; what costs least comes first.
+  qsys_status write(Cost limit, qoc_ocrDictionaryStringMulti &reading) const;
+  /// What the character costs there; noWay where the position cannot be it, or not at what was listed.
   Cost match(std::int32_t position, Char32 code) const {
     return code < tableWidth && !table_.empty() ? table_[static_cast<std::size_t>(position) * tableWidth + code]
                                                 : matchAny(position, code);
   }
-  /// Whether a candidate of the position is the character or a swap equivalent of it.
-  bool shows(std::int32_t position, Char32 code) const { return match(position, code) < noWay; }
-  /// What the reading loses as a text that the dictionary does not describe.
-  Cost freeText(const qoc_ocrDictionaryFreeText &freeText) const;
 
  private:
   static constexpr std::size_t tableWidth = 128;
 
   struct Position {
+    std::span<const qoc_ocrDictionaryChar> candidates;
     std::size_t begin = 0, size = 0;  // Its choices.
     Cost firstScore = 0, lead = 0;
     Char32 firstCode = QOC_CHAR_EMPTY;
-    Choice any = {QOC_CHAR_EMPTY, noWay, -1, 0};  // A candidate that matches every character.
-    Cost extra = 0;                               // Of leaving it out.
+    Cost any = noWay;  // Of a candidate that matches every character, if it is listed.
+    Cost extra = 0;    // Of leaving it out.
   };
 
   const Position &at(std::int32_t position) const { return positions_[static_cast<std::size_t>(position)]; }
   Cost matchAny(std::int32_t position, Char32 code) const;
-  void addPosition(const qoc_ocrDictionaryCharMulti &multi, const qoc_swapCharSet *set);
+  void addPosition(std::span<const qoc_ocrDictionaryChar> candidates);
+  void list(Position &position, std::int32_t index);
+  bool showsAny(std::int32_t position, Char32 code) const {
+    Choice choice;
+    return find(position, code, choice);
+  }
+  bool showsPlain(std::int32_t position, Char32 code) const;
 
   Penalties penalties_;
+  const qoc_swapCharSet *set_;
+  Cost shown_ = -1;  // As far as is listed.
   std::vector<Position> positions_;
   std::vector<Choice> choices_;
+  enum class Known : std::uint8_t { nothing, shown, notShown };
   std::vector<Cost> table_;
+  mutable std::vector<Known> isShown_;  // Of the table's characters: what was asked.
   Cost sumOfFirst_ = 0;
 };
 

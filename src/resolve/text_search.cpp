@@ -13,12 +13,14 @@ namespace {
 
 constexpr std::int32_t noNode = -1;
 
-/// A way through a lattice up to a place.
+/// A text, by where it differs from the one that takes the first choice everywhere: it goes on from another node, takes
+/// another choice at a place, and the first ones behind it.
 struct Node {
-  Cost bound;  // What a text that goes this way loses at least.
-  std::uint64_t state;
+  Cost cost;
+  std::uint64_t state;  // Of the checks, before `place`.
   std::uint32_t lattice;
-  std::int32_t place, choice;
+  std::int32_t place;  // The one behind that where it differs.
+  std::int32_t choice;
   std::int32_t before;  // The node that it goes on from.
 };
 
@@ -46,28 +48,25 @@ class Search {
   qsys_status run() {
     for (std::size_t i = 0; i < lattices_.size(); ++i) {
       const Lattice &lattice = lattices_[i];
-      if (!lattice.isHopeless) {
-        push({lattice.least(), lattice.startState, static_cast<std::uint32_t>(i), 0, 0, noNode});
-      }
+      if (!lattice.isHopeless) push({lattice.least(), lattice.startState, static_cast<std::uint32_t>(i), 0, 0, noNode});
     }
     for (std::uint64_t round = 0; !queue_.empty(); ++round) {
       if (round % 64 == 0) QOC_TRY(qsys_attention_check());
       const std::int32_t at = queue_.top();
       queue_.pop();
       const Node node = nodes_[static_cast<std::size_t>(at)];
-      if (node.bound > maxCost_) {
+      if (node.cost > maxCost_) {
         break;
       }
       Lattice &lattice = lattices_[node.lattice];
+      if (node.before == noNode) QOC_TRY(open_(lattice));
       std::size_t &numPaths = numPaths_[{node.lattice, node.place, node.state}];
       if (numPaths == k_) {
         continue;
       }
       ++numPaths;
-      if (node.place == 0) QOC_TRY(open_(lattice));
-      if (static_cast<std::size_t>(node.place) < lattice.slots.size()) {
-        goOn(lattice, node, at);
-      } else if (lattice.accepts(node.state)) {
+      std::uint64_t state = node.state;
+      if (goOn(lattice, node, at, state) && lattice.accepts(state)) {
         bool goesOn = true;
         QOC_TRY(take_(textOf(lattice, at), goesOn, maxCost_));
         if (!goesOn) {
@@ -80,31 +79,41 @@ class Search {
 
  private:
   void push(const Node &node) {
-    if (node.bound > maxCost_) {
+    if (node.cost > maxCost_) {
       return;
     }
     nodes_.push_back(node);
     queue_.push(static_cast<std::int32_t>(nodes_.size()) - 1);
   }
 
-  void goOn(const Lattice &lattice, const Node &node, std::int32_t at) {
-    const auto place = static_cast<std::size_t>(node.place);
-    const auto &choices = lattice.slots[static_cast<std::size_t>(lattice.order[place])].choices;
-    const Cost before = node.bound - lattice.remaining[place];
-    for (std::size_t c = 0; c < choices.size(); ++c) {
-      std::uint64_t state = node.state;
-      if (lattice.step(state, node.place, choices[c].code)) {
-        push({before + choices[c].cost + lattice.remaining[place + 1], state, node.lattice, node.place + 1,
-              static_cast<std::int32_t>(c), at});
+  /// Pushes every text that differs from the node's at one more place, behind the others.
+  /// @param state that of the checks, before and behind
+  /// @return whether the checks take the node's own text
+  bool goOn(const Lattice &lattice, const Node &node, std::int32_t at, std::uint64_t &state) {
+    for (std::int32_t place = node.place; static_cast<std::size_t>(place) < lattice.slots.size(); ++place) {
+      const auto &choices =
+          lattice.slots[static_cast<std::size_t>(lattice.order[static_cast<std::size_t>(place)])].choices;
+      for (std::size_t c = 1; c < choices.size(); ++c) {
+        const Cost cost = node.cost + choices[c].cost - choices[0].cost;
+        if (cost > maxCost_) {
+          break;
+        }
+        std::uint64_t behind = state;
+        if (lattice.step(behind, place, choices[c].code)) {
+          push({cost, behind, node.lattice, place + 1, static_cast<std::int32_t>(c), at});
+        }
+      }
+      if (choices.empty() || !lattice.step(state, place, choices[0].code)) {
+        return false;
       }
     }
+    return true;
   }
 
   FoundText textOf(const Lattice &lattice, std::int32_t at) const {
     const Node &last = nodes_[static_cast<std::size_t>(at)];
-    FoundText text = {last.lattice, last.bound, std::vector<std::int32_t>(lattice.slots.size())};
-    for (; at != noNode && nodes_[static_cast<std::size_t>(at)].place > 0;
-         at = nodes_[static_cast<std::size_t>(at)].before) {
+    FoundText text = {last.lattice, last.cost, std::vector<std::int32_t>(lattice.slots.size())};
+    for (; nodes_[static_cast<std::size_t>(at)].before != noNode; at = nodes_[static_cast<std::size_t>(at)].before) {
       const Node &node = nodes_[static_cast<std::size_t>(at)];
       text.choices[static_cast<std::size_t>(lattice.order[static_cast<std::size_t>(node.place) - 1])] = node.choice;
     }
@@ -115,8 +124,7 @@ class Search {
     const std::vector<Node> &nodes;
     bool operator()(std::int32_t a, std::int32_t b) const {
       const Node &first = nodes[static_cast<std::size_t>(a)], &second = nodes[static_cast<std::size_t>(b)];
-      if (first.bound != second.bound) return first.bound > second.bound;
-      if (first.place != second.place) return first.place < second.place;  // Nearer to a whole text first.
+      if (first.cost != second.cost) return first.cost > second.cost;
       return a > b;
     }
   };

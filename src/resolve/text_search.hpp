@@ -25,10 +25,9 @@ using TakeText = std::function<qsys_status(const FoundText &, bool &goesOn, Cost
 /**
  * Goes through the texts of all lattices by rising cost.
  *
- * The k shortest paths through all lattices at once, best first, guided by what the rest of a text loses at least
- * (Hart, Nilsson and Raphael 1968; k paths as by Hoffman and Pavley 1959): a path is a text, a node is a place in a
- * lattice together with the state of its checks. From each node k paths go on, so k texts of every lattice come,
- * however many others cost less and fail a check.
+ * The k shortest paths through all lattices at once, each as a deviation from one that costs less (Hoffman and Pavley
+ * 1959): a path is a text, a node is a place in a lattice together with the state of its checks. From each node k paths
+ * go on, so k texts of every lattice come, however many others cost less and fail a check.
  *
  * @param maxCost texts that cost more do not come
  * @return 0, the attention status, or a failure of a callback

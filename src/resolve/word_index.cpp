@@ -1,42 +1,11 @@
-// Words under weighted edits: the alignment of Wagner and Fischer (1974) with costs of its own for every position of
-// the reading, carried along the alphabetical order so that words share the rows of their common prefix.
+// The words of a dictionary in order, and the trie of their beginnings.
 
 #include "resolve/word_index.hpp"
 
+#include <algorithm>
 #include <numeric>
 
-#include "platform/containers/view.hpp"
-
 namespace qoc {
-
-namespace {
-
-/// From this many edits on they are not counted in the table, which would grow with them.
-constexpr std::int32_t maxCountedEdits = 12;
-
-}  // namespace
-
-MultiSwaps multiSwapsOf(const qoc_swapCharSet *set) {
-  MultiSwaps swaps;
-  if (set != nullptr && set->expansion != nullptr) {
-    const auto oneToTwo = viewAs<qoc_stringExpandOneToTwo_>(set->expansion->oneToTwo);
-    const auto twoToTwo = viewAs<qoc_stringExpandTwoToTwo_>(set->expansion->twoToTwo);
-    swaps.oneToTwo.assign(oneToTwo.begin(), oneToTwo.end());
-    swaps.twoToTwo.assign(twoToTwo.begin(), twoToTwo.end());
-  }
-  return swaps;
-}
-
-Reach Reach::of(const qoc_ocrDictionaryRunParams *params) {
-  if (params == nullptr) {
-    return {};
-  }
-  return {std::max(params->maxEdits, 0), params->matchOption1 != 0, params->matchOption2 != 0,
-          params->matchOption4 != 0,     params->matchOption9 != 0, params->minStringLength,
-          params->maxStringLength};
-}
-
-bool Reach::countsEdits() const { return maxEdits <= maxCountedEdits; }
 
 void WordIndex::add(std::span<const qoc_ocrDictionaryChar> word, std::int32_t lexicon) {
   words_.push_back({codes_.size(), word.size(), lexicon});
@@ -44,29 +13,106 @@ void WordIndex::add(std::span<const qoc_ocrDictionaryChar> word, std::int32_t le
 }
 
 void WordIndex::finish() {
-  order_.resize(words_.size());
-  std::iota(order_.begin(), order_.end(), 0u);
-  const auto compare = [&](std::uint32_t a, std::uint32_t b) {
-    const auto *first = codes_.data() + words_[a].begin, *second = codes_.data() + words_[b].begin;
-    return std::lexicographical_compare_three_way(first, first + words_[a].length, second, second + words_[b].length);
+  order_ = sorted(Direction::forward,
+                  [&](std::uint32_t i) { return std::span(codes_).subspan(words_[i].begin, words_[i].length); });
+  if (words_.empty()) {
+    return;
+  }
+  std::vector<std::uint32_t> places(size());
+  std::iota(places.begin(), places.end(), 0u);
+  forward_ = makeNodes(places, Direction::forward);
+  places = sorted(Direction::backward, [&](std::uint32_t k) { return word(k); });
+  backward_ = makeNodes(places, Direction::backward);
+}
+
+/// The numbers of all words in the order of what codesOf(number) gives, read in the direction; equal ones by number.
+template <class CodesOf>
+std::vector<std::uint32_t> WordIndex::sorted(Direction direction, CodesOf codesOf) const {
+  // Most words differ in their first characters, which are compared at once.
+  struct Entry {
+    std::uint64_t key;
+    std::uint32_t number;
   };
-  std::sort(order_.begin(), order_.end(), [&](std::uint32_t a, std::uint32_t b) {
-    const auto order = compare(a, b);
+  const auto forEachCode = [&](std::span<const Char32> codes, auto visit) {
+    for (std::size_t i = 0; i < codes.size(); ++i) {
+      if (!visit(codes[direction == Direction::forward ? i : codes.size() - 1 - i])) break;
+    }
+  };
+  std::vector<Entry> entries;
+  entries.reserve(words_.size());
+  for (std::uint32_t number = 0; number < words_.size(); ++number) {
+    std::uint64_t key = 0;
+    int shift = 64;
+    forEachCode(codesOf(number), [&](Char32 code) {
+      shift -= 8;
+      key |= static_cast<std::uint64_t>(std::min<Char32>(code, 0xFE) + 1) << shift;  // 0 is the end.
+      return shift > 0 && code < 0xFE;
+    });
+    entries.push_back({key, number});
+  }
+  const auto comesBefore = [&](const Entry &a, const Entry &b) {
+    if (a.key != b.key) {
+      return a.key < b.key;
+    }
+    const auto first = codesOf(a.number), second = codesOf(b.number);
+    const auto order =
+        direction == Direction::forward
+            ? std::lexicographical_compare_three_way(first.begin(), first.end(), second.begin(), second.end())
+            : std::lexicographical_compare_three_way(first.rbegin(), first.rend(), second.rbegin(), second.rend());
     // NOLINTNEXTLINE(modernize-use-nullptr): clang-tidy 14 takes the zero of a three-way comparison for a pointer.
-    return order != 0 ? order < 0 : a < b;
-  });
-  common_.assign(order_.size(), 0);
-  for (std::size_t k = 1; k < order_.size(); ++k) {
-    const auto before = word(k - 1), here = word(k);
-    const auto differing = std::mismatch(before.begin(), before.end(), here.begin(), here.end());
-    common_[k] = static_cast<std::uint32_t>(differing.second - here.begin());
+    return order != 0 ? order < 0 : a.number < b.number;
+  };
+  std::sort(entries.begin(), entries.end(), comesBefore);
+  std::vector<std::uint32_t> numbers;
+  numbers.reserve(entries.size());
+  for (const Entry &entry : entries) numbers.push_back(entry.number);
+  return numbers;
+}
+
+WordIndex::Nodes WordIndex::makeNodes(std::span<const std::uint32_t> order, Direction direction) const {
+  struct Range {
+    std::size_t begin, end;  // Of the words in the order that begin as the node says.
+    std::size_t depth;       // The characters of the beginning.
+  };
+  Nodes nodes(1);
+  nodes[0].word = order[0];
+  std::vector<Range> ranges = {{0, order.size(), 0}};
+  for (std::size_t at = 0; at < nodes.size(); ++at) {
+    auto [k, end, depth] = ranges[at];
+    if (end - k == 1) {
+      continue;
+    }
+    while (k < end && word(order[k]).size() == depth) ++k;
+    nodes[at].firstChild = static_cast<std::uint32_t>(nodes.size());
+    while (k < end) {
+      WordNode child;
+      child.code = code(order[k], depth, direction);
+      child.word = order[k];
+      const std::size_t begin = k;
+      while (k < end && code(order[k], depth, direction) == child.code) ++k;
+      nodes.push_back(child);
+      ranges.push_back({begin, k, depth + 1});
+      ++nodes[at].numChildren;
+    }
   }
-  fewer_.assign(order_.size(), static_cast<std::uint32_t>(order_.size()));
-  for (std::size_t k = order_.size(); k-- > 0;) {
-    std::uint32_t next = static_cast<std::uint32_t>(k) + 1;
-    while (next < order_.size() && common_[next] >= common_[k]) next = fewer_[next];
-    fewer_[k] = next;
+  // What lies below a node is known when it is known of all that go on from it.
+  const auto counted = [](std::size_t n) {
+    return static_cast<std::uint16_t>(std::min<std::size_t>(n, WordNode::maxCounted));
+  };
+  for (std::size_t at = nodes.size(); at-- > 0;) {
+    WordNode &node = nodes[at];
+    const std::size_t depth = ranges[at].depth, length = word(node.word).size();
+    node.shortest = node.longest = counted(length - depth);
+    for (std::size_t i = depth; node.numChildren == 0 && i < length; ++i) {
+      node.below |= maskOf(code(node.word, i, direction));
+    }
+    for (const WordNode &child : std::span(nodes).subspan(node.firstChild, node.numChildren)) {
+      node.below |= maskOf(child.code) | child.below;
+      node.shortest = std::min(node.shortest, counted(child.shortest + std::size_t{1}));
+      node.longest = std::max(node.longest, counted(child.longest + std::size_t{1}));
+    }
   }
+  return nodes;
 }
 
 std::span<const Char32> WordIndex::word(std::size_t k) const {
@@ -74,256 +120,18 @@ std::span<const Char32> WordIndex::word(std::size_t k) const {
   return {codes_.data() + word.begin, word.length};
 }
 
-bool WordIndex::contains(std::span<const Char32> sought) const {
+std::size_t WordIndex::find(std::span<const Char32> sought) const {
   const auto comesBefore = [&](std::uint32_t k, std::span<const Char32> other) {
     const Char32 *first = codes_.data() + words_[k].begin;
     return std::lexicographical_compare(first, first + words_[k].length, other.begin(), other.end());
   };
   const auto found = std::lower_bound(order_.begin(), order_.end(), sought, comesBefore);
   if (found == order_.end()) {
-    return false;
+    return size();
   }
-  const auto known = word(static_cast<std::size_t>(found - order_.begin()));
-  return std::equal(known.begin(), known.end(), sought.begin(), sought.end());
-}
-
-WordTable::WordTable(const ReadingCosts &costs, const Reach &reach, const MultiSwaps &swaps)
-    : costs_(costs),
-      reach_(reach),
-      swaps_(swaps),
-      countsEdits_(reach.countsEdits()),
-      numEdits_(countsEdits_ ? reach.maxEdits : 0),
-      band_(reach.isWindow || !swaps.isEmpty() ? INT32_MAX : reach.maxEdits) {
-  suffix_.assign(static_cast<std::size_t>(costs.size()) + 1, 0);
-  for (std::int32_t i = costs.size(); i-- > 0;) {
-    suffix_[static_cast<std::size_t>(i)] =
-        suffix_[static_cast<std::size_t>(i) + 1] + std::max<Cost>(costs.firstScore(i), 0);
-  }
-  fillFirstRow();
-}
-
-bool WordTable::canReach(std::size_t length) const {
-  const auto difference = static_cast<std::int64_t>(length) - costs_.size();
-  return (difference < 0 ? -difference : difference) <= band_;
-}
-
-std::int32_t WordTable::first(std::size_t depth) const {
-  return static_cast<std::int32_t>(
-      std::clamp<std::int64_t>(static_cast<std::int64_t>(depth) - band_, 0, costs_.size()));
-}
-
-std::int32_t WordTable::last(std::size_t depth) const {
-  return static_cast<std::int32_t>(
-      std::clamp<std::int64_t>(static_cast<std::int64_t>(depth) + band_, 0, costs_.size()));
-}
-
-void WordTable::addRow(std::size_t depth) {
-  if (rows_.size() <= depth) rows_.emplace_back();
-  const auto width = static_cast<std::size_t>(last(depth) - first(depth)) + 1;
-  rows_[depth].costs.assign(width * (static_cast<std::size_t>(numEdits_) + 1), noWay);
-  rows_[depth].firstLive = costs_.size() + 1;
-  rows_[depth].lastLive = -1;
-}
-
-Cost &WordTable::at(std::size_t depth, std::int32_t input, std::int32_t edits) {
-  return rows_[depth].costs[static_cast<std::size_t>(input - first(depth)) * (static_cast<std::size_t>(numEdits_) + 1) +
-                            static_cast<std::size_t>(edits)];
-}
-
-Cost WordTable::at(std::size_t depth, std::int32_t input, std::int32_t edits) const {
-  const bool isInside = input >= first(depth) && input <= last(depth);
-  return isInside ? const_cast<WordTable *>(this)->at(depth, input, edits) : noWay;
-}
-
-void WordTable::fillFirstRow() {
-  addRow(0);
-  at(0, 0, 0) = 0;
-  if (reach_.isWindow) {
-    Cost ignored = 0;
-    for (std::int32_t i = 0; i < costs_.size(); ++i) {
-      ignored += std::max<Cost>(costs_.firstScore(i), 0);
-      at(0, i + 1, 0) = ignored;
-    }
-  }
-  rows_[0].firstLive = 0;
-  rows_[0].lastLive = reach_.isWindow ? costs_.size() : 0;
-  relax({}, 0, noWay - 1);
-}
-
-/// Calls visit(step) for every step that ends at the position and the prefix of `depth` characters.
-template <class Visit>
-void WordTable::forEachStep(std::span<const Char32> word, std::size_t depth, std::int32_t input, Visit &&visit) const {
-  const bool mayEdit = reach_.maxEdits > 0;
-  const Cost swapPenalty = costs_.penalties().swappedTogether();
-  const Char32 last = depth > 0 ? word[depth - 1] : QOC_CHAR_EMPTY;
-  if (depth > 0 && input > 0) {
-    if (const Cost shown = costs_.match(input - 1, last); shown < noWay) {
-      visit(Step{1, 1, 0, shown, true});
-      if (input > 1 && mayEdit && reach_.allowsExtra) {
-        visit(Step{2, 1, 1, shown + costs_.extra(input - 2, QOC_CHAR_EMPTY, last), true});
-      }
-    }
-    if (mayEdit && reach_.allowsSubstitution) visit(Step{1, 1, 1, costs_.substituted(input - 1), false});
-  }
-  if (depth > 0 && mayEdit && reach_.allowsMissing) visit(Step{0, 1, 1, costs_.penalties().missing(last), false});
-  if (input > 0 && mayEdit && reach_.allowsExtra) {
-    // Only the character before it is known here: rows are shared by words that go on differently.
-    visit(Step{1, 0, 1, costs_.extra(input - 1, last, QOC_CHAR_EMPTY), false});
-  }
-  if (depth > 0 && input > 1) {
-    for (const qoc_stringExpandOneToTwo_ &swap : swaps_.oneToTwo) {
-      if (swap.single == last && costs_.shows(input - 2, swap.pairFirst) && costs_.shows(input - 1, swap.pairSecond)) {
-        visit(Step{2, 1, 0, swapPenalty, false});
-      }
-    }
-  }
-  if (depth > 1 && input > 0) {
-    for (const qoc_stringExpandOneToTwo_ &swap : swaps_.oneToTwo) {
-      if (swap.pairFirst == word[depth - 2] && swap.pairSecond == last && costs_.shows(input - 1, swap.single)) {
-        visit(Step{1, 2, 0, swapPenalty, false});
-      }
-    }
-  }
-  if (depth > 1 && input > 1) {
-    for (const qoc_stringExpandTwoToTwo_ &swap : swaps_.twoToTwo) {
-      if (swap.toFirst == word[depth - 2] && swap.toSecond == last && costs_.shows(input - 2, swap.fromFirst) &&
-          costs_.shows(input - 1, swap.fromSecond)) {
-        visit(Step{2, 2, 0, swapPenalty, false});
-      }
-    }
-  }
-}
-
-Cost WordTable::relax(std::span<const Char32> word, std::size_t depth, Cost limit) {
-  Cost least = noWay;
-  const WordTable &table = *this;
-  Row &row = rows_[depth];
-  // Only what the rows above reach can go on: at most two positions further, and from there by extra characters.
-  std::int32_t begin = row.firstLive, end = row.lastLive;
-  for (std::size_t above = 1; above <= (swaps_.isEmpty() ? 1u : 2u) && above <= depth; ++above) {
-    begin = std::min(begin, rows_[depth - above].firstLive);
-    if (rows_[depth - above].lastLive >= 0) end = std::max(end, rows_[depth - above].lastLive + 2);
-  }
-  const bool isPlain = countsEdits_ && swaps_.isEmpty() && depth > 0;
-  const std::int32_t lowest = std::max(begin, first(depth));
-  for (std::int32_t i = lowest; i <= std::min(std::max(end, row.lastLive + 1), last(depth)); ++i) {
-    if (isPlain) {
-      takePlainSteps(word[depth - 1], depth, i, limit);
-    } else {
-      forEachStep(word, depth, i, [&](const Step &step) {
-        const std::size_t from = depth - static_cast<std::size_t>(step.characters);
-        const std::int32_t counted = countsEdits_ ? step.edits : 0;
-        for (std::int32_t e = counted; e <= numEdits_; ++e) {
-          const Cost before = table.at(from, i - step.inputs, e - counted);
-          Cost &here = at(depth, i, e);
-          if (before < noWay && before + step.cost < here && before + step.cost <= limit) here = before + step.cost;
-        }
-      });
-    }
-    for (std::int32_t e = 0; e <= numEdits_; ++e) {
-      const Cost here = at(depth, i, e);
-      if (here >= noWay) continue;
-      least = std::min(least, here);
-      row.firstLive = std::min(row.firstLive, i);
-      row.lastLive = i;
-    }
-  }
-  return least;
-}
-
-/// The steps of forEachStep where every edit is counted and nothing is swapped together, for all numbers of edits.
-void WordTable::takePlainSteps(Char32 code, std::size_t depth, std::int32_t input, Cost limit) {
-  const auto cells = [&](std::size_t row, std::int32_t i) -> Cost * {
-    return i >= first(row) && i <= last(row) ? &at(row, i, 0) : nullptr;
-  };
-  Cost *here = cells(depth, input);
-  const auto take = [&](const Cost *from, Cost cost, std::int32_t edits) {
-    if (from == nullptr || cost >= noWay) return;
-    for (std::int32_t e = edits; e <= numEdits_; ++e) {
-      const Cost reached = from[e - edits] + cost;  // Beyond the limit where there is no way.
-      if (reached < here[e] && reached <= limit) here[e] = reached;
-    }
-  };
-  const bool allowsExtra = numEdits_ > 0 && reach_.allowsExtra;
-  if (input > 0) {
-    const Cost *diagonal = cells(depth - 1, input - 1);
-    const Cost shown = costs_.match(input - 1, code);
-    take(diagonal, shown, 0);
-    if (numEdits_ > 0 && reach_.allowsSubstitution) take(diagonal, costs_.substituted(input - 1), 1);
-    if (allowsExtra && input > 1 && shown < noWay) {
-      take(cells(depth - 1, input - 2), shown + costs_.extra(input - 2, QOC_CHAR_EMPTY, code), 1);
-    }
-  }
-  if (numEdits_ > 0 && reach_.allowsMissing) take(cells(depth - 1, input), costs_.penalties().missing(code), 1);
-  if (allowsExtra && input > 0) take(cells(depth, input - 1), costs_.extra(input - 1, code, QOC_CHAR_EMPTY), 1);
-}
-
-Cost WordTable::extend(std::span<const Char32> word, std::size_t depth, Cost limit) {
-  addRow(depth + 1);
-  return relax(word, depth + 1, limit);
-}
-
-Cost WordTable::suffixCost(std::int32_t input) const {
-  return input == costs_.size() ? 0 : reach_.isWindow ? suffix_[static_cast<std::size_t>(input)] : noWay;
-}
-
-Cost WordTable::cost(std::span<const Char32> word, std::size_t depth) const {
-  const auto length = static_cast<std::int64_t>(word.size());
-  if (reach_.maxEdits == 0 && (length < reach_.minLength || length > reach_.maxLength)) {
-    return noWay;
-  }
-  Cost least = noWay;
-  for (std::int32_t i = first(depth); i <= last(depth); ++i) {
-    for (std::int32_t e = 0; e <= numEdits_; ++e) {
-      if (at(depth, i, e) < noWay && suffixCost(i) < noWay) least = std::min(least, at(depth, i, e) + suffixCost(i));
-    }
-  }
-  return least;
-}
-
-WordTrace WordTable::trace(std::span<const Char32> word) const {
-  WordTrace trace;
-  trace.choices.resize(word.size());
-  trace.inputs.assign(word.size(), -1);
-  std::int32_t input = 0, edits = 0;
-  Cost best = noWay;
-  for (std::int32_t i = first(word.size()); i <= last(word.size()); ++i) {
-    for (std::int32_t e = 0; e <= numEdits_; ++e) {
-      const Cost here = at(word.size(), i, e), rest = suffixCost(i);
-      if (here < noWay && rest < noWay && here + rest < best) {
-        best = here + rest;
-        input = i;
-        edits = e;
-      }
-    }
-  }
-  std::size_t depth = word.size();
-  while (depth > 0) {
-    Step taken = {0, 0, 0, 0, false};
-    forEachStep(word, depth, input, [&](const Step &step) {
-      const std::int32_t counted = countsEdits_ ? step.edits : 0;
-      if (taken.inputs + taken.characters > 0 || counted > edits) return;
-      const Cost before = at(depth - static_cast<std::size_t>(step.characters), input - step.inputs, edits - counted);
-      if (before < noWay && before + step.cost == at(depth, input, edits)) taken = step;
-    });
-    if (taken.inputs + taken.characters == 0) break;
-    for (std::int32_t c = 0; c < taken.characters; ++c) {
-      const std::size_t k = depth - 1 - static_cast<std::size_t>(c);
-      const std::int32_t from = taken.inputs > 0 ? input - 1 - std::min(c, taken.inputs - 1) : -1;
-      Choice choice = {word[k], 0, -1, 0};
-      trace.inputs[k] = from;
-      if (taken.isShown) {
-        costs_.find(from, word[k], choice);
-      } else if (from >= 0 && taken.edits == 0) {  // A multi-character swap.
-        choice.score = static_cast<std::int32_t>(costs_.firstScore(from));
-      }
-      trace.choices[k] = choice;
-    }
-    depth -= static_cast<std::size_t>(taken.characters);
-    input -= taken.inputs;
-    edits -= countsEdits_ ? taken.edits : 0;
-  }
-  return trace;
+  const auto place = static_cast<std::size_t>(found - order_.begin());
+  const auto known = word(place);
+  return std::equal(known.begin(), known.end(), sought.begin(), sought.end()) ? place : size();
 }
 
 }  // namespace qoc

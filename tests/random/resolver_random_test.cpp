@@ -8,6 +8,7 @@
 #include "random/random_cases.hpp"
 #include "run/run_builders.hpp"
 #include "support/fieldings.hpp"
+#include "support/shortcuts.hpp"
 
 namespace {
 
@@ -379,6 +380,138 @@ TEST(ResolverRandom, NeedsNoMoreThanTheBestResultToSayTheSame) {
     return verdicts[0] == verdicts[1]
                ? ""
                : "short " + verdicts[1] + ", not " + verdicts[0] + "\n  reading " + show(one.record()) + "\n";
+  });
+}
+
+const std::string &oneOf(Random &random, const std::vector<std::string> &list) {
+  return list[static_cast<std::size_t>(random.below(static_cast<int32_t>(list.size())))];
+}
+
+std::string randomText(Random &random, const std::string &letters, int32_t length) {
+  std::string text;
+  for (; length > 0; --length) {
+    text += letters[static_cast<std::size_t>(random.below(static_cast<int32_t>(letters.size())))];
+  }
+  return text;
+}
+
+/// A longer reading of few letters, two or three at some positions, with points as readers give them.
+Owned<qoc_ocrDictionaryStringMulti> longReading(Random &random, const std::string &text, const std::string &letters) {
+  Owned<qoc_ocrDictionaryStringMulti> made;
+  for (const char c : text) {
+    Owned<qoc_ocrDictionaryCharMulti> position;
+    int32_t score = random.between(5000, 9900);
+    for (int32_t i = 0, n = random.pick({1, 1, 2, 3}); i < n; ++i) {
+      const bool isWrong = random.oneIn(6);
+      const qoc_ocrDictionaryChar candidate = {
+          static_cast<Char32>(isWrong || i > 0 ? randomText(random, letters, 1)[0] : c), score};
+      require(qstd_vector_qoc_ocrDictionaryChar_pushBack(&position->candidates, &candidate));
+      score = random.below(score + 1);
+    }
+    require(qstd_vector_qoc_ocrDictionaryCharMulti_pushBack(&made->positions, position));
+  }
+  return made;
+}
+
+/// A text with some letters left out, put in or replaced.
+std::string misread(Random &random, std::string text, const std::string &letters) {
+  for (int32_t k = random.below(3); k > 0 && !text.empty(); --k) {
+    const auto at = static_cast<std::size_t>(random.below(static_cast<int32_t>(text.size())));
+    const std::string other = randomText(random, letters, 1);
+    text.replace(at, random.below(2) != 0 ? 1 : 0, random.oneIn(3) ? "" : other);
+  }
+  return text;
+}
+
+/// Rules and swaps for readings in points, and what a resolver with them says with and without its shortcuts.
+struct Comparison {
+  Owned<qoc_ocrDictionary> dictionary;
+  Owned<qoc_swapCharSet> swaps;
+  Owned<qoc_ocrDictionaryResolverRules> rules;
+  Owned<qoc_ocrDictionaryRunParams> params;
+
+  explicit Comparison(Random &random) {
+    if (random.oneIn(2)) require(qoc_swapCharSet_setSingleSwap(swaps, 'a', 'b'));
+    rules->maxTexts = random.pick({1, 1, 1, 3});
+    rules->minMargin = random.pick({0, 1000, 3000});
+    rules->maxMargin = random.pick({0, 4000, 9000, INT32_MAX});
+    if (random.oneIn(3)) rules->swapPenalty = random.below(9000);
+    if (random.oneIn(3)) rules->missingPenalty = random.below(9000);
+    for (int32_t k = random.below(3); k > 0; --k) {
+      const qoc_ocrDictionaryConfusion confusion = {random.pick<Char32>({'a', 'b', 'c', QOC_CHAR_EMPTY}),
+                                                    random.pick<Char32>({'a', 'b', 'd', QOC_CHAR_EMPTY}),
+                                                    random.below(3000), random.below(9000)};
+      require(qstd_vector_qoc_ocrDictionaryConfusion_pushBack(&rules->confusions, &confusion));
+    }
+  }
+
+  std::string run(const Owned<qoc_ocrDictionaryStringMulti> &reading) const {
+    Owned<qoc_ocrDictionaryResultSet> results;
+    require(qoc_ocrDictionary_runSwapCharSetMulti(dictionary, reading, params, swaps, results));
+    Owned<qoc_ocrDictionaryResolver> resolver;
+    require(qoc_ocrDictionaryResolver_setRules(resolver, rules));
+    require(qoc_ocrDictionaryResolver_setDictionary(resolver, dictionary));
+    std::string verdicts[2];
+    for (const bool isPlain : {false, true}) {
+      const ShortcutsTaken taken(isPlain ? ShortcutsTaken::none : ShortcutsTaken::all);
+      Owned<qoc_ocrDictionaryResolution> resolution;
+      require(qoc_ocrDictionaryResolver_resolve(resolver, reading, params, swaps, results, resolution));
+      std::string &verdict = verdicts[isPlain ? 1 : 0];
+      verdict = verdictOf(*resolution);
+      for (const auto &text : elements(resolution->texts)) verdict += " " + std::to_string(text.total);
+    }
+    return verdicts[0] == verdicts[1] ? ""
+                                      : verdicts[0] + ", not " + verdicts[1] + "\n  reading " + show(reading) + "\n";
+  }
+};
+
+TEST(ResolverRandom, FindsTheWordsThatWholeTablesFind) {
+  random_cases::compareCases([](Random &random) -> std::string {
+    Comparison one(random);
+    const std::string letters = random.pick<std::string>({"abc", "abcdefgh"});
+    std::vector<std::string> list;
+    for (int32_t k = random.between(1, 60); k > 0; --k) {
+      list.push_back(list.empty() || random.oneIn(2) ? randomText(random, letters, random.between(1, 9))
+                                                     : misread(random, oneOf(random, list), letters));
+    }
+    std::sort(list.begin(), list.end());
+    list.erase(std::unique(list.begin(), list.end()), list.end());
+    if (list.front().empty()) list.erase(list.begin());
+    if (list.empty()) return "";
+    one.params = runParams({.maxEdits = random.pick({0, 1, 2, 2, 3, 14}),
+                            .matchOption1 = random.oneIn(4) ? 0 : 1,
+                            .matchOption2 = random.oneIn(4) ? 0 : 1,
+                            .matchOption4 = random.oneIn(4) ? 0 : 1,
+                            .returnBestOnly = random.below(2)});
+    require(qoc_ocrDictionary_setLexiconIExtend(one.dictionary, 0, lexicon(list)));
+    const std::string read = misread(random, oneOf(random, list), letters);
+    return one.run(longReading(random, read.empty() ? "a" : read, letters));
+  });
+}
+
+TEST(ResolverRandom, FindsTheTextsThatMatchingAgainFinds) {
+  random_cases::compareCases([](Random &random) -> std::string {
+    Comparison one(random);
+    for (int32_t k = random.pick({1, 1, 2}); k > 0; --k) {
+      const std::string source =
+          random.pick<std::string>({"[ab]{2}[0-9]{4}", "[abc]+", "(ab|cd)[0-3]{2,5}", "[a-c][0-9]+", "a?b?c?[0-9]{3}",
+                                    "(a[01]|b[23]|[cd]4)+", "[0-9]{8}"});
+      const Owned<qoc_ocrDictionaryRegularExpression> expression([&](qoc_ocrDictionaryRegularExpression *object) {
+        return qoc_ocrDictionaryRegularExpression_constructString(object, stdString(source));
+      });
+      require(qoc_ocrDictionary_setRegularExpressionIExtend(one.dictionary, k - 1, expression));
+    }
+    if (random.oneIn(3)) {
+      Owned<qoc_ocrDictionaryEntryCheck> check;
+      check->mode = qoc_ocrDictionaryMode_regularExpression;
+      check->rule.method = random.pick({qoc_checkDigitMethod_luhn, qoc_checkDigitMethod_mod37x2});
+      require(qstd_vector_qoc_ocrDictionaryEntryCheck_pushBack(&one.rules->checks, check));
+    }
+    one.params = runParams({.maxEdits = random.pick({0, 1, 1, 2}),
+                            .matchOption4 = random.below(2),
+                            .returnBestOnly = random.oneIn(4) ? 0 : 1});
+    const std::string text = random.pick<std::string>({"ab1234", "abcab", "ab012", "b77", "bc123", "a0b2", "12345674"});
+    return one.run(longReading(random, misread(random, text, "abcd0123"), "abcd01234"));
   });
 }
 

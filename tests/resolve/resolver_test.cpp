@@ -250,6 +250,29 @@ TEST(Resolver, SeesTheWordThatTheSetDropsBecauseItRanksEqually) {
   EXPECT_EQ(setting("c90 a90 x90"), "unsure: car 130 +0, cat 130");
 }
 
+TEST(Resolver, CallsNoTextSureThatAnotherOneEquals) {
+  Setting setting;
+  setting.rules->minMargin = 0;
+  setting.params->maxEdits = 1;
+  setting.setWords({"cat", "car"});
+  EXPECT_EQ(setting("c90 a90 x90"), "unsure: car 130 +0, cat 130");
+  EXPECT_EQ(setting("c90 a90 r90"), "sure: car 270 +140, cat 130");
+}
+
+TEST(Resolver, SeesTheWordWithoutACharacterThatMayBeNoneAtAll) {
+  Setting setting;
+  setting.params->maxEdits = 1;
+  setting.params->returnBestOnly = 1;
+  setting.rules->maxTexts = 1;
+  const qoc_ocrDictionaryConfusion phantom = {' ', QOC_CHAR_EMPTY, 0, 5};
+  require(qstd_vector_qoc_ocrDictionaryConfusion_pushBack(&setting.rules->confusions, &phantom));
+  setting.rules->maxMargin = 20;
+  setting.setWords({"to day", "today", "to night"});
+  EXPECT_EQ(setting("t90 o90  90 d90 a90 y90"), "unsure: to day 540 +5");
+  setting.setWords({"to day", "to night"});
+  EXPECT_EQ(setting("t90 o90  90 d90 a90 y90"), "sure: to day 540 +20");
+}
+
 TEST(Resolver, SeesTheNextWordThatABestOnlyRunDoesNotGive) {
   Setting setting;
   setting.params->returnBestOnly = 1;
@@ -274,7 +297,8 @@ TEST(Resolver, CountsMultiCharacterSwapsOfWordsAndShapesAlike) {
   require(qstd_vectorChar32_assignElements(&made->second, pair, 2));
   require(qstd_vector_qoc_swapChar_pushBack(list, made));
   require(qoc_swapCharSet_setSwapCharacters(setting.swaps, list));
-  setting.setWords({"yarns", "yams"});
+  setting.setWords({"yarns", "yams", "rnd"});
+  EXPECT_EQ(setting("m90 d90"), "sure: rnd 150") << "where it begins the word";
   EXPECT_EQ(setting("y90 a90 m90 s90"), "sure: yams 360 +30, yarns 330");
   EXPECT_EQ(setting("y90 a90 r90 n90 s90"), "sure: yarns 450 +30, yams 420");
   Setting shape;

@@ -31,7 +31,8 @@ class ShortcutsTaken {
     lexiconRoads().usesLattice = has(3);
     lexiconRoads().minWordsForTries = has(4) ? 0 : INT32_MAX;
     lexiconRoads().usesBlocks = has(5);
-    shortcuts() = {has(6), has(7), has(8)};
+    // Those of the resolver are taken with all others or not at all.
+    shortcuts() = {has(6), has(7), has(8), bits == all, bits == all};
   }
 
  private:

@@ -1,0 +1,163 @@
+// The texts of expressions near a reading, gone through one by one.
+
+#include "platform/containers/view.hpp"
+#include "platform/regex/shared_expression.hpp"
+#include "platform/system/present.hpp"
+#include "platform/system/shortcuts.hpp"
+#include "resolve/shape_texts.hpp"
+#include "resolve/shape_walk.hpp"
+
+namespace qoc {
+
+/// What each position costs at least as a character that some entry admits at its place, or some places further on,
+/// within what is listed; noWay where it shows none.
+std::vector<Cost> ShapeTexts::leastAdmitted(std::int32_t before, std::int32_t behind) const {
+  std::vector<Cost> least(static_cast<std::size_t>(task_.costs.size()), noWay);
+  for (std::int32_t i = 0; i < task_.costs.size(); ++i) {
+    Cost &here = least[static_cast<std::size_t>(i)];
+    for (const Choice &choice : task_.costs.choices(i)) {
+      for (std::int32_t place = std::max(i - before, 0); place <= i + behind && choice.cost < here; ++place) {
+        if (task_.knowledge->admits(static_cast<std::size_t>(place), choice.code)) here = choice.cost;
+      }
+    }
+  }
+  return least;
+}
+
+/// The kinds of edits with which a text can cost this much at most, given what the rest of the reading costs then.
+qoc_ocrDictionaryRunParams ShapeTexts::paramsWithin(Cost limit) const {
+  qoc_ocrDictionaryRunParams params = task_.paramsWithin(limit);
+  if (params.maxEdits != 1 || task_.reach.isWindow || !task_.swaps.isEmpty()) {
+    return params;
+  }
+  // Whether some position can be edited while each of the others shows what is admitted.
+  const auto isNear = [&](const std::vector<Cost> &least, auto &&edit) {
+    Cost sum = 0;
+    std::size_t numWithout = 0;
+    for (const Cost cost : least) {
+      if (cost < noWay) {
+        sum += cost;
+      } else {
+        ++numWithout;
+      }
+    }
+    for (std::size_t i = 0; i < least.size(); ++i) {
+      const bool isWithout = least[i] >= noWay;
+      const Cost others = isWithout ? sum : sum - least[i];
+      if (numWithout == (isWithout ? 1u : 0u) && others + edit(static_cast<std::int32_t>(i)) <= limit) return true;
+    }
+    return false;
+  };
+  const ReadingCosts &costs = task_.costs;
+  const auto substituted = [&](std::int32_t i) { return costs.substituted(i); };
+  const auto extra = [&](std::int32_t i) { return costs.leastExtra(i); };
+  if (params.matchOption1 != 0 && !isNear(leastAdmitted(0, 0), substituted)) params.matchOption1 = 0;
+  if (params.matchOption4 != 0 && !isNear(leastAdmitted(1, 0), extra)) params.matchOption4 = 0;
+  if (params.matchOption2 != 0) {
+    Cost sum = costs.penalties().leastMissing();
+    for (const Cost cost : leastAdmitted(0, 1)) sum = std::min(noWay, sum + cost);
+    if (sum > limit) params.matchOption2 = 0;
+  }
+  if (params.matchOption1 == 0 && params.matchOption2 == 0 && params.matchOption4 == 0) params.maxEdits = 0;
+  return params;
+}
+
+qsys_status ShapeTexts::walk(bool &isDone) {
+  isDone = false;
+  const Knowledge &knowledge = *task_.knowledge;
+  const Reach &reach = task_.reach;
+  const auto expressions = viewAs<qoc_ocrDictionaryRegularExpression>(*knowledge.expressions.get());
+  const auto takes = [&](const qoc_ocrDictionaryRegularExpression &expression) {
+    return ShapeWalk::takes(expressionOf(expression.regex), task_.costs.size());
+  };
+  const bool isPlain = !reach.isWindow && task_.swaps.isEmpty() && reach.minLength <= 1 && reach.maxLength == INT32_MAX;
+  const Cost most = task_.limitBehind(texts_.best());
+  if (!isPlain || most >= noWay - 1 || !shortcuts().walksShapes || knowledge.fieldings->core.size > 0 ||
+      !std::all_of(expressions.begin(), expressions.end(), takes)) {
+    return QSYS_STATUS_OK;
+  }
+  // The best text can be far nearer than the one that is known.
+  task_.costs.show(most);
+  const Cost least = leastWithin(task_.reach).front();
+  Cost limit = std::min(most, least + task_.greatestMargin());
+  for (;;) {
+    QOC_TRY(walkWithin(limit, isDone));
+    const Cost needed = std::min(most, task_.limitBehind(texts_.best()));
+    if (!isDone || limit >= needed) {
+      return QSYS_STATUS_OK;
+    }
+    limit = needed;
+  }
+}
+
+/// By position, and one behind the last, what the reading loses from there on at least, without extra positions.
+std::vector<Cost> ShapeTexts::leastWithin(const Reach &reach) const {
+  const bool mayMiss = reach.maxEdits > 0 && reach.allowsMissing;
+  const bool maySubstitute = reach.maxEdits > 0 && reach.allowsSubstitution;
+  std::vector<Cost> least = leastAdmitted(0, mayMiss ? std::min(reach.maxEdits, task_.costs.size()) : 0);
+  least.push_back(0);
+  for (std::int32_t i = task_.costs.size(); i-- > 0;) {
+    Cost &here = least[static_cast<std::size_t>(i)];
+    if (maySubstitute) here = std::min(here, task_.costs.substituted(i));
+    here = std::min(noWay, here + least[static_cast<std::size_t>(i) + 1]);
+  }
+  return least;
+}
+
+/// Adds the texts that cost no more than the limit, as far as they can be gone through.
+qsys_status ShapeTexts::walkWithin(Cost limit, bool &isDone) {
+  const qoc_ocrDictionaryRunParams params = paramsWithin(limit);
+  const Reach allowed = Reach::of(&params);
+  // With several edits a match does not give every way, so what is seen here would depend on the way that is taken.
+  isDone = allowed.maxEdits == 0 || (allowed.maxEdits == 1 && !allowed.allowsExtra);
+  const std::vector<Cost> rest = leastWithin(allowed);
+  const auto expressions = viewAs<qoc_ocrDictionaryRegularExpression>(*task_.knowledge->expressions.get());
+  for (std::size_t k = 0; isDone && k < expressions.size(); ++k) {
+    QOC_TRY(qsys_attention_check());
+    const auto entry = static_cast<std::int32_t>(k);
+    ShapeWalk walk(expressionOf(expressions[k].regex), task_.costs, allowed, rest, limit);
+    bool isWalked = true;
+    const auto visit = [&](const WalkedText &walked) -> qsys_status {
+      Text text;
+      text.choices = walked.choices;
+      text.inputs = walked.inputs;
+      text.cost = walked.cost;
+      text.mode = qoc_ocrDictionaryMode_regularExpression;
+      if (walked.open.empty() || !task_.hasChecks()) {
+        bool isDescribed = true;
+        QOC_TRY(fill(entry, walked.open, text, isDescribed));
+        task_.check(text, entry);
+        if (isDescribed && task_.admits(text)) texts_.add(std::move(text));
+      } else if (walked.open.size() == 1) {
+        QOC_TRY(addPassing(entry, walked.open[0], text));
+      } else {
+        isDone = false;
+      }
+      walk.lowerLimit(task_.limitBehind(texts_.best()));
+      // The last one that is wanted is only measured against.
+      if (texts_.size() >= task_.numWanted) walk.lowerLimit(texts_[task_.numWanted - 1].cost - 1);
+      return QSYS_STATUS_OK;
+    };
+    QOC_TRY(walk.run(visit, isWalked));
+    isDone = isDone && isWalked;
+  }
+  return QSYS_STATUS_OK;
+}
+
+/// Adds a text with an open place, with each character there with which it passes its checks.
+qsys_status ShapeTexts::addPassing(std::int32_t entry, std::size_t open, Text &text) {
+  CodesByPlace codes;
+  for (const Choice &choice : text.choices) codes.push_back({choice.code});
+  codes[open] = allTried();
+  std::vector<Char32> admitted;
+  QOC_TRY(task_.knowledge->findAdmitted(text.mode, entry, codes, open, admitted));
+  for (const Char32 code : admitted) {
+    text.choices[open].code = code;
+    text.hasCheck = false;
+    task_.check(text, entry);
+    if (task_.admits(text)) texts_.add(text);
+  }
+  return QSYS_STATUS_OK;
+}
+
+}  // namespace qoc

@@ -1,0 +1,61 @@
+#pragma once
+// What resolving one reading is about: what is given, and how far behind the best text others matter.
+
+#include "resolve/knowledge.hpp"
+#include "resolve/text.hpp"
+#include "resolve/word_table.hpp"
+
+namespace qoc {
+
+/// One reading to be resolved. Refers to its arguments.
+class Task {
+ public:
+  Task(const qoc_ocrDictionaryResolver &resolver, const Confusions &confusions,
+       const qoc_ocrDictionaryStringMulti &reading, const qoc_ocrDictionaryRunParams &params,
+       const qoc_swapCharSet *set, const qoc_ocrDictionaryResultSet &results);
+
+  const qoc_ocrDictionaryResolverRules &rules;
+  const Knowledge *knowledge;  ///< Null where the dictionary is not known.
+  const qoc_ocrDictionaryStringMulti &reading;
+  const qoc_ocrDictionaryRunParams &params;
+  const qoc_swapCharSet *set;
+  std::span<const qoc_ocrDictionaryResult> results;
+  ReadingCosts costs;
+  Reach reach;
+  MultiSwaps swaps;
+  Cost freeText;          ///< The most that the reading loses as free text, beside what the dictionary has.
+  std::size_t numWanted;  ///< The texts asked for, and one to measure the last of them against.
+  bool isChecked = true;  ///< Whether texts that fail their checks stay out.
+
+  bool hasChecks() const { return rules.checks.core.size > 0; }
+  /// Notes whether a text passes the checks of its entry, as far as it has any.
+  void check(Text &text, std::int32_t entry) const;
+  /// Whether a text that was checked may come in.
+  bool admits(const Text &text) const { return !isChecked || text.passesCheck || !text.hasCheck; }
+
+  /// The margin that counts at most.
+  Cost greatestMargin() const { return std::max(rules.maxMargin, rules.minMargin); }
+  /// The greatest cost of a text that matters, where the best one so far has this cost.
+  Cost limitBehind(Cost best) const;
+  /// The greatest cost of a text that matters at all, where none costs less than this.
+  Cost limitFrom(Cost least) const;
+
+  /// What an alignment may do and still cost this much at most.
+  Reach reachWithin(Cost limit) const;
+  /// The kinds of edits with which a text of a fielding or an expression can cost this much at most; the dictionary is
+  /// known.
+  qoc_ocrDictionaryRunParams paramsWithin(Cost limit) const;
+  /// Whether a fielding or an expression may have results that the set does not show: those of equal rank that another
+  /// entry has are not in it.
+  bool knowsMoreShapes() const;
+  /// Whether it takes the entry to know a result's checks; the results do not tell it.
+  bool needsChecksOfEntries() const { return hasChecks() && knowledge != nullptr && knowledge->numShapes() > 1; }
+
+ private:
+  /// Whether what edits a text takes can be told from its cost: not where it may be a part of the reading, several
+  /// characters may be swapped together, or lengths bind, which they do without edits only.
+  bool tellsEdits() const;
+  Cost mostAsFreeText() const;
+};
+
+}  // namespace qoc
