@@ -1,5 +1,5 @@
 #pragma once
-// Checks that required arguments are there, at the door of every operation.
+// What every operation does with its arguments and with the statuses of its calls.
 
 #include <qoc/system.h>
 
@@ -20,6 +20,17 @@ inline bool present(std::initializer_list<const void *> arguments, int line = __
   return true;
 }
 
+/// The first failure among the statuses of calls that are all made, in order, such as the destructors of the fields of a
+/// record; 0 without one.
+inline qsys_status firstFailure(std::initializer_list<qsys_status> statuses) noexcept {
+  for (const qsys_status status : statuses) {
+    if (status < 0) {
+      return status;
+    }
+  }
+  return QSYS_STATUS_OK;
+}
+
 }  // namespace qoc
 
 /// A condition of the library's own that cannot hold; the branch behind it is a second line of defence, and a comment
@@ -31,7 +42,8 @@ inline bool present(std::initializer_list<const void *> arguments, int line = __
 #define QOC_NEVER(condition) (condition)
 #endif
 
-/// Ends the enclosing function with the call's status when that is a failure.
+/// Ends the enclosing function with the call's status when that is a failure. Calls that cannot fail need none: what is
+/// empty takes no memory, and neither do emptying, swapping and destroying what the library made itself.
 #define QOC_TRY(call)                                        \
   do {                                                       \
     if (const qsys_status qocTried = (call); qocTried < 0) { \
