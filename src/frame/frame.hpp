@@ -73,17 +73,23 @@ qsys_status inFrame(Body &&body) noexcept {
   return status;
 }
 
-/// The usual copy constructor: the default object, then assigned from the source; nothing is left of it on failure.
+/// A constructor with contents: the default object, then what set() makes of it; nothing is left of it on failure.
+template <auto Construct, auto Destruct, class T, class Set>
+qsys_status constructThen(T *object, Set set) noexcept {
+  return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
+    QOC_TRY(Construct(object));
+    frame.template output<Destruct>(object);
+    return set();
+  });
+}
+
+/// The usual copy constructor: the default object, then assigned from the source.
 template <auto Construct, auto Assign, auto Destruct, class T>
 qsys_status constructThenAssign(T *object, const T *source, int line = __builtin_LINE()) noexcept {
   if (!present({object, source}, line)) {
     return QSYS_STATUS_OK;
   }
-  return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    QOC_TRY(Construct(object));
-    frame.template output<Destruct>(object);
-    return Assign(object, source);
-  });
+  return constructThen<Construct, Destruct>(object, [&] { return Assign(object, source); });
 }
 
 }  // namespace qoc

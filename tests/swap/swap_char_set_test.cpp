@@ -374,6 +374,12 @@ TEST(SwapCharSetSetSwapCharacters, MergesGroupsThatFollowEachOther) {
   EXPECT_TRUE(isMatchChar(set, 'x', 'z'));
 }
 
+TEST(SwapCharSetSetSwapCharacters, MergesNoGroupWithItself) {
+  const auto set = setOfSwaps({{U"x", U"y"}, {U"x", U"y"}, {U"y", U"x"}});
+
+  EXPECT_EQ(groupsIn(set->groups), (std::vector<Codes>{codes(U"yx")}));
+}
+
 TEST(SwapCharSetSetSwapCharacters, RefusesGroupsOfWhichOneIsLeftOverAndLeavesTheSetAsItWas) {
   auto set = setOfSwaps({{U"a", U"b"}, {U"rn", U"m"}});
 
@@ -395,10 +401,11 @@ TEST(SwapCharSetSetSwapCharacters, RefusesAReservedCodeAndADuplicateThatTheMerge
 }
 
 TEST(SwapCharSetSetSwapCharacters, KeepsTheMultiCharacterSwapsAndTheirRecords) {
-  const Pairs pairs = {{U"m", U"rn"}, {U"cl", U"d"}, {U"0", U"O"}, {U"vv", U"ww"}, {U"abc", U"x"}, {U"x", U"abc"}};
+  const Pairs pairs = {{U"m", U"rn"},  {U"cl", U"d"},  {U"0", U"O"},   {U"vv", U"ww"},
+                       {U"abc", U"x"}, {U"x", U"abc"}, {U"ab", U"xyz"}};
   const auto set = setOfSwaps(pairs);
 
-  EXPECT_EQ(elements(set->swaps).size(), 5u);
+  EXPECT_EQ(elements(set->swaps).size(), 6u);
   EXPECT_TRUE(answer(qoc_swapChar_compareEqual, &elements(set->swaps)[1], swapOf(U"cl", U"d")));
   EXPECT_TRUE(answer(qoc_swapChar_compareEqual, &elements(set->swaps)[3], swapOf(U"abc", U"x")));
   const auto oneToTwo = elements(set->expansion->oneToTwo);

@@ -216,7 +216,7 @@ class Parser {
     bool isQuantified;  ///< The atom has its quantifier.
   };
 
-  void fail(qsys_status status, std::size_t place) {
+  void fail(qsys_status status, std::size_t place) noexcept {
     if (error_.status >= 0) {
       error_ = {status, static_cast<std::int32_t>(place)};
     }
@@ -392,7 +392,7 @@ class Parser {
     return {{}, code};
   }
 
-  Char32 parseHexadecimal(std::size_t start) {
+  Char32 parseHexadecimal(std::size_t start) noexcept {
     const bool isBraced = isAt(place_, '{');
     place_ += isBraced ? 1 : 0;
     std::uint64_t value = 0;
