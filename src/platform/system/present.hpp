@@ -22,15 +22,6 @@ inline bool present(std::initializer_list<const void *> arguments, int line = __
 
 }  // namespace qoc
 
-/// A condition of the library's own that cannot hold; the branch behind it is a second line of defence, and a comment
-/// says why nothing leads there. Builds that count coverage leave it out, as no test can take it; scripts/coverage
-/// counts the marks.
-#ifdef QOC_COVERAGE
-#define QOC_NEVER(condition) (false && (condition))
-#else
-#define QOC_NEVER(condition) (condition)
-#endif
-
 /// Ends the enclosing function with the call's status when that is a failure.
 #define QOC_TRY(call)                                        \
   do {                                                       \
@@ -38,3 +29,22 @@ inline bool present(std::initializer_list<const void *> arguments, int line = __
       return qocTried;                                       \
     }                                                        \
   } while (false)
+
+/// QOC_NEVER marks a condition of the library's own that cannot hold, and QOC_SURE a call that cannot fail where it
+/// stands; the branch behind it is a second line of defence, and a comment says why nothing leads there. Builds that
+/// count coverage leave the branch out, as no test can take it, and end where a call fails all the same;
+/// scripts/coverage counts the marks.
+#ifdef QOC_COVERAGE
+#define QOC_NEVER(condition) (false && (condition))
+#define QOC_SURE(call) qoc::succeeds(call)
+namespace qoc {
+[[gnu::noinline, gnu::no_profile_instrument_function]] inline void succeeds(qsys_status status) noexcept {
+  if (status < 0) {
+    __builtin_trap();
+  }
+}
+}  // namespace qoc
+#else
+#define QOC_NEVER(condition) (condition)
+#define QOC_SURE(call) QOC_TRY(call)
+#endif
