@@ -33,6 +33,16 @@ class Frame {
   void local(T *object, int line = __builtin_LINE()) noexcept {
     add<Destruct>(QSYS_CLEANUP_LOCAL, object, line);
   }
+  /// Constructs a local without contents, which takes no memory and cannot fail.
+  template <auto Construct, auto Destruct, class T>
+  void emptyLocal(T *object, int line = __builtin_LINE()) noexcept {
+    const qsys_status status = Construct(object);
+    if (QOC_NEVER(status < 0)) {  // There is nothing in it that could not be had.
+      qstd_assert_(line);
+      return;
+    }
+    local<Destruct>(object, line);
+  }
 
  private:
   // The lambda keeps the call well defined: no destructor is called through a pointer of another function type.

@@ -307,8 +307,7 @@ qsys_status build(qoc_swapCharSet *set, const qstd_vector_vectorChar32 &groups, 
   qstd_vector_vectorChar32 copy;
   return inFrame<2>([&](Frame<2> &frame) -> qsys_status {
     // The table of codes comes first: it is what cannot be made when a code is very large.
-    qstd_vector32s_constructEmpty(&table);
-    frame.local<qstd_vector32s_destruct>(&table);
+    frame.emptyLocal<qstd_vector32s_constructEmpty, qstd_vector32s_destruct>(&table);
     QOC_TRY(markCodes(groups, &table, meter));
     QOC_TRY(qstd_vector_vectorChar32_constructCopy(&copy, &groups));
     frame.local<qstd_vector_vectorChar32_destruct>(&copy);

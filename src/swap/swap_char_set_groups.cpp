@@ -62,8 +62,7 @@ qsys_status append(qstd_vectorChar32 &to, const qstd_vectorChar32 &from, WorkMet
 qsys_status makeGroupPerCharacter(Swaps swaps, qstd_vector_vectorChar32 *groups, WorkMeter &meter) {
   qstd_vectorChar32 characters;
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    qstd_vectorChar32_constructEmpty(&characters);
-    frame.local<qstd_vectorChar32_destruct>(&characters);
+    frame.emptyLocal<qstd_vectorChar32_constructEmpty, qstd_vectorChar32_destruct>(&characters);
     for (const qoc_swapChar &swap : swaps) {
       if (isSingle(swap)) {
         for (const Char32 code : {firstOf(swap.first), firstOf(swap.second)}) {
@@ -155,14 +154,12 @@ qsys_status qoc_swapCharSet_setSwapCharacters(qoc_swapCharSet *set, const qstd_v
   qstd_vector_qoc_swapChar multiSwaps;
   return inFrame<2>([&](Frame<2> &frame) -> qsys_status {
     const Swaps all = viewAs<qoc_swapChar>(*swaps);
-    qstd_vector_vectorChar32_constructEmpty(&groups);
-    frame.local<qstd_vector_vectorChar32_destruct>(&groups);
+    frame.emptyLocal<qstd_vector_vectorChar32_constructEmpty, qstd_vector_vectorChar32_destruct>(&groups);
     WorkMeter meter;
     QOC_TRY(makeGroupPerCharacter(all, &groups, meter));
     QOC_TRY(mergeGroups(all, &groups, meter));
     // Copied before the set changes: they may be the set's own.
-    qstd_vector_qoc_swapChar_constructEmpty(&multiSwaps);
-    frame.local<qstd_vector_qoc_swapChar_destruct>(&multiSwaps);
+    frame.emptyLocal<qstd_vector_qoc_swapChar_constructEmpty, qstd_vector_qoc_swapChar_destruct>(&multiSwaps);
     QOC_TRY(copyMultiSwaps(all, &multiSwaps));
 
     // Validates the groups before anything changes, so that refused swaps leave the set, its swaps included, as it was.

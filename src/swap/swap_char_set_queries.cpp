@@ -6,6 +6,7 @@
 
 #include "frame/frame.hpp"
 #include "platform/containers/vector_family.hpp"
+#include "platform/system/certain.hpp"
 #include "swap/match.hpp"
 #include "swap/pair_filter.hpp"
 #include "text/views.hpp"
@@ -115,8 +116,7 @@ qsys_status qoc_swapCharSet_getEquivalentCharacters(const qoc_swapCharSet *set, 
   }
   qstd_vectorChar32 codes;
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    qstd_vectorChar32_constructEmpty(&codes);
-    frame.local<qstd_vectorChar32_destruct>(&codes);
+    frame.emptyLocal<qstd_vectorChar32_constructEmpty, qstd_vectorChar32_destruct>(&codes);
     QOC_TRY(appendEquivalents(*set, character->code, &codes));
     QOC_TRY(qstd_vector_qoc_ocrDictionaryChar_clear(equivalents));
     return appendCharacters(codes, false, 0, equivalents);
@@ -135,13 +135,12 @@ qsys_status qoc_swapCharSet_getEquivalentCharactersMulti(const qoc_swapCharSet *
     // Copied, because the output may be the candidates themselves.
     QOC_TRY(qstd_vector_qoc_ocrDictionaryChar_constructCopy(&copy, candidates));
     frame.local<qstd_vector_qoc_ocrDictionaryChar_destruct>(&copy);
-    qstd_vectorChar32_constructEmpty(&codes);
-    frame.local<qstd_vectorChar32_destruct>(&codes);
+    frame.emptyLocal<qstd_vectorChar32_constructEmpty, qstd_vectorChar32_destruct>(&codes);
     QOC_TRY(qstd_vector_qoc_ocrDictionaryChar_clear(equivalents));
     const qoc::Characters all = view(copy);
     for (std::size_t i = 0; i < all.size(); ++i) {
       const Char32 code = all[i].code;
-      qstd_vectorChar32_clear(&codes);
+      qoc::clear(codes);
       // Deliberate: a later candidate is entered itself, even one with the first candidate's code; the first is not.
       if (i > 0 && !contains(*equivalents, code)) {
         QOC_TRY(qstd_vector_qoc_ocrDictionaryChar_pushBack(equivalents, &all[i]));
@@ -191,9 +190,7 @@ qsys_status qoc_swapCharSet_isMatchCharMultiChar(const qoc_swapCharSet *set,
 
 qsys_status qoc_swapCharSet_hasMultiSwap(const qoc_swapCharSet *set, qsys_bool *hasMultiSwap) {
   if (present({set, hasMultiSwap})) {
-    qsys_bool isEmpty = 1;
-    qoc_stringExpand__isEmpty(set->expansion, &isEmpty);
-    *hasMultiSwap = isEmpty != 0 ? 0 : 1;
+    *hasMultiSwap = qoc::answerOf<qoc_stringExpand__isEmpty>(*set->expansion) ? 0 : 1;
   }
   return QSYS_STATUS_OK;
 }

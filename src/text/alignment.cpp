@@ -88,7 +88,7 @@ Aligner::~Aligner() {
 
 qsys_status Aligner::align(const qoc_ocrDictionaryString &word, const qoc_ocrDictionaryRunParams *params,
                            qoc_ocrDictionaryResultSet &results) {
-  QOC_TRY(qoc_ocrDictionaryResultSet_reset(&results));
+  reset(results);
   rows_.set(view(word), matches_);
   Task task(word, params);
   const std::int32_t n = matches_.size();

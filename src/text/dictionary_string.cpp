@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "frame/frame.hpp"
+#include "platform/system/certain.hpp"
 #include "text/substring.hpp"
 #include "text/views.hpp"
 
@@ -72,8 +73,7 @@ qsys_status qstd_vector_vector_qoc_ocrDictionaryChar_setStdStrings(qstd_vector_v
   const auto edited = qoc::editAs<qstd_vector_qoc_ocrDictionaryChar>(*vector);
   qoc_ocrDictionaryString local;
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    qoc_ocrDictionaryString_construct(&local);
-    frame.local<qoc_ocrDictionaryString_destruct>(&local);
+    frame.emptyLocal<qoc_ocrDictionaryString_construct, qoc_ocrDictionaryString_destruct>(&local);
     for (std::size_t i = 0; i < texts.size(); ++i) {
       QOC_TRY(qoc_ocrDictionaryString_setStdString(&local, &texts[i]));
       QOC_TRY(qstd_vector_qoc_ocrDictionaryChar_assign(&edited[i], &local.characters));
@@ -110,9 +110,7 @@ qsys_status qstd_vector_qoc_ocrDictionaryString_find(const qstd_vector_qoc_ocrDi
   }
   *element = nullptr;
   for (const qoc_ocrDictionaryString &candidate : view(*vector)) {
-    qsys_bool isEqual = 0;
-    qoc_ocrDictionaryString_compareEqual(&candidate, string, &isEqual);
-    if (isEqual != 0) {
+    if (qoc::answerOf<qoc_ocrDictionaryString_compareEqual>(candidate, *string)) {
       *element = &candidate;
       break;
     }

@@ -138,8 +138,7 @@ qsys_status qoc_ocrDictionaryStringMulti_getStdString(const qoc_ocrDictionaryStr
   }
   qoc_ocrDictionaryString string;
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    qoc_ocrDictionaryString_construct(&string);
-    frame.local<qoc_ocrDictionaryString_destruct>(&string);
+    frame.emptyLocal<qoc_ocrDictionaryString_construct, qoc_ocrDictionaryString_destruct>(&string);
     QOC_TRY(qoc_ocrDictionaryStringMulti_getString(multi, &string));
     return qoc_ocrDictionaryString_getStdString(&string, text);
   });

@@ -69,14 +69,6 @@ TEST(RefusingElements, EndTheWaysOfAnExpression) {
   EXPECT_EQ(ways.size(), 0);
 }
 
-TEST(RefusingElements, EndTheAlignmentOfAString) {
-  Owned<qoc_ocrDictionaryResultSet> results;
-  Refusing<qstd_vector_qoc_ocrDictionaryResult, qoc_ocrDictionaryResult> refusing;
-  std::swap(results->results, *static_cast<qstd_vector_qoc_ocrDictionaryResult *>(refusing));
-  EXPECT_EQ(qoc_ocrDictionaryString_matchMulti(word("a"), reading("a"), nullptr, nullptr, results), refusal);
-  EXPECT_EQ(results->results.core.size, 0);
-}
-
 TEST(RefusingElements, OfOneFieldLeaveTheOthersToBeDestroyed) {
   LibraryAllocator memory;
   qoc_swapChar swap;

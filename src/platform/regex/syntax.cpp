@@ -216,11 +216,8 @@ class Parser {
     bool isQuantified;  ///< The atom has its quantifier.
   };
 
-  void fail(qsys_status status, std::size_t place) noexcept {
-    if (error_.status >= 0) {
-      error_ = {status, static_cast<std::int32_t>(place)};
-    }
-  }
+  /// Nothing is parsed behind an error, so there is one at most.
+  void fail(qsys_status status, std::size_t place) noexcept { error_ = {status, static_cast<std::int32_t>(place)}; }
 
   bool isAt(std::size_t place, Char32 code) const noexcept { return place < source_.size() && source_[place] == code; }
 

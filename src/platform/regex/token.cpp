@@ -118,7 +118,7 @@ qsys_status qstd_tokenMulti_setChar32(qstd_tokenMulti *multi, Char32 code) {
   if (!present({multi})) {
     return QSYS_STATUS_OK;
   }
-  qstd_vector_qstd_token_clear(&multi->alternatives);
+  qoc::clear(multi->alternatives);
   return qstd_token_setChar32(&multi->primary, code);
 }
 

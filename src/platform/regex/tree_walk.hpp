@@ -173,9 +173,8 @@ class OrderedWalk {
 
   /// The followers of a position, or, of -1, the positions that a match may begin with. Each once, where it comes
   /// first.
-  template <class Meter>
   qsys_status find(const Expression &expression, std::int32_t position, std::vector<std::int32_t> &followers,
-                   Meter &meter) {
+                   WorkMeter &meter) {
     ++use_;
     followers.clear();
     stack_.clear();

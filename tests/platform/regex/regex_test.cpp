@@ -6,6 +6,7 @@
 #include "platform/regex/regexes.hpp"
 #include "support/handlers.hpp"
 #include "support/heap.hpp"
+#include "support/metered.hpp"
 
 namespace {
 
@@ -220,26 +221,45 @@ TEST(RegexWays, ATreeThatGrowsWithoutPositionsIsRefusedAndMayBeInterrupted) {
   EXPECT_EQ(place, -1);
 }
 
-/// The tables of an automaton are made by a walk through the whole tree for every position.
-TEST(RegexWays, TheTablesOfADeepExpressionCanBeInterrupted) {
-  std::string source = "(a?){60}";
-  for (int i = 0; i < 6'000; ++i) {
-    source = "(|" + source + ")*";
-  }
-  const auto text = stdString(source);
+/// Runs body() with every poll of the meters refused in turn, and without; each time it is asked about every little
+/// work.
+template <class Body>
+void expectInterrupts(Body body) {
+  const PollingMeters meters(1);
   int64_t numPolls = 0;
-  Owned<qstd_regex> made;
   {
     const Polls polls;
-    EXPECT_EQ(qstd_regex_setString(made, text), QSYS_STATUS_OK);
+    EXPECT_EQ(body(), QSYS_STATUS_OK);
     numPolls = polls.count();
-    EXPECT_GT(numPolls, 0);
   }
+  EXPECT_GT(numPolls, 0);
   for (int64_t n = 0; n < numPolls; ++n) {
+    SCOPED_TRACE(n);
     const Polls polls(n, -777);
-    Owned<qstd_regex> other;
-    EXPECT_EQ(qstd_regex_setString(other, text), -777);
-    EXPECT_EQ(sourceOf(other), "");
+    EXPECT_EQ(body(), -777);
+    EXPECT_EQ(polls.count(), n + 1);
+  }
+}
+
+TEST(Regex, IsCompiledAndMatchedWithInterruptsWhereverTheyCome) {
+  const auto choices = sequence("a|b a|c|b b|a"), single = sequence("a b a");
+  for (const char *source : {"(a|b|ab)*", "(a|b|ab)*|x{100}"}) {
+    SCOPED_TRACE(source);
+    const auto text = stdString(source);
+    expectInterrupts([&] { return qstd_regex_setString(Owned<qstd_regex>(), text); });
+    const auto made = regex(source);
+    expectInterrupts([&] {
+      Owned<qstd_vector_qstd_tokenMatcherResultWord> words;
+      const qsys_status status = qstd_regex_parseTokenMulti(made, choices, words);
+      EXPECT_EQ(elements(words).size(), status < 0 ? 0u : 8u);
+      return status;
+    });
+    expectInterrupts([&] {
+      Owned<qstd_vector_qstd_tokenMatcherResultWord> words;
+      const qsys_status status = qstd_regex_parseTokenMulti(made, single, words);
+      EXPECT_EQ(elements(words).size(), status < 0 ? 0u : 1u);
+      return status;
+    });
   }
 }
 
