@@ -135,6 +135,20 @@ TEST(SwapCharSetSetEquiv, WrapsTheProductsOfTheFilterAt32Bits) {
   EXPECT_TRUE(isMatch(set, a, b));
 }
 
+TEST(SwapCharSetSetEquiv, EntersPairsOfCodesThatShareASlotAsSecondOnly) {
+  // Where the product with 251 wraps and the one with 61 does not, two codes may agree in the one share alone.
+  const Char32 a = 1355, b = 17'111'424;
+  ASSERT_EQ(a * 251u % 997, b * 251u % 997);
+  ASSERT_NE(a * 61u % 997, b * 61u % 997);
+  Owned<qoc_swapCharSet> set;
+  ASSERT_EQ(qoc_swapCharSet_setSingleSwap(set, a, b), QSYS_STATUS_OK);
+
+  EXPECT_TRUE(isMatch(set, a, b));
+  EXPECT_TRUE(isMatch(set, b, a));
+  const auto filter = values(set->pairFilter);
+  EXPECT_EQ(std::accumulate(filter.begin(), filter.end(), 0), 2);
+}
+
 TEST(SwapCharSetSetEquiv, RefusesFaultyGroupsAndLeavesTheSetAsItWas) {
   const struct {
     std::vector<Codes> groups;
