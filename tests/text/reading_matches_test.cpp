@@ -70,8 +70,8 @@ TEST(WordRows, TellWhatACharacterMatchesInAWindow) {
   const auto made = repeated("a b c", 50);
   const ReadingMatches matches(*made, nullptr);
   WordRows rows;
-  const auto word = characters("abz");
-  rows.set(qoc::view(*word), matches);
+  const auto letters = word("abz");
+  rows.set(qoc::view(*letters), matches);
   ASSERT_EQ(rows.size(), 3);
   for (std::int32_t start = 0; start <= matches.size(); ++start) {
     for (std::int32_t end = start; end <= std::min(start + 64, matches.size()); ++end) {
