@@ -28,6 +28,8 @@ QOC_BEGIN_DECLS
 
 /** The most character positions that an expression may have once its counts are written out: `(ab){3}` has 6. */
 #define QSTD_REGEX_MAX_POSITIONS 10000
+/** The most characters that the source of an expression may have. A longer one is too large at its first character. */
+#define QSTD_REGEX_MAX_SOURCE 1000000
 
 /** A compiled regular expression: immutable once set, shared between copies. Empty after construction. */
 typedef struct qstd_regex {

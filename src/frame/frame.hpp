@@ -33,6 +33,16 @@ class Frame {
   void local(T *object, int line = __builtin_LINE()) noexcept {
     add<Destruct>(QSYS_CLEANUP_LOCAL, object, line);
   }
+  /// Constructs a local without contents, which takes no memory and cannot fail.
+  template <auto Construct, auto Destruct, class T>
+  void emptyLocal(T *object, int line = __builtin_LINE()) noexcept {
+    const qsys_status status = Construct(object);
+    if (QOC_NEVER(status < 0)) {  // There is nothing in it that could not be had.
+      qstd_assert_(line);
+      return;
+    }
+    local<Destruct>(object, line);
+  }
 
  private:
   // The lambda keeps the call well defined: no destructor is called through a pointer of another function type.
@@ -73,17 +83,23 @@ qsys_status inFrame(Body &&body) noexcept {
   return status;
 }
 
-/// The usual copy constructor: the default object, then assigned from the source; nothing is left of it on failure.
+/// A constructor with contents: the default object, then what set() makes of it; nothing is left of it on failure.
+template <auto Construct, auto Destruct, class T, class Set>
+qsys_status constructThen(T *object, Set set) noexcept {
+  return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
+    QOC_TRY(Construct(object));
+    frame.template output<Destruct>(object);
+    return set();
+  });
+}
+
+/// The usual copy constructor: the default object, then assigned from the source.
 template <auto Construct, auto Assign, auto Destruct, class T>
 qsys_status constructThenAssign(T *object, const T *source, int line = __builtin_LINE()) noexcept {
   if (!present({object, source}, line)) {
     return QSYS_STATUS_OK;
   }
-  return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    QOC_TRY(Construct(object));
-    frame.template output<Destruct>(object);
-    return Assign(object, source);
-  });
+  return constructThen<Construct, Destruct>(object, [&] { return Assign(object, source); });
 }
 
 }  // namespace qoc

@@ -19,7 +19,9 @@
 
 #include "frame/frame.hpp"
 #include "kinds/line_alignment.hpp"
+#include "platform/system/certain.hpp"
 #include "run/result_ranking.hpp"
+#include "run/result_set_ops.hpp"
 
 using namespace qoc;
 
@@ -44,18 +46,13 @@ struct BestCharacter {
 
 /// What stands at a position where the reading offers nothing that it admits: its only character, else the space where
 /// it is allowed.
-qsys_status fillIn(const qoc_ocrDictionaryPositionFielding &positionFielding, BestCharacter &best) {
-  qsys_bool answer = 0;
-  QOC_TRY(qoc_ocrDictionaryPositionFielding_getIsSingleCharacter(&positionFielding, &answer));
-  if (answer != 0) {
+void fillIn(const qoc_ocrDictionaryPositionFielding &positionFielding, BestCharacter &best) noexcept {
+  if (answerOf<qoc_ocrDictionaryPositionFielding_getIsSingleCharacter>(positionFielding)) {
     best.status = qoc_ocrDictionaryPositionStatus_substituted;
-    return qoc_ocrDictionaryPositionFielding_getSingleCharacter(&positionFielding, &best.character.code);
-  }
-  QOC_TRY(qoc_ocrDictionaryPositionFielding_getAllowsSpace(&positionFielding, &answer));
-  if (answer != 0) {
+    qoc_ocrDictionaryPositionFielding_getSingleCharacter(&positionFielding, &best.character.code);  // As it said.
+  } else if (answerOf<qoc_ocrDictionaryPositionFielding_getAllowsSpace>(positionFielding)) {
     best = {{U' ', 0}, qoc_ocrDictionaryPositionStatus_substitutedSpace};
   }
-  return QSYS_STATUS_OK;
 }
 
 /// Of the candidate's swap equivalents the first that the position admits, with the candidate's score. The primary
@@ -69,8 +66,8 @@ qsys_status findEquivalent(const qoc_ocrDictionaryPositionFielding &positionFiel
   }
   qstd_vector_qoc_ocrDictionaryChar equivalents;
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    QOC_TRY(qstd_vector_qoc_ocrDictionaryChar_constructEmpty(&equivalents));
-    frame.local<qstd_vector_qoc_ocrDictionaryChar_destruct>(&equivalents);
+    frame.emptyLocal<qstd_vector_qoc_ocrDictionaryChar_constructEmpty, qstd_vector_qoc_ocrDictionaryChar_destruct>(
+        &equivalents);
     QOC_TRY(qoc_swapCharSet_getEquivalentCharacters(set, &candidates[index], &equivalents));
     const auto tried = editAs<qoc_ocrDictionaryChar>(equivalents);
     if (index == 0) {
@@ -94,14 +91,11 @@ qsys_status findEquivalent(const qoc_ocrDictionaryPositionFielding &positionFiel
   });
 }
 
-/// The best character that the position admits of one position of the reading.
+/// The best character that the position admits of one position of the reading, which has candidates.
 qsys_status findBestCharacter(const qoc_ocrDictionaryPositionFielding &positionFielding, Characters candidates,
                               const qoc_swapCharSet *set, BestCharacter &best) {
   best = {};
   QOC_TRY(qsys_attention_check());
-  if (candidates.empty()) {
-    return QOC_STATUS_CANDIDATES_MISSING;
-  }
   for (std::size_t i = 0; i < candidates.size(); ++i) {
     bool isFound = false;
     QOC_TRY(isAdmitted(positionFielding, candidates[i], isFound));
@@ -117,7 +111,8 @@ qsys_status findBestCharacter(const qoc_ocrDictionaryPositionFielding &positionF
       return QSYS_STATUS_OK;
     }
   }
-  return fillIn(positionFielding, best);
+  fillIn(positionFielding, best);
+  return QSYS_STATUS_OK;
 }
 
 bool isEmptyCharacterOnly(const qoc_ocrDictionaryCharMulti &position) noexcept {
@@ -149,8 +144,7 @@ qsys_status passThrough(const qoc_ocrDictionaryStringMulti &reading, const qoc_o
                         qoc_ocrDictionaryResult &result) {
   qoc_ocrDictionaryString primary;
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    QOC_TRY(qoc_ocrDictionaryString_construct(&primary));
-    frame.local<qoc_ocrDictionaryString_destruct>(&primary);
+    frame.emptyLocal<qoc_ocrDictionaryString_construct, qoc_ocrDictionaryString_destruct>(&primary);
     for (const qoc_ocrDictionaryCharMulti &position : view(reading)) {
       qoc_ocrDictionaryChar character = {};
       QOC_TRY(qoc_ocrDictionaryCharMulti_getPrimaryCharacter(&position, &character));
@@ -247,26 +241,27 @@ class PlacementSearch {
                             (candidate_.overlapInputString == kept_.overlapInputString && ranksBeforeKept());
       if (isBetter) {
         std::swap(kept_, candidate_);
-        QOC_TRY(raiseBound());
+        raiseBound();
       }
     }
     return QSYS_STATUS_OK;
   }
 
   // A placement with less overlap than this cannot have as many characters from the reading as the kept one.
-  qsys_status raiseBound() {
-    QOC_TRY(qoc_ocrDictionaryResult_getNumPrimaryCharacters(&kept_, &bound_));
+  void raiseBound() {
+    const auto statuses = viewAs<qoc_ocrDictionaryPositionStatus>(kept_.resultStringStatus);
+    const auto numOf = [statuses](qoc_ocrDictionaryPositionStatus status) {
+      return static_cast<std::int32_t>(std::ranges::count(statuses, status));
+    };
+    bound_ = numOf(qoc_ocrDictionaryPositionStatus_primary);
     if (params_.rankingVariant == 15) {
-      std::int32_t numSecondary = 0;
-      QOC_TRY(qoc_ocrDictionaryResult_getNumSecondaryCharacters(&kept_, &numSecondary));
-      bound_ += numSecondary;
+      bound_ += numOf(qoc_ocrDictionaryPositionStatus_secondary);
     }
-    return QSYS_STATUS_OK;
   }
 
   /// Works the placement out in the candidate result.
   qsys_status evaluate(const Placement &placement) {
-    QOC_TRY(qoc_ocrDictionaryResult_reset(&candidate_));
+    QOC_SURE(qoc_ocrDictionaryResult_reset(&candidate_));  // It only lets go.
     const std::int64_t end = std::int64_t{placement.offset} + placement.length;
     candidate_.isComputed = 1;
     candidate_.mode = qoc_ocrDictionaryMode_fielding;
@@ -291,7 +286,7 @@ class PlacementSearch {
     if (0 <= read && read < numReadingPositions_) {
       QOC_TRY(findBestCharacter(positionFielding, view(view(reading_)[static_cast<std::size_t>(read)]), set_, best));
     } else {
-      QOC_TRY(fillIn(positionFielding, best));
+      fillIn(positionFielding, best);
       best.status = qoc_ocrDictionaryPositionStatus_inserted;
     }
     candidate_.numEdits += best.status > qoc_ocrDictionaryPositionStatus_secondarySwap ? 1 : 0;
@@ -336,9 +331,7 @@ qsys_status hasTwoOfOneCode(const qoc_ocrDictionaryCharMulti &position, bool &an
 
 qsys_status checkLine(const qoc_ocrDictionaryLineFielding &lineFielding) {
   for (const qoc_ocrDictionaryPositionFielding &positionFielding : view(lineFielding)) {
-    qsys_bool isEmpty = 0;
-    QOC_TRY(qoc_ocrDictionaryPositionFielding_isEmpty(&positionFielding, &isEmpty));
-    if (isEmpty != 0) {
+    if (answerOf<qoc_ocrDictionaryPositionFielding_isEmpty>(positionFielding)) {
       return QOC_STATUS_FIELDING_POSITION_EMPTY;
     }
   }
@@ -455,7 +448,7 @@ qsys_status qoc_ocrDictionaryLineFielding_runFieldingParams(const qoc_ocrDiction
   }
   qoc_ocrDictionaryResult candidate;
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    QOC_TRY(qoc_ocrDictionaryResultSet_reset(results));
+    reset(*results);
     QOC_TRY(qoc_ocrDictionaryFieldingRunParams_validate(params));
     const bool isLineEmpty = sizeOf(lineFielding->positions) == 0;
     if (!isLineEmpty) {
@@ -468,8 +461,7 @@ qsys_status qoc_ocrDictionaryLineFielding_runFieldingParams(const qoc_ocrDiction
     if (isLineEmpty) {
       QOC_TRY(passThrough(*reading, *params, kept));
     } else {
-      QOC_TRY(qoc_ocrDictionaryResult_construct(&candidate));
-      frame.local<qoc_ocrDictionaryResult_destruct>(&candidate);
+      frame.emptyLocal<qoc_ocrDictionaryResult_construct, qoc_ocrDictionaryResult_destruct>(&candidate);
       PlacementSearch search(*lineFielding, set, *reading, *params, kept, candidate);
       QOC_TRY(params->fieldingMode == 1 ? search.sweep() : search.searchParts());
     }

@@ -141,11 +141,6 @@ std::vector<std::int32_t> orderByRank(std::span<const std::int32_t> ranks, std::
 }  // namespace
 
 std::vector<std::int32_t> orderByLength(std::span<const std::int32_t> lengths, WorkMeter &meter) {
-  if (std::ranges::is_sorted(lengths)) {
-    std::vector<std::int32_t> order(lengths.size());
-    std::iota(order.begin(), order.end(), 0);
-    return order;
-  }
   std::vector<std::int32_t> distinct(lengths.begin(), lengths.end());
   std::ranges::sort(distinct, [&meter](std::int32_t a, std::int32_t b) {
     meter.spend(1);

@@ -130,7 +130,8 @@ qsys_status copyWords(const Chosen &words, Strings &copies, WorkMeter &meter) {
     if (i % wordsPerPart == 0) {  // In parts, so that the memory is not touched in one long go.
       QOC_TRY(qstd_vector_qoc_ocrDictionaryString_reserve(&copies, static_cast<std::int32_t>(words.size())));
       const std::size_t end = std::min(words.size(), i + wordsPerPart);
-      QOC_TRY(qstd_vector_qoc_ocrDictionaryString_resize(&copies, static_cast<std::int32_t>(end)));
+      // The room is there, and words without characters take no more.
+      QOC_SURE(qstd_vector_qoc_ocrDictionaryString_resize(&copies, static_cast<std::int32_t>(end)));
     }
     meter.spend(8 + qoc::unitsOf(*words[i]));
     const auto made = qoc::editAs<String>(copies);
@@ -148,8 +149,7 @@ template <class Choose>
 qsys_status replaceWords(qoc_ocrDictionaryLexicon &lexicon, IndexTime indexTime, Choose choose) {
   qoc_ocrDictionaryLexicon fresh = {};
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    QOC_TRY(qoc_ocrDictionaryLexicon_construct(&fresh));
-    frame.local<qoc_ocrDictionaryLexicon_destruct>(&fresh);
+    frame.emptyLocal<qoc_ocrDictionaryLexicon_construct, qoc_ocrDictionaryLexicon_destruct>(&fresh);
     WorkMeter meter;
     Chosen words;
     QOC_TRY(choose(words, meter));
@@ -196,11 +196,11 @@ qsys_status qoc_ocrDictionaryLexicon_assign(qoc_ocrDictionaryLexicon *object, co
   }
   Strings copy;
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    QOC_TRY(qstd_vector_qoc_ocrDictionaryString_constructEmpty(&copy));
-    frame.local<qstd_vector_qoc_ocrDictionaryString_destruct>(&copy);
+    frame.emptyLocal<qstd_vector_qoc_ocrDictionaryString_constructEmpty, qstd_vector_qoc_ocrDictionaryString_destruct>(
+        &copy);
     WorkMeter meter;
     QOC_TRY(copyWords(chosenOf(source->strings, meter), copy, meter));
-    QOC_TRY(qstd_vector_qoc_ocrDictionaryString_swap(&object->strings, &copy));
+    std::swap(object->strings, copy);
     qoc::shareIndex(*object, *source);
     return QSYS_STATUS_OK;
   });
@@ -219,7 +219,7 @@ qsys_status qoc_ocrDictionaryLexicon_constructStrings(qoc_ocrDictionaryLexicon *
     return QSYS_STATUS_OK;
   }
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    QOC_TRY(qoc_ocrDictionaryLexicon_construct(lexicon));
+    QOC_SURE(qoc_ocrDictionaryLexicon_construct(lexicon));  // Without words it takes no memory.
     frame.output<qoc_ocrDictionaryLexicon_destruct>(lexicon);
     return qoc_ocrDictionaryLexicon_setStrings(lexicon, strings);
   });

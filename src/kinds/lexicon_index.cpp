@@ -14,17 +14,16 @@ namespace qoc {
 
 namespace {
 
-/// Nodes are found by 32 bits; this many words of the tries' longest lengths stay within them.
-constexpr std::int32_t maxWordsForTries = 40'000'000;
 /// Beyond this the walks prune too little.
 constexpr std::int32_t maxEditsInTries = 3;
 
+/// The first bits, of which there is one at least, in reverse.
 std::uint64_t reversedBits(std::uint64_t bits, std::int32_t numBits) noexcept {
   bits = __builtin_bswap64(bits);
   bits = (bits >> 4 & 0x0F0F0F0F0F0F0F0Fu) | (bits & 0x0F0F0F0F0F0F0F0Fu) << 4;
   bits = (bits >> 2 & 0x3333333333333333u) | (bits & 0x3333333333333333u) << 2;
   bits = (bits >> 1 & 0x5555555555555555u) | (bits & 0x5555555555555555u) << 1;
-  return numBits > 0 ? bits >> (64 - numBits) : 0;
+  return bits >> (64 - numBits);
 }
 
 }  // namespace
@@ -47,7 +46,8 @@ LexiconIndex::LexiconIndex(LetterTable &&table, std::span<const qoc_ocrDictionar
 
 LexiconIndex::LexiconIndex(LetterTable &&table, const WordLetters &letters, WorkMeter &meter)
     : table_(std::move(table)), scan_(letters, meter) {
-  if (letters.numWords() >= lexiconRoads().minWordsForTries && letters.numWords() <= maxWordsForTries) {
+  const LexiconRoads &roads = lexiconRoads();
+  if (letters.numWords() >= roads.minWordsForTries && letters.numWords() <= roads.maxWordsForTries) {
     forward_ = WordTrie(letters, WordTrie::Direction::forward, meter, &equals_);
     backward_ = WordTrie(letters, WordTrie::Direction::backward, meter);
     std::ranges::sort(equals_, [&meter](const auto &a, const auto &b) {
@@ -209,11 +209,11 @@ void shareIndex(qoc_ocrDictionaryLexicon &lexicon, const qoc_ocrDictionaryLexico
 }
 
 void dropIndex(qoc_ocrDictionaryLexicon &lexicon) noexcept {
-  auto *held = static_cast<SharedIndex *>(lexicon.index);
-  if (held != nullptr && held->numHolders.fetch_sub(1, std::memory_order_acq_rel) == 1) {
-    delete held;
+  auto *held = static_cast<SharedIndex *>(std::exchange(lexicon.index, nullptr));
+  if (held != nullptr && held->numHolders.fetch_sub(1, std::memory_order_acq_rel) > 1) {
+    held = nullptr;  // Others hold it, too.
   }
-  lexicon.index = nullptr;
+  delete held;
 }
 
 }  // namespace qoc

@@ -76,14 +76,6 @@ WordRange findLengthRange(const qoc_ocrDictionaryLexicon &lexicon, std::int32_t 
 
 namespace {
 
-/// Constructs a scratch set as a local of the frame.
-template <std::int32_t Capacity>
-qsys_status makeLocal(Frame<Capacity> &frame, qoc_ocrDictionaryResultSet &set) {
-  QOC_TRY(qoc_ocrDictionaryResultSet_construct(&set));
-  frame.template local<qoc_ocrDictionaryResultSet_destruct>(&set);
-  return QSYS_STATUS_OK;
-}
-
 bool isDefaultRanking(const qoc_ocrDictionaryRunParams *params) noexcept {
   return params == nullptr || (params->rankingMode != 1 && params->finalizeEachResult == 0);
 }
@@ -166,11 +158,11 @@ class WordMatcher {
   qsys_status matchByResults(qoc_ocrDictionaryResultSet &results) {
     qoc_ocrDictionaryResultSet scratch;
     return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-      QOC_TRY(makeLocal(frame, scratch));
+      frame.emptyLocal<qoc_ocrDictionaryResultSet_construct, qoc_ocrDictionaryResultSet_destruct>(&scratch);
       return findAll(maxEdits_, [&]() -> qsys_status {
         for (const std::int32_t word : found_) {
           QOC_TRY(polls_.pollBefore(word));
-          QOC_TRY(stopEarly(params_, results, working_));
+          stopEarly(params_, results, working_);
           QOC_TRY(aligner_.align(words_[static_cast<std::size_t>(word)], workingParams(), scratch));
           QOC_TRY(mergeTaking(results, scratch, params_));
         }
@@ -256,7 +248,7 @@ qsys_status matchWords(const qoc_ocrDictionaryLexicon &lexicon, const qoc_ocrDic
                        std::span<const std::int32_t> known, std::optional<ReadingMatches> &matches,
                        qoc_ocrDictionaryResultSet &results, bool &areFinished) {
   areFinished = false;
-  QOC_TRY(qoc_ocrDictionaryResultSet_reset(&results));
+  reset(results);
   const WordRange range = findLengthRange(lexicon, sizeOf(reading), params);
   if (range.first >= range.end) {
     return QSYS_STATUS_OK;
@@ -312,7 +304,7 @@ class VariantMatcher {
     const bool isBounded = lexiconRoads().usesBound && isDefaultRanking(params_) && params_ != nullptr &&
                            params_->returnBestOnly != 0 && !isAttentionCounted() && !lattice.visitsAll();
     for (std::int32_t edits = isBounded ? 0 : maxEdits;; edits = moreEdits(edits, maxEdits)) {
-      QOC_TRY(qoc_ocrDictionaryResultSet_reset(&results_));
+      reset(results_);
       QOC_TRY(walk(variants, lattice, edits));
       const auto found = view(results_.results);
       if (edits == maxEdits || (!found.empty() && found.front().numEdits <= edits)) {
@@ -324,7 +316,7 @@ class VariantMatcher {
  private:
   qsys_status matchOne(const qoc_ocrDictionaryStringMulti &variant, const qstd_vector32s &inputIndices, bool isFirst,
                        std::span<const std::int32_t> known) {
-    QOC_TRY(stopEarly(params_, results_, working_));
+    stopEarly(params_, results_, working_);
     // What a variant adds depends on all of its results, so all are needed.
     std::optional<ReadingMatches> matches;
     bool areFinished = false;  // The whole is finished at the end.
@@ -358,17 +350,15 @@ class VariantMatcher {
     qoc_ocrDictionaryStringMulti variant;
     qstd_vector32s inputIndices;
     return inFrame<2>([&](Frame<2> &frame) -> qsys_status {
-      QOC_TRY(qoc_ocrDictionaryStringMulti_construct(&variant));
-      frame.local<qoc_ocrDictionaryStringMulti_destruct>(&variant);
-      QOC_TRY(qstd_vector32s_constructEmpty(&inputIndices));
-      frame.local<qstd_vector32s_destruct>(&inputIndices);
+      frame.emptyLocal<qoc_ocrDictionaryStringMulti_construct, qoc_ocrDictionaryStringMulti_destruct>(&variant);
+      frame.emptyLocal<qstd_vector32s_constructEmpty, qstd_vector32s_destruct>(&inputIndices);
       const auto visit = [&](std::span<const ReadingVariants::Step> steps, bool isFirst,
                              std::span<const std::int32_t> near) -> qsys_status {
         QOC_TRY(variants.make(steps, variant, inputIndices));
         return matchOne(variant, inputIndices, isFirst, near);
       };
       const auto pass = [&](std::int32_t position, std::int32_t length) -> qsys_status {
-        QOC_TRY(stopEarly(params_, results_, working_));
+        stopEarly(params_, results_, working_);
         return variants.passOver(position, length, [&](std::int32_t whole) {
           return numPolls(findLengthRange(lexicon_, whole, workingParams()));
         });
@@ -395,7 +385,7 @@ qsys_status matchVariants(const qoc_ocrDictionaryLexicon &lexicon, const qoc_ocr
                           qoc_ocrDictionaryResultSet &results) {
   qoc_ocrDictionaryResultSet scratch;
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    QOC_TRY(makeLocal(frame, scratch));
+    frame.emptyLocal<qoc_ocrDictionaryResultSet_construct, qoc_ocrDictionaryResultSet_destruct>(&scratch);
     const LexiconRoads &roads = lexiconRoads();
     const LexiconIndex *index = roads.usesIndex && usesLattice(reading) ? indexOf(lexicon) : nullptr;
     const bool isInReach = params == nullptr || (params->matchOption9 == 0 && params->maxEdits >= 0 &&
@@ -409,7 +399,7 @@ qsys_status matchVariants(const qoc_ocrDictionaryLexicon &lexicon, const qoc_ocr
 
 qsys_status LexiconMatching::match(const qoc_ocrDictionaryLexicon &lexicon, const qoc_ocrDictionaryRunParams *params,
                                    qoc_ocrDictionaryResultSet &results) {
-  QOC_TRY(qoc_ocrDictionaryResultSet_reset(&results));
+  reset(results);
   bool areFinished = false;
   if (hasVariants_) {
     QOC_TRY(matchVariants(lexicon, reading_, params, *set_, results));
@@ -454,13 +444,12 @@ qsys_status qoc_ocrDictionaryLexicon_matchStrings(const qoc_ocrDictionaryLexicon
   if (!present({lexicon, inputs, results})) {
     return QSYS_STATUS_OK;
   }
-  QOC_TRY(qoc_ocrDictionaryResultSet_reset(results));
+  qoc::reset(*results);
   qoc_ocrDictionaryResultSet scratch;
   qstd_vector32s inputIndices;
   QOC_TRY(inFrame<2>([&](Frame<2> &frame) -> qsys_status {
-    QOC_TRY(qoc::makeLocal(frame, scratch));
-    QOC_TRY(qstd_vector32s_constructEmpty(&inputIndices));
-    frame.local<qstd_vector32s_destruct>(&inputIndices);
+    frame.emptyLocal<qoc_ocrDictionaryResultSet_construct, qoc_ocrDictionaryResultSet_destruct>(&scratch);
+    frame.emptyLocal<qstd_vector32s_constructEmpty, qstd_vector32s_destruct>(&inputIndices);
     const auto strings = view(*inputs);
     for (std::size_t i = 0; i < strings.size(); ++i) {
       QOC_TRY(qoc_ocrDictionaryLexicon_match(lexicon, &strings[i], params, set, &scratch));

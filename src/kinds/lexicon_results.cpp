@@ -205,7 +205,7 @@ qsys_status LexiconResults::makeResults(Aligner &aligner, std::int32_t most, qoc
   results.isComputed = 1;
   // A result without contents owns nothing: its bytes make as many as are needed.
   qoc_ocrDictionaryResult blank;
-  QOC_TRY(qoc_ocrDictionaryResult_construct(&blank));
+  QOC_SURE(qoc_ocrDictionaryResult_construct(&blank));  // It has no contents.
   QOC_TRY(qstd_vector_qoc_ocrDictionaryResult_resizeUninit(&results.results, std::min(most, numListed_)));
   const auto made = edit(results.results);
   for (qoc_ocrDictionaryResult &result : made) {

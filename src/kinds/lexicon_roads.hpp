@@ -20,6 +20,9 @@ struct LexiconRoads {
   bool usesBlocks = true;
   /// Shorter lists get no tries, when their index is made: scanning them costs less.
   std::int32_t minWordsForTries = 512;
+  /// Longer ones get none, either: nodes are found by 32 bits, within which so many words of the tries' longest lengths
+  /// stay.
+  std::int32_t maxWordsForTries = 40'000'000;
 };
 
 /// The ways taken in the calling thread. Production code leaves them alone; comparisons of the ways change them.

@@ -31,6 +31,7 @@
 #include <vector>
 
 #include "frame/frame.hpp"
+#include "platform/system/certain.hpp"
 #include "text/views.hpp"
 #include "text/window_search.hpp"
 
@@ -182,7 +183,8 @@ enum class EmptyPositionRule {
 
 inline bool lengthPasses(const qoc_ocrDictionaryRunParams *params, std::int32_t length) noexcept {
   qsys_bool isSatisfied = 0;
-  return qoc_ocrDictionaryRunParams_satisfiesStringLength(params, length, &isSatisfied) >= 0 && isSatisfied != 0;
+  qoc_ocrDictionaryRunParams_satisfiesStringLength(params, length, &isSatisfied);  // It only looks at the params.
+  return isSatisfied != 0;
 }
 
 /// Hands every alignment of the range to onAlignment(alignment, goOn) in order, until that clears goOn.
@@ -221,9 +223,7 @@ qsys_status forEachAlignment(Admission &admission, std::int32_t start, std::int3
     for (std::int32_t place = 0; goOn && place < numPositions;) {
       if (kind.edit == LineEdit::missing &&
           (length == 0 || (rule == EmptyPositionRule::emptyRangeOrFirst && place == 0))) {
-        qsys_bool isEmpty = 0;
-        QOC_TRY(qoc_ocrDictionaryPositionFielding_isEmpty(&admission.linePosition(place), &isEmpty));
-        if (isEmpty != 0) {
+        if (answerOf<qoc_ocrDictionaryPositionFielding_isEmpty>(admission.linePosition(place))) {
           ++place;
           continue;
         }
@@ -264,11 +264,11 @@ qsys_status forEachWindow(const Admission &admission, const qoc_ocrDictionaryRun
     if (ends.last < ends.first) {
       continue;
     }
-    QOC_TRY(beforeWindow());
+    beforeWindow();
     const std::int64_t fitting = std::int64_t{start} + admission.numLinePositions();
     const std::int64_t lastFitting = std::min<std::int64_t>(ends.last, fitting + 1);
     for (std::int64_t end = std::max<std::int64_t>(ends.first, fitting - 1); goOn && end <= lastFitting; ++end) {
-      QOC_TRY(beforeWindow());
+      beforeWindow();
       QOC_TRY(run(start, static_cast<std::int32_t>(end - start), goOn));
     }
   }

@@ -74,7 +74,7 @@ qsys_status qoc_ocrDictionaryLineFielding_constructPositionFieldings(
     return QSYS_STATUS_OK;
   }
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    QOC_TRY(qoc_ocrDictionaryLineFielding_construct(lineFielding));
+    QOC_SURE(qoc_ocrDictionaryLineFielding_construct(lineFielding));  // Without positions it takes no memory.
     frame.output<qoc_ocrDictionaryLineFielding_destruct>(lineFielding);
     return qoc_ocrDictionaryLineFielding_setPositionFieldings(lineFielding, positions);
   });

@@ -45,7 +45,7 @@ qsys_status isReadingMatch(const qoc_ocrDictionaryLineFielding &lineFielding,
     return QSYS_STATUS_OK;
   }
   return forEachWindow(
-      admission, *params, [] { return qsys_status{QSYS_STATUS_OK}; },
+      admission, *params, [] {},
       [&](std::int32_t start, std::int32_t length, bool &goOn) -> qsys_status {
         QOC_TRY(isRangeMatch(admission, start, length, params, isMatch));
         goOn = !isMatch;

@@ -31,9 +31,7 @@ qsys_status ask(const qoc_ocrDictionaryPositionFielding &positionFielding, const
 /// expanded.
 qsys_status listUncompared(const qoc_ocrDictionaryPositionFielding &positionFielding,
                            qstd_vector_qoc_ocrDictionaryChar &candidates) {
-  qsys_bool isAny = 0;
-  QOC_TRY(qoc_ocrDictionaryPositionFielding_isAnyCharacter(&positionFielding, &isAny));
-  if (isAny != 0) {
+  if (answerOf<qoc_ocrDictionaryPositionFielding_isAnyCharacter>(positionFielding)) {
     const qoc_ocrDictionaryChar any = {QOC_CHAR_ANY, 0};
     return qstd_vector_qoc_ocrDictionaryChar_pushBack(&candidates, &any);
   }
@@ -102,15 +100,13 @@ class ReadingMatcher {
            numPositions * ElementPool::sizeOf(2, sizeof(qoc_ocrDictionaryChar));
   }
 
-  qsys_status stopEditsOnceExact() {
+  void stopEditsOnceExact() {
     if (stopsOnceExact(&params_)) {
-      qsys_bool hasExact = best_ && best_->alignment.edit == LineEdit::none ? 1 : 0;
-      if (wanted_ == Wanted::all) {
-        QOC_TRY(qoc_ocrDictionaryResultBuckets_hasResults(&storage_.buckets, &hasExact));
-      }
-      params_.maxEdits = hasExact != 0 ? 0 : 1;
+      const bool hasExact = wanted_ == Wanted::all
+                                ? answerOf<qoc_ocrDictionaryResultBuckets_hasResults>(storage_.buckets)
+                                : best_ && best_->alignment.edit == LineEdit::none;
+      params_.maxEdits = hasExact ? 0 : 1;
     }
-    return QSYS_STATUS_OK;
   }
 
   qsys_status matchRange(std::int32_t start, std::int32_t length) {
@@ -150,8 +146,7 @@ class ReadingMatcher {
     const std::int32_t numEdits = alignment.edit == LineEdit::none ? 0 : 1;
     qoc_ocrDictionaryResult result;
     QOC_TRY(inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-      QOC_TRY(qoc_ocrDictionaryResult_construct(&result));
-      frame.local<qoc_ocrDictionaryResult_destruct>(&result);
+      frame.emptyLocal<qoc_ocrDictionaryResult_construct, qoc_ocrDictionaryResult_destruct>(&result);
       result.isComputed = 1;
       result.mode = qoc_ocrDictionaryMode_fielding;
       result.numEdits = numEdits;
@@ -224,7 +219,7 @@ class ReadingMatcher {
   qsys_status listAdmitted(std::int32_t start, std::int32_t position, LineAlignment alignment) {
     const qoc_ocrDictionaryPositionFielding &positionFielding = admission_.linePosition(position);
     if (isUncompared(position, alignment)) {
-      QOC_TRY(qstd_vector_qoc_ocrDictionaryChar_clear(&storage_.admitted));
+      clear(storage_.admitted);
       return listUncompared(positionFielding, storage_.admitted);
     }
     return qoc_ocrDictionaryPositionFielding_matchMulti(&positionFielding, &readAt(start, position, alignment), set_,
@@ -249,14 +244,13 @@ qsys_status matchReading(const qoc_ocrDictionaryLineFielding &lineFielding, cons
                          qoc_ocrDictionaryResultSet &results) {
   Storage storage;
   return inFrame<3>([&](Frame<3> &frame) -> qsys_status {
-    QOC_TRY(qoc_ocrDictionaryResultSet_reset(&results));
+    reset(results);
     results.isComputed = 1;
-    QOC_TRY(qstd_vector_vector_qoc_ocrDictionaryResult_constructEmpty(&storage.buckets));
-    frame.local<qstd_vector_vector_qoc_ocrDictionaryResult_destruct>(&storage.buckets);
-    QOC_TRY(qoc_ocrDictionaryStringMulti_construct(&storage.shown));
-    frame.local<qoc_ocrDictionaryStringMulti_destruct>(&storage.shown);
-    QOC_TRY(qstd_vector_qoc_ocrDictionaryChar_constructEmpty(&storage.admitted));
-    frame.local<qstd_vector_qoc_ocrDictionaryChar_destruct>(&storage.admitted);
+    frame.emptyLocal<qstd_vector_vector_qoc_ocrDictionaryResult_constructEmpty,
+                     qstd_vector_vector_qoc_ocrDictionaryResult_destruct>(&storage.buckets);
+    frame.emptyLocal<qoc_ocrDictionaryStringMulti_construct, qoc_ocrDictionaryStringMulti_destruct>(&storage.shown);
+    frame.emptyLocal<qstd_vector_qoc_ocrDictionaryChar_constructEmpty, qstd_vector_qoc_ocrDictionaryChar_destruct>(
+        &storage.admitted);
     QOC_TRY(ReadingMatcher(lineFielding, reading, params, set, wanted, storage).matchAll());
     return qoc_ocrDictionaryResultSet_mergeBuckets(&results, &storage.buckets, params);
   });
@@ -271,13 +265,13 @@ qsys_status matchVariants(const qoc_ocrDictionaryLineFielding &lineFielding,
   qoc_ocrDictionaryRunParams working = params != nullptr ? *params : qoc_ocrDictionaryRunParams{};
   qoc_ocrDictionaryResultSet found;
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    QOC_TRY(qoc_ocrDictionaryResultSet_construct(&found));
-    frame.local<qoc_ocrDictionaryResultSet_destruct>(&found);
+    frame.emptyLocal<qoc_ocrDictionaryResultSet_construct, qoc_ocrDictionaryResultSet_destruct>(&found);
     const auto matchOne = [&](const qoc_ocrDictionaryStringMulti &variant, const qstd_vector32s &indices,
                               bool isFirst) -> qsys_status {
       QOC_TRY(matchReading(lineFielding, variant, params != nullptr ? &working : nullptr, &set, Wanted::all, found));
       QOC_TRY(takeVariantsResults(results, found, reading, indices, isFirst, params));
-      return stopEarly(params, results, working);
+      stopEarly(params, results, working);
+      return QSYS_STATUS_OK;
     };
     if (variants) {
       return forEachNearVariant(
@@ -300,7 +294,7 @@ qsys_status matchVariants(const qoc_ocrDictionaryLineFielding &lineFielding,
 
 qsys_status LineFieldingMatching::match(const qoc_ocrDictionaryLineFielding &lineFielding,
                                         const qoc_ocrDictionaryRunParams *params, qoc_ocrDictionaryResultSet &results) {
-  QOC_TRY(qoc_ocrDictionaryResultSet_reset(&results));
+  reset(results);
   if (hasVariants(set_)) {
     if (!variants_ && usesLattice(reading_)) {
       variants_.emplace(reading_, *set_);

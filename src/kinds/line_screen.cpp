@@ -111,8 +111,7 @@ const LineScreen::Word *LineScreen::rowOf(const qoc_ocrDictionaryPositionFieldin
   if (listed.size() == 1 && position.fieldingBits == 0) {
     return rowOfCharacter(listed.front());
   }
-  qsys_bool isAny = 0;
-  if (qoc_ocrDictionaryPositionFielding_isAnyCharacter(&position, &isAny) < 0 || isAny != 0) {
+  if (answerOf<qoc_ocrDictionaryPositionFielding_isAnyCharacter>(position)) {
     return any_.data();
   }
   const Word *classes = rowOfClasses(position.fieldingBits);

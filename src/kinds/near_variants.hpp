@@ -367,10 +367,8 @@ qsys_status forEachNearVariant(const ReadingVariants &variants, Near &near, Vari
   qoc_ocrDictionaryStringMulti variant;
   qstd_vector32s inputIndices;
   return inFrame<2>([&](Frame<2> &frame) -> qsys_status {
-    QOC_TRY(qoc_ocrDictionaryStringMulti_construct(&variant));
-    frame.template local<qoc_ocrDictionaryStringMulti_destruct>(&variant);
-    QOC_TRY(qstd_vector32s_constructEmpty(&inputIndices));
-    frame.template local<qstd_vector32s_destruct>(&inputIndices);
+    frame.template emptyLocal<qoc_ocrDictionaryStringMulti_construct, qoc_ocrDictionaryStringMulti_destruct>(&variant);
+    frame.template emptyLocal<qstd_vector32s_constructEmpty, qstd_vector32s_destruct>(&inputIndices);
     return near.walk(
         [&](std::span<const ReadingVariants::Step> steps, bool isFirst, bool &isDone) -> qsys_status {
           if (!isAttentionCounted()) {

@@ -60,7 +60,7 @@ qsys_status appendCodes(const qstd_vector_qoc_ocrDictionaryChar &characters, qst
       QOC_TRY(qoc_ocrDictionaryChar_getCharT(&character, &text));
       code = codeOf(text);
     }
-    QOC_TRY(qstd_vectorChar32_pushBack(&codes, &code));
+    QOC_SURE(qstd_vectorChar32_pushBack(&codes, &code));  // The room is there.
   }
   return QSYS_STATUS_OK;
 }
@@ -70,8 +70,7 @@ template <class Body>
 qsys_status withCodesOf(const qstd_vector_qoc_ocrDictionaryChar &characters, Body body) {
   qstd_vectorChar32 codes;
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    QOC_TRY(qstd_vectorChar32_constructEmpty(&codes));
-    frame.local<qstd_vectorChar32_destruct>(&codes);
+    frame.emptyLocal<qstd_vectorChar32_constructEmpty, qstd_vectorChar32_destruct>(&codes);
     QOC_TRY(appendCodes(characters, codes));
     return body(&codes);
   });
@@ -83,9 +82,8 @@ qsys_status qoc_ocrDictionaryPositionFielding_construct(qoc_ocrDictionaryPositio
   if (!present({positionFielding})) {
     return QSYS_STATUS_OK;
   }
-  QOC_TRY(qstd_vectorChar32_constructEmpty(&positionFielding->fieldingCharacters));
   positionFielding->fieldingBits = QOC_FIELDING_NONSPACE;
-  return QSYS_STATUS_OK;
+  return qstd_vectorChar32_constructEmpty(&positionFielding->fieldingCharacters);
 }
 
 qsys_status qoc_ocrDictionaryPositionFielding_constructCopy(qoc_ocrDictionaryPositionFielding *positionFielding,
@@ -129,7 +127,7 @@ qsys_status qoc_ocrDictionaryPositionFielding_constructFieldingBits(qoc_ocrDicti
     return QSYS_STATUS_OK;
   }
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    QOC_TRY(qoc_ocrDictionaryPositionFielding_construct(positionFielding));
+    QOC_SURE(qoc_ocrDictionaryPositionFielding_construct(positionFielding));  // Without a list it takes no memory.
     frame.output<qoc_ocrDictionaryPositionFielding_destruct>(positionFielding);
     return qoc_ocrDictionaryPositionFielding_setFieldingBits(positionFielding, bits);
   });

@@ -7,15 +7,14 @@
 
 #include "frame/frame.hpp"
 #include "kinds/fielding_classes.hpp"
+#include "platform/system/certain.hpp"
 #include "text/views.hpp"
 
 using namespace qoc;
 
 namespace {
 
-bool isInClass(Char32 code, std::uint32_t bits) noexcept {
-  return (classesOf(code) & bits) != 0;
-}
+bool isInClass(Char32 code, std::uint32_t bits) noexcept { return (classesOf(code) & bits) != 0; }
 
 /// The code after a conversion to a text character and back; what does not convert is a failure.
 qsys_status textCode(const qoc_ocrDictionaryChar &character, Char32 &code) noexcept {
@@ -30,8 +29,8 @@ qsys_status isEquivalentInClass(const qoc_ocrDictionaryPositionFielding &positio
                                 const qoc_ocrDictionaryChar &character, const qoc_swapCharSet *set, bool &isMatch) {
   qstd_vector_qoc_ocrDictionaryChar equivalents;
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    QOC_TRY(qstd_vector_qoc_ocrDictionaryChar_constructEmpty(&equivalents));
-    frame.local<qstd_vector_qoc_ocrDictionaryChar_destruct>(&equivalents);
+    frame.emptyLocal<qstd_vector_qoc_ocrDictionaryChar_constructEmpty, qstd_vector_qoc_ocrDictionaryChar_destruct>(
+        &equivalents);
     QOC_TRY(qoc_swapCharSet_getEquivalentCharacters(set, &character, &equivalents));
     for (const qoc_ocrDictionaryChar &equivalent : view(equivalents)) {
       Char32 code = 0;
@@ -94,8 +93,8 @@ qsys_status appendMatches(const qoc_ocrDictionaryPositionFielding &positionField
   }
   qstd_vector_qoc_ocrDictionaryChar equivalents;
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    QOC_TRY(qstd_vector_qoc_ocrDictionaryChar_constructEmpty(&equivalents));
-    frame.local<qstd_vector_qoc_ocrDictionaryChar_destruct>(&equivalents);
+    frame.emptyLocal<qstd_vector_qoc_ocrDictionaryChar_constructEmpty, qstd_vector_qoc_ocrDictionaryChar_destruct>(
+        &equivalents);
     QOC_TRY(qoc_swapCharSet_getEquivalentCharacters(set, &character, &equivalents));
     for (const qoc_ocrDictionaryChar &equivalent : view(equivalents)) {
       QOC_TRY(appendIfAdmitted(positionFielding, equivalent, matches));
@@ -147,8 +146,8 @@ qsys_status qoc_ocrDictionaryPositionFielding_isMatchMultiStatus(
     return QSYS_STATUS_OK;
   }
   *status = qoc_ocrDictionaryPositionStatus_primary;
-  QOC_TRY(qoc_ocrDictionaryPositionFielding_isAnyCharacter(positionFielding, isMatch));
-  if (*isMatch != 0) {
+  if (answerOf<qoc_ocrDictionaryPositionFielding_isAnyCharacter>(*positionFielding)) {
+    *isMatch = 1;
     return QSYS_STATUS_OK;
   }
   // Deliberate: a match through the swap set has no status of its own, and a refusal leaves the status at secondary.
@@ -170,7 +169,7 @@ qsys_status qoc_ocrDictionaryPositionFielding_match(const qoc_ocrDictionaryPosit
   if (!present({positionFielding, character, matches})) {
     return QSYS_STATUS_OK;
   }
-  QOC_TRY(qstd_vector_qoc_ocrDictionaryChar_clear(matches));
+  clear(*matches);
   return appendMatches(*positionFielding, *character, set, *matches);
 }
 
@@ -181,7 +180,7 @@ qsys_status qoc_ocrDictionaryPositionFielding_matchMulti(const qoc_ocrDictionary
   if (!present({positionFielding, multi, matches})) {
     return QSYS_STATUS_OK;
   }
-  QOC_TRY(qstd_vector_qoc_ocrDictionaryChar_clear(matches));
+  clear(*matches);
   for (const qoc_ocrDictionaryChar &candidate : view(*multi)) {
     QOC_TRY(appendMatches(*positionFielding, candidate, set, *matches));
   }
@@ -193,19 +192,13 @@ qsys_status qoc_ocrDictionaryPositionFielding_getAllFieldingCharacters(
   if (!present({positionFielding, characters})) {
     return QSYS_STATUS_OK;
   }
-  QOC_TRY(qstd_vectorChar32_clear(characters));
-  const std::span<const Char32> listed = viewAs<Char32>(positionFielding->fieldingCharacters);
-  qsys_bool isAny = 0;
-  QOC_TRY(qoc_ocrDictionaryPositionFielding_isAnyCharacter(positionFielding, &isAny));
-  if (isAny != 0) {
+  clear(*characters);
+  if (answerOf<qoc_ocrDictionaryPositionFielding_isAnyCharacter>(*positionFielding)) {
     const Char32 any = QOC_CHAR_ANY;
     return qstd_vectorChar32_pushBack(characters, &any);
   }
-  QOC_TRY(qoc_ocrDictionaryPositionFielding_isAnyNonspaceCharacter(positionFielding, &isAny));
-  if (isAny != 0) {
-    // Deliberate: the list cannot hold the space here, because a listed space rules out any-non-space.
-    const bool listsSpace = std::ranges::find(listed, Char32{U' '}) != listed.end();
-    const Char32 any = listsSpace ? QOC_CHAR_ANY : QOC_CHAR_ANY_NONSPACE;
+  if (answerOf<qoc_ocrDictionaryPositionFielding_isAnyNonspaceCharacter>(*positionFielding)) {
+    const Char32 any = QOC_CHAR_ANY_NONSPACE;  // A listed space rules it out.
     return qstd_vectorChar32_pushBack(characters, &any);
   }
   QOC_TRY(qstd_vectorChar32_assign(characters, &positionFielding->fieldingCharacters));

@@ -48,8 +48,7 @@ qsys_status ReadingVariants::makeSymbols() {
   WorkMeter meter;
   qstd_vector32s origins;
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    QOC_TRY(qstd_vector32s_constructEmpty(&origins));
-    frame.local<qstd_vector32s_destruct>(&origins);
+    frame.emptyLocal<qstd_vector32s_constructEmpty, qstd_vector32s_destruct>(&origins);
     for (std::int32_t p = 0; p < numPositions(); ++p) {
       firstChoices_.push_back(numbers_.size());
       for (const ExpansionChoice &choice : choices_.at(p)) {
@@ -107,8 +106,8 @@ qsys_status ReadingVariants::countVariants() {
 
 qsys_status ReadingVariants::make(std::span<const Step> steps, qoc_ocrDictionaryStringMulti &variant,
                                   qstd_vector32s &inputIndices) const {
-  QOC_TRY(qstd_vector_qoc_ocrDictionaryCharMulti_clear(&variant.positions));
-  QOC_TRY(qstd_vector32s_clear(&inputIndices));
+  clear(variant.positions);
+  clear(inputIndices);
   for (const auto &[position, choice] : steps) {
     QOC_TRY(appendChoice(choices_.at(position)[choice], position, reading_, &variant, &inputIndices));
   }

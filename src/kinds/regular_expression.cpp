@@ -96,8 +96,7 @@ qsys_status qoc_ocrDictionaryRegularExpression_getIsEmpty(const qoc_ocrDictionar
   }
   qoc_ocrDictionaryRegularExpression empty;
   return qoc::inFrame<1>([&](qoc::Frame<1> &frame) -> qsys_status {
-    QOC_TRY(qoc_ocrDictionaryRegularExpression_construct(&empty));
-    frame.local<qoc_ocrDictionaryRegularExpression_destruct>(&empty);
+    frame.emptyLocal<qoc_ocrDictionaryRegularExpression_construct, qoc_ocrDictionaryRegularExpression_destruct>(&empty);
     return qoc_ocrDictionaryRegularExpression_compareEqual(expression, &empty, isEmpty);
   });
 }

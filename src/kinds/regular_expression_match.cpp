@@ -8,6 +8,7 @@
 
 #include "frame/frame.hpp"
 #include "kinds/regular_expression_results.hpp"
+#include "platform/system/certain.hpp"
 #include "run/result_set_ops.hpp"
 #include "swap/variants.hpp"
 #include "text/reading_of.hpp"
@@ -151,7 +152,7 @@ class ReadingMatcher {
 qsys_status matchReading(const Expression &expression, const qoc_ocrDictionaryStringMulti &reading,
                          const qoc_ocrDictionaryRunParams *params, const qoc_swapCharSet *set, bool keepsBestOnly,
                          qoc_ocrDictionaryResultSet &results) {
-  QOC_TRY(qoc_ocrDictionaryResultSet_reset(&results));
+  reset(results);
   results.isComputed = 1;
   const LengthLimits limits(expression, params);
   if (!limits.mayMatch(sizeOf(reading))) {
@@ -171,15 +172,12 @@ qsys_status matchVariants(const Expression &expression, const qoc_ocrDictionaryS
                           std::optional<ReadingVariants> &variants, qoc_ocrDictionaryResultSet &results) {
   qoc_ocrDictionaryResultSet found;
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    QOC_TRY(qoc_ocrDictionaryResultSet_construct(&found));
-    frame.local<qoc_ocrDictionaryResultSet_destruct>(&found);
+    frame.emptyLocal<qoc_ocrDictionaryResultSet_construct, qoc_ocrDictionaryResultSet_destruct>(&found);
     const auto matchOne = [&](const qoc_ocrDictionaryStringMulti &variant, const qstd_vector32s &indices, bool isFirst,
                               bool &isDone) -> qsys_status {
       QOC_TRY(matchReading(expression, variant, params, &set, false, found));
       QOC_TRY(takeVariantsResults(results, found, reading, indices, isFirst, params));
-      qsys_bool isExact = 0;
-      QOC_TRY(qoc_ocrDictionaryResultSet_getIsExactBest(&results, &isExact));
-      isDone = isExact != 0 && stopsOnceExact(params);
+      isDone = stopsOnceExact(params) && answerOf<qoc_ocrDictionaryResultSet_getIsExactBest>(results);
       return QSYS_STATUS_OK;
     };
     if (variants) {
@@ -198,7 +196,7 @@ qsys_status matchVariants(const Expression &expression, const qoc_ocrDictionaryS
 qsys_status RegularExpressionMatching::match(const qoc_ocrDictionaryRegularExpression &expression,
                                              const qoc_ocrDictionaryRunParams *params,
                                              qoc_ocrDictionaryResultSet &results) {
-  QOC_TRY(qoc_ocrDictionaryResultSet_reset(&results));
+  reset(results);
   const Expression &compiled = expressionOf(expression.regex);
   if (hasVariants(set_)) {
     if (!variants_ && usesLattice(reading_)) {

@@ -59,16 +59,14 @@ qsys_status ExpressionResults::make(qoc_ocrDictionaryResultSet &results) {
   qoc_ocrDictionaryStringMulti shown;
   qoc_ocrDictionaryResultSet bucket;
   return inFrame<2>([&](Frame<2> &frame) -> qsys_status {
-    QOC_TRY(qoc_ocrDictionaryStringMulti_construct(&shown));
-    frame.local<qoc_ocrDictionaryStringMulti_destruct>(&shown);
+    frame.emptyLocal<qoc_ocrDictionaryStringMulti_construct, qoc_ocrDictionaryStringMulti_destruct>(&shown);
     QOC_TRY(makeShared(reading_, shown));
     if (outlines_[0].size() + outlines_[1].size() == 1) {
       return makeOf(outlines_[hasExact() ? 0 : 1], shown, results.results);
     }
-    QOC_TRY(qoc_ocrDictionaryResultSet_construct(&bucket));
-    frame.local<qoc_ocrDictionaryResultSet_destruct>(&bucket);
+    frame.emptyLocal<qoc_ocrDictionaryResultSet_construct, qoc_ocrDictionaryResultSet_destruct>(&bucket);
     for (const std::vector<Outline> &outlines : outlines_) {
-      QOC_TRY(qoc_ocrDictionaryResultSet_reset(&bucket));
+      reset(bucket);
       bucket.isComputed = 1;
       QOC_TRY(makeOf(outlines, shown, bucket.results));
       QOC_TRY(qoc_ocrDictionaryResultSet_sort(&bucket, params_, 1));
@@ -99,11 +97,11 @@ qsys_status ExpressionResults::makeOf(std::span<const Outline> outlines, const q
   }
   // Results and positions without contents own nothing: their bytes make as many as are needed.
   qoc_ocrDictionaryResult blank;
-  QOC_TRY(qoc_ocrDictionaryResult_construct(&blank));
+  QOC_SURE(qoc_ocrDictionaryResult_construct(&blank));
   blank.isComputed = 1;
   blank.mode = qoc_ocrDictionaryMode_regularExpression;
   qoc_ocrDictionaryCharMulti blankPosition;
-  QOC_TRY(qoc_ocrDictionaryCharMulti_construct(&blankPosition));
+  QOC_SURE(qoc_ocrDictionaryCharMulti_construct(&blankPosition));  // Neither has contents.
   QOC_TRY(qstd_vector_qoc_ocrDictionaryResult_resizeUninit(&results, static_cast<std::int32_t>(outlines.size())));
   const auto made = edit(results);
   std::ranges::fill(made, blank);

@@ -3,9 +3,9 @@
 #include "qoc/dictionary.h"
 
 #include "frame/frame.hpp"
+#include "platform/system/certain.hpp"
 
-using qoc::Frame;
-using qoc::inFrame;
+using qoc::answerOf;
 using qoc::present;
 
 namespace {
@@ -34,15 +34,11 @@ qsys_status qoc_ocrDictionary_construct(qoc_ocrDictionary *object) {
   if (!present({object})) {
     return QSYS_STATUS_OK;
   }
-  return inFrame<4>([&](Frame<4> &frame) -> qsys_status {
-    QOC_TRY(qoc_swapCharSet_construct(&object->swapCharSet));
-    frame.output<qoc_swapCharSet_destruct>(&object->swapCharSet);
-    QOC_TRY(qstd_vector_qoc_ocrDictionaryLexicon_constructEmpty(&object->lexicons));
-    frame.output<qstd_vector_qoc_ocrDictionaryLexicon_destruct>(&object->lexicons);
-    QOC_TRY(qstd_vector_qoc_ocrDictionaryRegularExpression_constructEmpty(&object->regularExpressions));
-    frame.output<qstd_vector_qoc_ocrDictionaryRegularExpression_destruct>(&object->regularExpressions);
-    return qstd_vector_qoc_ocrDictionaryLineFielding_constructEmpty(&object->fieldings);
-  });
+  // Lists without entries take no memory, and nothing is left of them where the swap set fails.
+  QOC_SURE(qstd_vector_qoc_ocrDictionaryLexicon_constructEmpty(&object->lexicons));
+  QOC_SURE(qstd_vector_qoc_ocrDictionaryRegularExpression_constructEmpty(&object->regularExpressions));
+  QOC_SURE(qstd_vector_qoc_ocrDictionaryLineFielding_constructEmpty(&object->fieldings));
+  return qoc_swapCharSet_construct(&object->swapCharSet);
 }
 
 qsys_status qoc_ocrDictionary_constructCopy(qoc_ocrDictionary *object, const qoc_ocrDictionary *source) {
@@ -56,8 +52,8 @@ qsys_status qoc_ocrDictionary_assign(qoc_ocrDictionary *object, const qoc_ocrDic
   }
   QOC_TRY(qoc_swapCharSet_assign(&object->swapCharSet, &source->swapCharSet));
   QOC_TRY(qstd_vector_qoc_ocrDictionaryLexicon_assign(&object->lexicons, &source->lexicons));
-  QOC_TRY(qstd_vector_qoc_ocrDictionaryRegularExpression_assign(&object->regularExpressions,
-                                                                &source->regularExpressions));
+  QOC_TRY(
+      qstd_vector_qoc_ocrDictionaryRegularExpression_assign(&object->regularExpressions, &source->regularExpressions));
   return qstd_vector_qoc_ocrDictionaryLineFielding_assign(&object->fieldings, &source->fieldings);
 }
 
@@ -79,17 +75,12 @@ qsys_status qoc_ocrDictionary_compareEqual(const qoc_ocrDictionary *a, const qoc
   if (!present({a, b, isEqual})) {
     return QSYS_STATUS_OK;
   }
-  QOC_TRY(qoc_swapCharSet_compareEqual(&a->swapCharSet, &b->swapCharSet, isEqual));
-  if (*isEqual != 0) {
-    QOC_TRY(qstd_vector_qoc_ocrDictionaryLexicon_compareEqual(&a->lexicons, &b->lexicons, isEqual));
-  }
-  if (*isEqual != 0) {
-    QOC_TRY(qstd_vector_qoc_ocrDictionaryLineFielding_compareEqual(&a->fieldings, &b->fieldings, isEqual));
-  }
-  if (*isEqual != 0) {
-    QOC_TRY(qstd_vector_qoc_ocrDictionaryRegularExpression_compareEqual(&a->regularExpressions, &b->regularExpressions,
-                                                                        isEqual));
-  }
+  const bool areEqual = answerOf<qoc_swapCharSet_compareEqual>(a->swapCharSet, b->swapCharSet) &&
+                        answerOf<qstd_vector_qoc_ocrDictionaryLexicon_compareEqual>(a->lexicons, b->lexicons) &&
+                        answerOf<qstd_vector_qoc_ocrDictionaryLineFielding_compareEqual>(a->fieldings, b->fieldings) &&
+                        answerOf<qstd_vector_qoc_ocrDictionaryRegularExpression_compareEqual>(a->regularExpressions,
+                                                                                              b->regularExpressions);
+  *isEqual = areEqual ? 1 : 0;
   return QSYS_STATUS_OK;
 }
 
@@ -110,46 +101,47 @@ qsys_status qoc_ocrDictionary_setSwapCharSet(qoc_ocrDictionary *dictionary, cons
   return present({dictionary, set}) ? qoc_swapCharSet_assign(&dictionary->swapCharSet, set) : QSYS_STATUS_OK;
 }
 
-// The access to one kind of entry, as declared by QOC_DECLARE_DICTIONARY_KIND; `member` is its vector in the dictionary.
-#define QOC_DEFINE_DICTIONARY_KIND(X, Xs, member, V, T)                                                           \
-  qsys_status qoc_ocrDictionary_getNum##Xs(const qoc_ocrDictionary *dictionary, int32_t *n) {                     \
-    return present({dictionary, n}) ? V##_getSize(&dictionary->member, n) : QSYS_STATUS_OK;                       \
-  }                                                                                                               \
-  qsys_status qoc_ocrDictionary_get##Xs(const qoc_ocrDictionary *dictionary, V *entries) {                        \
-    return present({dictionary, entries}) ? V##_assign(entries, &dictionary->member) : QSYS_STATUS_OK;            \
-  }                                                                                                               \
-  qsys_status qoc_ocrDictionary_set##Xs(qoc_ocrDictionary *dictionary, const V *entries) {                        \
-    return present({dictionary, entries}) ? V##_assign(&dictionary->member, entries) : QSYS_STATUS_OK;            \
-  }                                                                                                               \
-  qsys_status qoc_ocrDictionary_get##X##I(const qoc_ocrDictionary *dictionary, int32_t index, T *entry) {         \
-    if (!present({dictionary, entry})) {                                                                          \
-      return QSYS_STATUS_OK;                                                                                      \
-    }                                                                                                             \
-    const T *found = nullptr;                                                                                     \
-    QOC_TRY(findEntry<V##_getElementConst>(dictionary->member, index, found));                                    \
-    return T##_assign(entry, found);                                                                              \
-  }                                                                                                               \
-  qsys_status qoc_ocrDictionary_set##X##I(qoc_ocrDictionary *dictionary, int32_t index, const T *entry) {         \
-    if (!present({dictionary, entry})) {                                                                          \
-      return QSYS_STATUS_OK;                                                                                      \
-    }                                                                                                             \
-    T *found = nullptr;                                                                                           \
-    QOC_TRY(findEntry<V##_getElement>(dictionary->member, index, found));                                         \
-    return T##_assign(found, entry);                                                                              \
-  }                                                                                                               \
-  qsys_status qoc_ocrDictionary_get##X##IExtend(qoc_ocrDictionary *dictionary, int32_t index, T *entry) {         \
-    if (!present({dictionary, entry})) {                                                                          \
-      return QSYS_STATUS_OK;                                                                                      \
-    }                                                                                                             \
-    QOC_TRY(growToHold<V##_resize>(dictionary->member, index));                                                   \
-    return qoc_ocrDictionary_get##X##I(dictionary, index, entry);                                                 \
-  }                                                                                                               \
-  qsys_status qoc_ocrDictionary_set##X##IExtend(qoc_ocrDictionary *dictionary, int32_t index, const T *entry) {   \
-    if (!present({dictionary, entry})) {                                                                          \
-      return QSYS_STATUS_OK;                                                                                      \
-    }                                                                                                             \
-    QOC_TRY(growToHold<V##_resize>(dictionary->member, index));                                                   \
-    return qoc_ocrDictionary_set##X##I(dictionary, index, entry);                                                 \
+// The access to one kind of entry, as declared by QOC_DECLARE_DICTIONARY_KIND; `member` is its vector in the
+// dictionary.
+#define QOC_DEFINE_DICTIONARY_KIND(X, Xs, member, V, T)                                                         \
+  qsys_status qoc_ocrDictionary_getNum##Xs(const qoc_ocrDictionary *dictionary, int32_t *n) {                   \
+    return present({dictionary, n}) ? V##_getSize(&dictionary->member, n) : QSYS_STATUS_OK;                     \
+  }                                                                                                             \
+  qsys_status qoc_ocrDictionary_get##Xs(const qoc_ocrDictionary *dictionary, V *entries) {                      \
+    return present({dictionary, entries}) ? V##_assign(entries, &dictionary->member) : QSYS_STATUS_OK;          \
+  }                                                                                                             \
+  qsys_status qoc_ocrDictionary_set##Xs(qoc_ocrDictionary *dictionary, const V *entries) {                      \
+    return present({dictionary, entries}) ? V##_assign(&dictionary->member, entries) : QSYS_STATUS_OK;          \
+  }                                                                                                             \
+  qsys_status qoc_ocrDictionary_get##X##I(const qoc_ocrDictionary *dictionary, int32_t index, T *entry) {       \
+    if (!present({dictionary, entry})) {                                                                        \
+      return QSYS_STATUS_OK;                                                                                    \
+    }                                                                                                           \
+    const T *found = nullptr;                                                                                   \
+    QOC_TRY(findEntry<V##_getElementConst>(dictionary->member, index, found));                                  \
+    return T##_assign(entry, found);                                                                            \
+  }                                                                                                             \
+  qsys_status qoc_ocrDictionary_set##X##I(qoc_ocrDictionary *dictionary, int32_t index, const T *entry) {       \
+    if (!present({dictionary, entry})) {                                                                        \
+      return QSYS_STATUS_OK;                                                                                    \
+    }                                                                                                           \
+    T *found = nullptr;                                                                                         \
+    QOC_TRY(findEntry<V##_getElement>(dictionary->member, index, found));                                       \
+    return T##_assign(found, entry);                                                                            \
+  }                                                                                                             \
+  qsys_status qoc_ocrDictionary_get##X##IExtend(qoc_ocrDictionary *dictionary, int32_t index, T *entry) {       \
+    if (!present({dictionary, entry})) {                                                                        \
+      return QSYS_STATUS_OK;                                                                                    \
+    }                                                                                                           \
+    QOC_TRY(growToHold<V##_resize>(dictionary->member, index));                                                 \
+    return qoc_ocrDictionary_get##X##I(dictionary, index, entry);                                               \
+  }                                                                                                             \
+  qsys_status qoc_ocrDictionary_set##X##IExtend(qoc_ocrDictionary *dictionary, int32_t index, const T *entry) { \
+    if (!present({dictionary, entry})) {                                                                        \
+      return QSYS_STATUS_OK;                                                                                    \
+    }                                                                                                           \
+    QOC_TRY(growToHold<V##_resize>(dictionary->member, index));                                                 \
+    return qoc_ocrDictionary_set##X##I(dictionary, index, entry);                                               \
   }
 
 QOC_DEFINE_DICTIONARY_KIND(Lexicon, Lexicons, lexicons, qstd_vector_qoc_ocrDictionaryLexicon, qoc_ocrDictionaryLexicon)

@@ -29,7 +29,7 @@ template <class Entry, class Entries, class Match>
 qsys_status runEntries(Run &run, const Entries &entries, Match match) {
   for (const Entry &entry : qoc::viewAs<Entry>(entries)) {
     QOC_TRY(qsys_attention_check());
-    QOC_TRY(qoc::stopEarly(run.params, *run.results, run.working));
+    qoc::stopEarly(run.params, *run.results, run.working);
     QOC_TRY(match(entry));
     // With the caller's params: the working copy's edits are no matter of the merge.
     QOC_TRY(qoc::mergeTaking(*run.results, run.scratch, run.params));
@@ -73,13 +73,10 @@ qsys_status qoc_ocrDictionary_runSwapCharSetMulti(const qoc_ocrDictionary *dicti
   if (!present({dictionary, reading, params, results})) {
     return QSYS_STATUS_OK;
   }
-  QOC_TRY(qoc_ocrDictionaryResultSet_reset(results));
-  Run run = {params, results, {}, {}};
-  return inFrame<2>([&](Frame<2> &frame) -> qsys_status {
-    QOC_TRY(qoc_ocrDictionaryRunParams_constructCopy(&run.working, params));
-    frame.local<qoc_ocrDictionaryRunParams_destruct>(&run.working);
-    QOC_TRY(qoc_ocrDictionaryResultSet_construct(&run.scratch));
-    frame.local<qoc_ocrDictionaryResultSet_destruct>(&run.scratch);
+  qoc::reset(*results);
+  Run run = {params, results, *params, {}};
+  return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
+    frame.emptyLocal<qoc_ocrDictionaryResultSet_construct, qoc_ocrDictionaryResultSet_destruct>(&run.scratch);
 
     // The caller's storage serves the scratch set first: the first results that are found move back with it.
     const bool isLent = results->results.core.memory == run.scratch.results.core.memory;
@@ -101,11 +98,11 @@ qsys_status qoc_ocrDictionary_runSwapCharSetMulti(const qoc_ocrDictionary *dicti
         [&](const auto &expression) { return expressionMatching.match(expression, &run.working, run.scratch); }));
     if (isLent && results->results.core.capacity == 0) {
       std::swap(results->results, run.scratch.results);  // Nothing moved: the storage goes back as it is.
-      QOC_TRY(qstd_vector_qoc_ocrDictionaryResult_resize(&results->results, 0));
+      qoc::clear(results->results);
     }
     // The merges have left the results ranked, and finishing ranks them again.
     if (results->isComputed == 0) {
-      QOC_TRY(qoc_ocrDictionaryResultSet_reset(results));
+      qoc::reset(*results);
       results->isComputed = 1;
     }
     // Every entry's results came finished, and finishing them again changes nothing unless it takes inserted positions

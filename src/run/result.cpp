@@ -8,8 +8,6 @@
 #include "run/result_set_ops.hpp"
 #include "text/views.hpp"
 
-using qoc::Frame;
-using qoc::inFrame;
 using qoc::present;
 
 namespace {
@@ -57,28 +55,19 @@ qsys_status qoc_ocrDictionaryResult_construct(qoc_ocrDictionaryResult *object) {
   if (!present({object})) {
     return QSYS_STATUS_OK;
   }
-  return inFrame<8>([&](Frame<8> &frame) -> qsys_status {
-    QOC_TRY(qoc_ocrDictionaryStringMulti_construct(&object->given));
-    frame.output<qoc_ocrDictionaryStringMulti_destruct>(&object->given);
-    QOC_TRY(qoc_ocrDictionaryString_construct(&object->dictionaryString));
-    frame.output<qoc_ocrDictionaryString_destruct>(&object->dictionaryString);
-    for (Statuses *statuses : {&object->resultStringStatus, &object->statusWRTInputStringSwapChar}) {
-      QOC_TRY(qstd_vector_qoc_ocrDictionaryPositionStatus_constructEmpty(statuses));
-      frame.output<qstd_vector_qoc_ocrDictionaryPositionStatus_destruct>(statuses);
-    }
-    for (qstd_vector32s *indices : {&object->deleted, &object->inputIndices}) {
-      QOC_TRY(qstd_vector32s_constructEmpty(indices));
-      frame.output<qstd_vector32s_destruct>(indices);
-    }
-    for (qoc_ocrDictionaryStringMulti *reading : {&object->givenSwap, &object->valid}) {
-      QOC_TRY(qoc_ocrDictionaryStringMulti_construct(reading));
-      frame.output<qoc_ocrDictionaryStringMulti_destruct>(reading);
-    }
-    setDefaults(*object);
-    object->scoreStatusMask = 3;
-    object->ignoreDeletedSpaces = 1;
-    return QSYS_STATUS_OK;
-  });
+  for (qoc_ocrDictionaryStringMulti *reading : {&object->given, &object->givenSwap, &object->valid}) {
+    QOC_SURE(qoc_ocrDictionaryStringMulti_construct(reading));  // Members without contents take no memory.
+  }
+  for (Statuses *statuses : {&object->resultStringStatus, &object->statusWRTInputStringSwapChar}) {
+    QOC_SURE(qstd_vector_qoc_ocrDictionaryPositionStatus_constructEmpty(statuses));  // As above.
+  }
+  for (qstd_vector32s *indices : {&object->deleted, &object->inputIndices}) {
+    QOC_SURE(qstd_vector32s_constructEmpty(indices));  // As above.
+  }
+  setDefaults(*object);
+  object->scoreStatusMask = 3;
+  object->ignoreDeletedSpaces = 1;
+  return qoc_ocrDictionaryString_construct(&object->dictionaryString);
 }
 
 qsys_status qoc_ocrDictionaryResult_constructCopy(qoc_ocrDictionaryResult *object,
@@ -147,12 +136,12 @@ qsys_status qoc_ocrDictionaryResult_reset(qoc_ocrDictionaryResult *result) {
     return QSYS_STATUS_OK;
   }
   for (qoc_ocrDictionaryStringMulti *reading : {&result->given, &result->givenSwap, &result->valid}) {
-    QOC_TRY(qstd_vector_qoc_ocrDictionaryCharMulti_clear(&reading->positions));
+    qoc::clear(reading->positions);
   }
-  QOC_TRY(qstd_vector_qoc_ocrDictionaryChar_clear(&result->dictionaryString.characters));
-  QOC_TRY(qstd_vector32s_clear(&result->inputIndices));
-  QOC_TRY(qstd_vector_qoc_ocrDictionaryPositionStatus_clear(&result->resultStringStatus));
-  QOC_TRY(qstd_vector32s_clear(&result->deleted));
+  qoc::clear(result->dictionaryString.characters);
+  qoc::clear(result->inputIndices);
+  qoc::clear(result->resultStringStatus);
+  qoc::clear(result->deleted);
   // Deliberate: scoreStatusMask, ignoreDeletedSpaces and statusWRTInputStringSwapChar stay.
   setDefaults(*result);
   return QSYS_STATUS_OK;

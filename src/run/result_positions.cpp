@@ -102,7 +102,7 @@ qsys_status qoc_ocrDictionaryResult_getStatusWRTInputStringSwapChar(
   QOC_TRY(qoc_ocrDictionaryResult_checkComputed(result));
   // The output may be a vector of the result itself, but not the one that is walked: those differ in what they mean.
   const Status primary = qoc_ocrDictionaryPositionStatus_primary;
-  QOC_TRY(qstd_vector_qoc_ocrDictionaryPositionStatus_clear(statuses));
+  qoc::clear(*statuses);
   QOC_TRY(qstd_vector_qoc_ocrDictionaryPositionStatus_resizeFill(statuses, qoc::sizeOf(result->given), &primary));
   qoc::fillStatusWRTInputString(*result, qoc::editAs<Status>(*statuses));
   return QSYS_STATUS_OK;
@@ -116,8 +116,8 @@ qsys_status qoc_ocrDictionaryResult_getStatusWRTInputStringSwapCharPos(const qoc
   QOC_TRY(checkPosition(*result, position, qoc::sizeOf(result->givenSwap)));
   qstd_vector_qoc_ocrDictionaryPositionStatus statuses;
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    QOC_TRY(qstd_vector_qoc_ocrDictionaryPositionStatus_constructEmpty(&statuses));
-    frame.local<qstd_vector_qoc_ocrDictionaryPositionStatus_destruct>(&statuses);
+    frame.emptyLocal<qstd_vector_qoc_ocrDictionaryPositionStatus_constructEmpty,
+                     qstd_vector_qoc_ocrDictionaryPositionStatus_destruct>(&statuses);
     QOC_TRY(qoc_ocrDictionaryResult_getStatusWRTInputStringSwapChar(result, &statuses));
     // `givenSwap` may be longer than `given`, for which the statuses are.
     if (position >= qoc::sizeOf(statuses)) {
@@ -136,7 +136,7 @@ qsys_status qoc_ocrDictionaryResult_getInputStringIndicesOfResultStringCharacter
   QOC_TRY(qoc_ocrDictionaryResult_checkComputed(result));
   const auto statuses = statusesOf(*result);
   const std::int32_t none = -1;
-  QOC_TRY(qstd_vector32s_clear(indices));
+  qoc::clear(*indices);
   QOC_TRY(qstd_vector32s_resizeFill(indices, static_cast<std::int32_t>(statuses.size()), &none));
   const auto out = qoc::editAs<std::int32_t>(*indices);
   const std::int32_t n = qoc::sizeOf(result->given);
@@ -161,7 +161,7 @@ qsys_status qoc_ocrDictionaryResult_getInsertedDictionaryStringCharacterIndices(
     return QSYS_STATUS_OK;
   }
   QOC_TRY(qoc_ocrDictionaryResult_checkComputed(result));
-  QOC_TRY(qstd_vector32s_clear(indices));
+  qoc::clear(*indices);
   const auto statuses = statusesOf(*result);
   for (std::int32_t r = 0; r < static_cast<std::int32_t>(statuses.size()); ++r) {
     if (statuses[static_cast<std::size_t>(r)] == qoc_ocrDictionaryPositionStatus_inserted) {

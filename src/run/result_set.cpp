@@ -37,9 +37,8 @@ qsys_status qoc_ocrDictionaryResultSet_construct(qoc_ocrDictionaryResultSet *obj
   if (!present({object})) {
     return QSYS_STATUS_OK;
   }
-  QOC_TRY(qstd_vector_qoc_ocrDictionaryResult_constructEmpty(&object->results));
   object->isComputed = 0;
-  return QSYS_STATUS_OK;
+  return qstd_vector_qoc_ocrDictionaryResult_constructEmpty(&object->results);
 }
 
 qsys_status qoc_ocrDictionaryResultSet_constructCopy(qoc_ocrDictionaryResultSet *object,
@@ -65,8 +64,8 @@ qsys_status qoc_ocrDictionaryResultSet_reset(qoc_ocrDictionaryResultSet *set) {
   if (!present({set})) {
     return QSYS_STATUS_OK;
   }
-  set->isComputed = 0;
-  return qstd_vector_qoc_ocrDictionaryResult_resize(&set->results, 0);
+  qoc::reset(*set);
+  return QSYS_STATUS_OK;
 }
 
 qsys_status qoc_ocrDictionaryResultSet_print(const qoc_ocrDictionaryResultSet *set) {
@@ -86,8 +85,7 @@ qsys_status qoc_ocrDictionaryResultSet_setGiven(qoc_ocrDictionaryResultSet *set,
   }
   qoc_ocrDictionaryStringMulti shared;  // One copy for all of the results.
   return qoc::inFrame<1>([&](qoc::Frame<1> &frame) -> qsys_status {
-    QOC_TRY(qoc_ocrDictionaryStringMulti_construct(&shared));
-    frame.local<qoc_ocrDictionaryStringMulti_destruct>(&shared);
+    frame.emptyLocal<qoc_ocrDictionaryStringMulti_construct, qoc_ocrDictionaryStringMulti_destruct>(&shared);
     QOC_TRY(qoc::makeShared(qoc::view(*given), shared));
     for (qoc_ocrDictionaryResult &result : qoc::edit(set->results)) {
       QOC_TRY(qoc_ocrDictionaryStringMulti_assign(&result.given, &shared));

@@ -6,10 +6,12 @@
 
 #include "frame/frame.hpp"
 #include "platform/containers/shared_elements.hpp"
+#include "platform/system/certain.hpp"
 #include "platform/system/shortcuts.hpp"
 #include "run/result_ranking.hpp"
 #include "run/result_set_ops.hpp"
 
+using qoc::answerOf;
 using qoc::present;
 
 namespace {
@@ -28,9 +30,7 @@ qsys_status dropAdjacentDuplicates(qstd_vector_qoc_ocrDictionaryResult &results)
   const auto edited = qoc::edit(results);
   std::size_t numKept = std::min<std::size_t>(edited.size(), 1);
   for (std::size_t k = 1; k < edited.size(); ++k) {
-    qsys_bool isSame = 0;
-    QOC_TRY(qoc_ocrDictionaryResult_isSameResult(&edited[numKept - 1], &edited[k], &isSame));
-    if (isSame == 0) {
+    if (!answerOf<qoc_ocrDictionaryResult_isSameResult>(edited[numKept - 1], edited[k])) {
       if (numKept != k) {
         std::swap(edited[numKept], edited[k]);  // What is dropped gathers behind what is kept.
       }
@@ -53,7 +53,7 @@ qsys_status mergeInto(qoc_ocrDictionaryResultSet &target, qoc_ocrDictionaryResul
     return QSYS_STATUS_OK;
   }
   if (target.isComputed == 0) {
-    QOC_TRY(qoc_ocrDictionaryResultSet_reset(&target));
+    qoc::reset(target);
     target.isComputed = 1;
   }
   // The walk goes over the results that the target held when it began; new ones are filed behind them.
@@ -64,9 +64,8 @@ qsys_status mergeInto(qoc_ocrDictionaryResultSet &target, qoc_ocrDictionaryResul
     int decision = 1;
     if (i < numOld) {
       Result &old = qoc::edit(target.results)[static_cast<std::size_t>(i)];
-      qsys_bool isSame = 0;
-      QOC_TRY(qoc_ocrDictionaryResult_isSameResult(&old, &added[j], &isSame));
-      decision = isSame != 0 ? 0 : mergeOrder(old, added[j], params);
+      const bool areSame = answerOf<qoc_ocrDictionaryResult_isSameResult>(old, added[j]);
+      decision = areSame ? 0 : mergeOrder(old, added[j], params);
     }
     if (decision > 0) {
       QOC_TRY(append(target.results, added[j]));
@@ -106,11 +105,8 @@ qsys_status qoc_ocrDictionaryResult_isSameResult(const Result *a, const Result *
   const qoc_ocrDictionaryStringMulti *const readings[][2] = {
       {&a->given, &b->given}, {&a->givenSwap, &b->givenSwap}, {&a->valid, &b->valid}};
   for (const auto &[readingA, readingB] : readings) {
-    qsys_bool isEqual = qoc::holdSameElements(readingA->positions.core, readingB->positions.core) ? 1 : 0;
-    if (isEqual == 0) {
-      QOC_TRY(qoc_ocrDictionaryStringMulti_compareEqual(readingA, readingB, &isEqual));
-    }
-    if (isEqual == 0) {
+    if (!qoc::holdSameElements(readingA->positions.core, readingB->positions.core) &&
+        !answerOf<qoc_ocrDictionaryStringMulti_compareEqual>(*readingA, *readingB)) {
       return QSYS_STATUS_OK;
     }
   }
@@ -123,14 +119,11 @@ qsys_status qoc_ocrDictionaryResultSet_merge(qoc_ocrDictionaryResultSet *target,
   return present({target, partial}) ? mergeInto(*target, *partial, params, copyResult) : QSYS_STATUS_OK;
 }
 
-qsys_status qoc::stopEarly(const qoc_ocrDictionaryRunParams *params, const qoc_ocrDictionaryResultSet &results,
-                           qoc_ocrDictionaryRunParams &working) {
-  if (stopsOnceExact(params)) {
-    qsys_bool isExactBest = 0;
-    QOC_TRY(qoc_ocrDictionaryResultSet_getIsExactBest(&results, &isExactBest));
-    working.maxEdits = isExactBest != 0 ? 0 : working.maxEdits;
+void qoc::stopEarly(const qoc_ocrDictionaryRunParams *params, const qoc_ocrDictionaryResultSet &results,
+                    qoc_ocrDictionaryRunParams &working) {
+  if (stopsOnceExact(params) && answerOf<qoc_ocrDictionaryResultSet_getIsExactBest>(results)) {
+    working.maxEdits = 0;
   }
-  return QSYS_STATUS_OK;
 }
 
 qsys_status qoc::takeVariantsResults(qoc_ocrDictionaryResultSet &results, qoc_ocrDictionaryResultSet &found,
@@ -154,12 +147,13 @@ qsys_status qoc::mergeTaking(qoc_ocrDictionaryResultSet &target, qoc_ocrDictiona
   }
   if (!shortcuts().sharesStorage) {
     QOC_TRY(qoc_ocrDictionaryResultSet_merge(&target, &partial, params));
-    return qstd_vector_qoc_ocrDictionaryResult_resize(&partial.results, 0);
+    clear(partial.results);
+    return QSYS_STATUS_OK;
   }
   if ((target.isComputed == 0 || sizeOf(target.results) == 0) &&
       target.results.core.memory == partial.results.core.memory) {
     // With nothing in the target there is nothing to walk over.
-    QOC_TRY(qoc_ocrDictionaryResultSet_reset(&target));
+    reset(target);
     target.isComputed = 1;
     std::swap(target.results, partial.results);
     QOC_TRY(qoc_ocrDictionaryResultVector_sort(&target.results, params, 1));
@@ -185,14 +179,14 @@ qsys_status qoc::mergeTaking(qoc_ocrDictionaryResultSet &target, qoc_ocrDictiona
         const auto index = static_cast<std::int32_t>(&result - edited.data());
         leave(index);
         numSeen = index + 1;
-        QOC_TRY(qstd_vector_qoc_ocrDictionaryResult_resizeUninit(&results, numResults + 1));
+        QOC_SURE(qstd_vector_qoc_ocrDictionaryResult_resizeUninit(&results, numResults + 1));  // The room is there.
         std::memcpy(static_cast<void *>(&edit(results).back()), &result, sizeof(Result));
         return QSYS_STATUS_OK;
       });
   leave(static_cast<std::int32_t>(edited.size()));
   partial.results.core.size = numLeft;
-  const qsys_status cleared = qstd_vector_qoc_ocrDictionaryResult_resize(&partial.results, 0);
-  return status < 0 ? status : cleared;
+  clear(partial.results);
+  return status;
 }
 
 qsys_status qoc_ocrDictionaryResultSet_mergeBuckets(qoc_ocrDictionaryResultSet *target,
@@ -224,10 +218,9 @@ qsys_status qoc_ocrDictionaryResultBuckets_add(qstd_vector_vector_qoc_ocrDiction
   if (k >= qoc::sizeOf(*buckets)) {
     QOC_TRY(qstd_vector_vector_qoc_ocrDictionaryResult_resize(buckets, k + 1));
   }
-  qstd_vector_qoc_ocrDictionaryResult *bucket = nullptr;
-  QOC_TRY(qstd_vector_vector_qoc_ocrDictionaryResult_getElement(buckets, k, &bucket));
-  QOC_TRY(qstd_vector_qoc_ocrDictionaryResult_pushBack(bucket, result));
-  Result &filed = qoc::edit(*bucket).back();
+  auto &bucket = qoc::editAs<qstd_vector_qoc_ocrDictionaryResult>(*buckets)[static_cast<std::size_t>(k)];
+  QOC_TRY(qstd_vector_qoc_ocrDictionaryResult_pushBack(&bucket, result));
+  Result &filed = qoc::edit(bucket).back();
   return qoc_ocrDictionaryStringMulti_assign(&filed.givenSwap, &filed.given);
 }
 

@@ -16,6 +16,11 @@ inline std::span<const qoc_ocrDictionaryResult> view(const qstd_vector_qoc_ocrDi
 inline std::span<qoc_ocrDictionaryResult> edit(qstd_vector_qoc_ocrDictionaryResult &results) noexcept {
   return editAs<qoc_ocrDictionaryResult>(results);
 }
+/// As qoc_ocrDictionaryResultSet_reset, which cannot fail: it only lets go.
+inline void reset(qoc_ocrDictionaryResultSet &set) noexcept {
+  set.isComputed = 0;
+  clear(set.results);
+}
 /// As qoc_ocrDictionaryResultSet_merge, for a partial set that is not needed any more: what is merged moves, and it
 /// ends empty.
 qsys_status mergeTaking(qoc_ocrDictionaryResultSet &target, qoc_ocrDictionaryResultSet &partial,
@@ -25,8 +30,8 @@ inline bool stopsOnceExact(const qoc_ocrDictionaryRunParams *params) noexcept {
   return params != nullptr && params->returnBestOnly != 0 && params->maxEdits == 1;
 }
 /// The early stop: takes the edit from the working copy of such params once the best of the results so far is exact.
-qsys_status stopEarly(const qoc_ocrDictionaryRunParams *params, const qoc_ocrDictionaryResultSet &results,
-                      qoc_ocrDictionaryRunParams &working);
+void stopEarly(const qoc_ocrDictionaryRunParams *params, const qoc_ocrDictionaryResultSet &results,
+               qoc_ocrDictionaryRunParams &working);
 /// Brings what one variant of a reading gave, told of the reading itself, into the results: the first variant's become
 /// the results, those of the others are merged. What is left in `found` is of no use.
 qsys_status takeVariantsResults(qoc_ocrDictionaryResultSet &results, qoc_ocrDictionaryResultSet &found,

@@ -4,8 +4,7 @@
 
 #include "frame/frame.hpp"
 
-using qoc::Frame;
-using qoc::inFrame;
+using qoc::firstFailure;
 using qoc::present;
 
 qsys_status qoc_stringExpandOneToTwo__construct(qoc_stringExpandOneToTwo_ *record) {
@@ -62,11 +61,8 @@ qsys_status qoc_stringExpand__construct(qoc_stringExpand_ *expansion) {
   if (!present({expansion})) {
     return QSYS_STATUS_OK;
   }
-  return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    QOC_TRY(qstd_vector_qoc_stringExpandOneToTwo__constructEmpty(&expansion->oneToTwo));
-    frame.output<qstd_vector_qoc_stringExpandOneToTwo__destruct>(&expansion->oneToTwo);
-    return qstd_vector_qoc_stringExpandTwoToTwo__constructEmpty(&expansion->twoToTwo);
-  });
+  return firstFailure({qstd_vector_qoc_stringExpandOneToTwo__constructEmpty(&expansion->oneToTwo),
+                       qstd_vector_qoc_stringExpandTwoToTwo__constructEmpty(&expansion->twoToTwo)});
 }
 
 qsys_status qoc_stringExpand__constructCopy(qoc_stringExpand_ *expansion, const qoc_stringExpand_ *source) {
@@ -86,16 +82,16 @@ qsys_status qoc_stringExpand__destruct(qoc_stringExpand_ *expansion) {
   if (!present({expansion})) {
     return QSYS_STATUS_OK;
   }
-  QOC_TRY(qstd_vector_qoc_stringExpandOneToTwo__destruct(&expansion->oneToTwo));
-  return qstd_vector_qoc_stringExpandTwoToTwo__destruct(&expansion->twoToTwo);
+  return firstFailure({qstd_vector_qoc_stringExpandOneToTwo__destruct(&expansion->oneToTwo),
+                       qstd_vector_qoc_stringExpandTwoToTwo__destruct(&expansion->twoToTwo)});
 }
 
 qsys_status qoc_stringExpand__reset(qoc_stringExpand_ *expansion) {
   if (!present({expansion})) {
     return QSYS_STATUS_OK;
   }
-  QOC_TRY(qstd_vector_qoc_stringExpandOneToTwo__resize(&expansion->oneToTwo, 0));
-  return qstd_vector_qoc_stringExpandTwoToTwo__resize(&expansion->twoToTwo, 0);
+  return firstFailure({qstd_vector_qoc_stringExpandOneToTwo__clear(&expansion->oneToTwo),
+                       qstd_vector_qoc_stringExpandTwoToTwo__clear(&expansion->twoToTwo)});
 }
 
 qsys_status qoc_stringExpand__isEmpty(const qoc_stringExpand_ *expansion, qsys_bool *isEmpty) {

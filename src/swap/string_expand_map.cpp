@@ -86,10 +86,9 @@ class Way {
 qsys_status appendInserted(Char32 code, qstd_vector_qoc_ocrDictionaryCharMulti *characters) {
   qoc_ocrDictionaryCharMulti inserted;
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    QOC_TRY(qoc_ocrDictionaryCharMulti_construct(&inserted));
-    frame.local<qoc_ocrDictionaryCharMulti_destruct>(&inserted);
     const qoc_ocrDictionaryChar candidates[] = {{QOC_CHAR_EMPTY, 0}, {code, 0}};
-    QOC_TRY(qstd_vector_qoc_ocrDictionaryChar_assignElements(&inserted.candidates, candidates, 2));
+    QOC_TRY(qstd_vector_qoc_ocrDictionaryChar_constructFromBlock(&inserted.candidates, candidates, 2));
+    frame.local<qoc_ocrDictionaryCharMulti_destruct>(&inserted);
     return qstd_vector_qoc_ocrDictionaryCharMulti_pushBack(characters, &inserted);
   });
 }
@@ -105,22 +104,17 @@ qsys_status makeVariant(const Way &way, const qoc_ocrDictionaryStringMulti &inpu
   return QSYS_STATUS_OK;
 }
 
+// What is empty owns nothing, and needs no frame.
 qsys_status appendEmptyVariant(qstd_vector_qoc_ocrDictionaryStringMulti *variants) {
   qoc_ocrDictionaryStringMulti empty;
-  return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    QOC_TRY(qoc_ocrDictionaryStringMulti_construct(&empty));
-    frame.local<qoc_ocrDictionaryStringMulti_destruct>(&empty);
-    return qstd_vector_qoc_ocrDictionaryStringMulti_pushBack(variants, &empty);
-  });
+  qoc_ocrDictionaryStringMulti_construct(&empty);
+  return qstd_vector_qoc_ocrDictionaryStringMulti_pushBack(variants, &empty);
 }
 
 qsys_status appendEmptyPositions(qstd_vector_vector32s *positions) {
   qstd_vector32s empty;
-  return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    QOC_TRY(qstd_vector32s_constructEmpty(&empty));
-    frame.local<qstd_vector32s_destruct>(&empty);
-    return qstd_vector_vector32s_pushBack(positions, &empty);
-  });
+  qstd_vector32s_constructEmpty(&empty);
+  return qstd_vector_vector32s_pushBack(positions, &empty);
 }
 
 qsys_status makeVariants(const ExpansionChoices &choices, const qoc_ocrDictionaryStringMulti &input,

@@ -8,14 +8,22 @@
 #include "text/views.hpp"
 
 using qoc::Characters;
+using qoc::constructThen;
 using qoc::editAs;
-using qoc::Frame;
-using qoc::inFrame;
+using qoc::firstFailure;
 using qoc::present;
 using qoc::view;
 using qoc::viewAs;
 
 namespace {
+
+bool areEqual(const qstd_vectorChar32 &a, const qstd_vectorChar32 &b) {
+  return std::ranges::equal(viewAs<Char32>(a), viewAs<Char32>(b));
+}
+
+bool areEqual(const qoc_swapChar &a, const qoc_swapChar &b) {
+  return areEqual(a.first, b.first) && areEqual(a.second, b.second);
+}
 
 bool areEqualCodes(const qoc_ocrDictionaryChar &a, const qoc_ocrDictionaryChar &b) { return a.code == b.code; }
 
@@ -67,11 +75,7 @@ qsys_status constructThenSet(qoc_swapChar *swap, const Source *first, const Sour
   if (!present({swap, first, second}, line)) {
     return QSYS_STATUS_OK;
   }
-  return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    QOC_TRY(qoc_swapChar_construct(swap));
-    frame.output<qoc_swapChar_destruct>(swap);
-    return Set(swap, first, second);
-  });
+  return constructThen<qoc_swapChar_construct, qoc_swapChar_destruct>(swap, [&] { return Set(swap, first, second); });
 }
 
 }  // namespace
@@ -80,11 +84,8 @@ qsys_status qoc_swapChar_construct(qoc_swapChar *swap) {
   if (!present({swap})) {
     return QSYS_STATUS_OK;
   }
-  return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    QOC_TRY(qstd_vectorChar32_constructEmpty(&swap->first));
-    frame.output<qstd_vectorChar32_destruct>(&swap->first);
-    return qstd_vectorChar32_constructEmpty(&swap->second);
-  });
+  return firstFailure(
+      {qstd_vectorChar32_constructEmpty(&swap->first), qstd_vectorChar32_constructEmpty(&swap->second)});
 }
 
 qsys_status qoc_swapChar_constructCopy(qoc_swapChar *swap, const qoc_swapChar *source) {
@@ -104,16 +105,14 @@ qsys_status qoc_swapChar_destruct(qoc_swapChar *swap) {
   if (!present({swap})) {
     return QSYS_STATUS_OK;
   }
-  QOC_TRY(qstd_vectorChar32_destruct(&swap->first));
-  return qstd_vectorChar32_destruct(&swap->second);
+  return firstFailure({qstd_vectorChar32_destruct(&swap->first), qstd_vectorChar32_destruct(&swap->second)});
 }
 
 qsys_status qoc_swapChar_compareEqual(const qoc_swapChar *a, const qoc_swapChar *b, qsys_bool *isEqual) {
-  if (!present({a, b, isEqual})) {
-    return QSYS_STATUS_OK;
+  if (present({a, b, isEqual})) {
+    *isEqual = areEqual(*a, *b) ? 1 : 0;
   }
-  QOC_TRY(qstd_vectorChar32_compareEqual(&a->first, &b->first, isEqual));
-  return *isEqual != 0 ? qstd_vectorChar32_compareEqual(&a->second, &b->second, isEqual) : QSYS_STATUS_OK;
+  return QSYS_STATUS_OK;
 }
 
 qsys_status qstd_vector_qoc_swapChar_find(const qstd_vector_qoc_swapChar *vector, const qoc_swapChar *swap,
@@ -121,15 +120,10 @@ qsys_status qstd_vector_qoc_swapChar_find(const qstd_vector_qoc_swapChar *vector
   if (!present({vector, swap, element})) {
     return QSYS_STATUS_OK;
   }
-  *element = nullptr;
-  for (const qoc_swapChar &candidate : viewAs<qoc_swapChar>(*vector)) {
-    qsys_bool isEqual = 0;
-    QOC_TRY(qoc_swapChar_compareEqual(&candidate, swap, &isEqual));
-    if (isEqual != 0) {
-      *element = &candidate;
-      break;
-    }
-  }
+  const auto swaps = viewAs<qoc_swapChar>(*vector);
+  const auto found =
+      std::ranges::find_if(swaps, [&](const qoc_swapChar &candidate) { return areEqual(candidate, *swap); });
+  *element = found != swaps.end() ? &*found : nullptr;
   return QSYS_STATUS_OK;
 }
 

@@ -9,6 +9,7 @@
 
 #include "frame/frame.hpp"
 
+using qoc::firstFailure;
 using qoc::Frame;
 using qoc::inFrame;
 using qoc::present;
@@ -26,13 +27,8 @@ qsys_status constructExpansion(qoc_stringExpand_ **expansion) {
   if (made == nullptr) {
     return QSYS_STATUS_OUT_OF_MEMORY;
   }
-  const qsys_status status = qoc_stringExpand__construct(made);
-  if (QOC_NEVER(status < 0)) {  // An empty expansion takes no memory.
-    qsys_memory_free_internal(made);
-    return status;
-  }
   *expansion = made;
-  return QSYS_STATUS_OK;
+  return qoc_stringExpand__construct(made);
 }
 
 qsys_status assignFields(qoc_swapCharSet *set, const qoc_swapCharSet *source) {
@@ -55,38 +51,25 @@ qsys_status qoc_swapCharSet_construct(qoc_swapCharSet *set) {
   if (!present({set})) {
     return QSYS_STATUS_OK;
   }
-  return inFrame<8>([&](Frame<8> &frame) -> qsys_status {
-    QOC_TRY(qstd_vector_qoc_swapChar_constructEmpty(&set->swaps));
-    frame.output<qstd_vector_qoc_swapChar_destruct>(&set->swaps);
-    QOC_TRY(qstd_vector_vectorChar32_constructEmpty(&set->groups));
-    frame.output<qstd_vector_vectorChar32_destruct>(&set->groups);
-    QOC_TRY(qstd_vector32s_constructEmpty(&set->swapCharCodeToIndexLUT));
-    frame.output<qstd_vector32s_destruct>(&set->swapCharCodeToIndexLUT);
-    QOC_TRY(qstd_vectorChar32_constructEmpty(&set->distinctCharacters));
-    frame.output<qstd_vectorChar32_destruct>(&set->distinctCharacters);
-    QOC_TRY(qstd_vector_vectorb_constructEmpty(&set->swapCharEquivalenceTable));
-    frame.output<qstd_vector_vectorb_destruct>(&set->swapCharEquivalenceTable);
-    QOC_TRY(qstd_vector_vectorChar32_constructEmpty(&set->equivalentsCacheLists));
-    frame.output<qstd_vector_vectorChar32_destruct>(&set->equivalentsCacheLists);
-    QOC_TRY(qstd_vectorb_constructEmpty(&set->equivalentsCacheFlags));
-    frame.output<qstd_vectorb_destruct>(&set->equivalentsCacheFlags);
-    QOC_TRY(constructExpansion(&set->expansion));
-    frame.output<destroyExpansion>(set->expansion);
-    set->isEmpty = 1;
-    set->pairFilterData = nullptr;
-    return qstd_vectorb_constructEmpty(&set->pairFilter);
-  });
+  // First, because it alone takes memory.
+  QOC_TRY(constructExpansion(&set->expansion));
+  set->isEmpty = 1;
+  set->pairFilterData = nullptr;
+  return firstFailure(
+      {qstd_vector_qoc_swapChar_constructEmpty(&set->swaps), qstd_vector_vectorChar32_constructEmpty(&set->groups),
+       qstd_vector32s_constructEmpty(&set->swapCharCodeToIndexLUT),
+       qstd_vectorChar32_constructEmpty(&set->distinctCharacters),
+       qstd_vector_vectorb_constructEmpty(&set->swapCharEquivalenceTable),
+       qstd_vector_vectorChar32_constructEmpty(&set->equivalentsCacheLists),
+       qstd_vectorb_constructEmpty(&set->equivalentsCacheFlags), qstd_vectorb_constructEmpty(&set->pairFilter)});
 }
 
 qsys_status qoc_swapCharSet_constructCopy(qoc_swapCharSet *set, const qoc_swapCharSet *source) {
   if (!present({set, source})) {
     return QSYS_STATUS_OK;
   }
-  return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    QOC_TRY(qoc_swapCharSet_construct(set));
-    frame.output<qoc_swapCharSet_destruct>(set);
-    return assignFields(set, source);
-  });
+  return qoc::constructThen<qoc_swapCharSet_construct, qoc_swapCharSet_destruct>(
+      set, [&] { return assignFields(set, source); });
 }
 
 qsys_status qoc_swapCharSet_assign(qoc_swapCharSet *set, const qoc_swapCharSet *source) {
@@ -107,32 +90,26 @@ qsys_status qoc_swapCharSet_destruct(qoc_swapCharSet *set) {
   if (!present({set})) {
     return QSYS_STATUS_OK;
   }
-  QOC_TRY(qstd_vector_qoc_swapChar_destruct(&set->swaps));
-  QOC_TRY(qstd_vector_vectorChar32_destruct(&set->groups));
-  QOC_TRY(qstd_vector32s_destruct(&set->swapCharCodeToIndexLUT));
-  QOC_TRY(qstd_vectorChar32_destruct(&set->distinctCharacters));
-  QOC_TRY(qstd_vector_vectorb_destruct(&set->swapCharEquivalenceTable));
-  QOC_TRY(qstd_vector_vectorChar32_destruct(&set->equivalentsCacheLists));
-  QOC_TRY(qstd_vectorb_destruct(&set->equivalentsCacheFlags));
-  QOC_TRY(destroyExpansion(set->expansion));
-  return qstd_vectorb_destruct(&set->pairFilter);
+  return firstFailure({qstd_vector_qoc_swapChar_destruct(&set->swaps), qstd_vector_vectorChar32_destruct(&set->groups),
+                       qstd_vector32s_destruct(&set->swapCharCodeToIndexLUT),
+                       qstd_vectorChar32_destruct(&set->distinctCharacters),
+                       qstd_vector_vectorb_destruct(&set->swapCharEquivalenceTable),
+                       qstd_vector_vectorChar32_destruct(&set->equivalentsCacheLists),
+                       qstd_vectorb_destruct(&set->equivalentsCacheFlags), destroyExpansion(set->expansion),
+                       qstd_vectorb_destruct(&set->pairFilter)});
 }
 
 qsys_status qoc_swapCharSet_reset(qoc_swapCharSet *set) {
   if (!present({set})) {
     return QSYS_STATUS_OK;
   }
-  QOC_TRY(qstd_vector_qoc_swapChar_clear(&set->swaps));
-  QOC_TRY(qstd_vector_vectorChar32_clear(&set->groups));
-  QOC_TRY(qstd_vector32s_clearAndFreeMemory(&set->swapCharCodeToIndexLUT));
-  QOC_TRY(qstd_vectorChar32_clear(&set->distinctCharacters));
-  QOC_TRY(qstd_vector_vectorb_clear(&set->swapCharEquivalenceTable));
-  QOC_TRY(qstd_vector_vectorChar32_clear(&set->equivalentsCacheLists));
-  QOC_TRY(qstd_vectorb_clear(&set->equivalentsCacheFlags));
-  QOC_TRY(qoc_stringExpand__reset(set->expansion));
   set->isEmpty = 1;
   // An empty filter has no first entry, so that its pointer tells whether there is one.
-  QOC_TRY(qstd_vectorb_clear(&set->pairFilter));
   set->pairFilterData = nullptr;
-  return QSYS_STATUS_OK;
+  return firstFailure(
+      {qstd_vector_qoc_swapChar_clear(&set->swaps), qstd_vector_vectorChar32_clear(&set->groups),
+       qstd_vector32s_clearAndFreeMemory(&set->swapCharCodeToIndexLUT),
+       qstd_vectorChar32_clear(&set->distinctCharacters), qstd_vector_vectorb_clear(&set->swapCharEquivalenceTable),
+       qstd_vector_vectorChar32_clear(&set->equivalentsCacheLists), qstd_vectorb_clear(&set->equivalentsCacheFlags),
+       qoc_stringExpand__reset(set->expansion), qstd_vectorb_clear(&set->pairFilter)});
 }

@@ -17,6 +17,7 @@
 #include <algorithm>
 #include <array>
 #include <numeric>
+#include <utility>
 #include <vector>
 
 #include "frame/frame.hpp"
@@ -108,7 +109,7 @@ qsys_status markCodes(const qstd_vector_vectorChar32 &groups, qstd_vector32s *ta
   while (table->core.size < size) {
     meter.spend(entriesPerPart);
     const std::int64_t end = std::min(size, std::int64_t{table->core.size} + entriesPerPart);
-    QOC_TRY(qstd_vector32s_resizeFill(table, static_cast<std::int32_t>(end), &absent));
+    qstd_vector32s_resizeFill(table, static_cast<std::int32_t>(end), &absent);  // There is room for all of them.
   }
   const std::span<std::int32_t> indexOf = editAs<std::int32_t>(*table);
   for (const qstd_vectorChar32 &group : groupsOf(groups)) {
@@ -306,15 +307,14 @@ qsys_status build(qoc_swapCharSet *set, const qstd_vector_vectorChar32 &groups, 
   qstd_vector_vectorChar32 copy;
   return inFrame<2>([&](Frame<2> &frame) -> qsys_status {
     // The table of codes comes first: it is what cannot be made when a code is very large.
-    QOC_TRY(qstd_vector32s_constructEmpty(&table));
-    frame.local<qstd_vector32s_destruct>(&table);
+    frame.emptyLocal<qstd_vector32s_constructEmpty, qstd_vector32s_destruct>(&table);
     QOC_TRY(markCodes(groups, &table, meter));
     QOC_TRY(qstd_vector_vectorChar32_constructCopy(&copy, &groups));
     frame.local<qstd_vector_vectorChar32_destruct>(&copy);
 
-    QOC_TRY(qoc_swapCharSet_reset(set));
-    QOC_TRY(qstd_vector32s_swap(&set->swapCharCodeToIndexLUT, &table));
-    QOC_TRY(qstd_vector_vectorChar32_swap(&set->groups, &copy));
+    qoc_swapCharSet_reset(set);
+    std::swap(set->swapCharCodeToIndexLUT, table);
+    std::swap(set->groups, copy);
     QOC_TRY(numberCodes(&set->swapCharCodeToIndexLUT, &set->distinctCharacters, meter));
     const std::vector<std::vector<std::size_t>> classes = findClasses(*set, meter);
     QOC_TRY(fillEquivalenceTable(set, classes, meter));
@@ -329,11 +329,8 @@ qsys_status constructThenSet(qoc_swapCharSet *set, const Groups *groups, int lin
   if (!present({set, groups}, line)) {
     return QSYS_STATUS_OK;
   }
-  return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    QOC_TRY(qoc_swapCharSet_construct(set));
-    frame.output<qoc_swapCharSet_destruct>(set);
-    return SetEquiv(set, groups);
-  });
+  return qoc::constructThen<qoc_swapCharSet_construct, qoc_swapCharSet_destruct>(set,
+                                                                                 [&] { return SetEquiv(set, groups); });
 }
 
 /// Sets groups given as sequences of something else than codes; codeOf makes the code of one element.

@@ -49,8 +49,6 @@ bool holds(const qstd_vectorChar32 &group, Char32 code, WorkMeter &meter) {
 }
 
 qsys_status append(qstd_vectorChar32 &to, const qstd_vectorChar32 &from, WorkMeter &meter) {
-  QOC_TRY(qstd_vectorChar32_reserve(
-      &to, static_cast<std::int32_t>(std::min<std::int64_t>(INT32_MAX, std::int64_t{to.core.size} + from.core.size))));
   for (auto rest = viewAs<Char32>(from); !rest.empty();) {
     const auto part = rest.first(std::min(codesPerPart, rest.size()));
     meter.spend(part.size() / 2);
@@ -64,8 +62,7 @@ qsys_status append(qstd_vectorChar32 &to, const qstd_vectorChar32 &from, WorkMet
 qsys_status makeGroupPerCharacter(Swaps swaps, qstd_vector_vectorChar32 *groups, WorkMeter &meter) {
   qstd_vectorChar32 characters;
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    QOC_TRY(qstd_vectorChar32_constructEmpty(&characters));
-    frame.local<qstd_vectorChar32_destruct>(&characters);
+    frame.emptyLocal<qstd_vectorChar32_constructEmpty, qstd_vectorChar32_destruct>(&characters);
     for (const qoc_swapChar &swap : swaps) {
       if (isSingle(swap)) {
         for (const Char32 code : {firstOf(swap.first), firstOf(swap.second)}) {
@@ -111,8 +108,8 @@ qsys_status mergeGroups(Swaps swaps, qstd_vector_vectorChar32 *groups, WorkMeter
     QOC_TRY(append(all[to], all[from], meter));
     // Deliberate: the last group stays in place, so its characters stand in two groups.
     if (from + 1 < all.size()) {
-      QOC_TRY(qstd_vectorChar32_swap(&all[from], &all.back()));
-      QOC_TRY(qstd_vector_vectorChar32_popBack(groups));
+      std::swap(all[from], all.back());
+      qstd_vector_vectorChar32_popBack(groups);
     }
   }
   return QSYS_STATUS_OK;
@@ -128,8 +125,8 @@ qsys_status copyMultiSwaps(Swaps swaps, qstd_vector_qoc_swapChar *multiSwaps) {
   return QSYS_STATUS_OK;
 }
 
+/// Fills an empty expansion.
 qsys_status makeRecords(Swaps swaps, qoc_stringExpand_ *expansion) {
-  QOC_TRY(qoc_stringExpand__reset(expansion));
   for (const qoc_swapChar &swap : swaps) {
     const auto first = viewAs<Char32>(swap.first);
     const auto second = viewAs<Char32>(swap.second);
@@ -157,19 +154,17 @@ qsys_status qoc_swapCharSet_setSwapCharacters(qoc_swapCharSet *set, const qstd_v
   qstd_vector_qoc_swapChar multiSwaps;
   return inFrame<2>([&](Frame<2> &frame) -> qsys_status {
     const Swaps all = viewAs<qoc_swapChar>(*swaps);
-    QOC_TRY(qstd_vector_vectorChar32_constructEmpty(&groups));
-    frame.local<qstd_vector_vectorChar32_destruct>(&groups);
+    frame.emptyLocal<qstd_vector_vectorChar32_constructEmpty, qstd_vector_vectorChar32_destruct>(&groups);
     WorkMeter meter;
     QOC_TRY(makeGroupPerCharacter(all, &groups, meter));
     QOC_TRY(mergeGroups(all, &groups, meter));
     // Copied before the set changes: they may be the set's own.
-    QOC_TRY(qstd_vector_qoc_swapChar_constructEmpty(&multiSwaps));
-    frame.local<qstd_vector_qoc_swapChar_destruct>(&multiSwaps);
+    frame.emptyLocal<qstd_vector_qoc_swapChar_constructEmpty, qstd_vector_qoc_swapChar_destruct>(&multiSwaps);
     QOC_TRY(copyMultiSwaps(all, &multiSwaps));
 
     // Validates the groups before anything changes, so that refused swaps leave the set, its swaps included, as it was.
     QOC_TRY(qoc_swapCharSet_setEquiv(set, &groups));
-    QOC_TRY(qstd_vector_qoc_swapChar_swap(&set->swaps, &multiSwaps));
+    std::swap(set->swaps, multiSwaps);
     const qsys_status status = makeRecords(viewAs<qoc_swapChar>(set->swaps), set->expansion);
     if (status < 0) {
       qoc_swapCharSet_reset(set);

@@ -6,6 +6,7 @@
 
 #include "frame/frame.hpp"
 #include "platform/containers/vector_family.hpp"
+#include "platform/system/certain.hpp"
 #include "swap/match.hpp"
 #include "swap/pair_filter.hpp"
 #include "text/views.hpp"
@@ -38,19 +39,18 @@ qsys_status appendEquivalents(const qoc_swapCharSet &set, Char32 code, qstd_vect
   return QSYS_STATUS_OK;
 }
 
+bool contains(const qstd_vector_qoc_ocrDictionaryChar &characters, Char32 code) {
+  return std::ranges::find(view(characters), code, &qoc_ocrDictionaryChar::code) != view(characters).end();
+}
+
 /// Appends the codes as characters with score 0; with `isNewOnly` only those that are neither `except` nor there yet.
 qsys_status appendCharacters(const qstd_vectorChar32 &codes, bool isNewOnly, Char32 except,
                              qstd_vector_qoc_ocrDictionaryChar *characters) {
   for (const Char32 code : viewAs<Char32>(codes)) {
     const qoc_ocrDictionaryChar character = {code, 0};
-    if (isNewOnly) {
-      const qoc_ocrDictionaryChar *found = nullptr;
-      QOC_TRY(qstd_vector_qoc_ocrDictionaryChar_find(characters, &character, &found));
-      if (code == except || found != nullptr) {
-        continue;
-      }
+    if (!isNewOnly || (code != except && !contains(*characters, code))) {
+      QOC_TRY(qstd_vector_qoc_ocrDictionaryChar_pushBack(characters, &character));
     }
-    QOC_TRY(qstd_vector_qoc_ocrDictionaryChar_pushBack(characters, &character));
   }
   return QSYS_STATUS_OK;
 }
@@ -64,10 +64,10 @@ bool isInOneGroup(const qoc_swapCharSet *set, Char32 a, Char32 b) {
   if (set == nullptr || set->pairFilterData == nullptr || set->pairFilterData[qoc::slotOfPair(a, b)] == 0) {
     return false;
   }
+  // The slot may stand for other pairs, too. Reserved codes are in no group.
   const std::int32_t indexA = indexOfCode(*set, a);
   const std::int32_t indexB = indexOfCode(*set, b);
-  return a != b && a != QOC_CHAR_EMPTY && b != QOC_CHAR_EMPTY && indexA >= 0 && indexB >= 0 &&
-         qoc::areEquivalent(*set, indexA, indexB);
+  return a != b && indexA >= 0 && indexB >= 0 && qoc::areEquivalent(*set, indexA, indexB);
 }
 
 }  // namespace
@@ -84,8 +84,8 @@ qsys_status qoc_swapCharSet_compareEqual(const qoc_swapCharSet *a, const qoc_swa
     return QSYS_STATUS_OK;
   }
   // The tables follow from the groups.
-  QOC_TRY(qstd_vector__compareEqual(&a->swaps.core, &b->swaps.core, isEqual,
-                                    qoc::compareElements<qoc_swapChar, qoc_swapChar_compareEqual>));
+  qstd_vector__compareEqual(&a->swaps.core, &b->swaps.core, isEqual,
+                            qoc::compareElements<qoc_swapChar, qoc_swapChar_compareEqual>);
   return *isEqual != 0 ? qstd_vector_vectorChar32_compareEqual(&a->groups, &b->groups, isEqual) : QSYS_STATUS_OK;
 }
 
@@ -116,8 +116,7 @@ qsys_status qoc_swapCharSet_getEquivalentCharacters(const qoc_swapCharSet *set, 
   }
   qstd_vectorChar32 codes;
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    QOC_TRY(qstd_vectorChar32_constructEmpty(&codes));
-    frame.local<qstd_vectorChar32_destruct>(&codes);
+    frame.emptyLocal<qstd_vectorChar32_constructEmpty, qstd_vectorChar32_destruct>(&codes);
     QOC_TRY(appendEquivalents(*set, character->code, &codes));
     QOC_TRY(qstd_vector_qoc_ocrDictionaryChar_clear(equivalents));
     return appendCharacters(codes, false, 0, equivalents);
@@ -136,20 +135,15 @@ qsys_status qoc_swapCharSet_getEquivalentCharactersMulti(const qoc_swapCharSet *
     // Copied, because the output may be the candidates themselves.
     QOC_TRY(qstd_vector_qoc_ocrDictionaryChar_constructCopy(&copy, candidates));
     frame.local<qstd_vector_qoc_ocrDictionaryChar_destruct>(&copy);
-    QOC_TRY(qstd_vectorChar32_constructEmpty(&codes));
-    frame.local<qstd_vectorChar32_destruct>(&codes);
+    frame.emptyLocal<qstd_vectorChar32_constructEmpty, qstd_vectorChar32_destruct>(&codes);
     QOC_TRY(qstd_vector_qoc_ocrDictionaryChar_clear(equivalents));
     const qoc::Characters all = view(copy);
     for (std::size_t i = 0; i < all.size(); ++i) {
       const Char32 code = all[i].code;
-      QOC_TRY(qstd_vectorChar32_clear(&codes));
-      if (i > 0) {
-        // Deliberate: a later candidate is entered itself, even one with the first candidate's code; the first is not.
-        const qoc_ocrDictionaryChar *found = nullptr;
-        QOC_TRY(qstd_vector_qoc_ocrDictionaryChar_find(equivalents, &all[i], &found));
-        if (found == nullptr) {
-          QOC_TRY(qstd_vector_qoc_ocrDictionaryChar_pushBack(equivalents, &all[i]));
-        }
+      qoc::clear(codes);
+      // Deliberate: a later candidate is entered itself, even one with the first candidate's code; the first is not.
+      if (i > 0 && !contains(*equivalents, code)) {
+        QOC_TRY(qstd_vector_qoc_ocrDictionaryChar_pushBack(equivalents, &all[i]));
       }
       QOC_TRY(appendEquivalents(*set, code, &codes));
       QOC_TRY(appendCharacters(codes, i > 0, all[0].code, equivalents));
@@ -195,11 +189,9 @@ qsys_status qoc_swapCharSet_isMatchCharMultiChar(const qoc_swapCharSet *set,
 }
 
 qsys_status qoc_swapCharSet_hasMultiSwap(const qoc_swapCharSet *set, qsys_bool *hasMultiSwap) {
-  if (!present({set, hasMultiSwap})) {
-    return QSYS_STATUS_OK;
+  if (present({set, hasMultiSwap})) {
+    *hasMultiSwap = qoc::answerOf<qoc_stringExpand__isEmpty>(*set->expansion) ? 0 : 1;
   }
-  QOC_TRY(qoc_stringExpand__isEmpty(set->expansion, hasMultiSwap));
-  *hasMultiSwap = *hasMultiSwap != 0 ? 0 : 1;
   return QSYS_STATUS_OK;
 }
 

@@ -5,6 +5,7 @@
 #include <qoc/swap_char_set.h>
 
 #include "frame/frame.hpp"
+#include "platform/system/certain.hpp"
 #include "text/views.hpp"
 
 namespace qoc {
@@ -17,12 +18,10 @@ qsys_status forEachVariant(const qoc_ocrDictionaryStringMulti &reading, const qo
   qstd_vector_vector32s positions;
   qstd_vector32s none;  // The empty variant of an empty reading has no list of positions.
   return inFrame<3>([&](Frame<3> &frame) -> qsys_status {
-    QOC_TRY(qstd_vector_qoc_ocrDictionaryStringMulti_constructEmpty(&variants));
-    frame.template local<qstd_vector_qoc_ocrDictionaryStringMulti_destruct>(&variants);
-    QOC_TRY(qstd_vector_vector32s_constructEmpty(&positions));
-    frame.template local<qstd_vector_vector32s_destruct>(&positions);
-    QOC_TRY(qstd_vector32s_constructEmpty(&none));
-    frame.template local<qstd_vector32s_destruct>(&none);
+    frame.template emptyLocal<qstd_vector_qoc_ocrDictionaryStringMulti_constructEmpty,
+                              qstd_vector_qoc_ocrDictionaryStringMulti_destruct>(&variants);
+    frame.template emptyLocal<qstd_vector_vector32s_constructEmpty, qstd_vector_vector32s_destruct>(&positions);
+    frame.template emptyLocal<qstd_vector32s_constructEmpty, qstd_vector32s_destruct>(&none);
     QOC_TRY(qoc_swapCharSet_multiSwapStrings(&set, &reading, &variants, &positions));
     const auto lists = viewAs<qstd_vector32s>(positions);
     bool isDone = false;
@@ -35,8 +34,7 @@ qsys_status forEachVariant(const qoc_ocrDictionaryStringMulti &reading, const qo
 
 /// Whether matching with this set, which may be null, takes variants of the reading.
 inline bool hasVariants(const qoc_swapCharSet *set) noexcept {
-  qsys_bool has = 0;
-  return set != nullptr && qoc_swapCharSet_hasMultiSwap(set, &has) >= 0 && has != 0;
+  return set != nullptr && answerOf<qoc_swapCharSet_hasMultiSwap>(*set);
 }
 
 }  // namespace qoc

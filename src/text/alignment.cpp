@@ -47,18 +47,14 @@ struct Aligner::Task {
   Task(const Task &) = delete;
   Task &operator=(const Task &) = delete;
 
-  qsys_status open() {
+  void open() {
     if (isOpen) {
-      return qoc_ocrDictionaryResult_reset(&candidate);
+      qoc_ocrDictionaryResult_reset(&candidate);
+    } else {
+      qoc_ocrDictionaryResult_construct(&candidate);
+      qstd_vector_vector_qoc_ocrDictionaryResult_constructEmpty(&buckets);
+      isOpen = true;
     }
-    QOC_TRY(qoc_ocrDictionaryResult_construct(&candidate));
-    if (const qsys_status status = qstd_vector_vector_qoc_ocrDictionaryResult_constructEmpty(&buckets);
-        QOC_NEVER(status < 0)) {  // A vector without elements takes no memory.
-      qoc_ocrDictionaryResult_destruct(&candidate);
-      return status;
-    }
-    isOpen = true;
-    return QSYS_STATUS_OK;
   }
 
   bool hasExact() const {
@@ -92,7 +88,7 @@ Aligner::~Aligner() {
 
 qsys_status Aligner::align(const qoc_ocrDictionaryString &word, const qoc_ocrDictionaryRunParams *params,
                            qoc_ocrDictionaryResultSet &results) {
-  QOC_TRY(qoc_ocrDictionaryResultSet_reset(&results));
+  reset(results);
   rows_.set(view(word), matches_);
   Task task(word, params);
   const std::int32_t n = matches_.size();
@@ -117,14 +113,14 @@ qsys_status Aligner::outline(const qoc_ocrDictionaryString &word, const qoc_ocrD
                              std::span<const Outline> &outlines) {
   rows_.set(view(word), matches_);
   const qsys_status status = outlineWindow(view(word), params, {0, matches_.size()});
-  outlines = {outlines_, numOutlines_};
+  outlines = {outlines_.data(), numOutlines_};
   return status;
 }
 
 qsys_status Aligner::alignWindow(Task &task, Window window) {
   QOC_TRY(outlineWindow(view(task.word), task.params, window));
   for (std::size_t i = 0; i < numOutlines_; ++i) {
-    QOC_TRY(task.open());
+    task.open();
     QOC_TRY(fill(outlines_[i], task.word, task.candidate));
     QOC_TRY(qoc_ocrDictionaryResultBuckets_add(&task.buckets, &task.candidate));
   }
@@ -149,7 +145,8 @@ qsys_status Aligner::outlineWindow(Characters word, const qoc_ocrDictionaryRunPa
     return QSYS_STATUS_OK;
   }
   if (params->maxEdits == 1) {
-    return outlineWithOneEdit(word, *params, window);
+    outlineWithOneEdit(word, *params, window);
+    return QSYS_STATUS_OK;
   }
   return outlineByTable(*params, window);
 }
@@ -215,7 +212,7 @@ qsys_status Aligner::outlineByTable(const qoc_ocrDictionaryRunParams &params, Wi
 
 /// Grades the positions that match from either end, and clamps the back so that the two do not overlap: the front into
 /// the list of the outline to come, the back into `back_`.
-qsys_status Aligner::scanEnds(Characters word, Window window, EndMatches &ends) {
+void Aligner::scanEnds(Characters word, Window window, EndMatches &ends) {
   const std::int32_t m = rows_.size();
   const std::int32_t k = window.size();
   const Positions positions = view(matches_.reading());
@@ -226,20 +223,18 @@ qsys_status Aligner::scanEnds(Characters word, Window window, EndMatches &ends) 
     const qoc_ocrDictionaryCharMulti &candidates = positions[static_cast<std::size_t>(position)];
     // The reader's first choice, as it is, is what most positions are; it has the best grade.
     if (view(candidates).front().code != character.code) {
-      QOC_TRY(qoc_ocrDictionaryChar_isMatchMultiStatus(&character, &candidates.candidates, matches_.set(), &isMatch,
-                                                       &status));
+      qoc_ocrDictionaryChar_isMatchMultiStatus(&character, &candidates.candidates, matches_.set(), &isMatch, &status);
     }
     out.push_back(status);
-    return static_cast<qsys_status>(QSYS_STATUS_OK);
   };
   std::vector<Status> &front = statuses_[numOutlines_];
   front.clear();
   back_.clear();
   for (std::int32_t i = 0; i < ends.numFront; ++i) {
-    QOC_TRY(grade(i, window.start + i, front));
+    grade(i, window.start + i, front);
   }
   for (std::int32_t i = 0; i < ends.numBack; ++i) {
-    QOC_TRY(grade(m - 1 - i, window.end - 1 - i, back_));
+    grade(m - 1 - i, window.end - 1 - i, back_);
   }
   const std::int32_t p = ends.numFront;
   std::int32_t &s = ends.numBack;
@@ -248,28 +243,27 @@ qsys_status Aligner::scanEnds(Characters word, Window window, EndMatches &ends) 
     back_.resize(static_cast<std::size_t>(s));
     std::ranges::reverse(back_);
   }
-  return QSYS_STATUS_OK;
 }
 
-qsys_status Aligner::outlineWithOneEdit(Characters word, const qoc_ocrDictionaryRunParams &params, Window window) {
+void Aligner::outlineWithOneEdit(Characters word, const qoc_ocrDictionaryRunParams &params, Window window) {
   const std::int32_t m = rows_.size();
   const std::int32_t k = window.size();
   if (std::abs(m - k) > 1) {
-    return QSYS_STATUS_OK;
+    return;
   }
   // Clamping never takes away what the conditions below need, so hopeless windows end before anything is graded.
   EndMatches ends = matchEnds(rows_, window);
   if (shortcuts().usesEarlyTest && std::int64_t{ends.numFront} + ends.numBack + 1 < m) {
-    return QSYS_STATUS_OK;
+    return;
   }
-  QOC_TRY(scanEnds(word, window, ends));
+  scanEnds(word, window, ends);
   // Front, the edit's status if it has one, and back; or the index of the position that is extra.
   const std::int32_t numEnds = ends.numFront + ends.numBack;
   const bool isSubstituted = k == m && params.matchOption1 != 0 && numEnds + 1 >= m;
   const bool isMissing = m == k + 1 && params.matchOption2 != 0 && numEnds + 1 >= m;
   const bool isExtra = m == k - 1 && params.matchOption4 != 0 && numEnds >= m;
   if (!isSubstituted && !isMissing && !isExtra) {
-    return QSYS_STATUS_OK;
+    return;
   }
   const std::size_t list = numOutlines_;
   std::vector<Status> &statuses = statuses_[list];
@@ -282,7 +276,6 @@ qsys_status Aligner::outlineWithOneEdit(Characters word, const qoc_ocrDictionary
   }
   statuses.insert(statuses.end(), back_.begin(), back_.end());
   add(window, 1, list, false, 0);
-  return QSYS_STATUS_OK;
 }
 
 /// Makes the copy of the reading from a position on that results show: one for all of them.
@@ -290,7 +283,7 @@ qsys_status Aligner::shareReading(std::int32_t start, const qoc_ocrDictionaryStr
   auto found = std::ranges::find(shared_, start, &SharedReading::start);
   if (found == shared_.end()) {
     SharedReading fresh = {start, {}};
-    QOC_TRY(qoc_ocrDictionaryStringMulti_construct(&fresh.reading));
+    qoc_ocrDictionaryStringMulti_construct(&fresh.reading);
     shared_.push_back(fresh);  // Should there be no room, an empty reading leaves nothing behind.
     found = shared_.end() - 1;
     QOC_TRY(makeShared(view(matches_.reading()).subspan(static_cast<std::size_t>(start)), found->reading));
@@ -314,7 +307,7 @@ qsys_status Aligner::fillBy(Assign assign, const Outline &outline, const qoc_ocr
   if (shown.end == matches_.size() && shown.start <= lastSharedStart && shortcuts().sharesStorage) {
     const qoc_ocrDictionaryStringMulti *shared = nullptr;
     QOC_TRY(shareReading(shown.start, shared));
-    QOC_TRY(qoc_ocrDictionaryStringMulti_assign(&result.given, shared));
+    qoc_ocrDictionaryStringMulti_assign(&result.given, shared);  // It joins, which takes no memory.
   } else {
     QOC_TRY(qstd_vector_qoc_ocrDictionaryCharMulti_assignElements(
         &result.given.positions, view(matches_.reading()).data() + shown.start, shown.size()));

@@ -3,6 +3,10 @@
 
 #include <qoc/result_set.h>
 
+#include <array>
+#include <span>
+#include <vector>
+
 #include "platform/containers/shared_elements.hpp"
 #include "text/edit_table.hpp"
 #include "text/window_search.hpp"
@@ -61,8 +65,8 @@ class Aligner {
   qsys_status outlineWindow(Characters word, const qoc_ocrDictionaryRunParams *params, Window window);
   bool outlineExactly(Characters word, Window window);
   qsys_status outlineByTable(const qoc_ocrDictionaryRunParams &params, Window window);
-  qsys_status outlineWithOneEdit(Characters word, const qoc_ocrDictionaryRunParams &params, Window window);
-  qsys_status scanEnds(Characters word, Window window, EndMatches &ends);
+  void outlineWithOneEdit(Characters word, const qoc_ocrDictionaryRunParams &params, Window window);
+  void scanEnds(Characters word, Window window, EndMatches &ends);
   void add(Window window, std::int32_t numEdits, std::size_t list, bool isOfTable, std::int32_t numInFront);
   qsys_status shareReading(std::int32_t start, const qoc_ocrDictionaryStringMulti *&shared);
   template <class Assign>
@@ -76,10 +80,10 @@ class Aligner {
   std::vector<EditTable::Step> steps_;
   std::vector<qoc_ocrDictionaryPositionStatus> back_;
 
-  Outline outlines_[maxOutlines];
+  std::array<Outline, maxOutlines> outlines_;
   std::size_t numOutlines_ = 0;
-  std::vector<qoc_ocrDictionaryPositionStatus> statuses_[maxOutlines];
-  std::vector<std::int32_t> deleted_[maxOutlines];
+  std::array<std::vector<qoc_ocrDictionaryPositionStatus>, maxOutlines> statuses_;
+  std::array<std::vector<std::int32_t>, maxOutlines> deleted_;
 
   /// The reading from a position on, as the results that show it share it.
   struct SharedReading {

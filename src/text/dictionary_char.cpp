@@ -7,6 +7,7 @@
 
 #include "frame/frame.hpp"
 #include "qoc/swap_char_set.h"
+#include "swap/match.hpp"
 #include "text/views.hpp"
 
 using qoc::present;
@@ -125,26 +126,20 @@ qsys_status qoc_ocrDictionaryChar_isMatchMultiStatus(const qoc_ocrDictionaryChar
     return QSYS_STATUS_OK;
   }
   *status = qoc_ocrDictionaryPositionStatus_noMatch;
-  QOC_TRY(qoc_ocrDictionaryChar_isMatchMulti(a, candidates, set, isMatch));
-  if (*isMatch == 0) {
-    return QSYS_STATUS_OK;
+  const auto matchesAny = [&](const qoc_swapCharSet *swaps) {
+    return std::ranges::any_of(view(*candidates), [&](const qoc_ocrDictionaryChar &candidate) {
+      return qoc::isMatch(swaps, candidate.code, a->code);
+    });
+  };
+  *isMatch = matchesAny(set) ? 1 : 0;
+  if (*isMatch != 0) {
+    // From the best grade down: the reader's first choice outranks its others, a plain match outranks a swap.
+    const Char32 primary = view(*candidates).front().code;
+    *status = qoc::isMatch(nullptr, a->code, primary) ? qoc_ocrDictionaryPositionStatus_primary
+              : qoc::isMatch(set, a->code, primary)   ? qoc_ocrDictionaryPositionStatus_primarySwap
+              : matchesAny(nullptr)                   ? qoc_ocrDictionaryPositionStatus_secondary
+                                                      : qoc_ocrDictionaryPositionStatus_secondarySwap;
   }
-  // From the best grade down: the reader's first choice outranks its others, a plain match outranks a swap.
-  const qoc_ocrDictionaryChar &primary = view(*candidates).front();
-  qsys_bool isPlain = 0;
-  qsys_bool isSwapped = 0;
-  QOC_TRY(qoc_ocrDictionaryChar_isMatch(a, &primary, nullptr, &isPlain));
-  if (isPlain != 0) {
-    *status = qoc_ocrDictionaryPositionStatus_primary;
-    return QSYS_STATUS_OK;
-  }
-  QOC_TRY(qoc_ocrDictionaryChar_isMatch(a, &primary, set, &isSwapped));
-  if (isSwapped != 0) {
-    *status = qoc_ocrDictionaryPositionStatus_primarySwap;
-    return QSYS_STATUS_OK;
-  }
-  QOC_TRY(qoc_ocrDictionaryChar_isMatchMulti(a, candidates, nullptr, &isPlain));
-  *status = isPlain != 0 ? qoc_ocrDictionaryPositionStatus_secondary : qoc_ocrDictionaryPositionStatus_secondarySwap;
   return QSYS_STATUS_OK;
 }
 

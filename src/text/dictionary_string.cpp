@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "frame/frame.hpp"
+#include "platform/system/certain.hpp"
 #include "text/substring.hpp"
 #include "text/views.hpp"
 
@@ -34,11 +35,8 @@ qsys_status setText(qstd_vector_qoc_ocrDictionaryChar &characters, const qstd_st
 
 template <class Fill>
 qsys_status constructFilled(qstd_vector_qoc_ocrDictionaryChar *characters, Fill fill) {
-  return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    QOC_TRY(qstd_vector_qoc_ocrDictionaryChar_constructEmpty(characters));
-    frame.output<qstd_vector_qoc_ocrDictionaryChar_destruct>(characters);
-    return fill();
-  });
+  return qoc::constructThen<qstd_vector_qoc_ocrDictionaryChar_constructEmpty,
+                            qstd_vector_qoc_ocrDictionaryChar_destruct>(characters, fill);
 }
 
 }  // namespace
@@ -60,11 +58,9 @@ qsys_status qstd_vector_vector_qoc_ocrDictionaryChar_constructStdStrings(
   if (!present({vector, strings})) {
     return QSYS_STATUS_OK;
   }
-  return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    QOC_TRY(qstd_vector_vector_qoc_ocrDictionaryChar_constructEmpty(vector));
-    frame.output<qstd_vector_vector_qoc_ocrDictionaryChar_destruct>(vector);
-    return qstd_vector_vector_qoc_ocrDictionaryChar_setStdStrings(vector, strings);
-  });
+  return qoc::constructThen<qstd_vector_vector_qoc_ocrDictionaryChar_constructEmpty,
+                            qstd_vector_vector_qoc_ocrDictionaryChar_destruct>(
+      vector, [&] { return qstd_vector_vector_qoc_ocrDictionaryChar_setStdStrings(vector, strings); });
 }
 
 qsys_status qstd_vector_vector_qoc_ocrDictionaryChar_setStdStrings(qstd_vector_vector_qoc_ocrDictionaryChar *vector,
@@ -77,8 +73,7 @@ qsys_status qstd_vector_vector_qoc_ocrDictionaryChar_setStdStrings(qstd_vector_v
   const auto edited = qoc::editAs<qstd_vector_qoc_ocrDictionaryChar>(*vector);
   qoc_ocrDictionaryString local;
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    QOC_TRY(qoc_ocrDictionaryString_construct(&local));
-    frame.local<qoc_ocrDictionaryString_destruct>(&local);
+    frame.emptyLocal<qoc_ocrDictionaryString_construct, qoc_ocrDictionaryString_destruct>(&local);
     for (std::size_t i = 0; i < texts.size(); ++i) {
       QOC_TRY(qoc_ocrDictionaryString_setStdString(&local, &texts[i]));
       QOC_TRY(qstd_vector_qoc_ocrDictionaryChar_assign(&edited[i], &local.characters));
@@ -115,9 +110,7 @@ qsys_status qstd_vector_qoc_ocrDictionaryString_find(const qstd_vector_qoc_ocrDi
   }
   *element = nullptr;
   for (const qoc_ocrDictionaryString &candidate : view(*vector)) {
-    qsys_bool isEqual = 0;
-    QOC_TRY(qoc_ocrDictionaryString_compareEqual(&candidate, string, &isEqual));
-    if (isEqual != 0) {
+    if (qoc::answerOf<qoc_ocrDictionaryString_compareEqual>(candidate, *string)) {
       *element = &candidate;
       break;
     }

@@ -15,11 +15,7 @@ namespace {
 
 template <class Fill>
 qsys_status constructFilled(qoc_ocrDictionaryStringMulti *multi, Fill fill) {
-  return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    QOC_TRY(qoc_ocrDictionaryStringMulti_construct(multi));
-    frame.output<qoc_ocrDictionaryStringMulti_destruct>(multi);
-    return fill();
-  });
+  return qoc::constructThen<qoc_ocrDictionaryStringMulti_construct, qoc_ocrDictionaryStringMulti_destruct>(multi, fill);
 }
 
 /// Resizes to n positions and lets `set(position, index)` fill each.
@@ -142,8 +138,7 @@ qsys_status qoc_ocrDictionaryStringMulti_getStdString(const qoc_ocrDictionaryStr
   }
   qoc_ocrDictionaryString string;
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    QOC_TRY(qoc_ocrDictionaryString_construct(&string));
-    frame.local<qoc_ocrDictionaryString_destruct>(&string);
+    frame.emptyLocal<qoc_ocrDictionaryString_construct, qoc_ocrDictionaryString_destruct>(&string);
     QOC_TRY(qoc_ocrDictionaryStringMulti_getString(multi, &string));
     return qoc_ocrDictionaryString_getStdString(&string, text);
   });

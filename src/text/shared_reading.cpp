@@ -14,7 +14,7 @@ qsys_status makeShared(Positions positions, qoc_ocrDictionaryStringMulti &shared
   }
   // A position without candidates owns nothing: its bytes make as many as are needed.
   qoc_ocrDictionaryCharMulti blank;
-  QOC_TRY(qoc_ocrDictionaryCharMulti_construct(&blank));
+  qoc_ocrDictionaryCharMulti_construct(&blank);
   QOC_TRY(qstd_vector_qoc_ocrDictionaryCharMulti_resizeUninit(&shared.positions,
                                                               static_cast<std::int32_t>(positions.size())));
   const auto copies = editAs<qoc_ocrDictionaryCharMulti>(shared.positions);

@@ -28,6 +28,7 @@ THREAD_VARIABLES = {
     "(anonymous namespace)::lastTag": "the thread's last clean-up tag",
     "qoc::shortcuts()::current": "further shortcuts: only comparisons of them change them",
     "qoc::lexiconRoads()::roads": "the ways that a lexicon's match takes: only comparisons of the ways change them",
+    "qoc::unitsPerPoll()::units": "the work between two polls of long loops: only tests of interrupts change it",
 }
 # A compiler's own.
 COMPILERS_VARIABLES = re.compile(r"DW\.ref\.|completed\.\d+|__dso_handle|_edata|_end|__bss_start|__TMC_END__|"

@@ -172,16 +172,18 @@ void Call::install() {
       },
       &heard_);
   qsys_print_setHandler(
-      [](void *heard, const char *text, size_t size) -> qsys_status {
-        hash(static_cast<Heard *>(heard)->printed, text, size);
-        return QSYS_STATUS_OK;
+      [](void *context, const char *text, size_t size) -> qsys_status {
+        auto *heard = static_cast<Heard *>(context);
+        hash(heard->printed, text, size);
+        return heard->numPrints++ == heard->refusedPrint ? printRefusal : QSYS_STATUS_OK;
       },
       &heard_);
 }
 
-void Call::listen(int64_t refusedPoll) {
+void Call::listen(int64_t refusedPoll, int64_t refusedPrint) {
   heard_ = {};
   heard_.refusedPoll = refusedPoll;
+  heard_.refusedPrint = refusedPrint;
 }
 
 Answer Call::callWith(const std::vector<Value> &values) {
@@ -221,9 +223,9 @@ bool Call::makeHostile(std::size_t index, std::size_t kind) {
       // What the caller's memory is like is told truly: the size of elements, and how much a block holds.
       const std::string_view name = parameter.name;
       if (name == "elementSize") return false;
-      const bool isCount = (name == "n" || name == "size") &&
-                           std::any_of(function_.parameters.begin() + 1, function_.parameters.end(),
-                                       [](const Parameter &other) { return other.isPointer(); });
+      const bool isCount =
+          (name == "n" || name == "size") && std::any_of(function_.parameters.begin() + 1, function_.parameters.end(),
+                                                         [](const Parameter &other) { return other.isPointer(); });
       static constexpr std::int64_t hostile[] = {-1, INT32_MIN, INT32_MAX, 0xF800};
       const bool isCode = std::string_view(parameter.typeName) == "Char32";
       if (kind >= (isCode ? 4U : isCount ? 2U : 3U)) return false;
@@ -239,7 +241,8 @@ bool Call::makeHostile(std::size_t index, std::size_t kind) {
     case Role::block: {
       static constexpr int hostile[] = {0, '*', '(', 0xF800};  // As the first of its characters.
       if (kind >= std::size(hostile)) return false;
-      fillBlock(parameter.typeName, parameter.type, values_[index].pointer, arguments_[index].size, hostile[kind] - 'a');
+      fillBlock(parameter.typeName, parameter.type, values_[index].pointer, arguments_[index].size,
+                hostile[kind] - 'a');
       return true;
     }
     default:

@@ -17,10 +17,13 @@ struct Heard {
   int64_t numPolls = 0;                      ///< Polls of the attention.
   int64_t refusedPoll = -1;                  ///< The poll that is refused, counted from 0; -1: none.
   bool isInterrupted = false;                ///< One was.
+  int64_t numPrints = 0;                     ///< Pieces of printed text.
+  int64_t refusedPrint = -1;                 ///< The piece that is refused, counted from 0; -1: none.
   uint64_t printed = 14695981039346656037u;  ///< A hash of the printed text.
 };
 
 inline constexpr qsys_status interruption = -902;
+inline constexpr qsys_status printRefusal = -903;
 
 /// Arguments, alive from its construction to its destruction. There is one at a time, and it listens to the library.
 class Call {
@@ -33,8 +36,8 @@ class Call {
   /// Calls the function. An object that it constructs or destructs is alive afterwards as the answer says.
   qsys_status run();
 
-  /// Gives an argument a value of the sort that functions refuse: an object as it is constructed, a text that is none, a
-  /// number out of range. @return false where the argument has no such value of that number, counted from 0
+  /// Gives an argument a value of the sort that functions refuse: an object as it is constructed, a text that is none,
+  /// a number out of range. @return false where the argument has no such value of that number, counted from 0
   bool makeHostile(std::size_t index, std::size_t kind);
 
   /// Calls the function with null in place of one argument.
@@ -47,8 +50,8 @@ class Call {
   std::uint64_t fingerprint() const;
 
   const Heard &heard() const { return heard_; }
-  /// Forgets what was heard; the n-th poll from now on will be refused.
-  void listen(int64_t refusedPoll = -1);
+  /// Forgets what was heard; the n-th poll from now on will be refused, or the n-th piece of printed text.
+  void listen(int64_t refusedPoll = -1, int64_t refusedPrint = -1);
 
   /// What is wrong with the arguments now that they are not needed any more: nothing, or a sentence.
   std::string finish();

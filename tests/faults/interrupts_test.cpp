@@ -1,18 +1,29 @@
-// Every public function that polls, interrupted at every poll.
+// Every public function that polls, interrupted at every poll: as it is, and where the meters of long loops poll at
+// every unit of work.
 
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <optional>
 
 #include "faults/call.hpp"
+#include "support/metered.hpp"
 
 namespace {
 
 using namespace qoc::test;
 
-class Interrupts : public testing::TestWithParam<World> {};
+class Interrupts : public testing::TestWithParam<std::tuple<World, bool>> {
+ protected:
+  World world() const { return std::get<0>(GetParam()); }
+  bool isMetered() const { return std::get<1>(GetParam()); }
+};
 
 TEST_P(Interrupts, EndEveryFunctionWithTheirStatusAndLeaveItsObjectsUsable) {
+  std::optional<PollingMeters> meters;
+  if (isMetered()) {
+    meters.emplace(1);
+  }
   LibraryAllocator memory;
   int64_t numInterrupts = 0;
   int numFunctions = 0;
@@ -24,7 +35,7 @@ TEST_P(Interrupts, EndEveryFunctionWithTheirStatusAndLeaveItsObjectsUsable) {
     int64_t numPolls = 0;
     std::string expected;
     {
-      Call call(function, GetParam(), memory);
+      Call call(function, world(), memory);
       call.run();
       numPolls = call.heard().numPolls;
       expected = call.describe();
@@ -32,7 +43,7 @@ TEST_P(Interrupts, EndEveryFunctionWithTheirStatusAndLeaveItsObjectsUsable) {
     numFunctions += numPolls > 0 ? 1 : 0;
     for (int64_t n = 0; n < numPolls; ++n) {
       SCOPED_TRACE("poll " + std::to_string(n));
-      Call call(function, GetParam(), memory);
+      Call call(function, world(), memory);
       call.listen(n);
       EXPECT_EQ(call.run(), interruption);
       EXPECT_EQ(call.heard().numPolls, n + 1) << "work went on after the interrupt";
@@ -45,10 +56,13 @@ TEST_P(Interrupts, EndEveryFunctionWithTheirStatusAndLeaveItsObjectsUsable) {
     }
   }
   std::printf("%d functions poll, %lld interrupts\n", numFunctions, static_cast<long long>(numInterrupts));
-  EXPECT_GT(numFunctions, GetParam() == World::empty ? 0 : 15);
+  EXPECT_GT(numFunctions, world() == World::empty ? 0 : isMetered() ? 60 : 15);
 }
 
-INSTANTIATE_TEST_SUITE_P(OfTheWorld, Interrupts, testing::ValuesIn(allWorlds),
-                         [](const auto &tested) { return std::string(nameOf(tested.param)); });
+INSTANTIATE_TEST_SUITE_P(OfTheWorld, Interrupts, testing::Combine(testing::ValuesIn(allWorlds), testing::Bool()),
+                         [](const auto &tested) {
+                           return std::string(nameOf(std::get<0>(tested.param))) +
+                                  (std::get<1>(tested.param) ? "AtEveryUnit" : "");
+                         });
 
 }  // namespace

@@ -229,6 +229,74 @@ TEST(LexiconIndex, CopiesShareItAndChangesRenewIt) {
   EXPECT_EQ(qoc::indexOf(*copy)->numWords(), 3u);
 }
 
+/// Whether the reading matches, by either form of the match.
+void expectMatch(const qoc_ocrDictionaryLexicon &lexicon, const std::string &text, const RunOptions &options,
+                 const Words &expected) {
+  const Owned<qoc_ocrDictionaryStringMulti> read = plainReading(text);
+  const auto params = runParams(options);
+  Owned<qoc_ocrDictionaryResultSet> set;
+  require(qoc_ocrDictionaryLexicon_matchMulti(&lexicon, read, params, nullptr, set));
+  EXPECT_EQ(matchedWords(*set), expected) << text;
+  qsys_bool isMatch = 2;
+  require(qoc_ocrDictionaryLexicon_isMatchMulti(&lexicon, read, params, nullptr, &isMatch));
+  EXPECT_EQ(isMatch, expected.empty() ? 0u : 1u) << text;
+}
+
+TEST(LexiconIndex, WordsThatAreInTheListAloneAreMatchedWithoutIt) {
+  const qoc::test::ShortcutsTaken taken(qoc::test::ShortcutsTaken::all);
+  Owned<qoc_ocrDictionaryLexicon> none;
+  Owned<qoc_ocrDictionaryLexicon> some = lexicon({"ab", "cd"});
+  for (Owned<qoc_ocrDictionaryLexicon> *entry : {&none, &some}) {
+    require(qstd_vector_qoc_ocrDictionaryString_pushBack(&(*entry)->strings, word("efg")));
+    EXPECT_EQ(qoc::indexOf(**entry), nullptr);
+    Owned<qoc_ocrDictionaryLexicon> copy;
+    require(qoc_ocrDictionaryLexicon_assign(copy, *entry));
+    for (const qoc_ocrDictionaryLexicon *each : {&**entry, &*copy}) {
+      expectMatch(*each, "efg", {}, {"efg"});
+      expectMatch(*each, "efx", {}, {});
+      expectMatch(*each, "efx", {.maxEdits = 1}, {"efg"});
+      expectMatch(*each, "xefgx", {.matchOption9 = 1}, {"efg"});
+      expectMatch(*each, "", {.maxEdits = 3}, {each->strings.core.size == 3 ? "ab" : "efg"});
+    }
+  }
+}
+
+TEST(LexiconIndex, ALongerListThanTriesMayHaveIsScanned) {
+  qoc::lexiconRoads().minWordsForTries = 0;
+  const Words list = {"abcde", "abcdf", "bbcde", "xyzxy"};
+  const Owned<qoc_ocrDictionaryStringMulti> read = plainReading("abcde");
+  const qoc::ReadingMatches matches(*read, nullptr);
+  for (const std::int32_t most : {3, 4}) {
+    qoc::lexiconRoads().maxWordsForTries = most;
+    const Owned<qoc_ocrDictionaryLexicon> entry = lexicon(list);
+    const qoc::LexiconIndex &index = *qoc::indexOf(*entry);
+    qoc::IndexQuery query;
+    index.prepare(matches, {0, matches.size()}, query);
+    EXPECT_EQ(index.walks(query, 1), most == 4);
+    std::vector<std::int32_t> found;
+    index.find(query, 1, 0, 4, found);
+    EXPECT_EQ(found, (std::vector<std::int32_t>{0, 1, 2}));
+  }
+  qoc::lexiconRoads() = {};
+}
+
+TEST(LexiconIndex, SaysHowMuchMemoryItHas) {
+  const auto numBytesOf = [](const Words &list, std::int32_t minWordsForTries) {
+    qoc::lexiconRoads().minWordsForTries = minWordsForTries;
+    const std::size_t numBytes = qoc::indexOf(*lexicon(list))->numBytes();
+    qoc::lexiconRoads() = {};
+    return numBytes;
+  };
+  std::mt19937 random(11);
+  const Words list = randomList(random, 1000, 9, 4);
+  const std::size_t ofOne = numBytesOf({"a"}, 512);
+  EXPECT_GT(ofOne, sizeof(qoc::LexiconIndex));
+  EXPECT_LT(ofOne, 100'000u);
+  const std::size_t ofScan = numBytesOf(list, INT32_MAX);
+  EXPECT_GT(ofScan, ofOne + 4000);  // The letters of the words.
+  EXPECT_GT(numBytesOf(list, 0), ofScan + 1000);
+}
+
 TEST(LexiconIndex, TheFirstUseAfterAChangeMayBeInSeveralThreads) {
   std::mt19937 random(5);
   const Words list = randomList(random, 700, 6, 4);

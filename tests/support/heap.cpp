@@ -12,9 +12,15 @@ thread_local int64_t numUses = 0;
 thread_local int64_t numAllowed = -1;  // -1: any number.
 thread_local FaultMode faultMode = FaultMode::from;
 thread_local bool hasFailed = false;
+thread_local int64_t numBeforeCall = -1;  // -1: nobody is called.
+thread_local void (*callBack)(void *) = nullptr;
+thread_local void *callContext = nullptr;
 
 void *allocate(std::size_t size, std::size_t alignment) {
   ++numUses;
+  if (numBeforeCall >= 0 && numBeforeCall-- == 0) {
+    callBack(callContext);
+  }
   if (numAllowed == 0) {
     numAllowed = faultMode == FaultMode::from ? 0 : -1;
     hasFailed = true;
@@ -42,6 +48,12 @@ qoc::test::HeapFault::HeapFault(int64_t n, FaultMode mode) {
   ::hasFailed = false;
 }
 qoc::test::HeapFault::~HeapFault() { numAllowed = -1; }
+qoc::test::HeapCall::HeapCall(int64_t n, void (*call)(void *), void *context) {
+  numBeforeCall = n;
+  callBack = call;
+  callContext = context;
+}
+qoc::test::HeapCall::~HeapCall() { numBeforeCall = -1; }
 std::int64_t qoc::test::numHeapAllocations() { return numUses; }
 bool qoc::test::HeapFault::hasFailed() const { return ::hasFailed; }
 

@@ -19,6 +19,15 @@ class HeapFault {
   bool hasFailed() const;
 };
 
+/// As long as it lives, the n-th use of operator new in this thread, counted from 0, calls back first.
+class HeapCall {
+ public:
+  HeapCall(int64_t n, void (*call)(void *), void *context);
+  ~HeapCall();
+  HeapCall(const HeapCall &) = delete;
+  HeapCall &operator=(const HeapCall &) = delete;
+};
+
 /// How often operator new has been used in this thread.
 std::int64_t numHeapAllocations();
 

@@ -7,9 +7,12 @@
 #include <atomic>
 #include <thread>
 
+#include "support/allocator.hpp"
 #include "support/handlers.hpp"
+#include "support/shortcuts.hpp"
 #include "support/text.hpp"
 #include "swap/equivalents.hpp"
+#include "swap/pair_filter.hpp"
 #include "swap/swaps.hpp"
 
 namespace qoc::test {
@@ -169,6 +172,25 @@ TEST(SwapCharSetIsMatch, TakesAnEquivalentPairWhoseSlotCollidesWithAGivenOne) {
   EXPECT_FALSE(isMatch(set, 3000, y)) << "not equivalent";
 }
 
+TEST(SwapCharSetIsMatch, RefusesEveryOtherPairWhoseSlotCollides) {
+  Owned<qoc_swapCharSet> set;
+  require(qoc_swapCharSet_setEquiv(set, groupsOfCodes({{'a', 'b'}, {1000, 1061}, {2000, 3001}})));
+  Codes tried = {'a', 'b', 1000, 1061, 2000, 3001};
+  for (Char32 code = 5000; code < 6000; ++code) {
+    tried.push_back(code);
+  }
+  tried.insert(tried.end(), {QOC_CHAR_EMPTY, QOC_CHAR_ANY});
+  int numCollisions = 0;
+  for (const Char32 first : tried) {
+    for (const Char32 second : tried) {
+      const bool isGiven = first != second && isMatchChar(set, first, second) && first < 5000 && second < 5000;
+      numCollisions += !isGiven && set->pairFilterData[slotOfPair(first, second)] != 0 ? 1 : 0;
+      ASSERT_EQ(isMatch(set, first, second), isGiven) << first << " " << second;
+    }
+  }
+  EXPECT_GT(numCollisions, 1000);
+}
+
 TEST(SwapCharSetIsMatchCharMulti, LooksForOnePairOfCandidates) {
   const auto set = chain();
 
@@ -263,6 +285,40 @@ TEST(SwapCharSetEquivalents, OfALargeClassAreFoundWithoutAList) {
     EXPECT_EQ(elements(found).size(), expected.size());
   }
   EXPECT_EQ(equivalents(set, 'a'), "b");
+}
+
+/// query(output) fails at every allocation in turn, and then gives so many.
+template <class V, class Query>
+void expectMemoryFaults(Query query, std::size_t numWanted) {
+  LibraryAllocator memory;
+  bool hasFailed = true;
+  for (int64_t n = 0; hasFailed; ++n) {
+    SCOPED_TRACE(n);
+    Owned<V> found;
+    memory.failFrom(n);
+    const qsys_status status = query(found);
+    hasFailed = memory.hasFailed();
+    memory.failFrom(-1);
+    EXPECT_EQ(status, hasFailed ? QSYS_STATUS_OUT_OF_MEMORY : QSYS_STATUS_OK);
+    EXPECT_TRUE(hasFailed || (n > 0 && elements(found).size() == numWanted));
+  }
+}
+
+TEST(SwapCharSetEquivalents, WithAndWithoutAListSurviveEveryFailureOfMemory) {
+  using Characters = qstd_vector_qoc_ocrDictionaryChar;
+  const auto a = character('a');
+  const auto candidates = characters("a|x");
+  for (const unsigned shortcuts : {ShortcutsTaken::all, ShortcutsTaken::none}) {
+    SCOPED_TRACE(shortcuts);
+    const ShortcutsTaken taken(shortcuts);
+    const auto set = setOf({U"abc", U"xyz"});
+    expectMemoryFaults<qstd_vectorChar32>(
+        [&](qstd_vectorChar32 *group) { return qoc_swapCharSet_getGroup(set, 'a', group); }, 3);
+    expectMemoryFaults<Characters>(
+        [&](Characters *found) { return qoc_swapCharSet_getEquivalentCharacters(set, &a, found); }, 2);
+    expectMemoryFaults<Characters>(
+        [&](Characters *found) { return qoc_swapCharSet_getEquivalentCharactersMulti(set, candidates, found); }, 5);
+  }
 }
 
 }  // namespace

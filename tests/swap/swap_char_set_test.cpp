@@ -135,6 +135,20 @@ TEST(SwapCharSetSetEquiv, WrapsTheProductsOfTheFilterAt32Bits) {
   EXPECT_TRUE(isMatch(set, a, b));
 }
 
+TEST(SwapCharSetSetEquiv, EntersPairsOfCodesThatShareASlotAsSecondOnly) {
+  // Where the product with 251 wraps and the one with 61 does not, two codes may agree in the one share alone.
+  const Char32 a = 1355, b = 17'111'424;
+  ASSERT_EQ(a * 251u % 997, b * 251u % 997);
+  ASSERT_NE(a * 61u % 997, b * 61u % 997);
+  Owned<qoc_swapCharSet> set;
+  ASSERT_EQ(qoc_swapCharSet_setSingleSwap(set, a, b), QSYS_STATUS_OK);
+
+  EXPECT_TRUE(isMatch(set, a, b));
+  EXPECT_TRUE(isMatch(set, b, a));
+  const auto filter = values(set->pairFilter);
+  EXPECT_EQ(std::accumulate(filter.begin(), filter.end(), 0), 2);
+}
+
 TEST(SwapCharSetSetEquiv, RefusesFaultyGroupsAndLeavesTheSetAsItWas) {
   const struct {
     std::vector<Codes> groups;
@@ -374,6 +388,12 @@ TEST(SwapCharSetSetSwapCharacters, MergesGroupsThatFollowEachOther) {
   EXPECT_TRUE(isMatchChar(set, 'x', 'z'));
 }
 
+TEST(SwapCharSetSetSwapCharacters, MergesNoGroupWithItself) {
+  const auto set = setOfSwaps({{U"x", U"y"}, {U"x", U"y"}, {U"y", U"x"}});
+
+  EXPECT_EQ(groupsIn(set->groups), (std::vector<Codes>{codes(U"yx")}));
+}
+
 TEST(SwapCharSetSetSwapCharacters, RefusesGroupsOfWhichOneIsLeftOverAndLeavesTheSetAsItWas) {
   auto set = setOfSwaps({{U"a", U"b"}, {U"rn", U"m"}});
 
@@ -395,10 +415,11 @@ TEST(SwapCharSetSetSwapCharacters, RefusesAReservedCodeAndADuplicateThatTheMerge
 }
 
 TEST(SwapCharSetSetSwapCharacters, KeepsTheMultiCharacterSwapsAndTheirRecords) {
-  const Pairs pairs = {{U"m", U"rn"}, {U"cl", U"d"}, {U"0", U"O"}, {U"vv", U"ww"}, {U"abc", U"x"}, {U"x", U"abc"}};
+  const Pairs pairs = {{U"m", U"rn"},  {U"cl", U"d"},  {U"0", U"O"},   {U"vv", U"ww"},
+                       {U"abc", U"x"}, {U"x", U"abc"}, {U"ab", U"xyz"}};
   const auto set = setOfSwaps(pairs);
 
-  EXPECT_EQ(elements(set->swaps).size(), 5u);
+  EXPECT_EQ(elements(set->swaps).size(), 6u);
   EXPECT_TRUE(answer(qoc_swapChar_compareEqual, &elements(set->swaps)[1], swapOf(U"cl", U"d")));
   EXPECT_TRUE(answer(qoc_swapChar_compareEqual, &elements(set->swaps)[3], swapOf(U"abc", U"x")));
   const auto oneToTwo = elements(set->expansion->oneToTwo);

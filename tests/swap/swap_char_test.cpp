@@ -188,6 +188,20 @@ TEST(SwapCharAssign, AssignsTheSecondSequenceBeforeTheFirst) {
   qoc_swapChar_destruct(&target);
 }
 
+TEST(SwapCharGetStrings, SurvivesEveryFailureOfMemory) {
+  LibraryAllocator memory;
+  const auto swap = swapOf(U"rn", U"m");
+  for (const int64_t n : {0, 1, 2}) {
+    Owned<qoc_ocrDictionaryString> first, second;
+    memory.fail(n, FaultMode::once);
+    const qsys_status status = qoc_swapChar_getStrings(swap, first, second);
+    memory.failFrom(-1);
+    EXPECT_EQ(status, n < 2 ? QSYS_STATUS_OUT_OF_MEMORY : QSYS_STATUS_OK);
+    EXPECT_EQ(show(first), n < 1 ? "" : "rn");
+    EXPECT_EQ(show(second), n < 2 ? "" : "m");
+  }
+}
+
 TEST(SwapCharVectorFind, GivesTheFirstEqualSwapOrNull) {
   const auto swaps = swapsOf({{U"x", U"y"}, {U"rn", U"m"}, {U"x", U"y"}});
   const qoc_swapChar *element = nullptr;

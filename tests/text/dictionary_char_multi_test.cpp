@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <qoc/dictionary_char.h>
 
+#include "support/allocator.hpp"
 #include "support/handlers.hpp"
 #include "support/text.hpp"
 
@@ -152,6 +153,16 @@ TEST(DictionaryCharMulti, SetCharTOfAnEmptyOneGivesScoreZero) {
   Owned<Multi> multi;
   EXPECT_EQ(qoc_ocrDictionaryCharMulti_setCharT(multi, 'x'), QSYS_STATUS_OK);
   EXPECT_EQ(show(multi), "x");
+}
+
+TEST(DictionaryCharMulti, StaysEmptyWithoutMemoryForACandidate) {
+  LibraryAllocator memory;
+  Owned<qoc_ocrDictionaryCharMulti> multi;
+  memory.failFrom(0);
+  EXPECT_EQ(qoc_ocrDictionaryCharMulti_setCharT(multi, 'a'), QSYS_STATUS_OUT_OF_MEMORY);
+  EXPECT_EQ(qoc_ocrDictionaryCharMulti_setCharacterCodeScore(multi, 'a', 1), QSYS_STATUS_OUT_OF_MEMORY);
+  memory.failFrom(-1);
+  EXPECT_EQ(show(multi), "~");
 }
 
 TEST(DictionaryCharMulti, ComparesCodesInOrderAndNotScores) {

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "support/allocator.hpp"
+#include "support/handlers.hpp"
 #include "support/text.hpp"
 
 namespace {
@@ -65,6 +66,26 @@ TEST(EditDistance, IsNotWrittenWhenMemoryRunsOut) {
   // A distance that needs no memory of the library's allocator may well succeed.
   EXPECT_EQ(edits, status < 0 ? 77 : 1);
   EXPECT_TRUE(status == QSYS_STATUS_OUT_OF_MEMORY || status == QSYS_STATUS_OK);
+}
+
+TEST(EditDistance, OfLongStringsCanBeInterrupted) {
+  const auto a = word(std::string(1'000, 'a')), b = word(std::string(1'000, 'b'));
+  int32_t edits = 77;
+  int64_t numPolls = 0;
+  {
+    const Polls polls;
+    EXPECT_EQ(qoc_ocrDictionaryString_editDistance(a, b, nullptr, &edits), QSYS_STATUS_OK);
+    EXPECT_EQ(edits, 1'000);
+    numPolls = polls.count();
+    EXPECT_GT(numPolls, 0);
+  }
+  for (int64_t n = 0; n < numPolls; ++n) {
+    const Polls polls(n, -777);
+    edits = 77;
+    EXPECT_EQ(qoc_ocrDictionaryString_editDistance(a, b, nullptr, &edits), -777);
+    EXPECT_EQ(polls.count(), n + 1);
+    EXPECT_EQ(edits, 77);
+  }
 }
 
 /// The definition, without any table.

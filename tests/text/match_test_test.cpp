@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 #include <qoc/dictionary_string.h>
 
+#include <string>
+
 #include "support/handlers.hpp"
 #include "support/text.hpp"
 
@@ -97,6 +99,17 @@ TEST(IsMatchMulti, WithOneEditTheOptionsHoldAtTheFrontToo) {
   EXPECT_FALSE(isMatch("abc", "b c", {.maxEdits = 1, .matchOption2 = 0}));
 }
 
+TEST(IsMatchMulti, ANegativeNumberOfEditsAllowsNone) {
+  EXPECT_TRUE(isMatch("abc", "a b c", {.maxEdits = -1}));
+  EXPECT_FALSE(isMatch("abc", "a b x", {.maxEdits = -1}));
+  EXPECT_FALSE(isMatch("abc", "a b x", {.maxEdits = INT32_MIN}));
+}
+
+TEST(IsMatchMulti, OfTheEmptyReadingEveryCharacterIsMissing) {
+  EXPECT_TRUE(isMatch("ab", "", {.maxEdits = 2}));
+  EXPECT_FALSE(isMatch("abc", "", {.maxEdits = 2}));
+}
+
 TEST(IsMatchMulti, LengthsCountOnlyWithoutEdits) {
   EXPECT_FALSE(isMatch("abc", "a b c", {.maxEdits = 0, .minStringLength = 4}));
   EXPECT_FALSE(isMatch("abc", "a b c", {.maxEdits = 0, .maxStringLength = 2}));
@@ -156,6 +169,23 @@ TEST(IsMatchMulti, AnInterruptEndsTheSearchWithItsStatus) {
             -777);
   EXPECT_EQ(polls.count(), 3);
   EXPECT_EQ(flag, 0u);
+}
+
+TEST(IsMatchMulti, AnInterruptEndsALongComparisonOfTheWholeReadingOrOfAWindow) {
+  const std::size_t size = 1'500;
+  const auto longWord = word(std::string(size, 'a'));
+  Owned<qoc_ocrDictionaryStringMulti> longReading;
+  require(qoc_ocrDictionaryStringMulti_setStringT(longReading, std::string(size, 'b').c_str()));
+  const auto params = runParams({.maxEdits = 1'200, .minStringLength = 1'500, .matchOption9 = 1});
+  // The whole reading takes two polls, the first start another, and then come its windows.
+  for (int64_t n = 0; n < 8; ++n) {
+    SCOPED_TRACE(n);
+    const Polls polls(n, -777);
+    qsys_bool flag = 77;
+    EXPECT_EQ(qoc_ocrDictionaryString_isMatchMulti(longWord, longReading, params, nullptr, &flag), -777);
+    EXPECT_EQ(polls.count(), n + 1);
+    EXPECT_EQ(flag, 0u);
+  }
 }
 
 TEST(IsMatch, AnswersForAPlainInputAsForAReadingOfOneCandidateEach) {

@@ -17,10 +17,8 @@ namespace qoc {
 /// Puts the elements of a vector that takes its memory from the library into a block that copies of it share.
 qsys_status shareElements(qstd_vector &vector) noexcept;
 
-/// Whether two vectors hold the same elements in the same place.
-inline bool holdSameElements(const qstd_vector &a, const qstd_vector &b) noexcept {
-  return a.elements == b.elements && a.size == b.size;
-}
+/// Whether two vectors hold the same elements in the same place. What shares a place is whole: no two sizes of it.
+inline bool holdSameElements(const qstd_vector &a, const qstd_vector &b) noexcept { return a.elements == b.elements; }
 
 /// Blocks for the plain elements of many vectors. A block lives until the pool and every vector in it have let it go.
 class ElementPool {

@@ -17,4 +17,11 @@ std::span<T> editAs(V &vector) noexcept {
   return {static_cast<T *>(vector.core.elements), static_cast<std::size_t>(vector.core.size)};
 }
 
+/// Takes all elements of a typed vector out. Nothing is allocated for that, and no element of the library fails to be
+/// destructed: it cannot fail.
+template <class V>
+void clear(V &vector) noexcept {
+  qstd_vector__clear(&vector.core);
+}
+
 }  // namespace qoc

@@ -21,6 +21,15 @@ constexpr std::size_t mostNodes = 1'000'000;
 
 std::uint64_t bit(std::int32_t position) noexcept { return std::uint64_t{1} << position; }
 
+Expression makeEmptyExpression() {
+  Syntax syntax;
+  syntax.nodes.emplace_back();
+  syntax.root = 0;
+  Expression expression;
+  expression.compile(std::move(syntax));
+  return expression;
+}
+
 }  // namespace
 
 qsys_status Expression::compile(Syntax &&syntax) {
@@ -133,14 +142,7 @@ qsys_status Expression::makeNarrowTables(WorkMeter &meter) {
 }
 
 const Expression &emptyExpression() {
-  static const Expression empty = [] {
-    Syntax syntax;
-    syntax.nodes.emplace_back();
-    syntax.root = 0;
-    Expression expression;
-    expression.compile(std::move(syntax));
-    return expression;
-  }();
+  static const Expression empty = makeEmptyExpression();
   return empty;
 }
 

@@ -2,7 +2,6 @@
 
 #include "qoc/regex.h"
 
-#include <limits>
 #include <memory>
 #include <string>
 
@@ -20,7 +19,7 @@ namespace {
 
 void release(const SharedExpression *shared) noexcept {
   if (shared != nullptr && shared->numHolders.fetch_sub(1, std::memory_order_acq_rel) == 1) {
-    delete shared;
+    const std::unique_ptr<const SharedExpression> last(shared);
   }
 }
 
@@ -50,7 +49,7 @@ void appendText(Char32 code, std::string &text) {
     return;
   }
   int numFollowing = 1;
-  while (numFollowing < 6 && (static_cast<std::uint64_t>(code) >> (5 * numFollowing + 6)) != 0) {
+  while ((static_cast<std::uint64_t>(code) >> (5 * numFollowing + 6)) != 0) {  // Up to 6, which hold any code.
     ++numFollowing;
   }
   const unsigned lead = 0xFF00u >> (numFollowing + 1);
@@ -65,7 +64,7 @@ qsys_status compile(std::vector<Char32> &&source, std::unique_ptr<const SharedEx
                     std::int32_t &errorPlace) {
   errorPlace = -1;
   compiled = nullptr;
-  if (source.size() > static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max())) {
+  if (source.size() > QSTD_REGEX_MAX_SOURCE) {
     errorPlace = 0;
     return QSTD_STATUS_REGEX_TOO_LARGE;
   }
@@ -129,9 +128,9 @@ qsys_status findError(Source source, std::int32_t *place) {
 qsys_status fill(qstd_tokenMatcherResult &result, const qstd_tokenMulti &multi, MatchedTokens matched) {
   QOC_TRY(qstd_vector_qstd_token_reserve(&result.tokens, static_cast<std::int32_t>(matched.size())));
   for (const std::int32_t index : matched) {
-    QOC_TRY(qstd_vector_qstd_token_pushBack(&result.tokens, &tokenAt(multi, static_cast<std::size_t>(index))));
+    qstd_vector_qstd_token_pushBack(&result.tokens, &tokenAt(multi, static_cast<std::size_t>(index)));
   }
-  result.isPrimary = !matched.empty() && matched.front() == 0 ? 1 : 0;
+  result.isPrimary = matched.front() == 0 ? 1 : 0;  // Where nothing matched there is no way.
   return QSYS_STATUS_OK;
 }
 
@@ -139,10 +138,9 @@ qsys_status fill(qstd_tokenMatcherResult &result, const qstd_tokenMulti &multi, 
 template <class Way>
 qsys_status append(const Way &way, std::span<const qstd_tokenMulti> sequence,
                    qstd_vector_qstd_tokenMatcherResultWord &words) {
-  if (words.core.size == std::numeric_limits<std::int32_t>::max()) {
-    return QSTD_STATUS_SIZE_INVALID;
-  }
-  QOC_TRY(qstd_vector_qstd_tokenMatcherResultWord_resize(&words, words.core.size + 1));
+  qstd_tokenMatcherResultWord empty;
+  qstd_tokenMatcherResultWord_construct(&empty);
+  QOC_TRY(qstd_vector_qstd_tokenMatcherResultWord_pushBack(&words, &empty));
   qstd_vector_qstd_tokenMatcherResult &positions = editAs<qstd_tokenMatcherResultWord>(words).back().positions;
   QOC_TRY(qstd_vector_qstd_tokenMatcherResult_resize(&positions, static_cast<std::int32_t>(way.size())));
   for (std::size_t i = 0; i < way.size(); ++i) {
@@ -238,9 +236,7 @@ qsys_status qstd_regex_getString(const qstd_regex *regex, qstd_string *source) {
         appendText(code, text);
       }
     }
-    return text.size() > static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max())
-               ? qsys_status{QSTD_STATUS_SIZE_INVALID}
-               : qstd_string_assignElements(source, text.data(), static_cast<std::int32_t>(text.size()));
+    return qstd_string_assignElements(source, text.data(), static_cast<std::int32_t>(text.size()));
   });
 }
 

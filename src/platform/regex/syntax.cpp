@@ -216,11 +216,8 @@ class Parser {
     bool isQuantified;  ///< The atom has its quantifier.
   };
 
-  void fail(qsys_status status, std::size_t place) {
-    if (error_.status >= 0) {
-      error_ = {status, static_cast<std::int32_t>(place)};
-    }
-  }
+  /// Nothing is parsed behind an error, so there is one at most.
+  void fail(qsys_status status, std::size_t place) noexcept { error_ = {status, static_cast<std::int32_t>(place)}; }
 
   bool isAt(std::size_t place, Char32 code) const noexcept { return place < source_.size() && source_[place] == code; }
 
@@ -392,7 +389,7 @@ class Parser {
     return {{}, code};
   }
 
-  Char32 parseHexadecimal(std::size_t start) {
+  Char32 parseHexadecimal(std::size_t start) noexcept {
     const bool isBraced = isAt(place_, '{');
     place_ += isBraced ? 1 : 0;
     std::uint64_t value = 0;

@@ -118,7 +118,7 @@ qsys_status qstd_tokenMulti_setChar32(qstd_tokenMulti *multi, Char32 code) {
   if (!present({multi})) {
     return QSYS_STATUS_OK;
   }
-  QOC_TRY(qstd_vector_qstd_token_clear(&multi->alternatives));
+  qoc::clear(multi->alternatives);
   return qstd_token_setChar32(&multi->primary, code);
 }
 
@@ -149,7 +149,7 @@ qsys_status qstd_tokenMulti_compareEqual(const qstd_tokenMulti *a, const qstd_to
   if (!present({a, b, isEqual})) {
     return QSYS_STATUS_OK;
   }
-  QOC_TRY(qstd_token_compareEqual(&a->primary, &b->primary, isEqual));
+  *isEqual = codeOf(a->primary) == codeOf(b->primary) ? 1 : 0;
   return *isEqual != 0 ? qstd_vector_qstd_token_compareEqual(&a->alternatives, &b->alternatives, isEqual)
                        : QSYS_STATUS_OK;
 }

@@ -9,16 +9,23 @@
 
 namespace qoc {
 
-/// Asks for attention once for so many units of work; a unit is a few nanoseconds. Small work is never asked about, so
-/// that whoever counts an operation's own polls finds these only where there is a reason for them.
+/// After how many units of work a meter of the calling thread asks; a unit is a few nanoseconds. Production code leaves
+/// this alone; tests of interrupts make it small, so that small work is asked about, too.
+inline std::size_t &unitsPerPoll() noexcept {
+  thread_local std::size_t units = 1 << 20;  // A few milliseconds.
+  return units;
+}
+
+/// Asks for attention once for so many units of work. Small work is never asked about, so that whoever counts an
+/// operation's own polls finds these only where there is a reason for them.
 class WorkMeter {
  public:
   qsys_status add(std::size_t units) noexcept {
-    done_ += units;
-    if (done_ < unitsPerPoll) {
+    if (units < left_) {
+      left_ -= units;
       return QSYS_STATUS_OK;
     }
-    done_ = 0;
+    left_ = unitsPerPoll();
     return qsys_attention_check();
   }
 
@@ -30,8 +37,7 @@ class WorkMeter {
   }
 
  private:
-  static constexpr std::size_t unitsPerPoll = 1 << 20;  // A few milliseconds.
-  std::size_t done_ = 0;
+  std::size_t left_ = unitsPerPoll();  ///< Until the next poll.
 };
 
 }  // namespace qoc

@@ -187,6 +187,15 @@ TEST(SharedElements, WritesThatFindNoMemoryChangeNothing) {
       [](Positions *p) {
         qoc_ocrDictionaryCharMulti *first = nullptr;
         return qstd_vector_qoc_ocrDictionaryCharMulti_getElement(p, 0, &first);
+      },
+      [](Positions *p) {
+        qoc_ocrDictionaryCharMulti *first = nullptr, *end = nullptr;
+        return qstd_vector_qoc_ocrDictionaryCharMulti_getBeginEnd(p, &first, &end);
+      },
+      [](Positions *p) {
+        qoc_ocrDictionaryCharMulti *first = nullptr;
+        std::int32_t n = 0;
+        return qstd_vector_qoc_ocrDictionaryCharMulti_getBeginSize(p, &first, &n);
       }};
   for (std::size_t i = 0; i < writes.size(); ++i) {
     SCOPED_TRACE(i);

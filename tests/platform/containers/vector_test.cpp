@@ -320,6 +320,17 @@ TEST_F(GenericVector, TheGettersAgree) {
   EXPECT_EQ(elementConst, static_cast<Counted *>(first) + 2);
 }
 
+TEST_F(GenericVector, ElementsHaveAByteAtLeast) {
+  constexpr qstd_elementTable plain = {nullptr, nullptr, nullptr, nullptr, 0xFFFFFFFFu};
+  qstd_vector vector;
+  int32_t elementSize = 0;
+  ASSERT_EQ(qstd_vector__constructWithVtable(&vector, 3, 0, &plain), QSYS_STATUS_OK);
+  EXPECT_EQ(qstd_vector__getElementSize(&vector, &elementSize), QSYS_STATUS_OK);
+  EXPECT_EQ(elementSize, 1);
+  EXPECT_EQ(sizeOf(&vector), 3);
+  EXPECT_EQ(qstd_vector__destruct(&vector), QSYS_STATUS_OK);
+}
+
 TEST_F(GenericVector, BeginAndEndOfAnEmptyVectorAreTheSame) {
   Vector vector;
   void *first = &vector, *end = nullptr;

@@ -239,6 +239,15 @@ TEST(RegexSyntax, NestsEmptyAlternativesDeeply) {
   EXPECT_TRUE(matches(source, "aaa"));
 }
 
+TEST(RegexSyntax, TakesSourcesOfUpToAMillionCharacters) {
+  std::string source;
+  while (source.size() < QSTD_REGEX_MAX_SOURCE) {
+    source += "()";
+  }
+  EXPECT_TRUE(matches(source, ""));
+  EXPECT_EQ(errorOf(source + '|'), "QSTD_STATUS_REGEX_TOO_LARGE at 0");
+}
+
 TEST(RegexSyntax, ABackslashTakesTheMeaningFromPunctuationAlone) {
   constexpr std::string_view letters = "dDwWsStnrx";
   for (int code = 1; code < 128; ++code) {

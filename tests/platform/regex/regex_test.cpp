@@ -6,6 +6,7 @@
 #include "platform/regex/regexes.hpp"
 #include "support/handlers.hpp"
 #include "support/heap.hpp"
+#include "support/metered.hpp"
 
 namespace {
 
@@ -206,22 +207,86 @@ TEST(RegexWays, CompilingALargeExpressionCanBeInterrupted) {
   EXPECT_EQ(sourceOf(made), "");
 }
 
-TEST(Regex, RunsOutOfMemoryWithAStatusAndStaysAsItWas) {
+/// Hardly any positions, and very many nodes.
+TEST(RegexWays, ATreeThatGrowsWithoutPositionsIsRefusedAndMayBeInterrupted) {
+  std::string source = "a";
+  for (int i = 0; i < 900; ++i) {
+    source = "(|" + source + ")*";
+  }
+  source = "(" + source + "){1000}";
+  EXPECT_EQ(errorOf(source), "QSTD_STATUS_REGEX_TOO_LARGE at 0");
+  const Polls polls(1, -777);
+  int32_t place = -7;
+  EXPECT_EQ(qstd_regex_findError(stdString(source), &place), -777);
+  EXPECT_EQ(place, -1);
+}
+
+/// Runs body() with every poll of the meters refused in turn, and without; each time it is asked about every little
+/// work.
+template <class Body>
+void expectInterrupts(Body body) {
+  const PollingMeters meters(1);
+  int64_t numPolls = 0;
+  {
+    const Polls polls;
+    EXPECT_EQ(body(), QSYS_STATUS_OK);
+    numPolls = polls.count();
+  }
+  EXPECT_GT(numPolls, 0);
+  for (int64_t n = 0; n < numPolls; ++n) {
+    SCOPED_TRACE(n);
+    const Polls polls(n, -777);
+    EXPECT_EQ(body(), -777);
+    EXPECT_EQ(polls.count(), n + 1);
+  }
+}
+
+TEST(Regex, IsCompiledAndMatchedWithInterruptsWhereverTheyCome) {
+  const auto choices = sequence("a|b a|c|b b|a"), single = sequence("a b a");
+  for (const char *source : {"(a|b|ab)*", "(a|b|ab)*|x{100}"}) {
+    SCOPED_TRACE(source);
+    const auto text = stdString(source);
+    expectInterrupts([&] { return qstd_regex_setString(Owned<qstd_regex>(), text); });
+    const auto made = regex(source);
+    expectInterrupts([&] {
+      Owned<qstd_vector_qstd_tokenMatcherResultWord> words;
+      const qsys_status status = qstd_regex_parseTokenMulti(made, choices, words);
+      EXPECT_EQ(elements(words).size(), status < 0 ? 0u : 8u);
+      return status;
+    });
+    expectInterrupts([&] {
+      Owned<qstd_vector_qstd_tokenMatcherResultWord> words;
+      const qsys_status status = qstd_regex_parseTokenMulti(made, single, words);
+      EXPECT_EQ(elements(words).size(), status < 0 ? 0u : 1u);
+      return status;
+    });
+  }
+}
+
+void expectMemoryFaults(const std::wstring &source, const std::string &shown) {
+  SCOPED_TRACE(shown);
   bool isComplete = false;
-  for (int64_t n = 0; !isComplete && !HasFailure(); ++n) {
+  for (int64_t n = 0; !isComplete && !testing::Test::HasFailure(); ++n) {
     auto made = regex("old");
-    const auto source = stdString("(a|b[c-e]){2,3}x*");
-    const auto tokens = sequence("a b|d x");
+    const auto tokens = sequence("a b|a d|x x");
     Owned<qstd_vector_qstd_tokenMatcherResultWord> words;
     qsys_status set = 0, parsed = 0;
     {
       HeapFault fault(n);
-      set = qstd_regex_setString(made, source);
+      set = qstd_regex_setStringT(made, source.c_str());
       parsed = set < 0 ? set : qstd_regex_parseTokenMulti(made, tokens, words);
     }
     isComplete = set >= 0 && parsed >= 0;
     EXPECT_TRUE(isComplete || parsed == QSYS_STATUS_OUT_OF_MEMORY) << n;
-    EXPECT_EQ(sourceOf(made), set < 0 ? "old" : "(a|b[c-e]){2,3}x*") << n;
+    EXPECT_EQ(elements(words).empty(), !isComplete) << n;
+    EXPECT_EQ(sourceOf(made), set < 0 ? "old" : shown) << n;
+  }
+}
+
+TEST(Regex, RunsOutOfMemoryWithAStatusAndStaysAsItWas) {
+  for (const std::string source :
+       {"(a|b[c-e]){2,3}x*", "([^b]|b\\D)+.", "(a|y{70}|b[c-e]){2,3}x*", "a\\x61?[\\w][^\\d\\x{100}-\\s]+|"}) {
+    expectMemoryFaults({source.begin(), source.end()}, source);
   }
 }
 

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/regex/regexes.hpp"
+#include "support/allocator.hpp"
 #include "support/handlers.hpp"
 
 namespace {
@@ -104,6 +105,28 @@ TEST(TokenMulti, CopiesCompareEqualUntilOneChanges) {
   require(qstd_tokenMulti_assign(assigned, copy));
   require(qstd_token_setChar32(&assigned->primary, 'x'));
   EXPECT_FALSE(areEqual(qstd_tokenMulti_compareEqual, copy, assigned));
+}
+
+TEST(TokenMulti, IsLeftAsItWasWithoutMemoryForAnother) {
+  LibraryAllocator memory;
+  Owned<qstd_tokenMulti> full, empty;
+  Owned<qstd_tokenMatcherResult> fullResult, emptyResult;
+  Owned<qstd_token> token;
+  require(qstd_token_setChar32(token, 'a'));
+  require(qstd_tokenMulti_setPrimary(full, token));
+  require(qstd_vector_qstd_token_pushBack(&full->alternatives, token));
+  require(qstd_vector_qstd_token_pushBack(&fullResult->tokens, token));
+  fullResult->isPrimary = 1;
+  memory.failFrom(0);
+  EXPECT_EQ(qstd_tokenMulti_assign(empty, full), QSYS_STATUS_OUT_OF_MEMORY);
+  EXPECT_EQ(qstd_tokenMatcherResult_assign(emptyResult, fullResult), QSYS_STATUS_OUT_OF_MEMORY);
+  memory.failFrom(-1);
+  qsys_bool isEqual = 7;
+  EXPECT_EQ(qstd_tokenMulti_compareEqual(empty, Owned<qstd_tokenMulti>(), &isEqual), QSYS_STATUS_OK);
+  EXPECT_EQ(isEqual, 1);
+  EXPECT_EQ(qstd_tokenMatcherResult_compareEqual(emptyResult, Owned<qstd_tokenMatcherResult>(), &isEqual),
+            QSYS_STATUS_OK);
+  EXPECT_EQ(isEqual, 1);
 }
 
 TEST(TokenMatcherResults, CopyAndCompareByTokensAndFlags) {

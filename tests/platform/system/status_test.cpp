@@ -6,6 +6,8 @@
 #include <set>
 #include <string>
 
+#include "platform/system/present.hpp"
+
 namespace {
 
 struct Listed {
@@ -66,6 +68,18 @@ TEST(StatusGetName, GivesTheNameOfTheConstant) {
 TEST(StatusGetName, IsEmptyForAnUnlistedNumber) {
   EXPECT_STREQ(qoc_status_getName(1), "");
   EXPECT_STREQ(qoc_status_getName(-1), "");
+}
+
+TEST(FirstFailure, IsThatOfTheFirstCallThatFailsOfAllThatAreMade) {
+  std::string calls;
+  const auto call = [&calls](char name, qsys_status status) {
+    calls += name;
+    return status;
+  };
+  EXPECT_EQ(qoc::firstFailure({call('a', 0), call('b', -2), call('c', 1), call('d', -4)}), -2);
+  EXPECT_EQ(calls, "abcd");
+  EXPECT_EQ(qoc::firstFailure({call('e', 3), call('f', 0)}), QSYS_STATUS_OK);
+  EXPECT_EQ(qoc::firstFailure({}), QSYS_STATUS_OK);
 }
 
 }  // namespace
