@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <cstdlib>
+#include <utility>
 
 namespace qoc::python {
 namespace {
@@ -188,7 +189,7 @@ PYBIND11_MODULE(_qoc, module) {
   py::handle(errorType).attr("name") = "";
   py::register_exception_translator([](std::exception_ptr raised) {
     try {
-      std::rethrow_exception(raised);
+      std::rethrow_exception(std::move(raised));
     } catch (const qoc::Error &error) {
       if (error.status() == qoc::Status(QSYS_STATUS_OUT_OF_MEMORY)) {
         PyErr_NoMemory();
