@@ -353,10 +353,10 @@ TEST(MatchMulti, With32BitAddressesTextsWhoseTableIsLargerAreRefused) {
       spaced += " a";
     }
     Results results;
-    EXPECT_EQ(qoc_ocrDictionaryString_matchMulti(word(std::string(length, 'b')), reading(spaced),
-                                                 runParams({.maxEdits = static_cast<int32_t>(length)}), nullptr,
-                                                 results),
-              QSYS_STATUS_OUT_OF_MEMORY)
+    EXPECT_EQ(
+        qoc_ocrDictionaryString_matchMulti(word(std::string(length, 'b')), reading(spaced),
+                                           runParams({.maxEdits = static_cast<int32_t>(length)}), nullptr, results),
+        QSYS_STATUS_OUT_OF_MEMORY)
         << length;
   }
 }
