@@ -13,6 +13,7 @@
 
 namespace qoc {
 
+// cppcheck-suppress uninitMemberVar ; of the tables the first numTables_ are read
 BlockScan::BlockScan(const LetterMatches &rows, std::size_t maxLetter, std::int32_t numPositions) noexcept
     : numPositions_(numPositions) {
   for (std::size_t first = 0; first <= maxLetter; first += lettersPerTable) {
@@ -92,7 +93,7 @@ struct BlockScan::Kernel {
   /// At most 8 positions.
   QOC_AVX2 static void scanBytes(const BlockScan &scan, const Letter *blocks, std::size_t numBlocks,
                                  std::int32_t numLetters, std::int32_t maxEdits, std::uint32_t *masks) noexcept {
-    const auto inside = static_cast<std::uint8_t>((1u << scan.numPositions_) - 1);
+    const Bytes inside = Bytes{} + static_cast<std::uint8_t>((1u << scan.numPositions_) - 1);
     for (std::size_t b = 0; b < numBlocks; ++b) {
       Columns<Bytes> columns;
       columns.begin();
@@ -104,14 +105,14 @@ struct BlockScan::Kernel {
         }
         columns.step(reinterpret_cast<Bytes>(matches));
       }
-      masks[b] = atMost(sum(columns, Bytes{} + inside), maxEdits - numLetters);
+      masks[b] = atMost(sum(columns, inside), maxEdits - numLetters);
     }
   }
 
   /// At most 16 positions: the 32 words in two registers.
   QOC_AVX2 static void scanPairs(const BlockScan &scan, const Letter *blocks, std::size_t numBlocks,
                                  std::int32_t numLetters, std::int32_t maxEdits, std::uint32_t *masks) noexcept {
-    const auto inside = static_cast<std::uint16_t>((1u << scan.numPositions_) - 1);
+    const Pairs inside = Pairs{} + static_cast<std::uint16_t>((1u << scan.numPositions_) - 1);
     for (std::size_t b = 0; b < numBlocks; ++b) {
       Columns<Pairs> first;
       Columns<Pairs> second;
@@ -129,8 +130,7 @@ struct BlockScan::Kernel {
         first.step(reinterpret_cast<Pairs>(_mm256_unpacklo_epi8(low, high)));
         second.step(reinterpret_cast<Pairs>(_mm256_unpackhi_epi8(low, high)));
       }
-      const __m256i sums =
-          _mm256_packs_epi16(widen(sum(first, Pairs{} + inside)), widen(sum(second, Pairs{} + inside)));
+      const __m256i sums = _mm256_packs_epi16(widen(sum(first, inside)), widen(sum(second, inside)));
       masks[b] = atMost(sums, maxEdits - numLetters);
     }
   }

@@ -197,6 +197,7 @@ qsys_status qoc_ocrDictionaryStringMulti_appendChar(qoc_ocrDictionaryStringMulti
   }
   qoc_ocrDictionaryCharMulti position;
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
+    // cppcheck-suppress uninitStructMember ; this is what constructs it
     QOC_TRY(qstd_vector_qoc_ocrDictionaryChar_constructFromBlock(&position.candidates, character, 1));
     frame.local<qoc_ocrDictionaryCharMulti_destruct>(&position);
     return qstd_vector_qoc_ocrDictionaryCharMulti_pushBack(&multi->positions, &position);

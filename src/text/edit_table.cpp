@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <bit>
 #include <cstdlib>
+#include <new>
 
 #include "platform/system/present.hpp"
 
@@ -49,12 +50,15 @@ qsys_status EditTable::fillCells(const WordRows &word, Window window, const qoc_
   band_ = std::min<std::int32_t>(maxEdits, std::max(m_, k_));
   isBanded_ = 2 * std::int64_t{band_} + 1 < std::int64_t{m_} + 1;
   stride_ = isBanded_ ? 2 * std::int64_t{band_} + 1 : std::int64_t{m_} + 1;
-  const std::size_t numCells = static_cast<std::size_t>(stride_) * (static_cast<std::size_t>(k_) + 1);
+  const std::uint64_t numCells = static_cast<std::uint64_t>(stride_) * (static_cast<std::uint64_t>(k_) + 1);
+  if (numCells > costs_.max_size()) {
+    throw std::bad_alloc();  // Of 32-bit addresses there are less than long texts could ask for.
+  }
   // Within the band every cell is written before it is read, and no other is read. A large table is begun row by row,
   // so that the memory is not touched in one long go.
   const bool isLarge = numCells > largeTable;
-  costs_.reserve(numCells);
-  steps_.reserve(numCells);
+  costs_.reserve(static_cast<std::size_t>(numCells));
+  steps_.reserve(static_cast<std::size_t>(numCells));
   makeRows(isLarge ? 1 : k_ + 1);
 
   for (std::int32_t i = 0; i <= std::min(m_, band_); ++i) {

@@ -46,7 +46,7 @@ def records(compiler, include_dir, directory):
     return subprocess.run([str(binary)], capture_output=True, encoding="utf-8", check=True).stdout.splitlines()
 
 
-def library_of_headers(compiler, include_dir, directory):
+def library_of_headers(compiler, include_dir, directory, options=("-std=c11",)):
     """A shared library with debug information that defines what the headers declare, and does nothing."""
     text = [f'#include "{name}"\n' for name in public_interface.headers(include_dir)]
     for function in public_interface.functions(compiler, include_dir):
@@ -58,7 +58,7 @@ def library_of_headers(compiler, include_dir, directory):
         text.append(f"{function.result} {function.name}({', '.join(parameters) or 'void'}) {{ __builtin_unreachable(); }}\n")
     source, library = pathlib.Path(directory) / "interface.c", pathlib.Path(directory) / "libqoc_interface.so"
     source.write_text("".join(text), encoding="utf-8")
-    subprocess.run([compiler, "-std=c11", "-g", "-O0", "-fPIC", "-shared", "-DQOC_BUILDING", f"-I{include_dir}", source.name,
+    subprocess.run([compiler, *options, "-g", "-O0", "-fPIC", "-shared", "-DQOC_BUILDING", f"-I{include_dir}", source.name,
                     "-o", library.name], cwd=directory, check=True)
     return library
 

@@ -99,7 +99,7 @@ TYPED_TEST(ValueLife, WhatWasMovedFromIsEmptyAndUsable) {
 TYPED_TEST(ValueLife, GrowingVectorsKeepTheirValues) {
   std::vector<TypeParam> values;
   for (int i = 0; i < 20; ++i) {
-    values.push_back(filled<TypeParam>());
+    values.push_back(filled<TypeParam>());  // NOLINT(performance-inefficient-vector-operation): it is to grow.
   }
   for (const TypeParam &value : values) {
     EXPECT_EQ(value, filled<TypeParam>());
@@ -108,7 +108,7 @@ TYPED_TEST(ValueLife, GrowingVectorsKeepTheirValues) {
 
 TEST(Failures, CarryTheStatusItsNameAndItsSentence) {
   try {
-    qoc::Lexicon{"one", "one"};
+    const qoc::Lexicon refused{"one", "one"};
     FAIL() << "a duplicate was accepted";
   } catch (const qoc::Error &error) {
     EXPECT_EQ(error.status(), qoc::Status(QOC_STATUS_STRING_DUPLICATE));
@@ -138,7 +138,7 @@ TEST(Failures, AttemptOfACallWithoutValueGivesAStatus) {
 
 TEST(Failures, ExpectedGoesOnWithItsValueOnly) {
   const auto size = [](const char *word) {
-    return qoc::attempt([&] { return qoc::String(word); }).transform([](qoc::String s) { return s.size(); });
+    return qoc::attempt([&] { return qoc::String(word); }).transform([](const qoc::String &s) { return s.size(); });
   };
   EXPECT_EQ(size("\u00C4pfel").value(), 5u);
   EXPECT_EQ(size("\xFF").error(), qoc::Status(QOC_STATUS_NO_SUCH_VALUE));

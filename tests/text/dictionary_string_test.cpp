@@ -163,6 +163,17 @@ TEST(DictionaryStringGetSubstrExtend, RefusesANegativeStart) {
   EXPECT_EQ(qoc_ocrDictionaryString_getSubstrExtend(word("abc"), INT32_MIN, 2, out), QOC_STATUS_INDEX_NEGATIVE);
 }
 
+/// For want of memory, or because no object may be as large where addresses have 32 bits.
+TEST(DictionaryStringGetSubstrExtend, ALengthThatThereIsNoRoomForChangesNothing) {
+  LibraryAllocator memory;
+  memory.refuseAbove(std::size_t{1} << 20);
+  auto out = characters("o|l|d");
+  for (const int32_t start : {0, 3}) {
+    EXPECT_LT(qoc_ocrDictionaryString_getSubstrExtend(word("abc"), start, INT32_MAX, out), 0);
+    EXPECT_EQ(show(out), "old");
+  }
+}
+
 TEST(DictionaryStringGetSubstrExtend, KeepsTheScores) {
   const Owned<String> string(
       [](String *s) { return qoc_ocrDictionaryString_constructCharacters(s, characters("a1|b2")); });

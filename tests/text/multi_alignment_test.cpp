@@ -342,6 +342,25 @@ TEST(MatchMulti, LongTextsAreAlignedWithAnyNumberOfEdits) {
   }
 }
 
+/// First more cells than a vector may have, then so many that 32 bits hold only what is left over.
+TEST(MatchMulti, With32BitAddressesTextsWhoseTableIsLargerAreRefused) {
+  if (sizeof(void *) > 4) {
+    GTEST_SKIP() << "every number of cells is an address";
+  }
+  for (const std::size_t length : {40'000u, 65'600u}) {
+    std::string spaced = "a";
+    for (std::size_t i = 1; i < length; ++i) {
+      spaced += " a";
+    }
+    Results results;
+    EXPECT_EQ(
+        qoc_ocrDictionaryString_matchMulti(word(std::string(length, 'b')), reading(spaced),
+                                           runParams({.maxEdits = static_cast<int32_t>(length)}), nullptr, results),
+        QSYS_STATUS_OUT_OF_MEMORY)
+        << length;
+  }
+}
+
 /// So far in front that the rest of the reading is no copy that results share.
 TEST(MatchMulti, ExtraPositionsFarInFrontAreNotShown) {
   Owned<qoc_ocrDictionaryResultSet> results;

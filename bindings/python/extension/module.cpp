@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <cstdlib>
+#include <utility>
 
 namespace qoc::python {
 namespace {
@@ -92,7 +93,7 @@ std::vector<Char32> codesOf(py::handle text) {
   if (!PyUnicode_Check(text.ptr())) throw py::type_error("expected a str");
   const std::unique_ptr<Py_UCS4, decltype(&PyMem_Free)> codes(PyUnicode_AsUCS4Copy(text.ptr()), PyMem_Free);
   if (!codes) throw py::error_already_set();
-  return {codes.get(), codes.get() + PyUnicode_GET_LENGTH(text.ptr())};
+  return std::vector<Char32>(codes.get(), codes.get() + PyUnicode_GET_LENGTH(text.ptr()));
 }
 
 py::str textOf(std::span<const Candidate> characters) {
@@ -188,7 +189,7 @@ PYBIND11_MODULE(_qoc, module) {
   py::handle(errorType).attr("name") = "";
   py::register_exception_translator([](std::exception_ptr raised) {
     try {
-      std::rethrow_exception(raised);
+      std::rethrow_exception(std::move(raised));
     } catch (const qoc::Error &error) {
       if (error.status() == qoc::Status(QSYS_STATUS_OUT_OF_MEMORY)) {
         PyErr_NoMemory();

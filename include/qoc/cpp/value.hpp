@@ -151,7 +151,9 @@ class Value {
     return *this;
   }
   Value &operator=(Value &&other) noexcept {
-    if (this != &other) Value(std::move(other)).swap(*this);
+    if (this == &other) return *this;
+    Value taken(std::move(other));
+    taken.swap(*this);
     return *this;
   }
   ~Value() {
@@ -207,6 +209,7 @@ requires std::same_as<typename A::Record, typename B::Record> && requires {
 }
 bool operator==(const A &a, const B &b) {
   qsys_bool isEqual = 0;
+  // NOLINTNEXTLINE(clang-analyzer-cplusplus.Move): what was moved from is empty, and may be compared.
   require(detail::Equality<typename A::Record>::compare(a.c(), b.c(), &isEqual));
   return isEqual != 0;
 }

