@@ -1,6 +1,7 @@
 // What the page calls: a dictionary and a reading as JSON in, explained results as JSON out.
 
 #include "dictionary_file.hpp"
+#include "json_output.hpp"
 #include "text.hpp"
 #include "trouble.hpp"
 
@@ -42,11 +43,11 @@ void requireAllowed(Char32 code, const std::string &place) {
 
 qoc_ocrDictionaryChar candidateOf(const JsonNode &node) {
   const std::string shape = "a candidate, as [\"CHARACTER\", SCORE]";
-  if (node.requireArray(shape) != 2 || !node.element(1).value().is_number()) node.failExpected(shape);
+  if (node.requireArray(shape) != 2 || !node.element(1).isNumber()) node.failExpected(shape);
   const auto codes = decodeUtf8(node.element(0).string("a single character, as a string"));
   if (codes.size() != 1) node.element(0).failExpected("a single character, as a string");
   requireAllowed(codes[0], node.where());
-  const double units = std::round(node.element(1).value().get<double>() * scoreUnitsPerPoint);
+  const double units = std::round(node.element(1).scalar().get<double>() * scoreUnitsPerPoint);
   if (!(std::abs(units) < 2147483648.0)) node.failExpected("a score within 21474836");
   return {codes[0], static_cast<std::int32_t>(units)};
 }
@@ -77,7 +78,7 @@ void setReading(const std::string &text, bool isOnly7Bits, MultiString &reading)
     }
     return;
   }
-  const Json document = parseJson(text, "reading");
+  const JsonDocument document = parseJson(text, "reading");
   const JsonNode root(document, "reading");
   const std::size_t n = root.requireArray("an array of positions");
   for (std::size_t i = 0; i < n; ++i) {
@@ -110,19 +111,19 @@ const char *modeName(qoc_ocrDictionaryMode mode) {
   }
 }
 
-Json statusesOf(const qstd_vector_qoc_ocrDictionaryPositionStatus &statuses) {
-  Json list = Json::array();
-  for (const auto status : elements(statuses)) list.push_back(statusName(status));
+JsonText statusesOf(const qstd_vector_qoc_ocrDictionaryPositionStatus &statuses) {
+  JsonText list = JsonText::array();
+  for (const auto status : elements(statuses)) list.push(statusName(status));
   return list;
 }
 
 /// The characters of a result; empty where a position is open.
-Json charactersOf(const qoc_ocrDictionaryResult &result) {
-  Json list = Json::array();
+JsonText charactersOf(const qoc_ocrDictionaryResult &result) {
+  JsonText list = JsonText::array();
   const auto add = [&](Char32 code) {
     std::string text;
     if (code != QOC_CHAR_EMPTY && code != QOC_CHAR_ANY && code != QOC_CHAR_ANY_NONSPACE) appendUtf8(text, code);
-    list.push_back(text);
+    list.push(text);
   };
   if (result.mode == qoc_ocrDictionaryMode_lexicon) {
     for (const auto &character : elements(result.dictionaryString.characters)) add(character.code);
@@ -135,17 +136,17 @@ Json charactersOf(const qoc_ocrDictionaryResult &result) {
   return list;
 }
 
-Json describe(const qoc_ocrDictionaryResult &result) {
-  Json described;
-  described["characters"] = charactersOf(result);
-  described["edits"] = result.numEdits;
-  described["mode"] = modeName(result.mode);
-  described["statuses"] = statusesOf(result.resultStringStatus);
-  described["readingStatuses"] = statusesOf(result.statusWRTInputStringSwapChar);
+JsonText describe(const qoc_ocrDictionaryResult &result) {
+  JsonText described = JsonText::object();
+  described.set("characters", charactersOf(result));
+  described.set("edits", result.numEdits);
+  described.set("mode", modeName(result.mode));
+  described.set("statuses", statusesOf(result.resultStringStatus));
+  described.set("readingStatuses", statusesOf(result.statusWRTInputStringSwapChar));
   return described;
 }
 
-Json run(const std::string &dictionary, const std::string &text) {
+JsonText run(const std::string &dictionary, const std::string &text) {
   const DictionaryFile &file = dictionaryOf(dictionary);
   MultiString reading;
   setReading(text, !file.lines().empty(), reading);
@@ -156,10 +157,9 @@ Json run(const std::string &dictionary, const std::string &text) {
       qoc_ocrDictionary_runMulti(file.dictionary.get(), reading.get(), file.params.get(), results.get());
   qsys_attention_setHandler(nullptr, nullptr);
   check(status, "reading");
-  Json answer, list = Json::array();
-  for (const qoc_ocrDictionaryResult &result : elements(results->results)) list.push_back(describe(result));
-  answer["results"] = list;
-  return answer;
+  JsonText list = JsonText::array();
+  for (const qoc_ocrDictionaryResult &result : elements(results->results)) list.push(describe(result));
+  return JsonText::object({{"results", list}});
 }
 
 } // namespace
@@ -168,15 +168,14 @@ Json run(const std::string &dictionary, const std::string &text) {
 /// @return JSON with "results" or "error"; valid until the next call
 extern "C" EMSCRIPTEN_KEEPALIVE const char *qoc_playground_run(const char *dictionary, const char *reading) {
   static std::string answer;
-  qoc::program::Json result;
+  const auto refuse = [](const char *error) { answer = qoc::program::JsonText::object({{"error", error}}).text(); };
   try {
     qoc::program::checkUtf8(reading, "reading");
-    result = qoc::program::run(dictionary, reading);
+    answer = qoc::program::run(dictionary, reading).text();
   } catch (const qoc::program::Interrupted &) {
-    result["error"] = "the reading takes longer than five seconds; fewer edits or a shorter reading would help";
+    refuse("the reading takes longer than five seconds; fewer edits or a shorter reading would help");
   } catch (const std::exception &problem) {
-    result["error"] = problem.what();
+    refuse(problem.what());
   }
-  answer = result.dump(-1, ' ', false, qoc::program::Json::error_handler_t::replace);
   return answer.c_str();
 }

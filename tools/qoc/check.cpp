@@ -2,10 +2,9 @@
 
 #include "dictionary_file.hpp"
 #include "interrupt.hpp"
+#include "json_output.hpp"
 #include "output_file.hpp"
 #include "reading_loop.hpp"
-
-#include <nlohmann/json.hpp>
 
 namespace qoc::program {
 namespace {
@@ -33,25 +32,22 @@ struct Content {
 };
 
 std::string asJson(const DictionaryFile &file, const std::vector<std::string> &faults) {
-  using OrderedJson = nlohmann::ordered_json;
-  const auto line = [](const OrderedJson &object) {
-    return object.dump(-1, ' ', false, OrderedJson::error_handler_t::replace) + "\n";
-  };
   std::string text;
   for (const std::string &fault : faults) {
-    text += line({{"type", "fault"}, {"version", formatVersion}, {"message", fault}});
+    text += JsonText::object({{"type", "fault"}, {"version", formatVersion}, {"message", fault}}).text() + "\n";
   }
-  OrderedJson summary = {{"type", "check"}, {"version", formatVersion}, {"file", file.name}, {"faults", faults.size()}};
+  JsonText summary = JsonText::object(
+      {{"type", "check"}, {"version", formatVersion}, {"file", file.name}, {"faults", faults.size()}});
   if (faults.empty()) {
     const Content content(*file.dictionary.get());
-    summary["wordLists"] = content.numLists;
-    summary["words"] = content.numWords;
-    summary["fieldings"] = content.numFieldings;
-    summary["regularExpressions"] = content.numExpressions;
-    summary["swappedCharacters"] = content.numSwappedCharacters;
-    summary["sequenceSwaps"] = content.numSwaps;
+    summary.set("wordLists", content.numLists);
+    summary.set("words", content.numWords);
+    summary.set("fieldings", content.numFieldings);
+    summary.set("regularExpressions", content.numExpressions);
+    summary.set("swappedCharacters", content.numSwappedCharacters);
+    summary.set("sequenceSwaps", content.numSwaps);
   }
-  return text + line(summary);
+  return text + summary.text() + "\n";
 }
 
 std::string counted(std::size_t n, const char *one, const char *many) {

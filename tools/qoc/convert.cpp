@@ -10,26 +10,27 @@ namespace {
 constexpr int formatVersion = 1;
 
 std::string asJson(const Reading &reading) {
-  nlohmann::ordered_json object;
-  object["type"] = "positions";
-  object["version"] = formatVersion;
-  object["id"] = reading.id;
-  object["text"] = reading.text();
-  auto &positions = object["positions"] = nlohmann::ordered_json::array();
+  JsonText object = JsonText::object();
+  object.set("type", "positions");
+  object.set("version", formatVersion);
+  object.set("id", reading.id);
+  object.set("text", reading.text());
+  JsonText positions = JsonText::array();
   for (const std::vector<Candidate> &candidates : reading.positions) {
-    auto list = nlohmann::ordered_json::array();
+    JsonText list = JsonText::array();
     for (const Candidate &candidate : candidates) {
       std::string character;
       appendUtf8(character, candidate.code);
-      list.push_back(nlohmann::ordered_json::array({character, nlohmann::ordered_json(candidate.givenScore)}));
+      list.push(JsonText::array({character, candidate.givenScore}));
     }
-    positions.push_back(std::move(list));
+    positions.push(list);
   }
+  object.set("positions", positions);
   addCompanions(object, reading);
-  if (!reading.truth.is_null()) object["truth"] = reading.truth;
-  if (!reading.kind.is_null()) object["kind"] = reading.kind;
-  object["source"] = reading.place();
-  return object.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
+  if (!reading.truth.is_null()) object.set("truth", reading.truth);
+  if (!reading.kind.is_null()) object.set("kind", reading.kind);
+  object.set("source", reading.place());
+  return object.text() + "\n";
 }
 
 /// Text of one line; a reading that holds line ends cannot be one.

@@ -38,13 +38,13 @@ std::uint32_t readClass(const JsonNode &node) {
 }
 
 std::uint32_t readClasses(const JsonNode &node) {
-  if (node.value().is_string()) return readClass(node);
+  if (node.isString()) return readClass(node);
   const std::size_t n = node.requireArray("a class or an array of classes");
   if (n == 0) node.fail("the array is empty; expected at least one class");
   std::uint32_t bits = 0;
   for (std::size_t i = 0; i < n; ++i) {
     for (std::size_t k = 0; k < i; ++k) {
-      if (node.element(i).value() == node.element(k).value()) node.element(i).fail("the class stands there already");
+      if (node.element(i).scalar() == node.element(k).scalar()) node.element(i).fail("the class stands there already");
     }
     bits |= readClass(node.element(i));
   }
@@ -68,8 +68,8 @@ std::vector<Char32> readCharacters(const JsonNode &node) {
 }
 
 PositionShape readPosition(const JsonNode &node) {
-  if (!node.value().is_object()) {
-    if (!node.value().is_string() && !node.value().is_array()) {
+  if (!node.isObject()) {
+    if (!node.isString() && !node.isArray()) {
       node.failExpected("a position, as a class, an array of classes, or an object with \"classes\" or \"characters\"");
     }
     return {readClasses(node), {}};
@@ -85,7 +85,7 @@ PositionShape readPosition(const JsonNode &node) {
 }
 
 void readLine(const JsonNode &node, qoc_ocrDictionaryLineFielding &line) {
-  const bool isPicture = node.value().is_string();
+  const bool isPicture = node.isString();
   std::vector<PositionShape> shapes;
   if (isPicture) {
     shapes = readPicture(node);

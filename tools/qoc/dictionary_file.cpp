@@ -38,7 +38,7 @@ void readDictionaryText(std::string_view text, const std::string &name, const st
                         DictionaryFile &into, std::vector<std::string> *faults) {
   into.name = name;
   into.directory = directory;
-  const Json document = parseJson(text, into.name);
+  const JsonDocument document = parseJson(text, into.name);
   const JsonNode root(document, into.name, faults);
 #define QOC_DICTIONARY_KEY(key, read) key,
   root.attempt([&] { root.requireObject({QOC_DICTIONARY_SECTIONS(QOC_DICTIONARY_KEY)}); });

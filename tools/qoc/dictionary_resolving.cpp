@@ -38,8 +38,8 @@ constexpr double greatestPoints = 1000000;
 std::int32_t readPoints(const JsonNode &node, double least) {
   const std::string range = "a number of points from " + std::to_string(static_cast<int>(least)) + " to " +
                             std::to_string(static_cast<int>(greatestPoints));
-  if (!node.value().is_number()) node.failExpected(range);
-  const double points = node.value().get<double>();
+  if (!node.isNumber()) node.failExpected(range);
+  const double points = node.scalar().get<double>();
   if (!(points >= least && points <= greatestPoints)) node.failExpected(range);
   return static_cast<std::int32_t>(points * unitsPerPoint + (points < 0 ? -0.5 : 0.5));
 }
@@ -161,11 +161,11 @@ void readCheck(const JsonNode &node, qoc_checkDigitRule &rule) {
 
 void readResolving(const JsonNode &node, DictionaryFile &into) {
   Rules &rules = *into.rules.get();
-  into.resolving = node.value().dump();
+  into.resolving = node.dump();
   std::string known = "\"requireCheck\", \"alternatives\", \"freeWord\", \"freeShape\", \"confusions\"";
   for (const PointsKey &points : pointKeys) known += std::string(", \"") + points.key + "\"";
   node.requireObject("an object of rules for resolving");
-  for (const auto &[key, unused] : node.value().items()) {
+  for (const std::string &key : node.keys()) {
     const JsonNode member = node.member(key);
     if (key == "requireCheck")
       rules.requiresCheck = member.boolean() ? 1 : 0;
@@ -177,7 +177,7 @@ void readResolving(const JsonNode &node, DictionaryFile &into) {
       readFreeText(member, rules.freeShape);
     else if (key != "confusions") {
       const auto *points = std::find_if(std::begin(pointKeys), std::end(pointKeys),
-                                        [&, name = key](const PointsKey &candidate) { return name == candidate.key; });
+                                        [&](const PointsKey &candidate) { return key == candidate.key; });
       if (points == std::end(pointKeys)) member.fail("unknown key; expected one of " + known);
       rules.*points->field = readPoints(member, 0);
     }

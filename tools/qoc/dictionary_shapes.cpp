@@ -71,7 +71,7 @@ void addReadyShape(const JsonNode &node, DictionaryFile &into) {
   const auto found = std::find_if(readyShapes().begin(), readyShapes().end(),
                                   [&](const ReadyShape &shape) { return name == shape.name; });
   if (found == readyShapes().end()) node.failExpected("one of " + names);
-  const Json expressions = Json::array({found->expression});
+  const JsonDocument expressions = parseJson("[" + JsonScalar(found->expression).dump() + "]", node.where());
   const std::int32_t entry = numEntries(into, qoc_ocrDictionaryMode_regularExpression);
   readRegularExpressions(JsonNode(expressions, node.where()), into);
   for (const ReadyCheck &ready : found->checks) {
@@ -171,7 +171,7 @@ void readShapes(const JsonNode &node, DictionaryFile &into) {
   for (std::size_t i = 0; i < n; ++i) {
     const JsonNode shape = node.element(i);
     node.attempt([&] {
-      if (shape.value().is_object())
+      if (shape.isObject())
         readCheckedEntries(shape, into);
       else
         addReadyShape(shape, into);

@@ -56,38 +56,39 @@ std::string explainAsText(const Reading &reading, std::span<const qoc_ocrDiction
   return text + "\n";
 }
 
-nlohmann::ordered_json decisionAsJson(const RankingDecision &decision) {
-  nlohmann::ordered_json object;
-  object["key"] = decision.order.empty() ? nlohmann::ordered_json(nullptr) : nlohmann::ordered_json(decision.key);
-  object["before"] = decision.first;
-  object["here"] = decision.second;
-  object["order"] = decision.order.empty() ? "as found" : decision.order;
+JsonText decisionAsJson(const RankingDecision &decision) {
+  JsonText object = JsonText::object();
+  object.set("key", decision.order.empty() ? nullptr : JsonText(decision.key));
+  object.set("before", decision.first);
+  object.set("here", decision.second);
+  object.set("order", decision.order.empty() ? "as found" : decision.order);
   return object;
 }
 
 std::string explainAsJson(const Reading &reading, std::span<const qoc_ocrDictionaryResult> results,
                           const qoc_ocrDictionaryRunParams &params) {
-  nlohmann::ordered_json object;
-  object["type"] = "explanation";
-  object["version"] = formatVersion;
-  object["file"] = reading.file;
-  object["line"] = reading.line;
-  object["id"] = reading.id;
-  object["text"] = reading.text();
-  auto &list = object["results"] = nlohmann::ordered_json::array();
+  JsonText object = JsonText::object();
+  object.set("type", "explanation");
+  object.set("version", formatVersion);
+  object.set("file", reading.file);
+  object.set("line", reading.line);
+  object.set("id", reading.id);
+  object.set("text", reading.text());
+  JsonText list = JsonText::array();
   for (std::size_t i = 0; i < results.size(); ++i) {
     const qoc_ocrDictionaryResult &result = results[i];
     const std::vector<Char32> codes = resultText(result);
-    nlohmann::ordered_json entry;
-    entry["rank"] = i + 1;
-    entry["text"] = shownText(codes);
-    entry["numEdits"] = result.numEdits;
-    entry["from"] = sourceName(result.mode);
-    entry["decidedBy"] = i > 0 ? decisionAsJson(whyRanked(params, results[i - 1], result)) : nullptr;
-    entry["positions"] = explanationAsJson(explainResult(reading, result, codes));
-    list.push_back(std::move(entry));
+    JsonText entry = JsonText::object();
+    entry.set("rank", i + 1);
+    entry.set("text", shownText(codes));
+    entry.set("numEdits", result.numEdits);
+    entry.set("from", sourceName(result.mode));
+    entry.set("decidedBy", i > 0 ? decisionAsJson(whyRanked(params, results[i - 1], result)) : nullptr);
+    entry.set("positions", explanationAsJson(explainResult(reading, result, codes)));
+    list.push(entry);
   }
-  return object.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
+  object.set("results", list);
+  return object.text() + "\n";
 }
 
 constexpr const char *tableHeadLine = "file\tline\tid\trank\tposition\tread\tis\tstatus\tmark\tmeaning\n";

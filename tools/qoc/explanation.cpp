@@ -253,18 +253,18 @@ std::string meaningsAsText(const Explanation &explanation, const std::string &in
          std::to_string(numPrimary) + (numPrimary == 1 ? " position\n" : " positions\n");
 }
 
-nlohmann::ordered_json explanationAsJson(const Explanation &explanation) {
-  auto list = nlohmann::ordered_json::array();
+JsonText explanationAsJson(const Explanation &explanation) {
+  JsonText list = JsonText::array();
   for (const ExplanationColumn &column : explanation.columns) {
     const Mark &mark = markOf(column.status);
-    nlohmann::ordered_json entry;
-    entry["position"] = column.begin < column.end ? nlohmann::ordered_json(column.begin) : nullptr;
-    entry["read"] = column.begin < column.end ? nlohmann::ordered_json(column.read) : nullptr;
-    entry["is"] = column.character.empty() ? nlohmann::ordered_json(nullptr) : nlohmann::ordered_json(column.character);
-    entry["status"] = mark.name;
-    entry["mark"] = std::string(1, mark.mark);
-    entry["meaning"] = column.meaning;
-    list.push_back(std::move(entry));
+    JsonText entry = JsonText::object();
+    entry.set("position", column.begin < column.end ? JsonText(column.begin) : nullptr);
+    entry.set("read", column.begin < column.end ? JsonText(column.read) : nullptr);
+    entry.set("is", column.character.empty() ? nullptr : JsonText(column.character));
+    entry.set("status", mark.name);
+    entry.set("mark", std::string(1, mark.mark));
+    entry.set("meaning", column.meaning);
+    list.push(entry);
   }
   return list;
 }

@@ -2,10 +2,9 @@
 
 /// @file The reading laid over a result, position by position: one layout, shown on a terminal, as JSON and as HTML.
 
+#include "json_output.hpp"
 #include "objects.hpp"
 #include "readings.hpp"
-
-#include <nlohmann/json.hpp>
 
 #include <string>
 #include <vector>
@@ -45,7 +44,7 @@ std::string explanationAsText(const Explanation &explanation, const std::string 
 std::string meaningsAsText(const Explanation &explanation, const std::string &indent, bool isColored);
 
 /// An array with an object for each column.
-nlohmann::ordered_json explanationAsJson(const Explanation &explanation);
+JsonText explanationAsJson(const Explanation &explanation);
 
 /// Elements `i` of class `sSTATUS`, each with what was read, the mark and what it is; with the candidates in `data-c`,
 /// each a character and right behind it its score, spaces between them; and with the meaning in `data-m`.

@@ -1,12 +1,11 @@
 #include "learn.hpp"
 
 #include "confusion_counts.hpp"
+#include "json_output.hpp"
 #include "matching.hpp"
 #include "output_file.hpp"
 #include "reading_loop.hpp"
 #include "text.hpp"
-
-#include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <array>
@@ -16,8 +15,6 @@
 
 namespace qoc::program {
 namespace {
-
-using OrderedJson = nlohmann::ordered_json;
 
 constexpr int formatVersion = 1;
 /// One natural logarithm of odds in the unit of scores: what the reader's own scores are worth on the shipped readings.
@@ -193,31 +190,31 @@ std::string utf8(const std::u32string &codes) {
 
 double inPoints(std::int32_t units) { return units / 100.0; }
 
-OrderedJson verdictsAsJson(const Verdicts &verdicts) {
-  return {{"right", verdicts.right}, {"wrong", verdicts.wrong}, {"unsure", verdicts.unsure}, {"none", verdicts.none}};
+JsonText verdictsAsJson(const Verdicts &verdicts) {
+  return JsonText::object(
+      {{"right", verdicts.right}, {"wrong", verdicts.wrong}, {"unsure", verdicts.unsure}, {"none", verdicts.none}});
 }
 
 /// What can be put into a dictionary file as it stands.
-OrderedJson sectionsOf(const Learnt &learnt) {
+JsonText sectionsOf(const Learnt &learnt) {
   std::set<std::u32string> groups;
   for (const Learnt::Confusion &swap : learnt.swaps) {
     groups.insert(swap.read < swap.meant ? swap.read + swap.meant : swap.meant + swap.read);
   }
-  OrderedJson swaps, resolving = OrderedJson::array();
-  swaps["groups"] = OrderedJson::array();
-  for (const std::u32string &group : groups) swaps["groups"].push_back(utf8(group));
-  swaps["sequences"] = OrderedJson::array();
+  JsonText groupList = JsonText::array(), sequences = JsonText::array(), confusions = JsonText::array();
+  for (const std::u32string &group : groups) groupList.push(utf8(group));
   for (const Learnt::Confusion &sequence : learnt.sequences) {
-    swaps["sequences"].push_back({utf8(sequence.read), utf8(sequence.meant)});
+    sequences.push(JsonText::array({utf8(sequence.read), utf8(sequence.meant)}));
   }
   for (const auto *list : {&learnt.swaps, &learnt.extras}) {
     for (const Learnt::Confusion &confusion : *list) {
-      resolving.push_back({{"read", utf8(confusion.read)},
-                           {"meant", utf8(confusion.meant)},
-                           {"swapPenalty", inPoints(confusion.penalty)}});
+      confusions.push(JsonText::object({{"read", utf8(confusion.read)},
+                                        {"meant", utf8(confusion.meant)},
+                                        {"swapPenalty", inPoints(confusion.penalty)}}));
     }
   }
-  return {{"swaps", swaps}, {"resolving", {{"confusions", resolving}}}};
+  return JsonText::object({{"swaps", JsonText::object({{"groups", groupList}, {"sequences", sequences}})},
+                           {"resolving", JsonText::object({{"confusions", confusions}})}});
 }
 
 /// What is known of one learnt confusion: its counts, and what it changes alone.
@@ -258,30 +255,33 @@ std::string asText(const School &school, const std::vector<Finding> &findings, c
   text += "\nOn readings that it was not learnt from (" + std::to_string(numFolds) + " parts):\n";
   row("before", before);
   row("learnt", after);
-  return text + "\nFor the dictionary file:\n" + sectionsOf(learnt).dump(2) + "\n";
+  return text + "\nFor the dictionary file:\n" + sectionsOf(learnt).indented() + "\n";
 }
 
 std::string asJson(const School &school, const std::vector<Finding> &findings, const Verdicts &before,
                    const Verdicts &after, const Learnt &learnt, unsigned numFolds) {
-  OrderedJson object = {{"type", "learnt"},
-                        {"version", formatVersion},
-                        {"readings", school.numReadings()},
-                        {"withTruth", school.lessons().size()}};
-  OrderedJson &list = object["confusions"] = OrderedJson::array();
+  JsonText list = JsonText::array();
   for (const Finding &finding : findings) {
-    list.push_back({{"read", utf8(finding.confusion.read)},
-                    {"meant", utf8(finding.confusion.meant)},
-                    {"times", finding.confusion.count.numTimes},
-                    {"listed", finding.confusion.count.numListed},
-                    {"of", finding.confusion.numRead},
-                    {"penalty", inPoints(finding.confusion.penalty)},
-                    {"right", finding.right},
-                    {"wrong", finding.wrong}});
+    list.push(JsonText::object({{"read", utf8(finding.confusion.read)},
+                                {"meant", utf8(finding.confusion.meant)},
+                                {"times", finding.confusion.count.numTimes},
+                                {"listed", finding.confusion.count.numListed},
+                                {"of", finding.confusion.numRead},
+                                {"penalty", inPoints(finding.confusion.penalty)},
+                                {"right", finding.right},
+                                {"wrong", finding.wrong}}));
   }
-  object["crossValidation"] = {
-      {"parts", numFolds}, {"before", verdictsAsJson(before)}, {"after", verdictsAsJson(after)}};
-  object["dictionary"] = sectionsOf(learnt);
-  return object.dump() + "\n";
+  const JsonText validation = JsonText::object(
+      {{"parts", numFolds}, {"before", verdictsAsJson(before)}, {"after", verdictsAsJson(after)}});
+  return JsonText::object({{"type", "learnt"},
+                           {"version", formatVersion},
+                           {"readings", school.numReadings()},
+                           {"withTruth", school.lessons().size()},
+                           {"confusions", list},
+                           {"crossValidation", validation},
+                           {"dictionary", sectionsOf(learnt)}})
+             .text() +
+         "\n";
 }
 
 ExitCode execute(const Options &options) {

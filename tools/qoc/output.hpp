@@ -2,11 +2,10 @@
 
 /// @file What the program writes about a reading and its results.
 
+#include "json_output.hpp"
 #include "library_reading.hpp"
 #include "objects.hpp"
 #include "readings.hpp"
-
-#include <nlohmann/json.hpp>
 
 #include <cstddef>
 #include <string>
@@ -50,6 +49,6 @@ std::string tsvRow(const std::vector<std::string> &fields);
 const char *sourceName(qoc_ocrDictionaryMode mode);
 
 /// Adds what came with a reading beside its characters: boxes and the picture.
-void addCompanions(nlohmann::ordered_json &object, const Reading &reading);
+void addCompanions(JsonText &object, const Reading &reading);
 
 } // namespace qoc::program

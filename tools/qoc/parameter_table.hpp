@@ -98,9 +98,9 @@ template <typename P> void readParameterObject(const JsonNode &node, const Param
   addKeys(table.numbers);
   addKeys(table.flags);
   addKeys(table.choices);
-  for (const auto &[key, unused] : node.value().items()) {
+  for (const std::string &key : node.keys()) {
     const JsonNode member = node.member(key);
-    node.attempt([&, key = key] {
+    node.attempt([&] {
       if (!readParameter(member, key, table, params)) member.fail("unknown key; expected one of " + known);
     });
   }

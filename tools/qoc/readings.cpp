@@ -39,8 +39,8 @@ std::optional<std::int32_t> inUnits(double score) {
 constexpr const char *scoreRange = "a score from -21474836.48 to 21474836.47";
 
 std::int32_t readScore(const JsonNode &node) {
-  if (!node.value().is_number()) node.failExpected("a score, as a number");
-  const std::optional<std::int32_t> units = inUnits(node.value().get<double>());
+  if (!node.isNumber()) node.failExpected("a score, as a number");
+  const std::optional<std::int32_t> units = inUnits(node.scalar().get<double>());
   if (!units) node.failExpected(scoreRange);
   return *units;
 }
@@ -53,7 +53,7 @@ Candidate readCandidate(const JsonNode &node) {
   if (codes.size() != 1) character.failExpected("a single character, as a string");
   requireAllowed(codes[0], character.where());
   const JsonNode score = node.element(1);
-  return {codes[0], readScore(score), score.value()};
+  return {codes[0], readScore(score), score.scalar()};
 }
 
 void readPositions(const JsonNode &node, Reading &reading) {
@@ -75,8 +75,8 @@ Box readBox(const JsonNode &node) {
   double sides[4];
   for (std::size_t i = 0; i < 4; ++i) {
     const JsonNode side = node.element(i);
-    if (!side.value().is_number()) side.failExpected("a number");
-    sides[i] = side.value().get<double>();
+    if (!side.isNumber()) side.failExpected("a number");
+    sides[i] = side.scalar().get<double>();
   }
   return {sides[0], sides[1], sides[2], sides[3]};
 }
@@ -86,13 +86,14 @@ void readCompanions(const JsonNode &root, Reading &reading) {
   if (root.has("box")) reading.box = readBox(root.member("box"));
   if (root.has("boxes")) {
     const JsonNode boxes = root.member("boxes");
-    if (boxes.requireArray("an array with a box or null for each position") != reading.positions.size()) {
-      boxes.fail("found " + std::to_string(boxes.value().size()) + " boxes; expected one for each of the " +
+    const std::size_t n = boxes.requireArray("an array with a box or null for each position");
+    if (n != reading.positions.size()) {
+      boxes.fail("found " + std::to_string(n) + " boxes; expected one for each of the " +
                  std::to_string(reading.positions.size()) + " positions");
     }
-    for (std::size_t i = 0; i < boxes.value().size(); ++i) {
+    for (std::size_t i = 0; i < n; ++i) {
       const JsonNode box = boxes.element(i);
-      reading.boxes.push_back(box.value().is_null() ? std::nullopt : std::optional(readBox(box)));
+      reading.boxes.push_back(box.isNull() ? std::nullopt : std::optional(readBox(box)));
     }
   }
   if (root.has("image")) {
@@ -100,18 +101,18 @@ void readCompanions(const JsonNode &root, Reading &reading) {
   }
   // These two are people's own keys; what does not look like ours is passed over as any other key is.
   for (const auto &[key, target] : {std::pair("truth", &reading.truth), std::pair("kind", &reading.kind)}) {
-    if (root.has(key) && root.member(key).value().is_string()) *target = root.member(key).value();
+    if (root.has(key) && root.member(key).isString()) *target = root.member(key).scalar();
   }
 }
 
 void readObject(const std::string &line, const LineReader &reader, Reading &reading) {
-  const Json document = parseJson(line, reader.name(), reader.lineNumber());
+  const JsonDocument document = parseJson(line, reader.name(), reader.lineNumber());
   const JsonNode root(document, reader.place());
   root.requireObject("a reading, as an object with \"positions\" or \"text\"");
-  if (root.has("id") && !root.member("id").value().is_null()) {
+  if (root.has("id") && !root.member("id").isNull()) {
     const JsonNode id = root.member("id");
-    if (!id.value().is_string() && !id.value().is_number()) id.failExpected("a string or a number");
-    reading.id = id.value();
+    if (!id.isString() && !id.isNumber()) id.failExpected("a string or a number");
+    reading.id = id.scalar();
   }
   if (root.has("positions")) {
     readPositions(root.member("positions"), reading);
@@ -226,14 +227,13 @@ Candidate makeCandidate(Char32 code, double score, const std::string &place) {
   return {code, *units, score};
 }
 
-Json describeBox(const Box &box) {
-  Json sides = Json::array();
-  for (const double side : {box.left, box.top, box.right, box.bottom}) {
+std::array<JsonScalar, 4> describeBox(const Box &box) {
+  const auto describe = [](double side) -> JsonScalar {
     constexpr double exact = 9007199254740992.0; // Whole numbers up to here stand as themselves.
-    if (std::trunc(side) == side && std::abs(side) < exact) sides.push_back(static_cast<std::int64_t>(side));
-    else sides.push_back(side);
-  }
-  return sides;
+    if (std::trunc(side) == side && std::abs(side) < exact) return static_cast<std::int64_t>(side);
+    return side;
+  };
+  return {describe(box.left), describe(box.top), describe(box.right), describe(box.bottom)};
 }
 
 std::string Reading::text() const {

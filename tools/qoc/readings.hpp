@@ -8,6 +8,7 @@
 
 #include <qoc/base.h>
 
+#include <array>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -22,7 +23,7 @@ class PageDocument;
 struct Candidate {
   Char32 code;
   std::int32_t score; ///< As the library gets it: the given score times 100, rounded.
-  Json givenScore;    ///< The score as it came.
+  JsonScalar givenScore; ///< The score as it came.
 };
 
 /// Makes a candidate, or throws Trouble where the character or the score is refused.
@@ -34,22 +35,22 @@ struct Box {
   double left = 0, top = 0, right = 0, bottom = 0;
 };
 
-/// As `[left, top, right, bottom]`, whole numbers without a fraction.
-Json describeBox(const Box &box);
+/// As left, top, right and bottom, whole numbers without a fraction.
+std::array<JsonScalar, 4> describeBox(const Box &box);
 
 /// One reading and where it came from.
-// NOLINTNEXTLINE(bugprone-exception-escape): what moves here does not throw, which clang-tidy cannot see of Json.
+// NOLINTNEXTLINE(bugprone-exception-escape): what moves here does not throw, which clang-tidy cannot see of JsonScalar.
 struct Reading {
   std::string file;       ///< As messages call it.
   std::uint64_t line = 0; ///< From 1.
-  Json id;                ///< A string or a number, or null where the input gives none.
+  JsonScalar id;          ///< A string or a number, or null where the input gives none.
   std::vector<std::vector<Candidate>> positions;
 
   std::optional<Box> box;                ///< Of the whole reading.
   std::vector<std::optional<Box>> boxes; ///< One for each position, or none at all.
   std::string image;                     ///< The picture's file; empty where the input names none.
-  Json truth;                            ///< What stood there, as a string, where the input says so; else null.
-  Json kind;                             ///< What sort of text it is, likewise.
+  JsonScalar truth;                      ///< What stood there, as a string, where the input says so; else null.
+  JsonScalar kind;                       ///< What sort of text it is, likewise.
 
   std::shared_ptr<PageDocument> document; ///< The document it came from; null where there is none.
   std::size_t indexInDocument = 0;

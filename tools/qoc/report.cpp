@@ -116,7 +116,7 @@ std::string rowOf(const Reading &reading, const Outcome &outcome, int image) {
   const ReadingVerdict &verdict = outcome.verdict;
   std::string box;
   if (image >= 0 && reading.box) {
-    for (const Json &side : describeBox(*reading.box)) box += (box.empty() ? "" : " ") + side.dump();
+    for (const JsonScalar &side : describeBox(*reading.box)) box += (box.empty() ? "" : " ") + side.dump();
   }
   std::string shown = explanationAsHtml(outcome.explanation, reading), label = "read " + read;
   std::string result = "no result", detail;

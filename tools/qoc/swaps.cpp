@@ -2,6 +2,7 @@
 
 #include "dictionary_file.hpp"
 #include "interrupt.hpp"
+#include "json_output.hpp"
 #include "text.hpp"
 #include "trouble.hpp"
 
@@ -43,24 +44,26 @@ std::string textOf(const qstd_vectorChar32 &codes) {
 bool isBothWays(const qoc_swapChar &swap) { return elements(swap.first).size() != elements(swap.second).size(); }
 
 std::string describeAsJson(const qoc_swapCharSet &set) {
-  nlohmann::ordered_json object;
-  object["type"] = "swaps";
-  object["version"] = formatVersion;
-  auto &groups = object["groups"] = nlohmann::ordered_json::array();
+  JsonText object = JsonText::object();
+  object.set("type", "swaps");
+  object.set("version", formatVersion);
+  JsonText groups = JsonText::array();
   for (const std::vector<Char32> &members : classesOf(set)) {
-    auto list = nlohmann::ordered_json::array();
-    for (const Char32 code : members) list.push_back(encodeUtf8(code));
-    groups.push_back(std::move(list));
+    JsonText list = JsonText::array();
+    for (const Char32 code : members) list.push(encodeUtf8(code));
+    groups.push(list);
   }
-  auto &sequences = object["sequences"] = nlohmann::ordered_json::array();
+  object.set("groups", groups);
+  JsonText sequences = JsonText::array();
   for (const qoc_swapChar &swap : elements(set.swaps)) {
-    nlohmann::ordered_json entry;
-    entry["first"] = textOf(swap.first);
-    entry["second"] = textOf(swap.second);
-    entry["bothWays"] = isBothWays(swap);
-    sequences.push_back(std::move(entry));
+    JsonText entry = JsonText::object();
+    entry.set("first", textOf(swap.first));
+    entry.set("second", textOf(swap.second));
+    entry.set("bothWays", isBothWays(swap));
+    sequences.push(entry);
   }
-  return object.dump() + "\n";
+  object.set("sequences", sequences);
+  return object.text() + "\n";
 }
 
 /// A code for people; the space as an open box.
