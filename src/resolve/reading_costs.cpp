@@ -145,12 +145,22 @@ void ReadingCosts::makeTable() {
     return;
   }
   table_.resize(positions_.size() * tableWidth);
-  isShown_.assign(positions_.size() * tableWidth, Known::nothing);
+  isShown_.assign(positions_.size() * tableWidth, false);
   for (std::size_t i = 0; i < positions_.size(); ++i) {
     Cost *row = table_.data() + i * tableWidth;
     std::fill_n(row, tableWidth, positions_[i].any);
     for (const Choice &choice : choices(static_cast<std::int32_t>(i))) {
       if (choice.code < tableWidth) row[choice.code] = choice.cost;
+    }
+    const auto mark = [&](Char32 code) {
+      if (code < tableWidth) isShown_[i * tableWidth + code] = true;
+    };
+    for (const qoc_ocrDictionaryChar &candidate : positions_[i].candidates) {
+      mark(candidate.code);
+      forEachEquivalent(set_, candidate.code, mark);
+      if (candidate.code == QOC_CHAR_ANY) {
+        std::fill_n(isShown_.begin() + static_cast<std::ptrdiff_t>(i * tableWidth), tableWidth, true);
+      }
     }
   }
 }
@@ -203,12 +213,6 @@ qsys_status ReadingCosts::write(Cost limit, qoc_ocrDictionaryStringMulti &readin
                                                              static_cast<std::int32_t>(characters.size())));
   }
   return QSYS_STATUS_OK;
-}
-
-bool ReadingCosts::showsPlain(std::int32_t position, Char32 code) const {
-  Known &known = isShown_[static_cast<std::size_t>(position) * tableWidth + code];
-  if (known == Known::nothing) known = showsAny(position, code) ? Known::shown : Known::notShown;
-  return known == Known::shown;
 }
 
 Cost ReadingCosts::matchAny(std::int32_t position, Char32 code) const {

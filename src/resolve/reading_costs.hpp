@@ -112,14 +112,15 @@ class ReadingCosts {
   bool find(std::int32_t position, Char32 code, Choice &choice) const;
   /// Whether a candidate of the position is the character or a swap equivalent of it.
   bool shows(std::int32_t position, Char32 code) const {
-    return code < tableWidth && !isShown_.empty() ? showsPlain(position, code) : showsAny(position, code);
+    return code < tableWidth && !isShown_.empty() ? isShown_[static_cast<std::size_t>(position) * tableWidth + code]
+                                                  : showsAny(position, code);
   }
   /// The cost of leaving the position out; `before` and `behind` stand beside it in the text (QOC_CHAR_EMPTY for none).
   Cost extra(std::int32_t position, Char32 before, Char32 behind) const;
 
   /// Lists what the positions show at no more than a cost.
   void show(Cost limit);
-  /// Makes the table that `match` looks plain characters up in; worth its time where many are asked.
+  /// Makes the tables that `match` and `shows` look plain characters up in; worth its time where many are asked.
   void makeTable();
   /// Everything that was listed of the position, each character once, by code; a wildcard among it shows every other
   /// one.
@@ -154,16 +155,14 @@ class ReadingCosts {
     Choice choice;
     return find(position, code, choice);
   }
-  bool showsPlain(std::int32_t position, Char32 code) const;
 
   Penalties penalties_;
   const qoc_swapCharSet *set_;
   Cost shown_ = -1;  // As far as is listed.
   std::vector<Position> positions_;
   std::vector<Choice> choices_;
-  enum class Known : std::uint8_t { nothing, shown, notShown };
   std::vector<Cost> table_;
-  mutable std::vector<Known> isShown_;  // Of the table's characters: what was asked.
+  std::vector<bool> isShown_;  // Of the table's characters, at whatever cost.
   Cost sumOfFirst_ = 0;
 };
 

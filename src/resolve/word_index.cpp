@@ -3,11 +3,15 @@
 #include "resolve/word_index.hpp"
 
 #include <algorithm>
+#include <new>
 #include <numeric>
 
 namespace qoc {
 
 void WordIndex::add(std::span<const qoc_ocrDictionaryChar> word, std::int32_t lexicon) {
+  if (word.size() > UINT32_MAX - codes_.size()) {
+    throw std::bad_alloc();  // More than nodes can tell apart.
+  }
   words_.push_back({codes_.size(), word.size(), lexicon});
   for (const qoc_ocrDictionaryChar &character : word) codes_.push_back(character.code);
 }
@@ -103,8 +107,12 @@ WordIndex::Nodes WordIndex::makeNodes(std::span<const std::uint32_t> order, Dire
     WordNode &node = nodes[at];
     const std::size_t depth = ranges[at].depth, length = word(node.word).size();
     node.shortest = node.longest = counted(length - depth);
-    for (std::size_t i = depth; node.numChildren == 0 && i < length; ++i) {
-      node.below |= maskOf(code(node.word, i, direction));
+    if (node.numChildren == 0) {
+      const std::size_t begin = words_[order_[node.word]].begin;
+      node.firstChild =
+          static_cast<std::uint32_t>(direction == Direction::forward ? begin + depth : begin + length - depth - 1);
+      for (std::size_t i = 0; depth + i < length; ++i) node.below |= maskOf(tail(node, i, direction));
+      continue;
     }
     for (const WordNode &child : std::span(nodes).subspan(node.firstChild, node.numChildren)) {
       node.below |= maskOf(child.code) | child.below;

@@ -23,7 +23,8 @@ struct WordNode {
   Char32 code = QOC_CHAR_EMPTY;  ///< Its last character.
   LetterMask below = 0;          ///< The characters that words have behind it.
   std::uint32_t word = 0;        ///< The place in the order of a word that begins so.
-  std::uint32_t firstChild = 0;  ///< The nodes that go on from it; none where it leads to one word only.
+  std::uint32_t firstChild = 0;  ///< The nodes that go on from it. Where it leads to one word only there are none, and
+                                 ///< this is the place of that word's next character.
   std::uint32_t numChildren = 0;
   std::uint16_t shortest = 0, longest = 0;  ///< The characters that words have behind it, up to maxCounted.
 
@@ -46,6 +47,11 @@ class WordIndex {
   Char32 code(std::size_t k, std::size_t depth, Direction direction) const {
     const auto codes = word(k);
     return codes[direction == Direction::forward ? depth : codes.size() - 1 - depth];
+  }
+
+  /// A character of the only word behind a node, counted from the node.
+  Char32 tail(const WordNode &node, std::size_t i, Direction direction) const {
+    return codes_[direction == Direction::forward ? node.firstChild + i : node.firstChild - i];
   }
 
   /// The node of all words; with no word there is none. The words of a node that stands for a whole word are found

@@ -128,15 +128,16 @@ class TrieWalk {
       branches_.push_back(words_.children(node, rows_.direction()));
       return node.shortest == 0 ? best_.offer(words_, node.word, rows_.cost(depth)) : QSYS_STATUS_OK;
     }
-    const std::size_t length = words_.word(node.word).size();
-    for (std::size_t at = depth; at < length; ++at) {
+    const std::size_t numLeft =
+        node.longest < WordNode::maxCounted ? node.longest : words_.word(node.word).size() - depth;
+    for (std::size_t i = 0; i < numLeft; ++i) {
       QOC_TRY(tick());
-      const auto left = static_cast<std::int64_t>(length - at) - 1;
-      if (!rows_.extend(words_.code(node.word, at, rows_.direction()), at, {left, left}, best_.limit())) {
+      const auto left = static_cast<std::int64_t>(numLeft - i) - 1;
+      if (!rows_.extend(words_.tail(node, i, rows_.direction()), depth + i, {left, left}, best_.limit())) {
         return QSYS_STATUS_OK;
       }
     }
-    return best_.offer(words_, node.word, rows_.cost(length));
+    return best_.offer(words_, node.word, rows_.cost(depth + numLeft));
   }
 
   qsys_status tick() { return ++numSteps_ % 128 == 0 ? qsys_attention_check() : QSYS_STATUS_OK; }

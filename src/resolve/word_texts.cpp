@@ -121,7 +121,7 @@ class Chooser final : public WordChooser {
 
 /// What a word that the run found costs: an upper bound for the best text; noWay where there is none that may come in.
 /// With several edits a result names the text as it was aligned, which need not be the word.
-qsys_status costOfShownWord(Task &task, Cost &cost) {
+qsys_status costOfShownWord(const Task &task, Cost &cost) {
   cost = noWay;
   const auto shown = std::find_if(task.results.begin(), task.results.end(), isShownWord);
   if (shown == task.results.end()) {
@@ -138,10 +138,7 @@ qsys_status costOfShownWord(Task &task, Cost &cost) {
     return QSYS_STATUS_OK;
   }
   if (task.reach.admitsLength(word.size())) cost = costInPlace(task.costs, word);
-  if (cost >= noWay) {
-    task.costs.show(noWay);
-    cost = costOfWord(word, task.costs, task.reach, task.swaps);
-  }
+  if (cost >= noWay) cost = costOfWord(word, task.costs, task.reach, task.swaps);
   return QSYS_STATUS_OK;
 }
 
@@ -173,14 +170,13 @@ qsys_status collectKnownWords(Task &task, TextList &texts) {
 }
 
 /// Without a dictionary: the words that the results name.
-qsys_status collectShownWords(Task &task, TextList &texts) {
+qsys_status collectShownWords(const Task &task, TextList &texts) {
   for (const qoc_ocrDictionaryResult &result : task.results) {
     QOC_TRY(qsys_attention_check());
     if (!isShownWord(result)) {
       continue;
     }
     const std::vector<Char32> word = wordOf(result);
-    task.costs.show(noWay);
     const Cost cost = costOfWord(word, task.costs, task.reach, task.swaps);
     if (cost >= noWay) {
       continue;
