@@ -28,23 +28,19 @@ class BestWords {
   /// Takes a word in unless it costs too much, is there at no greater cost or is not allowed. The same word in other
   /// lexicons follows it in the order; the first one that is allowed counts.
   qsys_status offer(const WordIndex &words, std::size_t word, Cost cost) {
-    const auto same = std::find_if(found_.begin(), found_.end(), [&](const FoundWord &other) {
-      const auto known = words.word(other.word), offered = words.word(word);
-      return std::equal(known.begin(), known.end(), offered.begin(), offered.end());
-    });
-    if (cost > limit_ || (same != found_.end() && same->cost <= cost)) {
+    const auto text = words.word(word);
+    const auto isSame = [&](std::size_t other) {
+      const auto known = words.word(other);
+      return std::equal(known.begin(), known.end(), text.begin(), text.end());
+    };
+    const auto known =
+        std::find_if(found_.begin(), found_.end(), [&](const FoundWord &other) { return isSame(other.word); });
+    if (cost > limit_ || (known != found_.end() && known->cost <= cost)) {
       return QSYS_STATUS_OK;
     }
-    if (same != found_.end()) found_.erase(same);
-    const auto text = words.word(word);
+    if (known != found_.end()) found_.erase(known);
     bool isIn = false;
-    for (; !isIn && word < words.size(); ++word) {
-      const auto same = words.word(word);
-      if (same.size() != text.size() || !std::equal(same.begin(), same.end(), text.begin())) {
-        return QSYS_STATUS_OK;
-      }
-      QOC_TRY(chooser_.isAllowed(word, isIn));
-    }
+    for (; !isIn && word < words.size() && isSame(word); ++word) QOC_TRY(chooser_.isAllowed(word, isIn));
     if (isIn) {
       const FoundWord taken = {cost, word - 1};
       const auto at = std::find_if(found_.begin(), found_.end(), [&](const FoundWord &other) {
