@@ -24,9 +24,11 @@ qsys_status Knowledge::take(const qoc_ocrDictionary &dictionary) {
   for (const auto &expression : viewAs<qoc_ocrDictionaryRegularExpression>(*expressions.get())) {
     admitted.emplace_back(expression);
   }
+  WorkMeter meter;
   std::int32_t entry = 0;
   for (const qoc_ocrDictionaryLexicon &lexicon : viewAs<qoc_ocrDictionaryLexicon>(dictionary.lexicons)) {
     for (const qoc_ocrDictionaryString &word : viewAs<qoc_ocrDictionaryString>(lexicon.strings)) {
+      QOC_TRY(meter.add(8 + static_cast<std::size_t>(word.characters.core.size)));
       words.add(viewAs<qoc_ocrDictionaryChar>(word.characters), entry);
     }
     ++entry;

@@ -25,6 +25,8 @@ class LiveCells {
   LiveCells(const ReadingCosts &costs, const Reach &reach, Direction direction, Cost limit);
 
   Direction direction() const { return direction_; }
+  /// The cells of the last row.
+  std::size_t width() const { return numCells_ - rows_[rows_.size() - 2].begin; }
   /// What a part of the reading may lose: its first `numPositions` in the direction.
   void setShare(std::int32_t numPositions) { shared_ = numPositions; }
 

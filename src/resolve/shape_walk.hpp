@@ -57,6 +57,7 @@ class ShapeWalk {
     if (input == costs_.size() && isEnd) QOC_TRY(visit(text_));
     const bool mayEdit = edits < reach_.maxEdits;
     if (input < costs_.size()) {
+      numSteps_ += static_cast<int>(std::min<std::size_t>(costs_.choices(input).size() / 16, maxSteps));
       for (const Choice &choice : costs_.choices(input)) {
         NarrowStates::Set taken = states_.none();
         states_.addAccepting(choice.code, taken);

@@ -17,21 +17,23 @@ void WordIndex::add(std::span<const qoc_ocrDictionaryChar> word, std::int32_t le
 }
 
 void WordIndex::finish() {
-  order_ = sorted(Direction::forward,
-                  [&](std::uint32_t i) { return std::span(codes_).subspan(words_[i].begin, words_[i].length); });
+  WorkMeter meter;
+  const auto codesOf = [&](std::uint32_t i) { return std::span(codes_).subspan(words_[i].begin, words_[i].length); };
+  order_ = sorted(Direction::forward, codesOf, meter);
   if (words_.empty()) {
     return;
   }
   std::vector<std::uint32_t> places(size());
   std::iota(places.begin(), places.end(), 0u);
-  forward_ = makeNodes(places, Direction::forward);
-  places = sorted(Direction::backward, [&](std::uint32_t k) { return word(k); });
-  backward_ = makeNodes(places, Direction::backward);
+  forward_ = makeNodes(places, Direction::forward, meter);
+  places = sorted(
+      Direction::backward, [&](std::uint32_t k) { return word(k); }, meter);
+  backward_ = makeNodes(places, Direction::backward, meter);
 }
 
 /// The numbers of all words in the order of what codesOf(number) gives, read in the direction; equal ones by number.
 template <class CodesOf>
-std::vector<std::uint32_t> WordIndex::sorted(Direction direction, CodesOf codesOf) const {
+std::vector<std::uint32_t> WordIndex::sorted(Direction direction, CodesOf codesOf, WorkMeter &meter) const {
   // Most words differ in their first characters, which are compared at once.
   struct Entry {
     std::uint64_t key;
@@ -45,6 +47,7 @@ std::vector<std::uint32_t> WordIndex::sorted(Direction direction, CodesOf codesO
   std::vector<Entry> entries;
   entries.reserve(words_.size());
   for (std::uint32_t number = 0; number < words_.size(); ++number) {
+    meter.spend(8);
     std::uint64_t key = 0;
     int shift = 64;
     forEachCode(codesOf(number), [&](Char32 code) {
@@ -55,10 +58,12 @@ std::vector<std::uint32_t> WordIndex::sorted(Direction direction, CodesOf codesO
     entries.push_back({key, number});
   }
   const auto comesBefore = [&](const Entry &a, const Entry &b) {
+    meter.spend(2);
     if (a.key != b.key) {
       return a.key < b.key;
     }
     const auto first = codesOf(a.number), second = codesOf(b.number);
+    meter.spend(8 + std::min(first.size(), second.size()) / 4);
     const auto order =
         direction == Direction::forward
             ? std::lexicographical_compare_three_way(first.begin(), first.end(), second.begin(), second.end())
@@ -73,7 +78,8 @@ std::vector<std::uint32_t> WordIndex::sorted(Direction direction, CodesOf codesO
   return numbers;
 }
 
-WordIndex::Nodes WordIndex::makeNodes(std::span<const std::uint32_t> order, Direction direction) const {
+WordIndex::Nodes WordIndex::makeNodes(std::span<const std::uint32_t> order, Direction direction,
+                                      WorkMeter &meter) const {
   struct Range {
     std::size_t begin, end;  // Of the words in the order that begin as the node says.
     std::size_t depth;       // The characters of the beginning.
@@ -83,6 +89,7 @@ WordIndex::Nodes WordIndex::makeNodes(std::span<const std::uint32_t> order, Dire
   std::vector<Range> ranges = {{0, order.size(), 0}};
   for (std::size_t at = 0; at < nodes.size(); ++at) {
     auto [k, end, depth] = ranges[at];
+    meter.spend(8 + 4 * (end - k));
     if (end - k == 1) {
       continue;
     }
@@ -106,6 +113,7 @@ WordIndex::Nodes WordIndex::makeNodes(std::span<const std::uint32_t> order, Dire
   for (std::size_t at = nodes.size(); at-- > 0;) {
     WordNode &node = nodes[at];
     const std::size_t depth = ranges[at].depth, length = word(node.word).size();
+    meter.spend(8 + (node.numChildren == 0 ? length - depth : node.numChildren));
     node.shortest = node.longest = counted(length - depth);
     if (node.numChildren == 0) {
       const std::size_t begin = words_[order_[node.word]].begin;

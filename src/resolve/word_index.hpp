@@ -7,6 +7,8 @@
 #include <span>
 #include <vector>
 
+#include "platform/system/work_meter.hpp"
+
 namespace qoc {
 
 /// Which characters stand somewhere, up to mistaking some for others: every 32nd code has the same bit.
@@ -35,6 +37,7 @@ struct WordNode {
 class WordIndex {
  public:
   void add(std::span<const qoc_ocrDictionaryChar> word, std::int32_t lexicon);
+  /// Sorts the words and builds their tries. Throws Interrupted.
   void finish();
 
   std::size_t size() const { return order_.size(); }
@@ -69,8 +72,8 @@ class WordIndex {
   using Nodes = std::vector<WordNode>;
   const Nodes &nodes(Direction direction) const { return direction == Direction::forward ? forward_ : backward_; }
   template <class CodesOf>
-  std::vector<std::uint32_t> sorted(Direction direction, CodesOf codesOf) const;
-  Nodes makeNodes(std::span<const std::uint32_t> order, Direction direction) const;
+  std::vector<std::uint32_t> sorted(Direction direction, CodesOf codesOf, WorkMeter &meter) const;
+  Nodes makeNodes(std::span<const std::uint32_t> order, Direction direction, WorkMeter &meter) const;
 
   std::vector<Char32> codes_;
   std::vector<Word> words_;

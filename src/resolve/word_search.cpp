@@ -73,6 +73,7 @@ class TableRows {
       : table_(costs, reach, swaps), passesRows_(!swaps.isEmpty()), least_{0} {}
 
   static constexpr Direction direction() { return Direction::forward; }
+  std::size_t width() const { return table_.width(); }
   static bool mayExtend(std::size_t, Char32, LetterMask) { return true; }
   bool extend(Char32 code, std::size_t depth, const Rest &, Cost limit) {
     prefix_.resize(depth);
@@ -136,13 +137,21 @@ class TrieWalk {
     return best_.offer(words_, node.word, rows_.cost(depth + numLeft));
   }
 
-  qsys_status tick() { return ++numSteps_ % 128 == 0 ? qsys_attention_check() : QSYS_STATUS_OK; }
+  /// Polls attention once for so many cells.
+  qsys_status tick() {
+    numCells_ += 8 + rows_.width();
+    if (numCells_ < 1024) {
+      return QSYS_STATUS_OK;
+    }
+    numCells_ = 0;
+    return qsys_attention_check();
+  }
 
   const WordIndex &words_;
   Rows &rows_;
   BestWords &best_;
   std::vector<std::span<const WordNode>> branches_;  // By depth: the nodes to be visited.
-  std::uint64_t numSteps_ = 0;
+  std::size_t numCells_ = 0;                         // Since the last poll.
 };
 
 /// Whether live cells are enough.

@@ -3,6 +3,7 @@
 
 #include <qoc/resolver.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <span>
 #include <vector>
@@ -49,6 +50,11 @@ class WordTable {
  public:
   WordTable(const ReadingCosts &costs, const Reach &reach, const MultiSwaps &swaps);
 
+  /// The cells of a row, about.
+  std::size_t width() const {
+    const std::int64_t span = std::min<std::int64_t>(2 * std::int64_t{band_} + 1, costs_.size() + 1);
+    return static_cast<std::size_t>(span) * (static_cast<std::size_t>(numEdits_) + 1);
+  }
   /// Whether a word of that length can be reached at all.
   bool canReach(std::size_t length) const;
   /// Fills the row of the word's character `depth` (from 0); the rows above hold its prefix.

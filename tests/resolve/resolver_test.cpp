@@ -271,6 +271,9 @@ TEST(Resolver, SeesTheWordWithoutACharacterThatMayBeNoneAtAll) {
   EXPECT_EQ(setting("t90 o90  90 d90 a90 y90"), "unsure: to day 540 +5");
   setting.setWords({"to day", "to night"});
   EXPECT_EQ(setting("t90 o90  90 d90 a90 y90"), "sure: to day 540 +20");
+  setting.params->maxEdits = 2;
+  setting.setWords({"a b c", "abc"});
+  EXPECT_EQ(setting("a90  90 b90  90 c90"), "sure: a b c 450 +10");
 }
 
 TEST(Resolver, SeesTheNextWordThatABestOnlyRunDoesNotGive) {
