@@ -1,4 +1,5 @@
-// What the program does with JSON while memory runs out, at every use of operator new: it tells, and goes on to tell.
+// What the program does with JSON and threads while memory runs out, at every use of operator new: it tells of it, and
+// goes on.
 
 #include <gtest/gtest.h>
 
@@ -8,6 +9,7 @@
 
 #include "dictionary_file.hpp"
 #include "library_reading.hpp"
+#include "ordered_work.hpp"
 #include "output.hpp"
 #include "readings.hpp"
 #include "support/heap.hpp"
@@ -118,6 +120,18 @@ TEST(MemoryOfTheProgram, EndsInWhatIsWritten) {
   const std::string expected = describeAsJson(reading, answer);
   doShortOfMemory([&] {
     if (describeAsJson(reading, answer) != expected) throw Trouble("not the same");
+  });
+}
+
+TEST(MemoryOfTheProgram, EndsWhereThreadsStart) {
+  doShortOfMemory([] {
+    int sum = 0;
+    OrderedWork<int, int> work(
+        3, [] { return [](int &item) { return item; }; }, [&](int &, int &outcome) { sum += outcome; },
+        [](const int &) { return std::size_t{1}; });
+    for (int i = 0; i < 100; ++i) work.add(i);
+    work.drain();
+    if (sum != 4950) throw Trouble("not everything");
   });
 }
 
