@@ -109,6 +109,8 @@ DICTIONARIES = [
     dictionary("of many digits", '{"parameters": {"maxEdits": %s}}' % ("9" * 400), "1:", "not usable JSON"),
     dictionary("of many open objects", '{"a":' * DEEP, "1:", "not JSON"),
     dictionary("of many closed objects", '{"a":' * DEEP + "1" + "}" * DEEP, " /a: unknown key"),
+    dictionary("of many closed arrays within resolving", '{"resolving":{"confusions":' + "[" * DEEP + "]" * DEEP + "}}",
+               " /resolving/confusions/0: found array; expected an object"),
     dictionary("that is a number", "5", " /: found 5; expected an object"),
     dictionary("that is null", "null", " /: found null; expected an object"),
     dictionary("of an empty key", '{"": 1}', " /: unknown key"),

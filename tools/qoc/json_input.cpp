@@ -57,8 +57,8 @@ struct CountingIterator {
 
 } // namespace
 
-/// Makes a document of what the parser finds. Values wait until all of their array or object are known, which then lie
-/// together.
+/// Makes a document of what the parser finds. Values wait until all of their array or object are known; then these go
+/// into the document together.
 class JsonBuilder {
 public:
   /// @param refuseKey called with a key that stands in its object already; does not return

@@ -11,7 +11,7 @@ bool standsForItself(char character) {
   return static_cast<unsigned char>(character) >= 0x20 && character != '"' && character != '\\';
 }
 
-} // namespace
+}  // namespace
 
 JsonText::JsonText(const JsonScalar &value) : text_(value.dump(-1, ' ', false, JsonScalar::error_handler_t::replace)) {}
 
@@ -75,4 +75,4 @@ std::string JsonText::indented() const {
   return lines;
 }
 
-} // namespace qoc::program
+}  // namespace qoc::program

@@ -17,12 +17,11 @@ namespace qoc::program {
 /// A JSON value as its text, which arrays and objects grow by: whatever fails meanwhile, nothing of it has to be taken
 /// apart. Text that is not UTF-8, as a file's name may be, is written with U+FFFD for what is not.
 class JsonText {
-public:
+ public:
   JsonText(std::nullptr_t) : text_("null") {}
   JsonText(std::same_as<bool> auto value) : text_(value ? "true" : "false") {}
   template <std::integral T>
-    requires(!std::same_as<T, bool>)
-  JsonText(T value) : text_(std::to_string(value)) {}
+  requires(!std::same_as<T, bool>) JsonText(T value) : text_(std::to_string(value)) {}
   JsonText(double value) : JsonText(JsonScalar(value)) {}
   JsonText(const JsonScalar &value);
   JsonText(std::string_view value);
@@ -30,7 +29,8 @@ public:
   JsonText(const char *value) : JsonText(std::string_view(value)) {}
 
   static JsonText array(std::initializer_list<JsonText> elements = {});
-  template <std::size_t N> static JsonText array(const std::array<JsonScalar, N> &elements) {
+  template <std::size_t N>
+  static JsonText array(const std::array<JsonScalar, N> &elements) {
     JsonText list = array();
     for (const JsonScalar &element : elements) list.push(element);
     return list;
@@ -47,10 +47,10 @@ public:
   /// The same in lines, for people: every element and member in one of its own, two spaces deeper than what it is in.
   std::string indented() const;
 
-private:
+ private:
   void insert(std::string_view before, const JsonText &element);
 
   std::string text_;
 };
 
-} // namespace qoc::program
+}  // namespace qoc::program

@@ -271,8 +271,8 @@ std::string asJson(const School &school, const std::vector<Finding> &findings, c
                                 {"right", finding.right},
                                 {"wrong", finding.wrong}}));
   }
-  const JsonText validation = JsonText::object(
-      {{"parts", numFolds}, {"before", verdictsAsJson(before)}, {"after", verdictsAsJson(after)}});
+  const JsonText validation =
+      JsonText::object({{"parts", numFolds}, {"before", verdictsAsJson(before)}, {"after", verdictsAsJson(after)}});
   return JsonText::object({{"type", "learnt"},
                            {"version", formatVersion},
                            {"readings", school.numReadings()},

@@ -1,8 +1,11 @@
 #include "command_line.hpp"
 
+#include <qoc/base.h>
+
 #include <cerrno>
 #include <cstdio>
 #include <exception>
+#include <new>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -26,8 +29,10 @@ int main(int argc, char **argv) {
     int exitCode = 0;
     const auto options = qoc::program::readOptions(argc, argv, exitCode);
     return options ? options->command(*options) : exitCode;
+  } catch (const std::bad_alloc &) {
+    std::fprintf(stderr, "qoc: %s\n", qoc_status_getText(QSYS_STATUS_OUT_OF_MEMORY));
   } catch (const std::exception &error) {
     std::fprintf(stderr, "qoc: %s\n", error.what());
-    return 2;
   }
+  return 2;
 }

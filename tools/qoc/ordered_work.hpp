@@ -10,7 +10,6 @@
 #include <functional>
 #include <memory>
 #include <mutex>
-#include <system_error>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -37,7 +36,7 @@ public:
     }
     try {
       for (unsigned i = 0; i < numThreads; ++i) threads_.emplace_back([this] { work(); });
-    } catch (const std::system_error &) { // Fewer threads do it, too.
+    } catch (const std::exception &) { // There is no thread, or no memory for one: fewer do it, too.
       if (threads_.empty()) inlineWorker_ = makeWorker_();
     }
   }

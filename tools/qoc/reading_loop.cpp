@@ -9,9 +9,9 @@
 namespace qoc::program {
 namespace {
 
-ExitCode end(const std::string &message) {
+ExitCode end(const char *message) {
   std::fflush(stdout);
-  std::fprintf(stderr, "qoc: %s\n", message.c_str());
+  std::fprintf(stderr, "qoc: %s\n", message);
   return trouble;
 }
 
@@ -33,9 +33,9 @@ ExitCode endingWell(const std::function<ExitCode()> &body, const std::function<s
   } catch (const Trouble &problem) {
     return end(problem.what());
   } catch (const std::bad_alloc &) {
-    return end("there is not enough memory");
+    return end(qoc_status_getText(QSYS_STATUS_OUT_OF_MEMORY));
   } catch (const Interrupted &) {
-    return end(whenInterrupted());
+    return end(whenInterrupted().c_str());
   }
 }
 
