@@ -42,7 +42,7 @@ InterruptGuard::InterruptGuard() {
   }
   struct sigaction action {};
   action.sa_handler = onInterrupt;
-  action.sa_flags = SA_RESETHAND; // And no SA_RESTART: a blocked open or read ends.
+  action.sa_flags = static_cast<int>(SA_RESETHAND); // And no SA_RESTART: a blocked open or read ends.
   sigaction(SIGINT, &action, nullptr);
   qsys_attention_setHandler(qsys_attention_flagHandler, &isInterrupted);
 }
