@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/regex/regexes.hpp"
+#include "support/allocator.hpp"
 #include "support/handlers.hpp"
 #include "support/heap.hpp"
 #include "support/metered.hpp"
@@ -291,6 +292,24 @@ TEST(Regex, RunsOutOfMemoryWithAStatusAndStaysAsItWas) {
        {"(a|b[c-e]){2,3}x*", "([^b]|b\\D)+.", "(a|y{70}|b[c-e]){2,3}x*", "a\\x61?[\\w][^\\d\\x{100}-\\s]+|"}) {
     expectMemoryFaults(source, false);
     expectMemoryFaults(source, true);
+  }
+}
+
+TEST(RegexWays, AreAllThereOrNoneWhereverMemoryRunsOut) {
+  const auto made = regex("(a|b)*");
+  const auto tokens = sequence("a|b a|b");
+  LibraryAllocator memory;
+  bool hasFailed = true;
+  for (int64_t n = 0; hasFailed; ++n) {
+    SCOPED_TRACE(n);
+    Owned<qstd_vector_qstd_tokenMatcherResultWord> words;
+    memory.fail(n, FaultMode::once);
+    const qsys_status status = qstd_regex_parseTokenMulti(made, tokens, words);
+    hasFailed = memory.hasFailed();
+    memory.failFrom(-1);
+    EXPECT_EQ(status, hasFailed ? QSYS_STATUS_OUT_OF_MEMORY : QSYS_STATUS_OK);
+    EXPECT_EQ(elements(words).size(), hasFailed ? 0u : 4u);
+    EXPECT_TRUE(hasFailed || n > 10);
   }
 }
 
