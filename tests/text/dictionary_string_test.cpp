@@ -35,6 +35,8 @@ TEST(DictionaryString, TheEmptyTextGivesAnEmptyString) {
   qsys_bool isEmpty = 77;
   EXPECT_EQ(qoc_ocrDictionaryString_getIsEmpty(string, &isEmpty), QSYS_STATUS_OK);
   EXPECT_EQ(isEmpty, 1u);
+  EXPECT_EQ(qoc_ocrDictionaryString_getIsEmpty(word("a"), &isEmpty), QSYS_STATUS_OK);
+  EXPECT_EQ(isEmpty, 0u);
 }
 
 TEST(DictionaryString, AnEmptyStringGivesTheEmptyText) {

@@ -73,7 +73,7 @@ class WideSet {
     return moved;
   }
   template <class Visit>
-  void forEach(Visit visit) const {
+  void forEach(Visit visit) const noexcept(noexcept(visit(0))) {
     for (std::size_t i = 0; i < words_.size(); ++i) {
       for (std::uint64_t bits = words_[i]; bits != 0; bits &= bits - 1) {
         visit(static_cast<std::int32_t>(i * 64) + std::countr_zero(bits));
@@ -230,14 +230,14 @@ class WideStates {
   Set followersOf(const Set &set) {
     Set followers = none_;
     walk_.begin();
-    set.forEach([&](std::int32_t p) { walk_.pushBehind(expression_.nodeOf(p)); });
+    set.forEach([&](std::int32_t p) noexcept { walk_.pushBehind(expression_.nodeOf(p)); });
     walk_.forward([&](std::int32_t p) { followers.insert(p); });
     return followers;
   }
   Set predecessorsOf(const Set &set) {
     Set predecessors = none_;
     walk_.begin();
-    set.forEach([&](std::int32_t p) { walk_.pushBefore(expression_.nodeOf(p)); });
+    set.forEach([&](std::int32_t p) noexcept { walk_.pushBefore(expression_.nodeOf(p)); });
     walk_.backward([&](std::int32_t p) { predecessors.insert(p); });
     return predecessors;
   }

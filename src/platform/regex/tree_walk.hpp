@@ -11,25 +11,28 @@
 
 namespace qoc {
 
-/// Sets of positions, unordered: one use costs at most a walk through the whole tree.
+/// Sets of positions, unordered: one use costs at most a walk through the whole tree. There is room for all places from
+/// the beginning, so that a walk takes no memory.
 class SetWalk {
  public:
-  explicit SetWalk(const Expression &expression)
-      : nodes_(expression.nodes()), seen_(2 * expression.nodes().size(), 0) {}
+  explicit SetWalk(const Expression &expression) : nodes_(expression.nodes()), seen_(2 * expression.nodes().size(), 0) {
+    stack_.reserve(seen_.size());
+  }
 
   void begin() {
     ++use_;
     numSteps_ = 0;
   }
-  void pushBefore(std::int32_t node) { push(2 * node); }
-  void pushBehind(std::int32_t node) { push(2 * node + 1); }
+  void pushBefore(std::int32_t node) noexcept { push(2 * node); }
+  void pushBehind(std::int32_t node) noexcept { push(2 * node + 1); }
   /// The places come to since the beginning.
   std::size_t numSteps() const noexcept { return numSteps_; }
 
-  /// Goes on from what was pushed to every position that may come next: onPosition(position) is called for each.
+  /// Goes on from what was pushed to every position that may come next: onPosition(position) is called for each,
+  /// and does not throw.
   /// @return whether the end of the expression is reached
   template <class OnPosition>
-  bool forward(OnPosition onPosition) {
+  bool forward(OnPosition onPosition) noexcept {
     bool isEndReached = false;
     while (!stack_.empty()) {
       const std::int32_t place = pop();
@@ -53,7 +56,7 @@ class SetWalk {
   /// Goes back from what was pushed to every position that may have come before.
   /// @return whether the start of the expression is reached
   template <class OnPosition>
-  bool backward(OnPosition onPosition) {
+  bool backward(OnPosition onPosition) noexcept {
     bool isStartReached = false;
     while (!stack_.empty()) {
       const std::int32_t place = pop();
@@ -77,14 +80,14 @@ class SetWalk {
  private:
   using Kind = SyntaxNode::Kind;
 
-  void push(std::int32_t place) {
+  void push(std::int32_t place) noexcept {
     if (seen_[static_cast<std::size_t>(place)] != use_) {
       seen_[static_cast<std::size_t>(place)] = use_;
       stack_.push_back(place);
       ++numSteps_;
     }
   }
-  std::int32_t pop() {
+  std::int32_t pop() noexcept {
     const std::int32_t place = stack_.back();
     stack_.pop_back();
     return place;
@@ -92,7 +95,7 @@ class SetWalk {
 
   const ExpressionNode &at(std::int32_t node) const noexcept { return nodes_[static_cast<std::size_t>(node)]; }
 
-  void enter(std::int32_t id, const ExpressionNode &node) {
+  void enter(std::int32_t id, const ExpressionNode &node) noexcept {
     if (node.kind == Kind::empty || (node.kind == Kind::repeat && node.minRounds == 0)) {
       pushBehind(id);
     }
@@ -104,7 +107,7 @@ class SetWalk {
     }
   }
 
-  void leave(std::int32_t id, const ExpressionNode &node) {
+  void leave(std::int32_t id, const ExpressionNode &node) noexcept {
     const ExpressionNode &parent = at(node.parent);
     if (parent.kind == Kind::choice) {
       return pushBehind(node.parent);
@@ -124,7 +127,7 @@ class SetWalk {
   }
 
   // The same steps the other way round.
-  void enterFromBehind(std::int32_t id, const ExpressionNode &node) {
+  void enterFromBehind(std::int32_t id, const ExpressionNode &node) noexcept {
     if (node.kind == Kind::empty || (node.kind == Kind::repeat && node.minRounds == 0)) {
       pushBefore(id);
     }
@@ -140,7 +143,7 @@ class SetWalk {
     }
   }
 
-  void leaveFromBefore(std::int32_t id, const ExpressionNode &node) {
+  void leaveFromBefore(std::int32_t id, const ExpressionNode &node) noexcept {
     const ExpressionNode &parent = at(node.parent);
     if (parent.kind == Kind::choice || node.previous < 0) {
       pushBefore(node.parent);
@@ -195,7 +198,7 @@ class OrderedWalk {
         case Action::pass:
           pass(task);
           break;
-        case Action::leave:
+        default:  // Action::leave.
           leave(task);
           break;
       }
@@ -239,7 +242,7 @@ class OrderedWalk {
           push(Action::enter, child, task.climbed);
         }
         return;
-      case Kind::repeat:
+      default:  // Kind::repeat.
         if (node.minRounds == 0 && !at(node.firstChild).isNullable) {
           push(Action::pass, task.node, task.climbed);
         }

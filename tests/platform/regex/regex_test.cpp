@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/regex/regexes.hpp"
+#include "support/allocator.hpp"
 #include "support/handlers.hpp"
 #include "support/heap.hpp"
 #include "support/metered.hpp"
@@ -31,6 +32,7 @@ TEST(Regex, IsEmptyAfterConstruction) {
   EXPECT_EQ(sourceOf(made), "");
   EXPECT_TRUE(areEqual(made, regex("")));
   EXPECT_FALSE(areEqual(made, regex("a")));
+  EXPECT_FALSE(areEqual(regex("a"), made));
 }
 
 TEST(Regex, GivesItsSourceBack) {
@@ -263,8 +265,10 @@ TEST(Regex, IsCompiledAndMatchedWithInterruptsWhereverTheyCome) {
   }
 }
 
-void expectMemoryFaults(const std::wstring &source, const std::string &shown) {
-  SCOPED_TRACE(shown);
+void expectMemoryFaults(const std::string &source, bool isWide) {
+  SCOPED_TRACE(source);
+  const auto narrow = stdString(source);
+  const std::wstring wide(source.begin(), source.end());
   bool isComplete = false;
   for (int64_t n = 0; !isComplete && !testing::Test::HasFailure(); ++n) {
     auto made = regex("old");
@@ -273,20 +277,39 @@ void expectMemoryFaults(const std::wstring &source, const std::string &shown) {
     qsys_status set = 0, parsed = 0;
     {
       HeapFault fault(n);
-      set = qstd_regex_setStringT(made, source.c_str());
+      set = isWide ? qstd_regex_setStringT(made, wide.c_str()) : qstd_regex_setString(made, narrow);
       parsed = set < 0 ? set : qstd_regex_parseTokenMulti(made, tokens, words);
     }
     isComplete = set >= 0 && parsed >= 0;
     EXPECT_TRUE(isComplete || parsed == QSYS_STATUS_OUT_OF_MEMORY) << n;
     EXPECT_EQ(elements(words).empty(), !isComplete) << n;
-    EXPECT_EQ(sourceOf(made), set < 0 ? "old" : shown) << n;
+    EXPECT_EQ(sourceOf(made), set < 0 ? "old" : source) << n;
   }
 }
 
 TEST(Regex, RunsOutOfMemoryWithAStatusAndStaysAsItWas) {
   for (const std::string source :
        {"(a|b[c-e]){2,3}x*", "([^b]|b\\D)+.", "(a|y{70}|b[c-e]){2,3}x*", "a\\x61?[\\w][^\\d\\x{100}-\\s]+|"}) {
-    expectMemoryFaults({source.begin(), source.end()}, source);
+    expectMemoryFaults(source, false);
+    expectMemoryFaults(source, true);
+  }
+}
+
+TEST(RegexWays, AreAllThereOrNoneWhereverMemoryRunsOut) {
+  const auto made = regex("(a|b)*");
+  const auto tokens = sequence("a|b a|b");
+  LibraryAllocator memory;
+  bool hasFailed = true;
+  for (int64_t n = 0; hasFailed; ++n) {
+    SCOPED_TRACE(n);
+    Owned<qstd_vector_qstd_tokenMatcherResultWord> words;
+    memory.fail(n, FaultMode::once);
+    const qsys_status status = qstd_regex_parseTokenMulti(made, tokens, words);
+    hasFailed = memory.hasFailed();
+    memory.failFrom(-1);
+    EXPECT_EQ(status, hasFailed ? QSYS_STATUS_OUT_OF_MEMORY : QSYS_STATUS_OK);
+    EXPECT_EQ(elements(words).size(), hasFailed ? 0u : 4u);
+    EXPECT_TRUE(hasFailed || n > 10);
   }
 }
 
