@@ -126,6 +126,45 @@ TEST(LexiconIndex, FindsExactlyTheWordsOfAPartOfTheList) {
   }
 }
 
+/// Words enough for blocks, but readings of more positions than a block's columns have bits, and of as many.
+TEST(LexiconIndex, FindsExactlyTheWordsWithinTheEditsOfReadingsTooLongForBlocks) {
+  std::mt19937 random(10);
+  Words list;
+  for (int i = 0; i < 400; ++i) {
+    list.push_back(randomText(random, 15, 20, 2));
+  }
+  std::sort(list.begin(), list.end());
+  list.erase(std::unique(list.begin(), list.end()), list.end());
+  const Owned<qoc_ocrDictionaryLexicon> entry = lexicon(list);
+  for (int i = 0; i < 60; ++i) {
+    const std::string text = randomText(random, 14, 22, 2);
+    const Owned<qoc_ocrDictionaryStringMulti> read = plainReading(text);
+    const qoc::ReadingMatches matches(*read, nullptr);
+    qoc::IndexQuery query;
+    qoc::indexOf(*entry)->prepare(matches, {0, matches.size()}, query);
+    std::vector<std::int32_t> found;
+    for (std::int32_t edits = 0; edits <= 8; edits += 2) {
+      qoc::indexOf(*entry)->find(query, edits, 0, entry->strings.core.size, found);
+      EXPECT_EQ(found, wordsWithin(entry->strings, text, edits)) << text << ", edits " << edits;
+    }
+  }
+}
+
+TEST(LexiconIndex, CountsTheLettersOfWordsUpToALength) {
+  Owned<qstd_vector_qoc_ocrDictionaryString> list;
+  for (const char *text : {"a", "b", "cc", "dddd"}) {
+    require(qstd_vector_qoc_ocrDictionaryString_pushBack(list, word(text)));
+  }
+  qoc::WorkMeter meter;
+  const qoc::LetterTable table(qoc::view(*list), meter);
+  const qoc::WordScan scan(qoc::WordLetters(qoc::view(*list), table, meter), meter);
+  std::vector<std::size_t> numLetters;
+  for (std::int32_t length = -1; length <= 5; ++length) {
+    numLetters.push_back(scan.numLettersUpTo(length));
+  }
+  EXPECT_EQ(numLetters, (std::vector<std::size_t>{0, 0, 2, 4, 4, 8, 8}));
+}
+
 /// More letters than one table of a block's scan holds, and so many codes that some share a letter: what is found then
 /// is as much with blocks as without, and no word within the edits is left out.
 TEST(LexiconIndex, FindsTheSameByBlocksWithManyLetters) {
