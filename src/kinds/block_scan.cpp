@@ -93,7 +93,8 @@ struct BlockScan::Kernel {
   /// At most 8 positions.
   QOC_AVX2 static void scanBytes(const BlockScan &scan, const Letter *blocks, std::size_t numBlocks,
                                  std::int32_t numLetters, std::int32_t maxEdits, std::uint32_t *masks) noexcept {
-    const Bytes inside = Bytes{} + static_cast<std::uint8_t>((1u << scan.numPositions_) - 1);
+    const auto positions = static_cast<std::uint8_t>((1u << scan.numPositions_) - 1);
+    const Bytes inside = Bytes{} + positions;
     for (std::size_t b = 0; b < numBlocks; ++b) {
       Columns<Bytes> columns;
       columns.begin();
@@ -112,7 +113,8 @@ struct BlockScan::Kernel {
   /// At most 16 positions: the 32 words in two registers.
   QOC_AVX2 static void scanPairs(const BlockScan &scan, const Letter *blocks, std::size_t numBlocks,
                                  std::int32_t numLetters, std::int32_t maxEdits, std::uint32_t *masks) noexcept {
-    const Pairs inside = Pairs{} + static_cast<std::uint16_t>((1u << scan.numPositions_) - 1);
+    const auto positions = static_cast<std::uint16_t>((1u << scan.numPositions_) - 1);
+    const Pairs inside = Pairs{} + positions;
     for (std::size_t b = 0; b < numBlocks; ++b) {
       Columns<Pairs> first;
       Columns<Pairs> second;
