@@ -50,7 +50,9 @@ TEST_P(Interrupts, EndEveryFunctionWithTheirStatusAndLeaveItsObjectsUsable) {
 
       call.listen();
       EXPECT_GE(call.run(), 0);
-      EXPECT_EQ(call.describe(), expected);
+      if (mayDifferAfterFailure(function) == nullptr) {
+        EXPECT_EQ(call.describe(), expected);
+      }
       EXPECT_EQ(call.finish(), "");
       ++numInterrupts;
     }
