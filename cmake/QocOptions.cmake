@@ -9,7 +9,7 @@ option(QOC_BUILD_PYTHON "Build the Python module" OFF)
 option(QOC_INSTALL "Add the install rules" ${PROJECT_IS_TOP_LEVEL})
 option(QOC_PACKAGES "Prepare Debian packages; see scripts/packages" OFF)
 option(QOC_WERROR "Treat the compiler's warnings as errors" ${PROJECT_IS_TOP_LEVEL})
-option(QOC_COVERAGE "Count which lines run" OFF)
+option(QOC_COVERAGE "Count which lines and branches run, with clang" OFF)
 set(QOC_SANITIZE "" CACHE STRING "Sanitizers to build with: address,undefined or thread; none when empty")
 
 set(QOC_GOOGLETEST_SOURCES "" CACHE PATH
@@ -25,7 +25,7 @@ if(QOC_SANITIZE)
   endif()
 endif()
 if(QOC_COVERAGE)
-  list(APPEND QOC_INSTRUMENTATION --coverage -fprofile-update=atomic)
+  list(APPEND QOC_INSTRUMENTATION -fprofile-instr-generate -fcoverage-mapping -fprofile-update=atomic)
 endif()
 
 add_library(qoc_build_options INTERFACE)

@@ -7,6 +7,8 @@
 #define QOC_HAS_BLOCK_SCAN 1
 #include <cpuid.h>
 #include <immintrin.h>
+
+#include "kinds/wide_registers.hpp"
 #else
 #define QOC_HAS_BLOCK_SCAN 0
 #endif
@@ -145,20 +147,17 @@ struct BlockScan::Kernel {
 
 namespace {
 
-__attribute__((target("xsave"))) std::uint64_t savedRegisters() noexcept { return _xgetbv(0); }
+/// The machine that this runs on.
+struct ThisMachine {
+  static bool ask(unsigned number, ProcessorAnswer &answer) noexcept {
+    return __get_cpuid_count(number, 0, &answer.a, &answer.b, &answer.c, &answer.d) != 0;
+  }
+  __attribute__((target("xsave"))) static std::uint64_t savedRegisters() noexcept { return _xgetbv(0); }
+};
 
 }  // namespace
 
-bool BlockScan::isAvailable() noexcept {
-  constexpr std::uint64_t wideRegisters = 6;
-  unsigned a = 0;
-  unsigned b = 0;
-  unsigned c = 0;
-  unsigned d = 0;
-  return __get_cpuid(1, &a, &b, &c, &d) != 0 && (c & bit_OSXSAVE) != 0 &&
-         (savedRegisters() & wideRegisters) == wideRegisters && __get_cpuid_count(7, 0, &a, &b, &c, &d) != 0 &&
-         (b & bit_AVX2) != 0;
-}
+bool BlockScan::isAvailable() noexcept { return hasWideRegisters(ThisMachine()); }
 
 void BlockScan::scan(const Letter *blocks, std::size_t numBlocks, std::int32_t numLetters, std::int32_t maxEdits,
                      std::uint32_t *masks) const noexcept {

@@ -109,7 +109,8 @@ std::vector<std::int32_t> orderByRank(std::span<const std::int32_t> ranks, std::
     meter.spend(16 + rank - std::min(rank, shortest));
     chain.clear();
     for (std::size_t shorter = shortest; shorter < rank; ++shorter) {
-      if (!places[shorter].isEmpty() && (chain.empty() || places[shorter].first() < places[chain.back()].first())) {
+      // Only of the shortest length words are used up, so every longer one has places.
+      if (chain.empty() || places[shorter].first() < places[chain.back()].first()) {
         chain.push_back(shorter);
       }
     }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 #include "frame/frame.hpp"
 #include "run/result_ranking.hpp"
@@ -14,7 +15,8 @@ namespace {
 using Status = qoc_ocrDictionaryPositionStatus;
 
 std::uint64_t hashOf(std::span<const Status> statuses, std::span<const std::int32_t> deleted) noexcept {
-  std::uint64_t hash = statuses.size();
+  // Not a small number, for which small values would be the same as none.
+  std::uint64_t hash = 0xFF51AFD7ED558CCDu ^ statuses.size();
   for (const std::span<const std::int32_t> values : {statuses, deleted}) {
     for (const std::int32_t value : values) {
       hash = (hash ^ static_cast<std::uint32_t>(value)) * 0x9E3779B97F4A7C15u;
@@ -109,8 +111,14 @@ std::int32_t LexiconResults::scoreOf(const Entry &entry) const noexcept {
 
 /// The duplicate test. Readings are the same where the same part of them is shown.
 bool LexiconResults::areSame(const Entry &a, const Entry &b) const noexcept {
-  return a.hash == b.hash && a.lineStatus == b.lineStatus && a.numEdits == b.numEdits && a.numInFront == b.numInFront &&
-         std::ranges::equal(statusesOf(a), statusesOf(b)) && std::ranges::equal(deletedOf(a), deletedOf(b));
+  if (a.hash != b.hash) {
+    return false;
+  }
+  // Two that differ hardly ever have the same hash, of 64 bits. The line's status follows from the others.
+  const bool haveSameNumbers = std::pair(a.numEdits, a.numInFront) == std::pair(b.numEdits, b.numInFront);
+  const bool haveSameStatuses = std::ranges::equal(statusesOf(a), statusesOf(b));
+  const bool haveSameDeleted = std::ranges::equal(deletedOf(a), deletedOf(b));
+  return haveSameNumbers & haveSameStatuses & haveSameDeleted;
 }
 
 void LexiconResults::merge(std::int32_t word, std::span<const Outline> outlines) {

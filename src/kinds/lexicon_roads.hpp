@@ -13,8 +13,8 @@ struct LexiconRoads {
   bool usesBound = true;
   /// Results are made when it is known which are left. Without it every word's are made, merged and ranked.
   bool usesOutlines = true;
-  /// Of the variants that multi-character swaps make of a reading only those near some word are made; and, for the other
-  /// kinds of entries, those that an expression or a line may match.
+  /// Of the variants that multi-character swaps make of a reading only those near some word are made; and, for the
+  /// other kinds of entries, those that an expression or a line may match.
   bool usesLattice = true;
   /// Where this machine can, scans measure 32 words at once. Without it every word is measured for itself.
   bool usesBlocks = true;

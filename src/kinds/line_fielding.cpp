@@ -134,7 +134,8 @@ qsys_status qoc_ocrDictionaryLineFielding_setPositionFielding(
   }
   QOC_TRY(checkIndex(*lineFielding, index));
   qoc_ocrDictionaryPositionFielding *stored = nullptr;
-  QOC_TRY(qstd_vector_qoc_ocrDictionaryPositionFielding_getElement(&lineFielding->positions, index, &stored));
+  // The index has been checked.
+  QOC_SURE(qstd_vector_qoc_ocrDictionaryPositionFielding_getElement(&lineFielding->positions, index, &stored));
   return qoc_ocrDictionaryPositionFielding_assign(stored, positionFielding);
 }
 
@@ -146,7 +147,7 @@ qsys_status qoc_ocrDictionaryLineFielding_getPositionFieldingExtend(
   // Deliberate: the getter grows the line too.
   QOC_TRY(growTo(*lineFielding, index));
   const qoc_ocrDictionaryPositionFielding *stored = nullptr;
-  QOC_TRY(qoc_ocrDictionaryLineFielding_getPositionFielding(lineFielding, index, &stored));
+  QOC_SURE(qoc_ocrDictionaryLineFielding_getPositionFielding(lineFielding, index, &stored));  // It has grown to that.
   return qoc_ocrDictionaryPositionFielding_assign(positionFielding, stored);
 }
 

@@ -165,8 +165,8 @@ class ReadingMatcher {
     if (sizeOf(storage_.shown) == 0) {
       QOC_TRY(makeShared(view(reading_), storage_.shown));
     }
-    QOC_TRY(qoc_ocrDictionaryStringMulti_assign(&filed.given, &storage_.shown));
-    QOC_TRY(qoc_ocrDictionaryStringMulti_assign(&filed.givenSwap, &storage_.shown));
+    QOC_SURE(qoc_ocrDictionaryStringMulti_assign(&filed.given, &storage_.shown));  // They join the copy that is shared.
+    QOC_SURE(qoc_ocrDictionaryStringMulti_assign(&filed.givenSwap, &storage_.shown));
     return fillPositions(start, alignment, filed);
   }
 

@@ -13,9 +13,9 @@ namespace {
 constexpr std::uint32_t numClassSets = 32;
 constexpr Char32 numKeptCharacters = 128;
 
-// Of longer readings and lines the lengths alone are looked at: nobody is asked for attention here.
+// Of longer readings the lengths alone are looked at: nobody is asked for attention here. A line that may fit is hardly
+// longer than its reading.
 constexpr std::size_t mostPositions = 1024;
-constexpr std::size_t mostWords = std::size_t{1} << 16;
 
 /// Whether a code is that of a text character, which all others are a failure for.
 bool isText(Char32 code) noexcept { return codeOf(static_cast<CharT>(code & 0xFF)) == code; }
@@ -51,7 +51,7 @@ void LineScreen::prepare() {
     const auto take = [&](Char32 code) {
       if (isText(code)) {
         classes_[i] |= classesOf(code);
-      } else if (code != QOC_CHAR_EMPTY) {
+      } else {  // A swap set holds no reserved codes.
         insert(undecided_, i);
       }
     };
@@ -139,7 +139,7 @@ bool LineScreen::mayFit(const qoc_ocrDictionaryLineFielding &line, const qoc_ocr
   if (!isLengthPossible || !lengthPasses(params, static_cast<std::int32_t>(numPositions))) {
     return false;
   }
-  if (reading_.size() > mostPositions || positions.size() * numWords_ > mostWords) {
+  if (reading_.size() > mostPositions) {
     return true;
   }
   prepare();

@@ -130,9 +130,8 @@ class NearVariants {
     bool isSettled = false;  ///< Whatever comes, the variant is asked for.
     bool isLater = false;    ///< Of a node.
 
-    bool isDead() const noexcept {
-      return isEmpty(takers) && isEmpty(edited) && !isEnd && !isEditedEnd && !isSettled && !isLater;
-    }
+    /// Of a node: whether nothing leads on from it. Where windows are searched, every node is an end.
+    bool isDead() const noexcept { return isEmpty(takers) && isEmpty(edited) && !isEnd; }
   };
   /// A beginning that is gone on with.
   struct Frame {

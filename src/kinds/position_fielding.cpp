@@ -165,7 +165,7 @@ qsys_status qoc_ocrDictionaryPositionFielding_setFieldingCharacters(qoc_ocrDicti
   return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
     QOC_TRY(qstd_vectorChar32_constructCopy(&sorted, characters));
     frame.local<qstd_vectorChar32_destruct>(&sorted);
-    QOC_TRY(qstd_vectorChar32_sortUnique(&sorted, 1));
+    QOC_SURE(qstd_vectorChar32_sortUnique(&sorted, 1));  // It only takes elements out.
     if (sorted.core.size != characters->core.size) {
       return QOC_STATUS_CHARACTER_DUPLICATE;
     }

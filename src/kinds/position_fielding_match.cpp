@@ -8,6 +8,7 @@
 #include "frame/frame.hpp"
 #include "kinds/fielding_classes.hpp"
 #include "platform/system/certain.hpp"
+#include "swap/match.hpp"
 #include "text/views.hpp"
 
 using namespace qoc;
@@ -45,16 +46,8 @@ qsys_status isEquivalentInClass(const qoc_ocrDictionaryPositionFielding &positio
 }
 
 /// True when the listed character may stand for the one of the reading, which is not the empty one.
-qsys_status isListedMatch(Char32 listed, const qoc_ocrDictionaryChar &character, const qoc_swapCharSet *set,
-                          bool &isMatch) {
-  if (listed == QOC_CHAR_ANY_NONSPACE) {
-    isMatch = character.code != U' ';
-    return QSYS_STATUS_OK;
-  }
-  qsys_bool answer = 0;
-  QOC_TRY(qoc_ocrDictionaryChar_isMatchChar32(&character, listed, set, &answer));
-  isMatch = answer != 0;
-  return QSYS_STATUS_OK;
+bool isListedMatch(Char32 listed, const qoc_ocrDictionaryChar &character, const qoc_swapCharSet *set) noexcept {
+  return listed == QOC_CHAR_ANY_NONSPACE ? character.code != U' ' : qoc::isMatch(set, character.code, listed);
 }
 
 qsys_status isCharacterMatch(const qoc_ocrDictionaryPositionFielding &positionFielding,
@@ -71,7 +64,7 @@ qsys_status isCharacterMatch(const qoc_ocrDictionaryPositionFielding &positionFi
     QOC_TRY(isEquivalentInClass(positionFielding, character, set, isMatch));
   }
   for (std::size_t i = 0; !isMatch && i < listed.size(); ++i) {
-    QOC_TRY(isListedMatch(listed[i], character, set, isMatch));
+    isMatch = isListedMatch(listed[i], character, set);
   }
   return QSYS_STATUS_OK;
 }
@@ -203,10 +196,9 @@ qsys_status qoc_ocrDictionaryPositionFielding_getAllFieldingCharacters(
   }
   QOC_TRY(qstd_vectorChar32_assign(characters, &positionFielding->fieldingCharacters));
   for (const CharacterClass &admitted : characterClasses) {
-    if ((positionFielding->fieldingBits & admitted.bit) == 0 || admitted.inverted) {
-      continue;
-    }
-    for (Char32 code = admitted.first; code <= admitted.last; ++code) {
+    // Any non-space, the class that is inverted, has been answered.
+    const bool isAdmitted = (positionFielding->fieldingBits & admitted.bit) != 0;
+    for (Char32 code = admitted.first; isAdmitted && code <= admitted.last; ++code) {
       QOC_TRY(qstd_vectorChar32_pushBack(characters, &code));
     }
   }

@@ -37,7 +37,6 @@ class ReadingVariants {
   /// To be called before anything else, and for every entry: asks for attention as often as making all variants does.
   qsys_status expand();
 
-  const qoc_ocrDictionaryStringMulti &reading() const noexcept { return reading_; }
   std::int32_t numPositions() const noexcept { return sizeOf(reading_); }
   std::size_t numNodes() const noexcept { return numNodes_; }
   std::span<const ExpansionChoice> choicesAt(std::int32_t position) const { return choices_.at(position); }
@@ -77,8 +76,11 @@ class ReadingVariants {
     for (std::size_t i = 0; i < counts.size(); ++i) {
       if (counts[i] > 0) {
         const std::int64_t each = pollsOf(length + static_cast<std::int32_t>(i));
-        const bool isTooMuch = each > 0 && counts[i] > static_cast<std::uint64_t>((INT64_MAX - times) / each);
-        times = isTooMuch ? INT64_MAX : times + each * static_cast<std::int64_t>(counts[i]);
+        // Whoever counts has been asked by expand() once for each of so many variants, and nobody lives to see it.
+        if (each > 0 && QOC_NEVER(counts[i] > static_cast<std::uint64_t>((INT64_MAX - times) / each))) {
+          return checkAttention(INT64_MAX);
+        }
+        times += each * static_cast<std::int64_t>(counts[i]);
       }
     }
     return checkAttention(times);

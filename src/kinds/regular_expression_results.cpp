@@ -83,7 +83,7 @@ qsys_status ExpressionResults::makeOf(std::span<const Outline> outlines, const q
   if (outlines.empty()) {
     return QSYS_STATUS_OK;
   }
-  if (outlines.size() > INT32_MAX) {
+  if (QOC_NEVER(outlines.size() > INT32_MAX)) {  // They would take more memory than any machine has by far.
     return QSTD_STATUS_SIZE_INVALID;
   }
   std::size_t expected = 0;
@@ -97,7 +97,7 @@ qsys_status ExpressionResults::makeOf(std::span<const Outline> outlines, const q
   }
   // Results and positions without contents own nothing: their bytes make as many as are needed.
   qoc_ocrDictionaryResult blank;
-  QOC_SURE(qoc_ocrDictionaryResult_construct(&blank));
+  QOC_SURE(qoc_ocrDictionaryResult_construct(&blank));  // As they own nothing.
   blank.isComputed = 1;
   blank.mode = qoc_ocrDictionaryMode_regularExpression;
   qoc_ocrDictionaryCharMulti blankPosition;
@@ -117,8 +117,8 @@ qsys_status ExpressionResults::makeOf(std::span<const Outline> outlines, const q
     if (span.edit == ExpressionEdit::deletion) {
       QOC_TRY(pool.placeCopies(result.deleted.core, &span.place, 1));
     }
-    QOC_TRY(qoc_ocrDictionaryStringMulti_assign(&result.given, &shown));
-    QOC_TRY(qoc_ocrDictionaryStringMulti_assign(&result.givenSwap, &shown));
+    QOC_SURE(qoc_ocrDictionaryStringMulti_assign(&result.given, &shown));  // They join the copy that is shared.
+    QOC_SURE(qoc_ocrDictionaryStringMulti_assign(&result.givenSwap, &shown));
     const auto numPlaces = static_cast<std::int32_t>(outline.numPlaces);
     QOC_TRY(pool.placeCopies(result.resultStringStatus.core, statuses_.data() + outline.firstPlace, numPlaces));
     QOC_TRY(qstd_vector_qoc_ocrDictionaryCharMulti_resizeUninit(&result.valid.positions, numPlaces));

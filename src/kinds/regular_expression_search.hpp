@@ -59,10 +59,10 @@ class LengthLimits {
     return attempts;
   }
 
-  /// What may be tried on any of a reading's spans.
+  /// What may be tried on any of a reading's spans, where windows are searched.
   Attempts attemptsForAny(std::int32_t readingLength) const noexcept {
     const std::int64_t n = readingLength;
-    const bool mayEdit = params_ != nullptr && params_->maxEdits != 0;
+    const bool mayEdit = params_->maxEdits != 0;
     const std::int64_t least = expression_.minLength();
     Attempts attempts;
     attempts.exact = least <= n;
@@ -138,7 +138,8 @@ class SpanSearch {
   }
 
   /// Calls onMatch(edit, place), which returns a status, for every attempt that matches the span, in order. The place
-  /// of an edit is a position of the reading.
+  /// of an edit is a position of the reading. isMatch or forEachSpan has told of the span, so that what its positions
+  /// accept is known.
   template <class OnMatch>
   qsys_status forEachMatch(std::int32_t start, std::int32_t end, Attempts attempts, OnMatch onMatch) {
     QOC_TRY(findNext(start, end));
@@ -269,9 +270,6 @@ class SpanSearch {
   qsys_status findStarts(Attempts attempts) {
     const std::int32_t n = size();
     isStart_.assign(static_cast<std::size_t>(n), false);
-    if (!attempts.any()) {
-      return QSYS_STATUS_OK;
-    }
     QOC_TRY(findAccepting(n));
     // What may have come before a position, such that a match ends there or later.
     Set behind = states_.last();
@@ -306,7 +304,6 @@ class SpanSearch {
     next_.clear();
     next_.push_back({states_.first(), states_.expression().isNullable()});
     for (std::int32_t at = start; at < end; ++at) {
-      QOC_TRY(findAccepting(at + 1));
       QOC_TRY(states_.tick(1));
       const Set taking = next_.back().takers & acceptingAt(at);
       if (isEmpty(taking)) {
@@ -319,7 +316,6 @@ class SpanSearch {
 
   /// For each position of the span and its end: what may have come before when the rest is matched without an edit.
   qsys_status findBehind(std::int32_t start, std::int32_t end) {
-    QOC_TRY(findAccepting(end));
     behind_.assign(static_cast<std::size_t>(end - start) + 1, states_.none());
     behind_.back() = states_.last();
     for (std::int32_t at = end; at-- > start;) {
@@ -336,17 +332,13 @@ class SpanSearch {
   /// Whether the span matches with the edit at the place; level 0 reaches it.
   bool fits(ExpressionEdit edit, std::int32_t start, std::int32_t end, std::int32_t place) {
     const auto i = static_cast<std::size_t>(place - start);
-    switch (edit) {
-      case ExpressionEdit::insertion:
-        return intersects(next_[i].takers, behind_[i]);
-      case ExpressionEdit::substitution:
-        return intersects(next_[i].takers, behind_[i + 1]);
-      case ExpressionEdit::deletion:
-        return place + 1 == end ? next_[i].isEnd : intersects(next_[i].takers, acceptingAt(place + 1) & behind_[i + 2]);
-      case ExpressionEdit::none:
-        break;
+    if (edit == ExpressionEdit::insertion) {
+      return intersects(next_[i].takers, behind_[i]);
     }
-    return false;
+    if (edit == ExpressionEdit::substitution) {
+      return intersects(next_[i].takers, behind_[i + 1]);
+    }
+    return place + 1 == end ? next_[i].isEnd : intersects(next_[i].takers, acceptingAt(place + 1) & behind_[i + 2]);
   }
 
   States &states_;

@@ -30,7 +30,6 @@ class WordLetters {
            static_cast<std::size_t>(word - group.first) * static_cast<std::size_t>(group.length);
   }
   std::size_t numLetters() const noexcept { return letters_.size(); }
-  std::size_t numBytes() const noexcept { return letters_.capacity() + groups_.capacity() * sizeof(Group); }
 
  private:
   std::vector<Letter> letters_;

@@ -47,7 +47,9 @@ WordScan::WordScan(const WordLetters &words, WorkMeter &meter) : letters_(words.
     }
     hasBlocks_ = hasBlocks_ || group.endOfBlocks() > group.first;
   }
-  hasBlocks_ = hasBlocks_ && BlockScan::isAvailable();
+  if (hasBlocks_) {
+    hasBlocks_ = BlockScan::isAvailable();
+  }
 }
 
 bool WordScan::goesByBlocks(const IndexQuery &query) const noexcept {

@@ -36,15 +36,13 @@ class WordTrie {
 
   /// Calls found(word) for every word that the automaton accepts; `rows` are the matches of the letters, in the trie's
   /// direction. `numVisits` is the number of nodes that may be visited, less those that were when it ends; below 0 the
-  /// walk was given up. Throws Interrupted when the meter's check says so.
+  /// walk was given up. Throws Interrupted when the meter's check says so. The trie is not empty.
   template <int Edits, class Found>
   void walk(const EditAutomaton<Edits> &automaton, const LetterMatches &rows, WorkMeter &meter, std::int64_t &numVisits,
             Found found) const {
-    if (!nodes_.empty()) {
-      Walk<Edits, Found> walk = {nodes_.data(), automaton, rows, meter, found, numVisits};
-      walk.visit(0, automaton.start());
-      numVisits = walk.numVisits;
-    }
+    Walk<Edits, Found> walk = {nodes_.data(), automaton, rows, meter, found, numVisits};
+    walk.visit(0, automaton.start());
+    numVisits = walk.numVisits;
   }
 
   bool isEmpty() const noexcept { return nodes_.empty(); }

@@ -307,4 +307,26 @@ TEST(FieldingRunParts, EmptyEndsOfTheReadingDoNotCountAsOverlap) {
   EXPECT_EQ(resultsOf(*results)[0].overlapInputString, 2);
 }
 
+TEST(FieldingRun, FailsAtAnEquivalentThatIsNoText) {
+  const qoc_ocrDictionaryChar noText = character(0x4E2D);
+  qsys_bool isMatch = 0;
+  const qsys_status failure =
+      qoc_ocrDictionaryPositionFielding_isMatch(fielding(QOC_FIELDING_DIGIT), &noText, nullptr, &isMatch);
+  EXPECT_LT(failure, 0);
+  Results results;
+  EXPECT_EQ(run(line("9"), plain("b"), results, {}, swaps({U"b\x4E2D"})), failure);
+  EXPECT_EQ(run(line("9"), plain("b"), results, {}, swaps({U"bc"})), QSYS_STATUS_OK);
+}
+
+TEST(FieldingRun, OfALineWithoutPositionsNeedsAPrimaryCandidateEverywhere) {
+  Reading read = plain("ab");
+  const Owned<qoc_ocrDictionaryCharMulti> none;
+  require(qstd_vector_qoc_ocrDictionaryCharMulti_pushBack(&read->positions, none));
+  qoc_ocrDictionaryChar primary = {};
+  const qsys_status failure = qoc_ocrDictionaryCharMulti_getPrimaryCharacter(none, &primary);
+  EXPECT_LT(failure, 0);
+  Results results;
+  EXPECT_EQ(run(line(""), read, results), failure);
+}
+
 }  // namespace

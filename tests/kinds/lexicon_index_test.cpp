@@ -319,6 +319,30 @@ TEST(LexiconIndex, ALongerListThanTriesMayHaveIsScanned) {
   qoc::lexiconRoads() = {};
 }
 
+TEST(LexiconIndex, ReadingsTooLongForTriesAreScanned) {
+  const qoc::test::ShortcutsTaken taken(qoc::test::ShortcutsTaken::all);
+  const std::string text(70, 'a');
+  const Owned<qoc_ocrDictionaryLexicon> entry = lexicon({text + "b", text + "bb", "bb" + text});
+  expectMatch(*entry, text, {}, {});
+  expectMatch(*entry, text, {.maxEdits = 1}, {text + "b"});
+  expectMatch(*entry, text.substr(4), {.maxEdits = 1, .returnBestOnly = 0}, {});
+}
+
+TEST(LexiconIndex, WordsTooLongForTriesAreScanned) {
+  qoc::lexiconRoads().minWordsForTries = 0;
+  const std::string text(100, 'a');
+  const Owned<qoc_ocrDictionaryLexicon> entry = lexicon({text, text + "b"});
+  const Owned<qoc_ocrDictionaryStringMulti> read = plainReading("aaaaa");
+  const qoc::ReadingMatches matches(*read, nullptr);
+  qoc::IndexQuery query;
+  qoc::indexOf(*entry)->prepare(matches, {0, matches.size()}, query);
+  EXPECT_FALSE(qoc::indexOf(*entry)->walks(query, 1));
+  std::vector<std::int32_t> found;
+  qoc::indexOf(*entry)->find(query, 95, 0, 2, found);
+  EXPECT_EQ(found, std::vector<std::int32_t>{0});
+  qoc::lexiconRoads() = {};
+}
+
 TEST(LexiconIndex, SaysHowMuchMemoryItHas) {
   const auto numBytesOf = [](const Words &list, std::int32_t minWordsForTries) {
     qoc::lexiconRoads().minWordsForTries = minWordsForTries;

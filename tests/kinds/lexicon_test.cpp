@@ -1,12 +1,16 @@
 // A lexicon: its words and their order, what it matches, how often it asks whether to go on.
 
 #include <algorithm>
+#include <atomic>
 #include <functional>
+#include <optional>
 #include <random>
 #include <utility>
 
 #include "run/run_builders.hpp"
 #include "support/allocator.hpp"
+#include "support/fieldings.hpp"
+#include "support/metered.hpp"
 
 namespace {
 
@@ -768,6 +772,160 @@ TEST(Lexicon, ReportsMissingArgumentsAndTouchesNothing) {
   EXPECT_EQ(flag, 7u);
   EXPECT_EQ(describe(*out), before);
   EXPECT_EQ(wordsOf(*changed), Words{"ab"});
+}
+
+TEST(Lexicon, TellsWordsApartWhoseHashesAreEqual) {
+  // Two words that the set of different words puts in the same place for the same hash.
+  Owned<WordVector> list;
+  for (const std::u32string_view text :
+       {std::u32string_view(U"\x40C4F53E\x61", 2), std::u32string_view(U"\x1EFCDAD1\xC7E4E1FA", 2)}) {
+    require(qstd_vector_qoc_ocrDictionaryString_pushBack(list, word(text)));
+  }
+  Owned<qoc_ocrDictionaryLexicon> entry;
+  EXPECT_EQ(qoc_ocrDictionaryLexicon_setStrings(entry, list), QSYS_STATUS_OK);
+  EXPECT_EQ(entry->strings.core.size, 2);
+}
+
+TEST(Lexicon, MatchesAcrossThe64thPositionOfAReading) {
+  const auto entry = lexicon({"needles", "noodles"});
+  const auto found = plain(std::string(60, '.') + "needles" + std::string(30, '.'));
+  const auto absent = plain(std::string(60, '.') + "needlas" + std::string(30, '.'));
+  for (const RunOptions &options : {RunOptions{}, RunOptions{.matchOption9 = 1}}) {
+    const auto params = runParams(options);
+    qsys_bool isMatch = 2;
+    require(qoc_ocrDictionaryLexicon_isMatchMulti(entry, found, params, nullptr, &isMatch));
+    EXPECT_EQ(isMatch, 1u);
+    require(qoc_ocrDictionaryLexicon_isMatchMulti(entry, absent, params, nullptr, &isMatch));
+    EXPECT_EQ(isMatch, 0u);
+  }
+}
+
+TEST(Lexicon, FindsTheBestWordWhateverItsEdits) {
+  const auto entry = lexicon({std::string(20, 'a'), std::string(20, 'b')});
+  for (const int32_t edits : {0, 1, 2, 3, 4, 5, 7, 9}) {
+    const auto read = plain(std::string(static_cast<std::size_t>(edits), 'x') +
+                            std::string(static_cast<std::size_t>(20 - edits), 'a'));
+    for (const int32_t maxEdits : {edits, 9}) {
+      Owned<qoc_ocrDictionaryResultSet> results;
+      require(qoc_ocrDictionaryLexicon_matchMulti(entry, read, runParams({.maxEdits = maxEdits}), nullptr, results));
+      ASSERT_EQ(matchedWords(*results), Words{std::string(20, 'a')}) << edits;
+      EXPECT_EQ(resultsOf(*results)[0].numEdits, edits);
+    }
+  }
+}
+
+/// A swap set of one multi-character swap.
+Owned<qoc_swapCharSet> multiSwap(std::string_view first, std::string_view second) {
+  const auto a = word(first), b = word(second);
+  Owned<qoc_swapChar> swap;
+  require(qoc_swapChar_setStrings(swap, a, b));
+  Owned<qstd_vector_qoc_swapChar> list;
+  require(qstd_vector_qoc_swapChar_pushBack(list, swap));
+  Owned<qoc_swapCharSet> set;
+  require(qoc_swapCharSet_setSwapCharacters(set, list));
+  return set;
+}
+
+TEST(Lexicon, MatchesVariantsOfLongReadings) {
+  const auto set = multiSwap("rn", "m");
+  for (const std::size_t size : {300u, 6000u}) {  // The second is too long for tables.
+    const std::string stem(size, 'x');
+    const auto entry = lexicon({stem + "m", stem + "k"});
+    const auto read = plain(stem + "rn");
+    for (const int32_t maxEdits : {0, 1}) {
+      std::optional<Polls> polls;  // A handler of the program's own is asked about every variant.
+      if (maxEdits == 1) {
+        polls.emplace();
+      }
+      Owned<qoc_ocrDictionaryResultSet> results;
+      require(qoc_ocrDictionaryLexicon_matchMulti(entry, read, runParams({.maxEdits = maxEdits}), set, results));
+      ASSERT_EQ(results->results.core.size, 1);
+      EXPECT_EQ(show(resultsOf(*results)[0].dictionaryString), stem + "m");
+      EXPECT_EQ(resultsOf(*results)[0].numEdits, 0);
+    }
+  }
+}
+
+TEST(Lexicon, MatchesVariantsWithAnyNumberOfEdits) {
+  const auto set = multiSwap("rn", "m");
+  const auto entry = lexicon({"ham", "harm"});
+  const auto best = [&](const qoc_ocrDictionaryRunParams *params) {
+    Owned<qoc_ocrDictionaryResultSet> results;
+    require(qoc_ocrDictionaryLexicon_matchMulti(entry, reading("h a r n"), params, set, results));
+    return results->results.core.size == 0 ? std::string() : show(resultsOf(*results)[0].dictionaryString);
+  };
+  EXPECT_EQ(best(nullptr), "ham");
+  EXPECT_EQ(best(runParams({.maxEdits = -1})), "");  // No word's length is within less than no edits.
+  for (const int32_t maxEdits : {0, 1, 3, 200, 201, INT32_MAX}) {
+    EXPECT_EQ(best(runParams({.maxEdits = maxEdits})), "ham") << maxEdits;
+  }
+  EXPECT_EQ(best(runParams({.matchOption9 = 1})), "ham");
+}
+
+TEST(Lexicon, VariantsEndAtAFlagThatIsRaised) {
+  const auto set = multiSwap("rn", "m");
+  Words list;
+  for (int i = 0; i < 300; ++i) {
+    list.push_back("x" + std::to_string(1000 + i));
+  }
+  const auto entry = lexicon(list);
+  const auto read = reading("x 1 0 r n");
+  std::atomic<int32_t> flag = 1;
+  qsys_attention_setHandler(qsys_attention_flagHandler, &flag);
+  Owned<qoc_ocrDictionaryResultSet> results;
+  qsys_bool isMatch = 0;
+  const auto params = runParams({.maxEdits = 2});
+  EXPECT_EQ(qoc_ocrDictionaryLexicon_matchMulti(entry, read, params, set, results), QSYS_STATUS_INTERRUPTED);
+  EXPECT_EQ(qoc_ocrDictionaryLexicon_isMatchMulti(entry, read, params, set, &isMatch), QSYS_STATUS_INTERRUPTED);
+  flag = 0;
+  EXPECT_EQ(qoc_ocrDictionaryLexicon_matchMulti(entry, read, params, set, results), QSYS_STATUS_OK);
+  qsys_attention_setHandler(nullptr, nullptr);
+}
+
+TEST(Lexicon, ReadingsOfMoreVariantsThanCanBeCountedEndAtThePollThatRefuses) {
+  const auto set = multiSwap("rn", "m");
+  const auto entry = lexicon({"m"});
+  std::string text;
+  for (int i = 0; i < 70; ++i) {
+    text += "rn";
+  }
+  Owned<qoc_ocrDictionaryResultSet> results;
+  const auto params = runParams({.maxEdits = 1});
+  const Polls polls(1000);
+  EXPECT_EQ(qoc_ocrDictionaryLexicon_matchMulti(entry, plain(text), params, set, results), QSYS_STATUS_INTERRUPTED);
+  EXPECT_EQ(polls.count(), 1001);
+}
+
+TEST(Lexicon, LongListsAreSearchedForWindows) {
+  Words list = {"needle"};
+  for (int i = 0; i < 300; ++i) {
+    list.push_back("Z" + std::to_string(1000 + i));
+  }
+  const auto entry = lexicon(list);
+  Owned<qoc_ocrDictionaryResultSet> results;
+  require(qoc_ocrDictionaryLexicon_matchMulti(entry, plain("xxneedlexx"), runParams({.matchOption9 = 1}), nullptr,
+                                              results));
+  EXPECT_EQ(matchedWords(*results), Words{"needle"});
+}
+
+TEST(Lexicon, LongWordsAreInterruptedInTheMidstOfOne) {
+  const std::string text(3000, 'a');
+  const auto entry = lexicon({text + "bcd"});
+  const auto read = plain("xy" + text);
+  const auto params = runParams({.maxEdits = 100});
+  Owned<qoc_ocrDictionaryResultSet> results;
+  int64_t numPolls = 0;
+  const PollingMeters meters(1);
+  {
+    const Polls polls;
+    ASSERT_EQ(qoc_ocrDictionaryLexicon_matchMulti(entry, read, params, nullptr, results), QSYS_STATUS_OK);
+    numPolls = polls.count();
+  }
+  EXPECT_GT(numPolls, 100);
+  for (const int64_t numAllowed : {numPolls / 4, numPolls / 2, numPolls - 2}) {
+    const Polls polls(numAllowed);
+    EXPECT_EQ(qoc_ocrDictionaryLexicon_matchMulti(entry, read, params, nullptr, results), QSYS_STATUS_INTERRUPTED);
+  }
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 
 #include "support/fieldings.hpp"
 #include "support/handlers.hpp"
+#include "support/metered.hpp"
 
 namespace {
 
@@ -479,6 +480,123 @@ TEST(LineFieldingMatch, AnInterruptEndsTheWork) {
     Polls polls(allowed);
     EXPECT_EQ(qoc_ocrDictionaryLineFielding_matchMulti(line("99"), plain("xxxxx"), windows, nullptr, results),
               QSYS_STATUS_INTERRUPTED);
+  }
+}
+
+TEST(LineFielding, FitsReadingsOfMoreThan64Positions) {
+  for (const std::size_t size : {63u, 64u, 65u, 130u, 1023u, 1025u}) {
+    const std::string text(size, '7');
+    const auto nines = line(std::string(size, '9'));
+    EXPECT_TRUE(fits(nines, plain(text))) << size;
+    EXPECT_FALSE(fits(nines, plain(text.substr(1) + "x"))) << size;
+    EXPECT_FALSE(fits(nines, plain("x" + text.substr(1)))) << size;
+    const auto anEdit = runParams({.maxEdits = 1, .returnBestOnly = 0});
+    EXPECT_TRUE(fits(nines, plain(text.substr(1) + "x"), anEdit)) << size;
+    EXPECT_TRUE(fits(nines, plain(text.substr(1)), anEdit)) << size;
+    EXPECT_TRUE(fits(nines, plain("x" + text), anEdit)) << size;
+    EXPECT_FALSE(fits(nines, plain("xx" + text.substr(2)), anEdit)) << size;
+    const auto windows = runParams({.matchOption9 = 1});
+    EXPECT_TRUE(fits(nines, plain("xx" + text + "xx"), windows)) << size;
+    EXPECT_FALSE(fits(nines, plain("xx" + text.substr(1) + "xx"), windows)) << size;
+  }
+}
+
+TEST(LineFielding, FitsVariantsWithMoreThan64Positions) {
+  const auto set = oneToTwo();
+  for (const std::size_t size : {63u, 64u, 65u, 130u}) {
+    const std::string text(size, 'x');
+    for (const RunOptions &options : {RunOptions{}, RunOptions{.maxEdits = 1}, RunOptions{.matchOption9 = 1}}) {
+      const auto params = runParams(options);
+      const auto fitting = line(text + "m"), other = line(text.substr(2) + "kkkm");
+      EXPECT_TRUE(fits(fitting, plain(text + "rn"), params, set));
+      EXPECT_FALSE(fits(other, plain(text + "rn"), params, set));
+      const auto results = match(fitting, plain(text + "rn"), params, set);
+      ASSERT_EQ(results->results.core.size, 1);
+      EXPECT_EQ(resultsOf(*results)[0].numEdits, 0);
+      EXPECT_EQ(match(other, plain(text + "rn"), params, set)->results.core.size, 0);
+    }
+  }
+}
+
+TEST(LineFielding, FitsVariantsTooLongForTables) {
+  const std::size_t size = 17000;
+  const auto set = oneToTwo();
+  const auto read = plain(std::string(size, 'x') + "rn");
+  const auto fitting = line(std::string(size, 'x') + "m");
+  for (const int32_t maxEdits : {0, 1}) {
+    const auto params = runParams({.maxEdits = maxEdits});
+    EXPECT_TRUE(fits(fitting, read, params, set));
+    const auto results = match(fitting, read, params, set);
+    ASSERT_EQ(results->results.core.size, 1);
+    EXPECT_EQ(resultsOf(*results)[0].numEdits, 0);
+    EXPECT_EQ(values(resultsOf(*results)[0].inputIndices).size(), size + 1);
+  }
+}
+
+TEST(LineFielding, WithoutPositionsFitsAVariantOfOneCharacterThatIsTooMany) {
+  const auto set = oneToTwo();
+  const auto none = line("");
+  const auto anEdit = runParams({.maxEdits = 1});
+  // Deliberate: of a line without positions there is no place for a character that is too many.
+  EXPECT_FALSE(fits(none, plain("rn"), anEdit, set));
+  EXPECT_EQ(match(none, plain("rn"), anEdit, set)->results.core.size, 0);
+  EXPECT_FALSE(fits(none, plain("rn"), nullptr, set));
+  EXPECT_FALSE(fits(none, plain("rn"), runParams({.maxEdits = 1, .minStringLength = 0}), set));
+}
+
+TEST(LineFielding, VariantsFailAtACharacterThatIsNoText) {
+  const auto set = oneToTwo();
+  const auto read = reading(U"r n \x4E2D");
+  qsys_bool isMatch = 0;
+  Owned<qoc_ocrDictionaryResultSet> results;
+  const qsys_status failure = qoc_ocrDictionaryLineFielding_isMatchMulti(line("m9"), read, nullptr, set, &isMatch);
+  EXPECT_LT(failure, 0);
+  EXPECT_EQ(qoc_ocrDictionaryLineFielding_matchMulti(line("m9"), read, nullptr, set, results), failure);
+  EXPECT_FALSE(fits(line("k9"), read, nullptr, set)) << "nobody gets to the character";
+}
+
+TEST(LineFielding, TakesTheEditFromVariantsBehindAnExactOne) {
+  const auto set = oneToTwo();
+  const auto params = runParams({.maxEdits = 1});
+  // The first variant fits as it is; the second would with an edit.
+  const auto results = match(line("arn"), plain("arn"), params, set);
+  ASSERT_EQ(results->results.core.size, 1);
+  EXPECT_EQ(resultsOf(*results)[0].numEdits, 0);
+  // Two places, so that variants follow the exact one in which the edit would fit.
+  const auto both = match(line("arnm"), plain("arnrn"), params, set);
+  ASSERT_EQ(both->results.core.size, 1);
+  EXPECT_EQ(resultsOf(*both)[0].numEdits, 0);
+}
+
+/// Interrupts a match at every poll, where every unit of work is one.
+template <class Match>
+void interruptEverywhere(Match match) {
+  const PollingMeters meters(1);
+  int64_t numAllowed = 0;
+  qsys_status status = QSYS_STATUS_INTERRUPTED;
+  for (; status == QSYS_STATUS_INTERRUPTED && numAllowed < 5000; ++numAllowed) {
+    const Polls polls(numAllowed);
+    status = match();
+    EXPECT_EQ(polls.count(), status < 0 ? numAllowed + 1 : numAllowed);
+  }
+  EXPECT_EQ(status, QSYS_STATUS_OK);
+  EXPECT_GT(numAllowed, 20);
+}
+
+TEST(LineFielding, VariantsAreInterruptedAtEveryUnitOfWork) {
+  const auto set = oneToTwo();
+  Owned<qoc_ocrDictionaryResultSet> results;
+  qsys_bool isMatch = 0;
+  for (const RunOptions &options : {RunOptions{.maxEdits = 1}, RunOptions{.maxEdits = 1, .matchOption9 = 1}}) {
+    const auto params = runParams(options);
+    for (const auto &[picture, text] :
+         {std::pair("arnm", "arnrn"), std::pair("mm", "xrnrn"), std::pair("99", "rnrn")}) {
+      const auto lines = line(picture);
+      const auto read = plain(text);
+      interruptEverywhere([&] { return qoc_ocrDictionaryLineFielding_matchMulti(lines, read, params, set, results); });
+      interruptEverywhere(
+          [&] { return qoc_ocrDictionaryLineFielding_isMatchMulti(lines, read, params, set, &isMatch); });
+    }
   }
 }
 

@@ -10,20 +10,20 @@ using namespace qoc::test;
 template <class T>
 struct Kind;
 
-#define QOC_TEST_KIND(X, Xs, V, T)                                      \
-  template <>                                                           \
-  struct Kind<T> {                                                      \
-    using Entry = T;                                                    \
-    using Vector = V;                                                   \
-    static constexpr auto getNum = qoc_ocrDictionary_getNum##Xs;        \
-    static constexpr auto getAll = qoc_ocrDictionary_get##Xs;           \
-    static constexpr auto setAll = qoc_ocrDictionary_set##Xs;           \
-    static constexpr auto get = qoc_ocrDictionary_get##X##I;            \
-    static constexpr auto set = qoc_ocrDictionary_set##X##I;            \
+#define QOC_TEST_KIND(X, Xs, V, T)                                       \
+  template <>                                                            \
+  struct Kind<T> {                                                       \
+    using Entry = T;                                                     \
+    using Vector = V;                                                    \
+    static constexpr auto getNum = qoc_ocrDictionary_getNum##Xs;         \
+    static constexpr auto getAll = qoc_ocrDictionary_get##Xs;            \
+    static constexpr auto setAll = qoc_ocrDictionary_set##Xs;            \
+    static constexpr auto get = qoc_ocrDictionary_get##X##I;             \
+    static constexpr auto set = qoc_ocrDictionary_set##X##I;             \
     static constexpr auto getExtend = qoc_ocrDictionary_get##X##IExtend; \
     static constexpr auto setExtend = qoc_ocrDictionary_set##X##IExtend; \
-    static constexpr auto compareEqual = T##_compareEqual;              \
-    static Owned<T> make(int number);                                   \
+    static constexpr auto compareEqual = T##_compareEqual;               \
+    static Owned<T> make(int number);                                    \
   };
 QOC_TEST_KIND(Lexicon, Lexicons, qstd_vector_qoc_ocrDictionaryLexicon, qoc_ocrDictionaryLexicon)
 QOC_TEST_KIND(RegularExpression, RegularExpressions, qstd_vector_qoc_ocrDictionaryRegularExpression,
@@ -86,9 +86,7 @@ using Kinds =
     testing::Types<qoc_ocrDictionaryLexicon, qoc_ocrDictionaryRegularExpression, qoc_ocrDictionaryLineFielding>;
 TYPED_TEST_SUITE(DictionaryEntries, Kinds);
 
-TYPED_TEST(DictionaryEntries, AreNoneAtFirst) {
-  EXPECT_TRUE(this->holds(*Owned<qoc_ocrDictionary>(), {}));
-}
+TYPED_TEST(DictionaryEntries, AreNoneAtFirst) { EXPECT_TRUE(this->holds(*Owned<qoc_ocrDictionary>(), {})); }
 
 TYPED_TEST(DictionaryEntries, ComeOutAsTheyWentIn) {
   using K = Kind<TypeParam>;
@@ -332,6 +330,15 @@ TEST(DictionarySwapCharSet, IsCopiedInAndOutAndDoesNotMakeADictionaryNotEmpty) {
   EXPECT_EQ(flag, 1u);
   EXPECT_EQ(qoc_ocrDictionary_compareEqual(dictionary, Owned<qoc_ocrDictionary>(), &flag), QSYS_STATUS_OK);
   EXPECT_EQ(flag, 0u);
+}
+
+TEST(DictionaryAssign, OfADictionaryToItselfChangesNothing) {
+  Owned<qoc_ocrDictionary> dictionary = dictionaryOf({{"ab", "cd"}, {"e"}});
+  const Owned<qoc_ocrDictionary> before = dictionary;
+  EXPECT_EQ(qoc_ocrDictionary_assign(dictionary, dictionary), QSYS_STATUS_OK);
+  qsys_bool isEqual = 0;
+  EXPECT_EQ(qoc_ocrDictionary_compareEqual(dictionary, before, &isEqual), QSYS_STATUS_OK);
+  EXPECT_EQ(isEqual, 1u);
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include "run/result_set_ops.hpp"
 
 #include "run/run_builders.hpp"
+#include "support/allocator.hpp"
 
 namespace {
 
@@ -196,6 +197,22 @@ TEST(ResultSet, ReportsMissingArguments) {
   expectReport(qoc_ocrDictionaryResultSet_assign(nullptr, set));
   expectReport(qoc_ocrDictionaryResultSet_reset(nullptr));
   expectReport(qoc_ocrDictionaryResultSet_print(nullptr));
+}
+
+TEST(ResultSetFinalize, FillsStatusesInTheMemoryThatTheyHave) {
+  CountingAllocator memory;
+  {
+    auto set = resultSet({{.given = "a b", .statuses = {primary, secondary}}});
+    auto &statuses = qoc::edit(set->results).front().statusWRTInputStringSwapChar;
+    require(qstd_vector_qoc_ocrDictionaryPositionStatus_destruct(&statuses));
+    require(qstd_vector__constructWithVtableWithMtable(&statuses.core, 0, sizeof(Status), statuses.core.table,
+                                                       memory.table()));
+    const auto params = runParams();
+    EXPECT_EQ(qoc_ocrDictionaryResultSet_finalize(set, params), QSYS_STATUS_OK);
+    EXPECT_EQ(show(statuses), "primary secondary");
+    EXPECT_EQ(memory.numLive(), 1);
+  }
+  EXPECT_EQ(memory.numLive(), 0);
 }
 
 }  // namespace

@@ -1,10 +1,12 @@
-// Memory that runs out: from the n-th allocation on, for every n, over lexicons, dictionaries, their runs and result sets.
+// Memory that runs out: from the n-th allocation on, for every n, over lexicons, dictionaries, their runs and result
+// sets.
 
 #include <functional>
 
 #include "run/result_set_ops.hpp"
 #include "run/run_builders.hpp"
 #include "support/allocator.hpp"
+#include "support/fieldings.hpp"
 #include "support/heap.hpp"
 
 namespace {
@@ -25,10 +27,10 @@ struct Objects {
 
 /// Uses everything; the objects are set anew, so the outcome does not depend on what happened to them before.
 qsys_status script(Objects &o) {
-#define QOC_TEST_STEP(call)           \
-  do {                                \
-    const qsys_status status = call;  \
-    if (status < 0) return status;    \
+#define QOC_TEST_STEP(call)          \
+  do {                               \
+    const qsys_status status = call; \
+    if (status < 0) return status;   \
   } while (false)
   QOC_TEST_STEP(qoc_ocrDictionaryLexicon_setStrings(o.lexicon, o.list));
   QOC_TEST_STEP(qoc_ocrDictionaryLexicon_addString(o.lexicon, o.added));
@@ -110,6 +112,150 @@ TEST(RunFaults, OfTheHeapGiveANegativeStatusAndLeaveTheObjectsUsable) {
     }
     EXPECT_EQ(memory.numLive(), 0);
   }
+}
+
+/// Lets every allocation of operation(object) fail, and every use of the C++ heap; the object is make()'s, anew.
+template <class Make, class Operation>
+void failEverywhere(Make make, Operation operation) {
+  LibraryAllocator memory;
+  int numFailures = 0;
+  for (const bool isOfHeap : {false, true}) {
+    bool isComplete = false;
+    for (int64_t n = 0; !isComplete && n < 1000; ++n) {
+      SCOPED_TRACE((isOfHeap ? "use of the heap " : "allocation ") + std::to_string(n));
+      {
+        auto object = make();
+        qsys_status status = 0;
+        if (isOfHeap) {
+          HeapFault fault(n);
+          status = operation(object);
+        } else {
+          memory.failFrom(n);
+          status = operation(object);
+          memory.failFrom(-1);
+        }
+        isComplete = status >= 0;
+        numFailures += isComplete ? 0 : 1;
+        EXPECT_TRUE(isComplete || status == QSYS_STATUS_OUT_OF_MEMORY) << qoc_status_getName(status);
+      }
+      EXPECT_EQ(memory.numLive(), 0);
+    }
+    EXPECT_TRUE(isComplete);
+  }
+  EXPECT_GT(numFailures, 0);
+}
+
+TEST(RunFaults, OfFinishingResultsThatShareWhatTheyShow) {
+  failEverywhere(
+      [] {
+        Owned<qoc_ocrDictionaryResultSet> set;
+        require(qoc_ocrDictionary_runMulti(dictionaryOf({{"abc", "abd", "abe"}}), reading("a b c"),
+                                           runParams({.maxEdits = 1, .returnBestOnly = 0}), set));
+        EXPECT_EQ(set->results.core.size, 3);
+        for (qoc_ocrDictionaryResult &result : qoc::edit(set->results)) {
+          require(qoc_ocrDictionaryStringMulti_assign(&result.valid, &result.given));
+          result.isComputed = 1;
+          result.numEdits = 3 - result.orderIndex;  // No longer in order.
+          require(qstd_vector_qoc_ocrDictionaryPositionStatus_assign(
+              &result.resultStringStatus, vectorOf<StatusVector>(Statuses{inserted, primary, primary})));
+        }
+        return set;
+      },
+      [](Owned<qoc_ocrDictionaryResultSet> &set) {
+        const auto params = runParams({.returnBestOnly = 0, .finalizeEachResult = 1});
+        return qoc_ocrDictionaryResultSet_finalize(set, params);
+      });
+}
+
+TEST(RunFaults, OfMatchingLongWords) {
+  struct Objects {
+    Owned<qoc_ocrDictionaryLexicon> words;
+    Owned<qoc_ocrDictionaryStringMulti> read;
+    Owned<qoc_ocrDictionaryResultSet> results;
+  };
+  const std::string text(2600, 'a');  // Three lists of statuses fill a block of them.
+  failEverywhere(
+      [&] {
+        return Objects{lexicon({text + "b", text + "c", text + "d", text + "e"}), plain(text + "x"), {}};
+      },
+      [](Objects &objects) {
+        const auto params = runParams({.maxEdits = 1, .returnBestOnly = 0});
+        return qoc_ocrDictionaryLexicon_matchMulti(objects.words, objects.read, params, nullptr, objects.results);
+      });
+}
+
+TEST(RunFaults, OfLongLinesAndExpressions) {
+  struct Objects {
+    Owned<qoc_ocrDictionaryLineFielding> fitting;
+    Owned<qoc_ocrDictionaryRegularExpression> expression;
+    Owned<qoc_ocrDictionaryStringMulti> read;
+    Owned<qoc_ocrDictionaryResultSet> results;
+  };
+  const std::string text(3000, 'a');
+  failEverywhere(
+      [&] {
+        Objects objects{line(text), {}, plain(text), {}};
+        require(qoc_ocrDictionaryRegularExpression_setStringT(objects.expression, L"a*"));
+        return objects;
+      },
+      [](Objects &objects) {
+        const qsys_status status =
+            qoc_ocrDictionaryLineFielding_matchMulti(objects.fitting, objects.read, nullptr, nullptr, objects.results);
+        return status < 0 ? status
+                          : qoc_ocrDictionaryRegularExpression_matchMulti(objects.expression, objects.read, nullptr,
+                                                                          nullptr, objects.results);
+      });
+}
+
+TEST(RunFaults, OfAdmittingEquivalents) {
+  struct Objects {
+    Owned<qoc_ocrDictionaryLineFielding> fitting;
+    Owned<qoc_swapCharSet> set;
+    Owned<qoc_ocrDictionaryStringMulti> read;
+    Owned<qoc_ocrDictionaryResultSet> results;
+  };
+  failEverywhere(
+      [] {
+        return Objects{line("99"), swaps({U"O0", U"l1"}), plain("Ol"), {}};
+      },
+      [](Objects &objects) {
+        const auto params = runParams();
+        return qoc_ocrDictionaryLineFielding_matchMulti(objects.fitting, objects.read, params, objects.set,
+                                                        objects.results);
+      });
+}
+
+TEST(RunFaults, OfTakingInsertedPositionsOut) {
+  failEverywhere(
+      [] {
+        Owned<qoc_ocrDictionaryResultSet> set;
+        require(qoc_ocrDictionary_runMulti(dictionaryOf({{"abcd", "xabc"}}), reading("a b c"),
+                                           runParams({.maxEdits = 1, .returnBestOnly = 0}), set));
+        EXPECT_GE(set->results.core.size, 1);
+        return set;
+      },
+      [](Owned<qoc_ocrDictionaryResultSet> &set) {
+        const auto params = runParams({.returnBestOnly = 0, .finalizeEachResult = 1});
+        return qoc_ocrDictionaryResultSet_finalize(set, params);
+      });
+}
+
+TEST(RunFaults, OfTakingOverResultsOutOfOrder) {
+  using Objects = std::pair<Owned<qoc_ocrDictionaryResultSet>, Owned<qoc_ocrDictionaryResultSet>>;
+  failEverywhere(
+      [] {
+        return Objects({}, resultSet({{.given = "a", .numEdits = 2}, {.given = "b"}}));
+      },
+      [](Objects &objects) { return qoc::mergeTaking(*objects.first, *objects.second, nullptr); });
+}
+
+TEST(RunFaults, OfFilingResultsInBuckets) {
+  using Objects = std::pair<Owned<Buckets>, Owned<ResultVector>>;
+  failEverywhere(
+      [] {
+        return Objects({}, resultVector({{.given = "a", .numEdits = 2}, {.given = "b"}}));
+      },
+      [](Objects &objects) { return qoc_ocrDictionaryResultBuckets_addVector(objects.first, objects.second); });
 }
 
 TEST(RunFaults, LeaveNothingOfAnObjectThatCouldNotBeConstructed) {
