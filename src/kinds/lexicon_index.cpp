@@ -169,7 +169,9 @@ namespace {
 /// An index, once somebody asked for it, and the number of lexicons that hold it: copies of one, which have the same
 /// words.
 struct SharedIndex {
-  std::once_flag isMade;
+  /// Not a once_flag: making an index may end with an exception, after which not every system lets the next one try.
+  std::mutex making;
+  std::atomic<bool> isMade{false};
   std::optional<LexiconIndex> index;
   std::atomic<std::int64_t> numHolders{1};
 };
@@ -182,10 +184,14 @@ const LexiconIndex *indexOf(const qoc_ocrDictionaryLexicon &lexicon) {
     return nullptr;
   }
   auto &shared = *static_cast<SharedIndex *>(lexicon.index);
-  std::call_once(shared.isMade, [&] {
-    WorkMeter meter;
-    shared.index.emplace(words, meter);
-  });
+  if (!shared.isMade.load(std::memory_order_acquire)) {
+    const std::lock_guard lock(shared.making);
+    if (!shared.isMade.load(std::memory_order_relaxed)) {
+      WorkMeter meter;
+      shared.index.emplace(words, meter);
+      shared.isMade.store(true, std::memory_order_release);
+    }
+  }
   // Words that were put into the vector itself are not known to the index.
   return shared.index->numWords() == words.size() ? &*shared.index : nullptr;
 }
