@@ -130,8 +130,9 @@ class NearVariants {
     bool isSettled = false;  ///< Whatever comes, the variant is asked for.
     bool isLater = false;    ///< Of a node.
 
-    /// Of a node: whether nothing leads on from it. Where windows are searched, every node is an end.
-    bool isDead() const noexcept { return isEmpty(takers) && isEmpty(edited) && !isEnd; }
+    /// Of a node: whether nothing leads on from it. What does behind an edit does without one, too, and where windows
+    /// are searched, every node is an end.
+    bool isDead() const noexcept { return isEmpty(takers) && !isEnd; }
   };
   /// A beginning that is gone on with.
   struct Frame {
@@ -174,7 +175,7 @@ class NearVariants {
 
   qsys_status takeSymbol(const State &from, std::size_t symbol, State &to) {
     const Set *accepting = nullptr;
-    QOC_TRY(symbols_.accepting(symbol, accepting));
+    QOC_SURE(symbols_.accepting(symbol, accepting));  // On the way back it has been asked for.
     QOC_TRY(states_.tick(3));
     const Set taking = from.takers & *accepting;
     Set edited = from.edited & *accepting;

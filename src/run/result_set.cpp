@@ -88,7 +88,7 @@ qsys_status qoc_ocrDictionaryResultSet_setGiven(qoc_ocrDictionaryResultSet *set,
     frame.emptyLocal<qoc_ocrDictionaryStringMulti_construct, qoc_ocrDictionaryStringMulti_destruct>(&shared);
     QOC_TRY(qoc::makeShared(qoc::view(*given), shared));
     for (qoc_ocrDictionaryResult &result : qoc::edit(set->results)) {
-      QOC_TRY(qoc_ocrDictionaryStringMulti_assign(&result.given, &shared));
+      QOC_SURE(qoc_ocrDictionaryStringMulti_assign(&result.given, &shared));  // It joins the copy that is shared.
       QOC_TRY(qstd_vector32s_assign(&result.inputIndices, inputIndices));
     }
     return QSYS_STATUS_OK;

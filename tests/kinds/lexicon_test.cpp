@@ -11,6 +11,7 @@
 #include "support/allocator.hpp"
 #include "support/fieldings.hpp"
 #include "support/metered.hpp"
+#include "support/shortcuts.hpp"
 
 namespace {
 
@@ -896,15 +897,17 @@ TEST(Lexicon, ReadingsOfMoreVariantsThanCanBeCountedEndAtThePollThatRefuses) {
   EXPECT_EQ(polls.count(), 1001);
 }
 
-TEST(Lexicon, LongListsAreSearchedForWindows) {
+TEST(Lexicon, LongListsAreSearchedForWordsAndForWindows) {
   Words list = {"needle"};
-  for (int i = 0; i < 300; ++i) {
+  for (int i = 0; i < 600; ++i) {
     list.push_back("Z" + std::to_string(1000 + i));
   }
   const auto entry = lexicon(list);
   Owned<qoc_ocrDictionaryResultSet> results;
   require(qoc_ocrDictionaryLexicon_matchMulti(entry, plain("xxneedlexx"), runParams({.matchOption9 = 1}), nullptr,
                                               results));
+  EXPECT_EQ(matchedWords(*results), Words{"needle"});
+  require(qoc_ocrDictionaryLexicon_matchMulti(entry, plain("neeble"), runParams({.maxEdits = 1}), nullptr, results));
   EXPECT_EQ(matchedWords(*results), Words{"needle"});
 }
 
@@ -926,6 +929,53 @@ TEST(Lexicon, LongWordsAreInterruptedInTheMidstOfOne) {
     const Polls polls(numAllowed);
     EXPECT_EQ(qoc_ocrDictionaryLexicon_matchMulti(entry, read, params, nullptr, results), QSYS_STATUS_INTERRUPTED);
   }
+}
+
+TEST(Lexicon, OfVariantsBehindAnExactOneOnlyExactOnesAreTried) {
+  const auto set = multiSwap("rn", "m");
+  Owned<qoc_ocrDictionaryResultSet> results;
+  require(qoc_ocrDictionaryLexicon_matchMulti(lexicon({"arn", "am", "amb"}), reading("a r n"),
+                                              runParams({.maxEdits = 1}), set, results));
+  ASSERT_EQ(results->results.core.size, 1);
+  EXPECT_EQ(show(resultsOf(*results)[0].dictionaryString), "arn");
+  EXPECT_EQ(resultsOf(*results)[0].numEdits, 0);
+}
+
+TEST(Lexicon, VariantsWhoseEditsAreForbiddenCostMore) {
+  const auto set = multiSwap("rn", "m");
+  Owned<qoc_ocrDictionaryResultSet> results;
+  const auto numEditsWith = [&](int32_t substitution) {
+    require(qoc_ocrDictionaryLexicon_matchMulti(
+        lexicon({"mbc"}), reading("r n x c"), runParams({.maxEdits = 3, .matchOption1 = substitution}), set, results));
+    return results->results.core.size == 0 ? -1 : resultsOf(*results)[0].numEdits;
+  };
+  EXPECT_EQ(numEditsWith(1), 1);
+  EXPECT_EQ(numEditsWith(0), 2);
+}
+
+TEST(Lexicon, VeryLongListsAreScannedInParts) {
+  Words list;
+  for (int i = 0; i < 70000; ++i) {
+    list.push_back(std::to_string(100000 + i));
+  }
+  Owned<qoc_ocrDictionaryResultSet> results;
+  require(qoc_ocrDictionaryLexicon_matchMulti(lexicon(list), plain("x169998x"), runParams({.matchOption9 = 1}), nullptr,
+                                              results));
+  EXPECT_EQ(matchedWords(*results), Words{"169998"});
+}
+
+TEST(Lexicon, WordsBehindOneThatAddsTwoResultsAreFiledBehindBoth) {
+  const auto entry = lexicon({"xq", "ab", "cd", "ad"});
+  const auto read = reading("x|a|c y|b|d");
+  std::string outcomes[2];
+  for (const unsigned bits : {ShortcutsTaken::all, ShortcutsTaken::none}) {
+    const ShortcutsTaken taken(bits);
+    Owned<qoc_ocrDictionaryResultSet> results;
+    require(qoc_ocrDictionaryLexicon_matchMulti(entry, read, runParams({.maxEdits = 2, .returnBestOnly = 0}), nullptr,
+                                                results));
+    outcomes[bits == ShortcutsTaken::all ? 0 : 1] = describe(*results);
+  }
+  EXPECT_EQ(outcomes[0], outcomes[1]);
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include "support/fieldings.hpp"
 #include "support/handlers.hpp"
 #include "support/metered.hpp"
+#include "support/shortcuts.hpp"
 
 namespace {
 
@@ -553,6 +554,14 @@ TEST(LineFielding, VariantsFailAtACharacterThatIsNoText) {
   EXPECT_LT(failure, 0);
   EXPECT_EQ(qoc_ocrDictionaryLineFielding_matchMulti(line("m9"), read, nullptr, set, results), failure);
   EXPECT_FALSE(fits(line("k9"), read, nullptr, set)) << "nobody gets to the character";
+  EXPECT_FALSE(fits(line("m"), read, nullptr, set));
+  // As one that may be too many the character is asked about, with shortcuts or without.
+  const auto anEdit = runParams({.maxEdits = 1});
+  for (const unsigned bits : {ShortcutsTaken::all, ShortcutsTaken::none}) {
+    const ShortcutsTaken taken(bits);
+    EXPECT_EQ(qoc_ocrDictionaryLineFielding_isMatchMulti(line("m"), read, anEdit, set, &isMatch), failure);
+    EXPECT_EQ(qoc_ocrDictionaryLineFielding_matchMulti(line("m"), read, anEdit, set, results), failure);
+  }
 }
 
 TEST(LineFielding, TakesTheEditFromVariantsBehindAnExactOne) {

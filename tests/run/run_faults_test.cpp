@@ -121,7 +121,7 @@ void failEverywhere(Make make, Operation operation) {
   int numFailures = 0;
   for (const bool isOfHeap : {false, true}) {
     bool isComplete = false;
-    for (int64_t n = 0; !isComplete && n < 1000; ++n) {
+    for (int64_t n = 0; !isComplete; n += n < 500 ? 1 : n / 4) {
       SCOPED_TRACE((isOfHeap ? "use of the heap " : "allocation ") + std::to_string(n));
       {
         auto object = make();
@@ -223,6 +223,18 @@ TEST(RunFaults, OfAdmittingEquivalents) {
         return qoc_ocrDictionaryLineFielding_matchMulti(objects.fitting, objects.read, params, objects.set,
                                                         objects.results);
       });
+}
+
+TEST(RunFaults, OfListingIndices) {
+  using Objects = std::pair<Owned<qoc_ocrDictionaryResult>, Owned<qstd_vector32s>>;
+  for (const auto list : {qoc_ocrDictionaryResult_getInputStringIndicesOfResultStringCharacters,
+                          qoc_ocrDictionaryResult_getInsertedDictionaryStringCharacterIndices}) {
+    failEverywhere(
+        [] {
+          return Objects(result({.given = "a b", .statuses = {primary, inserted, primary}}), {});
+        },
+        [list](Objects &objects) { return list(objects.first, objects.second); });
+  }
 }
 
 TEST(RunFaults, OfTakingInsertedPositionsOut) {
