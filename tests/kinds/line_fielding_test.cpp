@@ -451,6 +451,15 @@ TEST(LineFieldingMatch, ACandidateBeyondSevenBitsFailsAtAPlaceThatIsRefusedAnywa
             QOC_STATUS_NO_SUCH_VALUE);
 }
 
+TEST(LineFieldingMatch, ACandidateBeyondSevenBitsIsNotAskedForWhereNoPlaceComparesIt) {
+  // Without the first character the 7 is refused, and the last one is never the one that is extra.
+  qsys_bool isMatch = 2;
+  EXPECT_EQ(qoc_ocrDictionaryLineFielding_isMatchMulti(line("A"), reading(U"\u00E9 7"), runParams({.maxEdits = 1}),
+                                                       nullptr, &isMatch),
+            QSYS_STATUS_OK);
+  EXPECT_EQ(isMatch, 0u);
+}
+
 TEST(LineFieldingMatch, PollsOnceForTheReadingAndOnceForEachStart) {
   const auto windows = runParams({.matchOption9 = 1});
   const auto count = [](auto &&work) {
