@@ -44,7 +44,6 @@ QOC_OF_RANGE(replace)
 QOC_OF_RANGE(reverse)
 QOC_OF_RANGE(sort)
 QOC_OF_RANGE(transform)
-QOC_OF_RANGE(upper_bound)
 #undef QOC_OF_RANGE
 
 template <class R, class T, class P = std::identity> auto find(R &&range, const T &value, P project = {}) {
@@ -55,6 +54,12 @@ template <class R, class T, class C = std::less<>, class P = std::identity>
 auto lower_bound(R &&range, const T &value, C compare = {}, P project = {}) {
   return std::lower_bound(std::begin(range), std::end(range), value, [&](const auto &element, const T &bound) {
     return compare(std::invoke(project, element), bound);
+  });
+}
+template <class R, class T, class C = std::less<>, class P = std::identity>
+auto upper_bound(R &&range, const T &value, C compare = {}, P project = {}) {
+  return std::upper_bound(std::begin(range), std::end(range), value, [&](const T &bound, const auto &element) {
+    return compare(bound, std::invoke(project, element));
   });
 }
 template <class A, class B, class C = std::equal_to<>, class P = std::identity, class Q = std::identity>
