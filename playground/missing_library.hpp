@@ -23,6 +23,7 @@ namespace std::ranges {
   template <class R, class... Rest> auto name(R &&range, Rest &&...rest) {                                             \
     return std::name(std::begin(range), std::end(range), std::forward<Rest>(rest)...);                                 \
   }
+QOC_OF_RANGE(adjacent_find)
 QOC_OF_RANGE(all_of)
 QOC_OF_RANGE(any_of)
 QOC_OF_RANGE(binary_search)
