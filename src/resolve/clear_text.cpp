@@ -158,7 +158,7 @@ Clarity findClearWord(const Task &task, Text &text) {
 
 Clarity findClearText(const Task &task, Text &text) {
   const bool isOnlyResult = task.results.size() == 1 && task.results[0].isComputed != 0;
-  if (!isOnlyResult || task.results[0].numEdits != 0 || task.reach.isWindow || !task.swaps.isEmpty()) {
+  if (!isOnlyResult || task.results[0].numEdits != 0 || !task.isPlain()) {
     return Clarity::none;
   }
   return task.results[0].mode == qoc_ocrDictionaryMode_lexicon ? findClearWord(task, text) : findClearShape(task, text);

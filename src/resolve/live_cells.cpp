@@ -159,25 +159,20 @@ bool LiveCells::extend(Char32 code, std::size_t depth, const Rest &rest, Cost li
   const std::size_t first = rows_[depth].begin, end = rows_[depth + 1].begin;
   begin(depth + 1, rest, limit);
   const Cost missing = mayMiss_ ? costs_.penalties().missing(code) : noWay;
-  if (direction_ == Direction::forward) {
-    for (std::size_t k = first; k < end; ++k) addSteps(Cell(cells_[k]), code, missing);
-    addExtras(end, code);
-  } else {
+  if (direction_ == Direction::backward && leastExtra_ < noWay && first < end) {
     // Extra positions stand behind the character that comes now: the row above gets them for once.
-    std::size_t from = first, to = end;
-    if (leastExtra_ < noWay && first < end) {
-      rest_ = {rest.shortest + 1, rest.longest < INT64_MAX ? rest.longest + 1 : INT64_MAX};
-      for (std::size_t k = first; k < end; ++k) add(cells_[k].input, cells_[k].edits, cells_[k].cost);
-      addExtras(end, code);
-      rest_ = rest;
-      widened_.assign(cells_.begin() + static_cast<std::ptrdiff_t>(end),
-                      cells_.begin() + static_cast<std::ptrdiff_t>(numCells_));
-      numCells_ = end;
-      for (const Cell &cell : widened_) addSteps(cell, code, missing);
-    } else {
-      for (std::size_t k = from; k < to; ++k) addSteps(Cell(cells_[k]), code, missing);
-    }
+    rest_ = {rest.shortest + 1, rest.longest < INT64_MAX ? rest.longest + 1 : INT64_MAX};
+    for (std::size_t k = first; k < end; ++k) add(cells_[k].input, cells_[k].edits, cells_[k].cost);
+    addExtras(end, code);
+    rest_ = rest;
+    widened_.assign(cells_.begin() + static_cast<std::ptrdiff_t>(end),
+                    cells_.begin() + static_cast<std::ptrdiff_t>(numCells_));
+    numCells_ = end;
+    for (const Cell &cell : widened_) addSteps(cell, code, missing);
+  } else {
+    for (std::size_t k = first; k < end; ++k) addSteps(Cell(cells_[k]), code, missing);
   }
+  if (direction_ == Direction::forward) addExtras(end, code);
   finish();
   return numCells_ > end;
 }

@@ -27,11 +27,11 @@ class LiveCells {
   Direction direction() const { return direction_; }
   /// The cells of the last row.
   std::size_t width() const { return numCells_ - rows_[rows_.size() - 2].begin; }
-  /// What a part of the reading may lose: its first `numPositions` in the direction.
+  /// From now on the first positions of the reading, in the direction, may lose half of the limit only.
   void setShare(std::int32_t numPositions) { shared_ = numPositions; }
 
   /// Fills the row of the word's character `depth` (from 0, in the direction); the rows above hold what is before it.
-  /// @param limit costs beyond it need not be known; half of it for the positions of the share
+  /// @param limit costs beyond it need not be known
   /// @return whether some cell is left
   bool extend(Char32 code, std::size_t depth, const Rest &rest, Cost limit);
   /// Whether a row can go on with a character, before others.

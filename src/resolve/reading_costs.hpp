@@ -113,7 +113,7 @@ class ReadingCosts {
   /// Whether a candidate of the position is the character or a swap equivalent of it.
   bool shows(std::int32_t position, Char32 code) const {
     return code < tableWidth && !isShown_.empty() ? isShown_[static_cast<std::size_t>(position) * tableWidth + code]
-                                                  : showsAny(position, code);
+                                                  : matchAny(position, code) < noWay;
   }
   /// The cost of leaving the position out; `before` and `behind` stand beside it in the text (QOC_CHAR_EMPTY for none).
   Cost extra(std::int32_t position, Char32 before, Char32 behind) const;
@@ -151,10 +151,6 @@ class ReadingCosts {
   Cost matchAny(std::int32_t position, Char32 code) const;
   void addPosition(std::span<const qoc_ocrDictionaryChar> candidates);
   void list(Position &position, std::int32_t index);
-  bool showsAny(std::int32_t position, Char32 code) const {
-    Choice choice;
-    return find(position, code, choice);
-  }
 
   Penalties penalties_;
   const qoc_swapCharSet *set_;

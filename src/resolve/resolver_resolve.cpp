@@ -29,13 +29,15 @@ class Resolving {
     const bool isWord = text.mode == qoc_ocrDictionaryMode_lexicon;
     if (clarity != Clarity::none && !(clarity == Clarity::bound && isWord)) texts_.add(std::move(text));
     bool isDone = clarity == Clarity::clear;
-    if (clarity == Clarity::bound && !isWord && task_.knowsMoreShapes()) QOC_TRY(shapes_.walk(isDone));
-    if (!isDone) QOC_TRY(collect());
+    const bool isWalked = clarity == Clarity::bound && !isWord && task_.knowsMoreShapes();
+    if (isWalked) QOC_TRY(shapes_.walk(isDone));
+    if (!isDone) QOC_TRY(collect(isWalked));
     return write(resolution);
   }
 
  private:
-  qsys_status collect() {
+  /// @param isWalked whether the shapes' texts were gone through in vain
+  qsys_status collect(bool isWalked) {
     QOC_TRY(collectWords(task_, texts_));
     const bool knowsMore = task_.knowsMoreShapes();
     const TextList words = knowsMore ? texts_ : TextList();
@@ -44,7 +46,7 @@ class Resolving {
       QOC_TRY(shapes_.collect(noWay));
     }
     bool isDone = !knowsMore;
-    if (!isDone && !task_.needsChecksOfEntries()) QOC_TRY(shapes_.walk(isDone));
+    if (!isDone && !isWalked && !task_.needsChecksOfEntries()) QOC_TRY(shapes_.walk(isDone));
     if (!isDone && !shapes_.isComplete()) {
       const Cost best = texts_.best();
       texts_ = words;
@@ -59,24 +61,21 @@ class Resolving {
     return QSYS_STATUS_OK;
   }
 
-  /// Finds the result of the set that a text comes from; -1 where there is none.
-  qsys_status findResult(const Text &text, std::int32_t &index) const {
-    index = text.result;
-    if (index != unknownResult) {
-      return QSYS_STATUS_OK;
-    }
-    if (text.mode != qoc_ocrDictionaryMode_lexicon) {
-      return shapes_.findResult(text, index);
+  /// The result of the set that a text comes from; -1 where there is none.
+  std::int32_t resultOf(const Text &text) const {
+    if (text.result != unknownResult) {
+      return text.result;
     }
     const auto isIt = [&](const qoc_ocrDictionaryResult &result) {
       const auto word = viewAs<qoc_ocrDictionaryChar>(result.dictionaryString.characters);
       return result.mode == text.mode &&
-             std::equal(word.begin(), word.end(), text.choices.begin(), text.choices.end(),
-                        [](const qoc_ocrDictionaryChar &a, const Choice &b) { return a.code == b.code; });
+             (text.mode != qoc_ocrDictionaryMode_lexicon
+                  ? shapes_.isShownBy(result, text)
+                  : std::equal(word.begin(), word.end(), text.choices.begin(), text.choices.end(),
+                               [](const qoc_ocrDictionaryChar &a, const Choice &b) { return a.code == b.code; }));
     };
     const auto found = std::find_if(task_.results.begin(), task_.results.end(), isIt);
-    index = found != task_.results.end() ? static_cast<std::int32_t>(found - task_.results.begin()) : -1;
-    return QSYS_STATUS_OK;
+    return found != task_.results.end() ? static_cast<std::int32_t>(found - task_.results.begin()) : -1;
   }
 
   qsys_status write(const Text &from, Cost margin, qoc_ocrDictionaryResolvedText &text) const {
@@ -97,7 +96,8 @@ class Resolving {
     text.hasCheck = from.hasCheck ? 1 : 0;
     text.passesCheck = from.passesCheck ? 1 : 0;
     text.numOpen = from.numOpen;
-    return findResult(from, text.resultIndex);
+    text.resultIndex = resultOf(from);
+    return QSYS_STATUS_OK;
   }
 
   /// The differences from the first candidates; for a reading without scores.

@@ -71,8 +71,7 @@ qsys_status ShapeTexts::add(std::span<const qoc_ocrDictionaryResult> results, st
 }
 
 bool ShapeTexts::isComplete() {
-  if (texts_.empty() || texts_.front().mode == qoc_ocrDictionaryMode_lexicon || lattices_.empty() ||
-      task_.reach.isWindow || !task_.swaps.isEmpty()) {
+  if (texts_.empty() || texts_.front().mode == qoc_ocrDictionaryMode_lexicon || lattices_.empty() || !task_.isPlain()) {
     return false;
   }
   const Cost limit = task_.limitBehind(texts_.front().cost);
@@ -103,13 +102,14 @@ bool ShapeTexts::isComplete() {
 qsys_status ShapeTexts::matchAgain(Cost best) {
   const Knowledge &knowledge = *task_.knowledge;
   const Cost limit = task_.limitBehind(best);
-  if (limit < noWay - 1) task_.costs.show(limit);
-  const qoc_ocrDictionaryRunParams params = limit < noWay - 1 ? paramsWithin(limit) : task_.paramsWithin(limit);
+  const bool isLimited = limit < noWay - 1;
+  if (isLimited) task_.costs.show(limit);
+  const qoc_ocrDictionaryRunParams params = isLimited ? paramsWithin(limit) : task_.paramsWithin(limit);
   lattices_.clear();
   // Of the reading what is near enough is matched; the lattices tell what it costs.
   HeldReading near;
   QOC_TRY(near.status());
-  const bool isNarrowed = limit < noWay - 1 && task_.swaps.isEmpty();
+  const bool isNarrowed = isLimited && task_.swaps.isEmpty();
   if (isNarrowed) QOC_TRY(task_.costs.write(limit, *near.get()));
   const auto matchAll = [&](qoc_ocrDictionaryMode mode, std::int32_t numEntries) -> qsys_status {
     for (std::int32_t entry = 0; entry < numEntries; ++entry) {
@@ -126,17 +126,9 @@ qsys_status ShapeTexts::matchAgain(Cost best) {
   return matchAll(qoc_ocrDictionaryMode_regularExpression, knowledge.expressions->core.size);
 }
 
-qsys_status ShapeTexts::findResult(const Text &text, std::int32_t &index) const {
-  index = -1;
-  for (std::size_t i = 0; i < task_.results.size() && index < 0; ++i) {
-    const qoc_ocrDictionaryResult &result = task_.results[i];
-    if (result.mode != text.mode || result.isComputed == 0) {
-      continue;
-    }
-    Lattice lattice;
-    if (makeLattice(result, task_.costs, noWay, lattice) && holds(lattice, text)) index = static_cast<std::int32_t>(i);
-  }
-  return QSYS_STATUS_OK;
+bool ShapeTexts::isShownBy(const qoc_ocrDictionaryResult &result, const Text &text) const {
+  Lattice lattice;
+  return result.isComputed != 0 && makeLattice(result, task_.costs, noWay, lattice) && holds(lattice, text);
 }
 
 qsys_status ShapeTexts::collect(Cost known) {
@@ -242,6 +234,16 @@ qsys_status ShapeTexts::open(Lattice &lattice) const {
   return QSYS_STATUS_OK;
 }
 
+/// What may stand in a text at every place: at those that are open, and not known by now, everything that is tried.
+CodesByPlace ShapeTexts::codesOf(const Text &text, std::span<const std::size_t> open) {
+  CodesByPlace codes;
+  for (const Choice &choice : text.choices) codes.push_back({choice.code});
+  for (const std::size_t i : open) {
+    if (text.choices[i].code == QOC_RESOLVER_OPEN) codes[i] = allTried();
+  }
+  return codes;
+}
+
 /// Finds out the characters of a text that an edit has left open, as far as the entry admits one only.
 /// @param open the places
 /// @param isDescribed false where the entry does not describe the text at all
@@ -251,11 +253,7 @@ qsys_status ShapeTexts::fill(std::int32_t entry, const std::vector<std::size_t> 
   if (open.empty()) {
     return QSYS_STATUS_OK;
   }
-  CodesByPlace codes;
-  for (const Choice &choice : text.choices) codes.push_back({choice.code});
-  for (const std::size_t i : open) {
-    if (text.choices[i].code == QOC_RESOLVER_OPEN) codes[i] = allTried();
-  }
+  const CodesByPlace codes = codesOf(text, open);
   for (const std::size_t i : open) {
     if (task_.knowledge != nullptr) {
       std::vector<Char32> admitted;

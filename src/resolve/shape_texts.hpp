@@ -24,8 +24,8 @@ class ShapeTexts {
   /// Adds the best texts of all that was taken in.
   /// @param known the cost of a text that is among them; noWay where none is known
   qsys_status collect(Cost known);
-  /// Finds the result of the set that a text is one of; -1 where there is none.
-  qsys_status findResult(const Text &text, std::int32_t &index) const;
+  /// Whether a text of a fielding or an expression is one of a result's.
+  bool isShownBy(const qoc_ocrDictionaryResult &result, const Text &text) const;
 
  private:
   qsys_status add(std::span<const qoc_ocrDictionaryResult> results, std::int32_t entry, Cost limit);
@@ -35,6 +35,7 @@ class ShapeTexts {
   qoc_ocrDictionaryRunParams paramsWithin(Cost limit) const;
   std::vector<Cost> leastWithin(const Reach &reach) const;
   qsys_status walkWithin(Cost limit, bool &isDone);
+  static CodesByPlace codesOf(const Text &text, std::span<const std::size_t> open);
   qsys_status addPassing(std::int32_t entry, std::size_t open, Text &text);
   qsys_status open(Lattice &lattice) const;
   qsys_status fill(std::int32_t entry, const std::vector<std::size_t> &open, Text &text, bool &isDescribed) const;

@@ -27,7 +27,7 @@ std::vector<Cost> ShapeTexts::leastAdmitted(std::int32_t before, std::int32_t be
 /// The kinds of edits with which a text can cost this much at most, given what the rest of the reading costs then.
 qoc_ocrDictionaryRunParams ShapeTexts::paramsWithin(Cost limit) const {
   qoc_ocrDictionaryRunParams params = task_.paramsWithin(limit);
-  if (params.maxEdits != 1 || task_.reach.isWindow || !task_.swaps.isEmpty()) {
+  if (params.maxEdits != 1 || !task_.isPlain()) {
     return params;
   }
   // Whether some position can be edited while each of the others shows what is admitted.
@@ -65,15 +65,13 @@ qoc_ocrDictionaryRunParams ShapeTexts::paramsWithin(Cost limit) const {
 qsys_status ShapeTexts::walk(bool &isDone) {
   isDone = false;
   const Knowledge &knowledge = *task_.knowledge;
-  const Reach &reach = task_.reach;
   const auto expressions = viewAs<qoc_ocrDictionaryRegularExpression>(*knowledge.expressions.get());
   const auto takes = [&](const qoc_ocrDictionaryRegularExpression &expression) {
     return ShapeWalk::takes(expressionOf(expression.regex), task_.costs.size());
   };
-  const bool isPlain = !reach.isWindow && task_.swaps.isEmpty() && reach.minLength <= 1 && reach.maxLength == INT32_MAX;
   const Cost most = task_.limitBehind(texts_.best());
-  if (!isPlain || most >= noWay - 1 || !shortcuts().walksShapes || knowledge.fieldings->core.size > 0 ||
-      !std::all_of(expressions.begin(), expressions.end(), takes)) {
+  if (!task_.isPlain() || !task_.reach.allowsAnyLength() || most >= noWay - 1 || !shortcuts().walksShapes ||
+      knowledge.fieldings->core.size > 0 || !std::all_of(expressions.begin(), expressions.end(), takes)) {
     return QSYS_STATUS_OK;
   }
   // The best text can be far nearer than the one that is known.
@@ -146,10 +144,8 @@ qsys_status ShapeTexts::walkWithin(Cost limit, bool &isDone) {
 
 /// Adds a text with an open place, with each character there with which it passes its checks.
 qsys_status ShapeTexts::addPassing(std::int32_t entry, std::size_t open, Text &text) {
-  CodesByPlace codes;
-  for (const Choice &choice : text.choices) codes.push_back({choice.code});
-  codes[open] = allTried();
   std::vector<Char32> admitted;
+  const CodesByPlace codes = codesOf(text, {&open, 1});
   QOC_TRY(task_.knowledge->findAdmitted(text.mode, entry, codes, open, admitted));
   for (const Char32 code : admitted) {
     text.choices[open].code = code;

@@ -59,11 +59,6 @@ bool Task::knowsMoreShapes() const {
          (params.returnBestOnly != 0 || knowledge->numShapes() > 1 || knowledge->words.size() > 0);
 }
 
-bool Task::tellsEdits() const {
-  return reach.maxEdits > 0 && !reach.isWindow && swaps.isEmpty() && reach.minLength <= 1 &&
-         reach.maxLength == INT32_MAX;
-}
-
 Reach Task::reachWithin(Cost limit) const {
   Reach within = reach;
   if (!tellsEdits()) {

@@ -27,6 +27,8 @@ class Task {
   std::size_t numWanted;  ///< The texts asked for, and one to measure the last of them against.
   bool isChecked = true;  ///< Whether texts that fail their checks stay out.
 
+  /// Whether a text is the whole reading, and its characters come one by one.
+  bool isPlain() const { return !reach.isWindow && swaps.isEmpty(); }
   bool hasChecks() const { return rules.checks.core.size > 0; }
   /// Notes whether a text passes the checks of its entry, as far as it has any.
   void check(Text &text, std::int32_t entry) const;
@@ -52,9 +54,9 @@ class Task {
   bool needsChecksOfEntries() const { return hasChecks() && knowledge != nullptr && knowledge->numShapes() > 1; }
 
  private:
-  /// Whether what edits a text takes can be told from its cost: not where it may be a part of the reading, several
-  /// characters may be swapped together, or lengths bind, which they do without edits only.
-  bool tellsEdits() const;
+  /// Whether what edits a text takes can be told from its cost: not where lengths bind, which they do without edits
+  /// only.
+  bool tellsEdits() const { return reach.maxEdits > 0 && isPlain() && reach.allowsAnyLength(); }
   Cost mostAsFreeText() const;
 };
 

@@ -46,12 +46,6 @@ class WordIndex {
   /// The first place in the order that has the word, or size().
   std::size_t find(std::span<const Char32> word) const;
   bool contains(std::span<const Char32> word) const { return find(word) < size(); }
-  /// A word's character at a depth of the trie.
-  Char32 code(std::size_t k, std::size_t depth, Direction direction) const {
-    const auto codes = word(k);
-    return codes[direction == Direction::forward ? depth : codes.size() - 1 - depth];
-  }
-
   /// A character of the only word behind a node, counted from the node.
   Char32 tail(const WordNode &node, std::size_t i, Direction direction) const {
     return codes_[direction == Direction::forward ? node.firstChild + i : node.firstChild - i];
@@ -71,6 +65,11 @@ class WordIndex {
   };
   using Nodes = std::vector<WordNode>;
   const Nodes &nodes(Direction direction) const { return direction == Direction::forward ? forward_ : backward_; }
+  /// A word's character at a depth of the trie.
+  Char32 code(std::size_t k, std::size_t depth, Direction direction) const {
+    const auto codes = word(k);
+    return codes[direction == Direction::forward ? depth : codes.size() - 1 - depth];
+  }
   template <class CodesOf>
   std::vector<std::uint32_t> sorted(Direction direction, CodesOf codesOf, WorkMeter &meter) const;
   Nodes makeNodes(std::span<const std::uint32_t> order, Direction direction, WorkMeter &meter) const;

@@ -34,6 +34,8 @@ struct Reach {
   std::int32_t minLength = 1, maxLength = INT32_MAX;
 
   static Reach of(const qoc_ocrDictionaryRunParams *params);
+  /// Whether texts of every length are allowed.
+  bool allowsAnyLength() const { return minLength <= 1 && maxLength == INT32_MAX; }
   bool allowsEdits() const { return allowsSubstitution || allowsMissing || allowsExtra; }
   /// Whether a word may have that length; lengths bind only where nothing is edited.
   bool admitsLength(std::size_t length) const {

@@ -2,8 +2,6 @@
 
 #include "resolve/word_texts.hpp"
 
-#include <optional>
-
 #include "frame/frame.hpp"
 #include "platform/containers/view.hpp"
 #include "resolve/word_search.hpp"
