@@ -6,7 +6,7 @@
 #include <cstdio>
 #include <optional>
 
-#include "faults/call.hpp"
+#include "faults/refused_asks.hpp"
 #include "support/metered.hpp"
 
 namespace {
@@ -29,40 +29,11 @@ TEST_P(Interrupts, EndEveryFunctionWithTheirStatusAndLeaveItsObjectsUsable) {
     }
     meters.emplace(1);
   }
-  int64_t numInterrupts = 0;
-  int numFunctions = 0;
-  for (const Function &function : publicFunctions()) {
-    if (reasonToSpare(function) != nullptr) {
-      continue;
-    }
-    SCOPED_TRACE(function.name);
-    int64_t numPolls = 0;
-    std::string expected;
-    {
-      Call call(function, world(), memory);
-      call.run();
-      numPolls = call.heard().numPolls;
-      expected = call.describe();
-    }
-    numFunctions += numPolls > 0 ? 1 : 0;
-    for (int64_t n = 0; n < numPolls; ++n) {
-      SCOPED_TRACE("poll " + std::to_string(n));
-      Call call(function, world(), memory);
-      call.listen(n);
-      EXPECT_EQ(call.run(), interruption);
-      EXPECT_EQ(call.heard().numPolls, n + 1) << "work went on after the interrupt";
-
-      call.listen();
-      EXPECT_GE(call.run(), 0);
-      if (mayDifferAfterFailure(function) == nullptr) {
-        EXPECT_EQ(call.describe(), expected);
-      }
-      EXPECT_EQ(call.finish(), "");
-      ++numInterrupts;
-    }
-  }
-  std::printf("%d functions poll, %lld interrupts\n", numFunctions, static_cast<long long>(numInterrupts));
-  EXPECT_GT(numFunctions, world() == World::empty ? 0 : isMetered() ? 60 : 15);
+  const NumTried tried = refuseEveryAsk(
+      world(), memory, &Heard::numPolls, interruption, [](Call &call, int64_t n) { call.listen(n); },
+      [](const Function &function) { return mayDifferAfterFailure(function) != nullptr; });
+  std::printf("%d functions poll, %d interrupts\n", tried.numFunctions, tried.numRefusals);
+  EXPECT_GT(tried.numFunctions, world() == World::empty ? 0 : isMetered() ? 60 : 15);
 }
 
 INSTANTIATE_TEST_SUITE_P(OfTheWorld, Interrupts, testing::Combine(testing::ValuesIn(allWorlds), testing::Bool()),

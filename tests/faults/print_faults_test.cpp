@@ -4,7 +4,7 @@
 
 #include <cstdio>
 
-#include "faults/call.hpp"
+#include "faults/refused_asks.hpp"
 
 namespace {
 
@@ -14,37 +14,11 @@ class PrintFaults : public testing::TestWithParam<World> {};
 
 TEST_P(PrintFaults, EndEveryFunctionWithTheirStatusAndChangeNothing) {
   LibraryAllocator memory;
-  int numFaults = 0, numFunctions = 0;
-  for (const Function &function : publicFunctions()) {
-    if (reasonToSpare(function) != nullptr) {
-      continue;
-    }
-    SCOPED_TRACE(function.name);
-    int64_t numPrints = 0;
-    std::string expected;
-    {
-      Call call(function, GetParam(), memory);
-      call.run();
-      numPrints = call.heard().numPrints;
-      expected = call.describe();
-    }
-    numFunctions += numPrints > 0 ? 1 : 0;
-    for (int64_t n = 0; n < numPrints; ++n) {
-      SCOPED_TRACE("piece " + std::to_string(n));
-      Call call(function, GetParam(), memory);
-      call.listen(-1, n);
-      EXPECT_EQ(call.run(), printRefusal);
-      EXPECT_EQ(call.heard().numPrints, n + 1) << "more was printed after the refusal";
-
-      call.listen();
-      EXPECT_GE(call.run(), 0);
-      EXPECT_EQ(call.describe(), expected);
-      EXPECT_EQ(call.finish(), "");
-      ++numFaults;
-    }
-  }
-  std::printf("%d functions print, %d refusals\n", numFunctions, numFaults);
-  EXPECT_GE(numFunctions, 9);
+  const NumTried tried = refuseEveryAsk(
+      GetParam(), memory, &Heard::numPrints, printRefusal, [](Call &call, int64_t n) { call.listen(-1, n); },
+      [](const Function &) { return false; });
+  std::printf("%d functions print, %d refusals\n", tried.numFunctions, tried.numRefusals);
+  EXPECT_GE(tried.numFunctions, 9);
 }
 
 INSTANTIATE_TEST_SUITE_P(OfTheWorld, PrintFaults, testing::Values(World::plain, World::empty),
