@@ -9,8 +9,6 @@
 namespace qoc::program {
 namespace {
 
-constexpr int formatVersion = 1;
-
 /// What a dictionary holds.
 struct Content {
   std::size_t numLists = 0, numWords = 0, numFieldings = 0, numExpressions = 0, numSwappedCharacters = 0, numSwaps = 0;

@@ -7,8 +7,6 @@
 namespace qoc::program {
 namespace {
 
-constexpr int formatVersion = 1;
-
 std::string asJson(const Reading &reading) {
   JsonText object = JsonText::object();
   object.set("type", "positions");

@@ -12,8 +12,6 @@
 namespace qoc::program {
 namespace {
 
-constexpr int formatVersion = 1;
-
 struct Outcome {
   std::string text;
   bool hasResult = false;
@@ -67,13 +65,7 @@ JsonText decisionAsJson(const RankingDecision &decision) {
 
 std::string explainAsJson(const Reading &reading, std::span<const qoc_ocrDictionaryResult> results,
                           const qoc_ocrDictionaryRunParams &params) {
-  JsonText object = JsonText::object();
-  object.set("type", "explanation");
-  object.set("version", formatVersion);
-  object.set("file", reading.file);
-  object.set("line", reading.line);
-  object.set("id", reading.id);
-  object.set("text", reading.text());
+  JsonText object = aboutReading("explanation", reading);
   JsonText list = JsonText::array();
   for (std::size_t i = 0; i < results.size(); ++i) {
     const qoc_ocrDictionaryResult &result = results[i];

@@ -14,6 +14,9 @@
 
 namespace qoc::program {
 
+/// What every record of the program says of its form.
+constexpr int formatVersion = 1;
+
 /// A JSON value as its text, which arrays and objects grow by: whatever fails meanwhile, nothing of it has to be taken
 /// apart. Text that is not UTF-8, as a file's name may be, is written with U+FFFD for what is not.
 class JsonText {

@@ -16,7 +16,6 @@
 namespace qoc::program {
 namespace {
 
-constexpr int formatVersion = 1;
 /// One natural logarithm of odds in the unit of scores: what the reader's own scores are worth on the shipped readings.
 constexpr double unitsPerNat = 1500;
 constexpr std::int32_t leastPenalty = 1000, greatestExtraPenalty = 12000;

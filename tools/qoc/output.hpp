@@ -9,6 +9,7 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace qoc::program {
@@ -47,6 +48,9 @@ std::string tsvRow(const std::vector<std::string> &fields);
 
 /// What people call the kind of entry that a result came from.
 const char *sourceName(qoc_ocrDictionaryMode mode);
+
+/// The beginning of every record about a reading: what it is, and of which reading.
+JsonText aboutReading(std::string_view type, const Reading &reading);
 
 /// Adds what came with a reading beside its characters: boxes and the picture.
 void addCompanions(JsonText &object, const Reading &reading);

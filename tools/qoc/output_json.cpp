@@ -10,7 +10,6 @@
 namespace qoc::program {
 namespace {
 
-constexpr int formatVersion = 1;
 constexpr std::int32_t scoreUnitsPerPoint = 100;
 
 /// Finds the scores that a reading came with for those that the library works with.
@@ -252,6 +251,16 @@ JsonText resolvedOf(const qoc_ocrDictionaryResolution &resolution) {
 
 } // namespace
 
+JsonText aboutReading(std::string_view type, const Reading &reading) {
+  JsonText object = JsonText::object({{"type", type}});
+  object.set("version", formatVersion);
+  object.set("file", reading.file);
+  object.set("line", reading.line);
+  object.set("id", reading.id);
+  object.set("text", reading.text());
+  return object;
+}
+
 void addCompanions(JsonText &object, const Reading &reading) {
   if (reading.box) object.set("box", JsonText::array(describeBox(*reading.box)));
   if (!reading.boxes.empty()) {
@@ -266,13 +275,7 @@ void addCompanions(JsonText &object, const Reading &reading) {
 
 std::string describeAsJson(const Reading &reading, const Answer &answer) {
   GivenScores scores(reading);
-  JsonText object = JsonText::object();
-  object.set("type", "reading");
-  object.set("version", formatVersion);
-  object.set("file", reading.file);
-  object.set("line", reading.line);
-  object.set("id", reading.id);
-  object.set("text", reading.text());
+  JsonText object = aboutReading("reading", reading);
   addCompanions(object, reading);
   object.set("leftOut", leftOutOf(reading, answer));
   if (answer.isResolved) object.set("resolved", resolvedOf(*answer.resolution.get()));

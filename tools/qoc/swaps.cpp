@@ -16,8 +16,6 @@
 namespace qoc::program {
 namespace {
 
-constexpr int formatVersion = 1;
-
 /// Interchangeable characters, ascending; each of them stands in one class.
 std::vector<std::vector<Char32>> classesOf(const qoc_swapCharSet &set) {
   std::vector<std::vector<Char32>> classes;
