@@ -9,6 +9,9 @@
 //     reading "ac", one edit:   start {0} {0 1};  after 'a' {1} {0 1 2};  after 'b' {} {1 2};  after 'c' {} {2}: "abc"
 //     takes one edit
 //
+// Which edits there may be can be narrowed down to some positions; where all may be everywhere that takes no
+// instruction.
+//
 // A ceiling on the edits made before the reading's position i is a mask on state j: the bit i is kept only where j
 // edits are allowed so early. The alignments that are left are those that stay below the ceiling; see WordTrie for what
 // it is good for.
@@ -19,14 +22,27 @@
 
 namespace qoc {
 
-/// The alignments of at most Edits edits with a reading of at most 63 positions.
-template <int Edits>
+/// Every edit, at every position.
+struct AllEdits {
+  static constexpr std::uint64_t missing = ~std::uint64_t{0}, substituted = missing, extra = missing;
+};
+
+/// Some edits: bits of the positions that may be substituted, or extra, and of those in front of which a letter may be
+/// missing.
+struct SomeEdits {
+  std::uint64_t missing = 0, substituted = 0, extra = 0;
+};
+
+/// The alignments of at most Edits edits, of the kinds that are allowed, with a reading of at most 63 positions.
+template <int Edits, class Allowed = AllEdits>
 class EditAutomaton {
  public:
+  static constexpr int maxEdits = Edits;
   using State = std::array<std::uint64_t, Edits + 1>;
 
   /// Edits before position `middle` are at most `maxEarly`, and all of them at most Edits.
-  EditAutomaton(int numPositions, int middle, int maxEarly) noexcept : end_(std::uint64_t{1} << numPositions) {
+  EditAutomaton(int numPositions, int middle, int maxEarly, const Allowed &allowed = {}) noexcept
+      : end_(std::uint64_t{1} << numPositions), allowed_(allowed) {
     const std::uint64_t all = (end_ << 1) - 1;
     const std::uint64_t early = (std::uint64_t{1} << middle) - 1;
     for (int j = 0; j <= Edits; ++j) {
@@ -36,8 +52,10 @@ class EditAutomaton {
 
   State start() const noexcept {
     State state;
+    std::uint64_t bits = 1;
     for (std::size_t j = 0; j <= Edits; ++j) {
-      state[j] = ((std::uint64_t{2} << j) - 1) & kept_[j];
+      state[j] = bits & kept_[j];
+      bits |= (bits & allowed_.extra) << 1;
     }
     return state;
   }
@@ -51,7 +69,7 @@ class EditAutomaton {
       const std::uint64_t old = from[j];
       std::uint64_t bits = (old & matches) << 1;
       if (j > 0) {
-        bits |= before | (before << 1) | (behind << 1);
+        bits |= (before & allowed_.missing) | (before & allowed_.substituted) << 1 | (behind & allowed_.extra) << 1;
       }
       bits &= kept_[j];
       to[j] = bits;
@@ -88,6 +106,7 @@ class EditAutomaton {
 
  private:
   std::uint64_t end_;
+  [[no_unique_address]] Allowed allowed_;
   std::array<std::uint64_t, Edits + 1> kept_;
 };
 

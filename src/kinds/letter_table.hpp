@@ -31,9 +31,13 @@ class LetterTable {
   /// Throws Interrupted, as all that makes an index does, when the meter's check says so.
   LetterTable(std::span<const qoc_ocrDictionaryString> words, WorkMeter &meter);
 
-  /// The letter of a code of the list.
+  /// The letter of a code; 0 for those that the list does not have.
   Letter letterOf(Char32 code) const noexcept {
-    return code < small_.size() ? small_[code] : others_.find(code)->second;
+    if (code < small_.size()) {
+      return small_[code];
+    }
+    const auto found = others_.find(code);
+    return found != others_.end() ? found->second : Letter{0};
   }
 
   /// Letters are at most this.

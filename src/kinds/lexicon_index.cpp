@@ -61,20 +61,33 @@ void LexiconIndex::prepare(const ReadingMatches &matches, Window window, IndexQu
   query.numPositions = window.size();
   query.hasRows = query.numPositions <= IndexQuery::maxPositions;
   query.maxLetter = table_.maxLetter();
-  if (!query.hasRows) {
+  if (query.hasRows) {
+    table_.fill(matches, window, query.rows);
+    finishRows(true, query);
+  } else {
     // What a reading does not cover, none of its windows does.
     query.coveredBits = table_.coveredBits(matches);
-    return;
   }
-  table_.fill(matches, window, query.rows);
+}
+
+/// Makes of the rows what else a query has.
+void LexiconIndex::finishRows(bool hasEdits, IndexQuery &query) const {
   query.coveredBits = 0;
   for (std::size_t letter = 0; letter <= table_.maxLetter(); ++letter) {
     const std::uint64_t bits = query.rows[letter];
     query.coveredBits |= bits != 0 ? LetterTable::signatureBit(static_cast<Letter>(letter)) : 0;
   }
-  for (std::size_t letter = 0; letter <= table_.maxLetter() && !backward_.isEmpty(); ++letter) {
+  if (!hasEdits || !query.hasRows || backward_.isEmpty()) {
+    return;
+  }
+  const std::int32_t n = query.numPositions;
+  for (std::size_t letter = 0; letter <= table_.maxLetter(); ++letter) {
     const std::uint64_t bits = query.rows[letter];
-    query.reversedRows[letter] = bits != 0 ? reversedBits(bits, query.numPositions) : 0;
+    query.reversedRows[letter] = bits != 0 ? reversedBits(bits, n) : 0;
+  }
+  if (!query.allowsAll && n > 0) {
+    query.reversedAllowed = {reversedBits(query.allowed.missing, n + 1), reversedBits(query.allowed.substituted, n),
+                             reversedBits(query.allowed.extra, n)};
   }
 }
 
@@ -143,18 +156,26 @@ bool LexiconIndex::walkWithin(const IndexQuery &query, std::int32_t maxEdits, st
 
 template <int Edits>
 bool LexiconIndex::walk(const IndexQuery &query, std::vector<std::int32_t> &found) const {
+  return query.allowsAll ? walk<Edits>(query, AllEdits(), AllEdits(), found)
+                         : walk<Edits>(query, query.allowed, query.reversedAllowed, found);
+}
+
+template <int Edits, class Allowed>
+bool LexiconIndex::walk(const IndexQuery &query, const Allowed &allowed, const Allowed &reversedAllowed,
+                        std::vector<std::int32_t> &found) const {
+  using Automaton = EditAutomaton<Edits, Allowed>;
   const int n = query.numPositions;
   std::int64_t numVisits = mostVisits(query, Edits);
   const auto keep = [&found](std::int32_t word) { found.push_back(word); };
   WorkMeter meter;
   if constexpr (Edits == 0) {
-    forward_.walk(EditAutomaton<0>(n, 0, 0), query.rows, meter, numVisits, keep);
+    forward_.walk(Automaton(n, 0, 0), query.rows, meter, numVisits, keep);
   } else {
     constexpr int inFront = Edits / 2;
     constexpr int behind = Edits - 1 - inFront;
     const int cut = n / 2;
-    forward_.walk(EditAutomaton<Edits>(n, cut, inFront), query.rows, meter, numVisits, keep);
-    backward_.walk(EditAutomaton<Edits>(n, n - cut, behind), query.reversedRows, meter, numVisits, keep);
+    forward_.walk(Automaton(n, cut, inFront, allowed), query.rows, meter, numVisits, keep);
+    backward_.walk(Automaton(n, n - cut, behind, reversedAllowed), query.reversedRows, meter, numVisits, keep);
   }
   return numVisits >= 0;
 }
@@ -176,6 +197,13 @@ struct SharedIndex {
   std::atomic<std::int64_t> numHolders{1};
 };
 
+void drop(SharedIndex *held) noexcept {
+  if (held != nullptr && held->numHolders.fetch_sub(1, std::memory_order_acq_rel) > 1) {
+    held = nullptr;  // Others hold it, too.
+  }
+  delete held;
+}
+
 }  // namespace
 
 const LexiconIndex *indexOf(const qoc_ocrDictionaryLexicon &lexicon) {
@@ -194,6 +222,20 @@ const LexiconIndex *indexOf(const qoc_ocrDictionaryLexicon &lexicon) {
   }
   // Words that were put into the vector itself are not known to the index.
   return shared.index->numWords() == words.size() ? &*shared.index : nullptr;
+}
+
+std::shared_ptr<const LexiconIndex> holdIndex(const qoc_ocrDictionaryLexicon &lexicon) {
+  const LexiconIndex *index = indexOf(lexicon);
+  if (index == nullptr) {
+    return nullptr;
+  }
+  if (!shortcuts().sharesStorage) {
+    WorkMeter meter;
+    return std::make_shared<const LexiconIndex>(view(lexicon.strings), meter);
+  }
+  auto *shared = static_cast<SharedIndex *>(lexicon.index);
+  shared->numHolders.fetch_add(1, std::memory_order_relaxed);
+  return {index, [shared](const LexiconIndex *) { drop(shared); }};
 }
 
 void renewIndex(qoc_ocrDictionaryLexicon &lexicon) {
@@ -215,11 +257,7 @@ void shareIndex(qoc_ocrDictionaryLexicon &lexicon, const qoc_ocrDictionaryLexico
 }
 
 void dropIndex(qoc_ocrDictionaryLexicon &lexicon) noexcept {
-  auto *held = static_cast<SharedIndex *>(std::exchange(lexicon.index, nullptr));
-  if (held != nullptr && held->numHolders.fetch_sub(1, std::memory_order_acq_rel) > 1) {
-    held = nullptr;  // Others hold it, too.
-  }
-  delete held;
+  drop(static_cast<SharedIndex *>(std::exchange(lexicon.index, nullptr)));
 }
 
 }  // namespace qoc

@@ -24,7 +24,9 @@
 
 #include <qoc/lexicon.h>
 
+#include <algorithm>
 #include <cstdint>
+#include <memory>
 #include <vector>
 
 #include "kinds/word_scan.hpp"
@@ -38,6 +40,25 @@ class LexiconIndex {
 
   /// Makes the query of a window of a reading.
   void prepare(const ReadingMatches &matches, Window window, IndexQuery &query) const;
+  /// Makes the query of a reading of any length that is not at hand: forEachMatch(add) calls add(position, code) for
+  /// whatever a position matches. Which edits are of interest stands in the query already. The query is for searches
+  /// with edits, or for those without.
+  template <class ForEachMatch>
+  void prepare(std::int32_t numPositions, bool hasEdits, ForEachMatch forEachMatch, IndexQuery &query) const {
+    query.numPositions = numPositions;
+    query.hasRows = numPositions <= IndexQuery::maxPositions;
+    query.maxLetter = table_.maxLetter();
+    std::fill_n(query.rows.begin(), query.maxLetter + 1, 0);
+    std::uint64_t anything = 0;  // The positions that match everything.
+    forEachMatch([&](std::int32_t position, Char32 code) {
+      const std::uint64_t bit = std::uint64_t{1} << (position % 64);
+      (code == QOC_CHAR_ANY ? anything : query.rows[table_.letterOf(code)]) |= bit;
+    });
+    for (std::size_t letter = 0; letter <= query.maxLetter; ++letter) query.rows[letter] |= anything;
+    query.rows[table_.letterOf(QOC_CHAR_ANY)] = ~std::uint64_t{0};
+    query.rows[0] = 0;  // Of what no word has.
+    finishRows(hasEdits, query);
+  }
 
   /// Whether the word's letters leave it an alignment of at most maxEdits edits with the reading or with a part of it.
   bool mayMatch(std::int32_t word, const IndexQuery &query, std::int32_t maxEdits) const noexcept {
@@ -55,8 +76,8 @@ class LexiconIndex {
   /// Whether a search goes through tries, all words at once; a scan can be done in parts.
   bool walks(const IndexQuery &query, std::int32_t maxEdits) const noexcept;
 
-  /// Fills `found` with words of [first, end) in ascending order, among them every one within maxEdits edits of the
-  /// reading. Where tries are walked, [first, end) must hold every word whose length differs by at most maxEdits.
+  /// Fills `found` with words in ascending order, among them every one of [first, end) within maxEdits edits, of those
+  /// that the query allows, of the reading. Scans find no words but those; tries may find others of other lengths.
   /// Throws Interrupted where a long walk is interrupted.
   void find(const IndexQuery &query, std::int32_t maxEdits, std::int32_t first, std::int32_t end,
             std::vector<std::int32_t> &found) const;
@@ -71,6 +92,10 @@ class LexiconIndex {
   bool walkWithin(const IndexQuery &query, std::int32_t maxEdits, std::vector<std::int32_t> &found) const;
   template <int Edits>
   bool walk(const IndexQuery &query, std::vector<std::int32_t> &found) const;
+  template <int Edits, class Allowed>
+  bool walk(const IndexQuery &query, const Allowed &allowed, const Allowed &reversedAllowed,
+            std::vector<std::int32_t> &found) const;
+  void finishRows(bool hasEdits, IndexQuery &query) const;
 
   LexiconIndex(LetterTable &&table, std::span<const qoc_ocrDictionaryString> words, WorkMeter &meter);
   LexiconIndex(LetterTable &&table, const WordLetters &letters, WorkMeter &meter);
@@ -88,6 +113,8 @@ class LexiconIndex {
 /// The index of a lexicon's words, made when it is asked for first; null where there is none. Any number of threads may
 /// ask. Making the index of a long list asks for attention: throws Interrupted, and the next one who asks makes it.
 const LexiconIndex *indexOf(const qoc_ocrDictionaryLexicon &lexicon);
+/// The same index for somebody who keeps it while the lexicon may change or go.
+std::shared_ptr<const LexiconIndex> holdIndex(const qoc_ocrDictionaryLexicon &lexicon);
 /// Gives the lexicon an index of its own, for its words as they are now.
 void renewIndex(qoc_ocrDictionaryLexicon &lexicon);
 void shareIndex(qoc_ocrDictionaryLexicon &lexicon, const qoc_ocrDictionaryLexicon &source);

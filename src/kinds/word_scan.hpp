@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "kinds/block_scan.hpp"
+#include "kinds/edit_automaton.hpp"
 #include "kinds/word_letters.hpp"
 #include "platform/system/work_meter.hpp"
 
@@ -26,6 +27,9 @@ struct IndexQuery {
   bool hasRows = false;  // Readings of at most maxPositions.
   std::size_t maxLetter = 0;
   LetterMatches rows, reversedRows;
+  /// The edits that are of interest; words that take others may be found, too.
+  bool allowsAll = true;
+  SomeEdits allowed, reversedAllowed;
 
   static constexpr std::int32_t maxPositions = 63;
 };

@@ -37,10 +37,10 @@ class WordTrie {
   /// Calls found(word) for every word that the automaton accepts; `rows` are the matches of the letters, in the trie's
   /// direction. `numVisits` is the number of nodes that may be visited, less those that were when it ends; below 0 the
   /// walk was given up. Throws Interrupted when the meter's check says so. The trie is not empty.
-  template <int Edits, class Found>
-  void walk(const EditAutomaton<Edits> &automaton, const LetterMatches &rows, WorkMeter &meter, std::int64_t &numVisits,
+  template <class Automaton, class Found>
+  void walk(const Automaton &automaton, const LetterMatches &rows, WorkMeter &meter, std::int64_t &numVisits,
             Found found) const {
-    Walk<Edits, Found> walk = {nodes_.data(), automaton, rows, meter, found, numVisits};
+    Walk<Automaton, Found> walk = {nodes_.data(), automaton, rows, meter, found, numVisits};
     walk.visit(0, automaton.start());
     numVisits = walk.numVisits;
   }
@@ -57,9 +57,9 @@ class WordTrie {
     return value;
   }
 
-  template <int Edits, class Found>
+  template <class Automaton, class Found>
   struct Walk {
-    using State = typename EditAutomaton<Edits>::State;
+    using State = typename Automaton::State;
 
     // Words are short, so the depth is small.
     void visit(std::size_t node, State state) {
@@ -67,7 +67,7 @@ class WordTrie {
         return;
       }
       if (!automaton.hasEditsLeft(state)) {
-        visitExactly(node, state[Edits]);
+        visitExactly(node, state[Automaton::maxEdits]);
         return;
       }
       const std::uint8_t *place = nodes + node;
@@ -137,7 +137,7 @@ class WordTrie {
     }
 
     const std::uint8_t *nodes;
-    const EditAutomaton<Edits> &automaton;
+    const Automaton &automaton;
     const LetterMatches &rows;
     WorkMeter &meter;
     Found &found;

@@ -95,6 +95,82 @@ TEST(LexiconIndex, FindsExactlyTheWordsWithinTheEditsThroughTries) {
   }
 }
 
+/// The least number of allowed edits that make the text the word; `edits` where it takes more.
+std::int32_t allowedEdits(const std::string &text, const std::string &word, const qoc::SomeEdits &allowed,
+                          std::int32_t edits) {
+  std::vector<std::vector<std::int32_t>> least(text.size() + 1, std::vector<std::int32_t>(word.size() + 1, edits));
+  least[0][0] = 0;
+  for (std::size_t i = 0; i <= text.size(); ++i) {
+    for (std::size_t j = 0; j <= word.size(); ++j) {
+      const auto step = [&](std::size_t di, std::size_t dj, std::int32_t cost, bool isAllowed) {
+        if (isAllowed) least[i + di][j + dj] = std::min(least[i + di][j + dj], least[i][j] + cost);
+      };
+      const auto has = [i](std::uint64_t places) { return (places >> i & 1) != 0; };
+      const bool isText = i < text.size(), isWord = j < word.size();
+      step(1, 1, 0, isText && isWord && (text[i] == word[j] || text[i] == '*'));
+      step(1, 1, 1, isText && isWord && has(allowed.substituted));
+      step(1, 0, 1, isText && has(allowed.extra));
+      step(0, 1, 1, isWord && has(allowed.missing));
+    }
+  }
+  return least[text.size()][word.size()];
+}
+
+TEST(LexiconIndex, FindsExactlyTheWordsWithinTheEditsThatAreAllowedThroughTries) {
+  std::mt19937 random(5);
+  const Words list = randomList(random, 1500, 14, 4);
+  const Owned<qoc_ocrDictionaryLexicon> entry = lexicon(list);
+  const auto strings = qoc::view(entry->strings);
+  std::size_t numFound = 0;
+  for (int i = 0; i < 60; ++i) {
+    std::string text = list[random() % list.size()];
+    if (text.size() < 8) text += randomText(random, 8, 8, 4);
+    if (i % 3 == 0) text[random() % text.size()] = '*';
+    qoc::IndexQuery query;
+    query.allowsAll = false;
+    query.allowed = {random(), random() & random(), random() & random()};
+    const auto forEachMatch = [&](auto add) {
+      for (std::size_t at = 0; at < text.size(); ++at) {
+        add(static_cast<std::int32_t>(at), text[at] == '*' ? QOC_CHAR_ANY : static_cast<Char32>(text[at]));
+      }
+    };
+    qoc::lexiconRoads().usesBlocks = false;
+    for (std::int32_t edits = 0; edits <= 3; ++edits) {
+      qoc::indexOf(*entry)->prepare(static_cast<std::int32_t>(text.size()), edits > 0, forEachMatch, query);
+      std::vector<std::int32_t> found, within;
+      qoc::indexOf(*entry)->find(query, edits, 0, entry->strings.core.size, found);
+      for (std::size_t k = 0; k < strings.size(); ++k) {
+        std::string letters;
+        for (const auto &character : qoc::view(strings[k])) letters += static_cast<char>(character.code);
+        if (allowedEdits(text, letters, query.allowed, edits + 1) <= edits) {
+          within.push_back(static_cast<std::int32_t>(k));
+        }
+      }
+      EXPECT_EQ(found, within) << text << ", edits " << edits;
+      numFound += found.size();
+    }
+    qoc::lexiconRoads() = {};
+  }
+  EXPECT_GT(numFound, 100u);
+}
+
+/// Of readings too long for tries, and in lists too short for them, more may be found.
+TEST(LexiconIndex, FindsAtLeastTheWordsOfAReadingThatIsNotAtHand) {
+  const std::string longText(70, 'a');
+  const Owned<qoc_ocrDictionaryLexicon> entry = lexicon({longText, longText + "b", std::string(70, 'b'), "aa"});
+  qoc::IndexQuery query;
+  const auto forEachMatch = [&](auto add) {
+    for (std::int32_t at = 0; at < 70; ++at) add(at, 'a');
+  };
+  std::vector<std::int32_t> found;
+  qoc::indexOf(*entry)->prepare(70, true, forEachMatch, query);
+  qoc::indexOf(*entry)->find(query, 0, 1, 3, found);
+  ASSERT_EQ(found.size(), 1u);  // Of the two words of 70 letters; the other has none that match.
+  EXPECT_EQ(qoc::view(qoc::view(entry->strings)[static_cast<std::size_t>(found[0])])[0].code, Char32{'a'});
+  qoc::indexOf(*entry)->find(query, 1, 1, 4, found);
+  EXPECT_EQ(found, std::vector<std::int32_t>({1, 2, 3}));
+}
+
 TEST(LexiconIndex, FindsExactlyTheWordsWithinTheEditsByScan) {
   std::mt19937 random(4);
   const Owned<qoc_ocrDictionaryLexicon> entry = lexicon(randomList(random, 200, 10, 3));
