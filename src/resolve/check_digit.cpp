@@ -161,6 +161,9 @@ bool isIgnored(const qoc_checkDigitRule &rule, Char32 code) {
   if (rule.ignoresSeparators != 0 && (code == ' ' || code == '-')) {
     return true;
   }
+  if (rule.ignored.core.size == 0) {
+    return false;
+  }
   const auto ignored = viewAs<Char32>(rule.ignored);
   return std::find(ignored.begin(), ignored.end(), code) != ignored.end();
 }
@@ -193,23 +196,27 @@ std::optional<std::vector<std::int32_t>> checkedPositions(const qoc_checkDigitRu
   return positions;
 }
 
-bool passes(const qoc_checkDigitRule &rule, const std::vector<Char32> &text) {
-  std::vector<Char32> counted;
-  std::copy_if(text.begin(), text.end(), std::back_inserter(counted),
-               [&](Char32 code) { return !isIgnored(rule, code); });
-  const auto positions = checkedPositions(rule, static_cast<std::int32_t>(counted.size()));
-  if (!positions) {
+bool RuleChecker::passes(std::span<const Char32> text) {
+  counted_.clear();
+  for (const Char32 code : text) {
+    if (!isIgnored(rule_, code)) counted_.push_back(code);
+  }
+  const auto length = static_cast<std::int32_t>(counted_.size());
+  if (length != length_) {
+    length_ = length;
+    auto positions = checkedPositions(rule_, length);
+    automaton_ =
+        positions ? CheckAutomaton::make(rule_.method, static_cast<std::int32_t>(positions->size())) : std::nullopt;
+    if (positions) positions_ = std::move(*positions);
+  }
+  if (!automaton_) {
     return false;
   }
-  const auto automaton = CheckAutomaton::make(rule.method, static_cast<std::int32_t>(positions->size()));
-  if (!automaton) {
-    return false;
+  std::int32_t state = automaton_->start();
+  for (std::size_t i = 0; i < positions_.size() && state >= 0; ++i) {
+    state = automaton_->step(state, static_cast<std::int32_t>(i), counted_[static_cast<std::size_t>(positions_[i])]);
   }
-  std::int32_t state = automaton->start();
-  for (std::size_t i = 0; i < positions->size() && state >= 0; ++i) {
-    state = automaton->step(state, static_cast<std::int32_t>(i), counted[static_cast<std::size_t>((*positions)[i])]);
-  }
-  return state >= 0 && automaton->accepts(state);
+  return state >= 0 && automaton_->accepts(state);
 }
 
 }  // namespace qoc

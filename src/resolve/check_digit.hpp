@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <vector>
 
 namespace qoc {
@@ -41,7 +42,21 @@ std::optional<std::vector<qstd_span32>> checkedParts(const qoc_checkDigitRule &r
 /// does not lie within the text.
 std::optional<std::vector<std::int32_t>> checkedPositions(const qoc_checkDigitRule &rule, std::int32_t length);
 
-/// Whether a text passes.
-bool passes(const qoc_checkDigitRule &rule, const std::vector<Char32> &text);
+/// A rule that many texts are held against, most of them of one length.
+class RuleChecker {
+ public:
+  /// @param rule outlives this
+  explicit RuleChecker(const qoc_checkDigitRule &rule) : rule_(rule) {}
+
+  bool passes(std::span<const Char32> text);
+
+ private:
+  const qoc_checkDigitRule &rule_;
+  std::vector<Char32> counted_;  // The characters of the text at hand that count.
+  // Of the length of which the last one was:
+  std::int32_t length_ = -1;
+  std::vector<std::int32_t> positions_;
+  std::optional<CheckAutomaton> automaton_;
+};
 
 }  // namespace qoc

@@ -35,7 +35,7 @@ qsys_status isValidText(const qoc_checkDigitRule &rule, std::span<const qoc_ocrD
   std::vector<Char32> text;
   std::transform(characters.begin(), characters.end(), std::back_inserter(text),
                  [](const qoc_ocrDictionaryChar &character) { return character.code; });
-  *isValid = passes(rule, text) ? 1 : 0;
+  *isValid = RuleChecker(rule).passes(text) ? 1 : 0;
   return QSYS_STATUS_OK;
 }
 

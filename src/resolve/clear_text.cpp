@@ -108,25 +108,39 @@ Clarity findClearShape(const Task &task, Text &text) {
   return mayEdit || showsOther(task, text, limit, mayHave) ? Clarity::bound : Clarity::clear;
 }
 
-/// Whether a text with a position less than the reading, that costs no more than the limit, is a word, too. True where
-/// it may be one with two positions less.
-bool hasWordWithoutOne(const Task &task, std::vector<Char32> codes, Cost limit) {
-  Cost least = noWay;
-  for (std::size_t i = codes.size(); i-- > 0;) {
-    const Cost extra = task.costs.leastExtra(static_cast<std::int32_t>(i));
-    if (extra > limit) {
-      continue;
+/// Whether a word costs no more than the limit beside one that takes every first candidate: with another candidate at a
+/// position, or without the position. True where it may be one with two such changes.
+bool hasWordBeside(const Task &task, std::vector<Char32> codes, Cost limit, bool mayLeaveOut) {
+  const ReadingCosts &costs = task.costs;
+  const WordIndex &words = task.knowledge->words;
+  Cost least = noWay;  // Of the changes at the positions so far.
+  for (std::int32_t i = costs.size(); i-- > 0;) {
+    const auto at = static_cast<std::size_t>(i);
+    const Char32 first = codes[at];
+    const auto candidates = costs.candidates(i);
+    Cost here = noWay;
+    for (std::size_t k = 0; k < candidates.size(); ++k) {
+      const Char32 code = candidates[k].code;
+      const Cost cost = costs.firstScore(i) - candidates[k].score <= limit ? costs.candidate(i, k).cost : noWay;
+      if (code == first || code == QOC_CHAR_EMPTY || cost > limit) {
+        continue;
+      }
+      codes[at] = code;
+      if (code == QOC_CHAR_ANY || least + cost <= limit || words.contains(codes)) {
+        return true;
+      }
+      here = std::min(here, cost);
     }
-    if (least + extra <= limit) {
-      return true;
+    codes[at] = first;
+    if (const Cost extra = costs.leastExtra(i); mayLeaveOut && extra <= limit) {
+      codes.erase(codes.begin() + static_cast<std::ptrdiff_t>(i));
+      if (least + extra <= limit || words.contains(codes)) {
+        return true;
+      }
+      codes.insert(codes.begin() + static_cast<std::ptrdiff_t>(i), first);
+      here = std::min(here, extra);
     }
-    least = std::min(least, extra);
-    const Char32 left = codes[i];
-    codes.erase(codes.begin() + static_cast<std::ptrdiff_t>(i));
-    if (task.knowledge->words.contains(codes)) {
-      return true;
-    }
-    codes.insert(codes.begin() + static_cast<std::ptrdiff_t>(i), left);
+    least = std::min(least, here);
   }
   return false;
 }
@@ -142,16 +156,17 @@ Clarity findClearWord(const Task &task, Text &text) {
   if (!takeBest(task, charactersAt, text)) {
     return Clarity::none;
   }
-  std::vector<Char32> codes = text.codes();
+  const std::vector<Char32> codes = text.codes();
   if (!task.knowledge->words.contains(codes)) {
     return Clarity::none;
   }
   const Cost limit = task.limitBehind(text.cost);
   const Reach within = task.reachWithin(limit);
-  const bool mayEdit = within.maxEdits > 0 && (within.allowsSubstitution || within.allowsMissing ||
-                                               hasWordWithoutOne(task, std::move(codes), limit));
-  return mayEdit || showsOther(task, text, limit, [](std::int32_t, Char32) { return true; }) ? Clarity::bound
-                                                                                             : Clarity::clear;
+  const bool maySwap = task.set != nullptr && task.costs.penalties().leastSwapped() <= limit;
+  const bool mayEdit = within.maxEdits > 0 && (within.allowsSubstitution || within.allowsMissing);
+  const bool isClear = text.cost == 0 && !maySwap && !mayEdit &&
+                       !hasWordBeside(task, codes, limit, within.maxEdits > 0 && within.allowsExtra);
+  return isClear ? Clarity::clear : Clarity::bound;
 }
 
 }  // namespace

@@ -9,13 +9,6 @@
 
 namespace qoc {
 
-std::vector<Char32> allTried() {
-  constexpr Char32 first = 0x20, last = 0x7E;
-  std::vector<Char32> codes;
-  for (Char32 code = first; code <= last; ++code) codes.push_back(code);
-  return codes;
-}
-
 qsys_status Knowledge::take(const qoc_ocrDictionary &dictionary) {
   QOC_TRY(fieldings.status());
   QOC_TRY(expressions.status());
@@ -24,15 +17,7 @@ qsys_status Knowledge::take(const qoc_ocrDictionary &dictionary) {
   for (const auto &expression : viewAs<qoc_ocrDictionaryRegularExpression>(*expressions.get())) {
     admitted.emplace_back(expression);
   }
-  WorkMeter meter;
-  std::int32_t entry = 0;
-  for (const qoc_ocrDictionaryLexicon &lexicon : viewAs<qoc_ocrDictionaryLexicon>(dictionary.lexicons)) {
-    for (const qoc_ocrDictionaryString &word : viewAs<qoc_ocrDictionaryString>(lexicon.strings)) {
-      QOC_TRY(meter.add(8 + static_cast<std::size_t>(word.characters.core.size)));
-      words.add(viewAs<qoc_ocrDictionaryChar>(word.characters), entry);
-    }
-    ++entry;
-  }
+  for (const auto &lexicon : viewAs<qoc_ocrDictionaryLexicon>(dictionary.lexicons)) words.add(lexicon);
   words.finish();
   return QSYS_STATUS_OK;
 }

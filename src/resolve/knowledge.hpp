@@ -1,6 +1,7 @@
 #pragma once
 // What a resolver keeps of a dictionary.
 
+#include <array>
 #include <memory>
 #include <vector>
 
@@ -46,8 +47,12 @@ using HeldReading =
 
 /// The characters that a text may have, place by place.
 using CodesByPlace = std::vector<std::vector<Char32>>;
-/// The characters that are tried where an edit leaves a place open.
-std::vector<Char32> allTried();
+/// The characters that are tried where an edit leaves a place open: those of ASCII that can be printed.
+inline constexpr std::array<Char32, 0x7F - 0x20> allTried = [] {
+  std::array<Char32, 0x7F - 0x20> codes = {};
+  for (std::size_t i = 0; i < codes.size(); ++i) codes[i] = static_cast<Char32>(0x20 + i);
+  return codes;
+}();
 
 /// A dictionary as the resolver needs it. Immutable once made.
 struct Knowledge {

@@ -97,10 +97,22 @@ class InputWalk {
   std::vector<bool> isDeleted_;
 };
 
+/// What a result has at a position; nothing where it is too short.
+std::span<const qoc_ocrDictionaryChar> charactersAt(std::span<const qoc_ocrDictionaryCharMulti> positions,
+                                                    std::size_t at) {
+  return at < positions.size() ? viewAs<qoc_ocrDictionaryChar>(positions[at].candidates)
+                               : std::span<const qoc_ocrDictionaryChar>();
+}
+
+/// Whether what a shape admits at a position leaves one character.
+bool isOneCharacter(std::span<const qoc_ocrDictionaryChar> admitted) {
+  return admitted.size() == 1 && admitted[0].code != QOC_CHAR_ANY && admitted[0].code != QOC_CHAR_ANY_NONSPACE &&
+         admitted[0].code != QOC_CHAR_EMPTY;
+}
+
 /// A slot that an edit leaves open, or fills with the one character that its shape admits.
 void fillEdited(Slot &slot, std::span<const qoc_ocrDictionaryChar> admitted, const ReadingCosts &costs) {
-  const bool isKnown = admitted.size() == 1 && admitted[0].code != QOC_CHAR_ANY &&
-                       admitted[0].code != QOC_CHAR_ANY_NONSPACE && admitted[0].code != QOC_CHAR_EMPTY;
+  const bool isKnown = isOneCharacter(admitted);
   slot.isOpen = !isKnown;
   const Char32 code = isKnown ? admitted[0].code : QOC_RESOLVER_OPEN;
   const Cost cost = slot.input >= 0 ? costs.substituted(slot.input) : costs.penalties().missing(code);
@@ -139,35 +151,26 @@ void fillShown(Slot &slot, std::span<const qoc_ocrDictionaryChar> valid, bool is
   }
 }
 
-/// What the reading's positions that the result passes over cost.
+/// Adds up what the reading's positions that the result passes over cost, but for extra ones, which are noted.
 /// @param isSwallowed by position: it went with the one before into one character, and keeps its score
-Cost costOfPassedOver(const Lattice &lattice, const ReadingCosts &costs, const std::vector<bool> &isSwallowed,
-                      std::int32_t prefix, std::int32_t suffix) {
+void passOver(const ReadingCosts &costs, const std::vector<bool> &isSwallowed, std::int32_t prefix, std::int32_t suffix,
+              Lattice &lattice) {
   const std::int32_t n = costs.size();
   std::vector<bool> isUsed(static_cast<std::size_t>(n), false);
-  // By position of the reading, and one behind it: the text's characters before and behind.
-  std::vector<Char32> before(static_cast<std::size_t>(n) + 1, QOC_CHAR_EMPTY), behind(before);
-  Char32 last = QOC_CHAR_EMPTY;
   for (const Slot &slot : lattice.slots) {
-    if (slot.input < 0) continue;
-    const auto at = static_cast<std::size_t>(slot.input);
-    isUsed[at] = true;
-    const Char32 code = slot.choices.empty() ? QOC_CHAR_EMPTY : slot.choices[0].code;
-    if (at > 0) behind[at - 1] = code;
-    last = code;
-    before[at + 1] = last;
+    if (slot.input >= 0) isUsed[static_cast<std::size_t>(slot.input)] = true;
   }
-  Cost cost = 0;
   for (std::int32_t i = 0; i < n; ++i) {
     const auto at = static_cast<std::size_t>(i);
     if (isUsed[at]) continue;
     if (i < prefix || i >= n - suffix) {
-      cost += std::max<Cost>(costs.firstScore(i), 0);
+      lattice.base += std::max<Cost>(costs.firstScore(i), 0);
+    } else if (isSwallowed[at]) {
+      lattice.base += costs.penalties().swappedTogether() / 2;
     } else {
-      cost += isSwallowed[at] ? costs.penalties().swappedTogether() / 2 : costs.extra(i, before[at], behind[at]);
+      lattice.extras.push_back(i);
     }
   }
-  return cost;
 }
 
 /// What the edits of a result cost at least.
@@ -198,8 +201,7 @@ bool makeLattice(const qoc_ocrDictionaryResult &result, const ReadingCosts &cost
   std::vector<bool> isSwallowed(static_cast<std::size_t>(costs.size()), false);
   lattice.slots.reserve(statuses.size());
   for (std::size_t r = 0; r < statuses.size(); ++r) {
-    const auto characters = r < valid.size() ? viewAs<qoc_ocrDictionaryChar>(valid[r].candidates)
-                                             : std::span<const qoc_ocrDictionaryChar>();
+    const auto characters = charactersAt(valid, r);
     Slot slot;
     const bool isInserted = statuses[r] == qoc_ocrDictionaryPositionStatus_inserted;
     slot.input = isInserted ? -1 : walk.next();
@@ -224,9 +226,72 @@ bool makeLattice(const qoc_ocrDictionaryResult &result, const ReadingCosts &cost
     }
     lattice.slots.push_back(std::move(slot));
   }
-  lattice.base = costOfPassedOver(lattice, costs, isSwallowed, result.numIgnoredPrefixCharacters,
-                                  result.numIgnoredSuffixCharacters);
+  passOver(costs, isSwallowed, result.numIgnoredPrefixCharacters, result.numIgnoredSuffixCharacters, lattice);
   return true;
+}
+
+bool isShownBy(const qoc_ocrDictionaryResult &result, std::int32_t size, const Text &text) {
+  const auto statuses = viewAs<qoc_ocrDictionaryPositionStatus>(result.resultStringStatus);
+  const auto valid = viewAs<qoc_ocrDictionaryCharMulti>(result.valid.positions);
+  if (result.isComputed == 0 || statuses.size() != text.choices.size()) {
+    return false;
+  }
+  InputWalk walk(result, size);
+  for (std::size_t r = 0; r < statuses.size(); ++r) {
+    const std::int32_t input = statuses[r] == qoc_ocrDictionaryPositionStatus_inserted ? -1 : walk.next();
+    const auto characters = charactersAt(valid, r);
+    const bool isOpen = isEdited(statuses[r]) && !isOneCharacter(characters);
+    const bool isThere =
+        isOpen || std::any_of(characters.begin(), characters.end(), [&](const qoc_ocrDictionaryChar &character) {
+          return character.code == QOC_CHAR_ANY ||
+                 (character.code != QOC_CHAR_EMPTY && character.code == text.choices[r].code);
+        });
+    if (!isThere || input != text.inputs[r]) {
+      return false;
+    }
+  }
+  return true;
+}
+
+std::vector<Lattice> withExtrasPaid(Lattice lattice, const ReadingCosts &costs) {
+  constexpr std::size_t most = 27;  // Each extra position can make three of one.
+  const std::vector<std::int32_t> extras = std::move(lattice.extras);
+  std::vector<Lattice> parts, before;
+  parts.push_back(std::move(lattice));
+  for (const std::int32_t extra : extras) {
+    before.swap(parts);
+    parts.clear();
+    for (Lattice &part : before) {
+      Slot *beside[2] = {};
+      for (Slot &slot : part.slots) {
+        if (slot.input >= 0 && slot.input == extra - 1) beside[0] = &slot;
+        if (slot.input == extra + 1) beside[1] = &slot;
+      }
+      const auto isShown = [&](const Choice &choice) { return costs.shows(extra, choice.code); };
+      const Cost least = costs.leastExtra(extra);
+      Cost cost = costs.extra(extra, QOC_CHAR_EMPTY, QOC_CHAR_EMPTY);
+      for (Slot *slot : beside) {
+        if (slot == nullptr || cost == least) {
+          continue;
+        }
+        std::vector<Choice> &choices = slot->choices;
+        const auto numShown = static_cast<std::size_t>(std::count_if(choices.begin(), choices.end(), isShown));
+        if (numShown == choices.size() || (before.size() >= most && isShown(choices[0]))) {
+          cost = least;
+        } else if (numShown > 0 && before.size() < most) {
+          std::vector<Choice> others;
+          std::remove_copy_if(choices.begin(), choices.end(), std::back_inserter(others), isShown);
+          std::erase_if(choices, [&](const Choice &choice) { return !isShown(choice); });
+          parts.push_back(part);
+          parts.back().base += least;
+          choices.swap(others);
+        }
+      }
+      part.base += cost;
+      parts.push_back(std::move(part));
+    }
+  }
+  return parts;
 }
 
 void Lattice::dropChecks() {

@@ -8,6 +8,7 @@
 
 #include "resolve/check_digit.hpp"
 #include "resolve/reading_costs.hpp"
+#include "resolve/text.hpp"
 
 namespace qoc {
 
@@ -39,6 +40,7 @@ struct Lattice {
   std::int32_t result = -1;  ///< Its index, where it is one of the set that was given.
   Cost base = 0;             ///< What all texts lose alike.
   std::vector<Slot> slots;
+  std::vector<std::int32_t> extras;  ///< The positions of the reading that are left out and not paid for yet.
 
   std::vector<std::int32_t> order;  ///< The slots in the order in which a search decides them.
   std::vector<Cost> remaining;      ///< By place in the order: the least that the rest loses.
@@ -64,5 +66,12 @@ struct Lattice {
 /// @param limit a lattice of which all texts cost more need not be made
 /// @return whether it was made: the reading can be the result, and some text may cost so much at most
 bool makeLattice(const qoc_ocrDictionaryResult &result, const ReadingCosts &costs, Cost limit, Lattice &lattice);
+
+/// Whether a text of a fielding or an expression is one of a result's, of a reading of that size.
+bool isShownBy(const qoc_ocrDictionaryResult &result, std::int32_t size, const Text &text);
+
+/// Pays for the extra positions of a lattice. What one costs depends on the characters beside it, so the texts are
+/// parted into lattices in which it costs the same; of very many, by what the first choices beside it say.
+std::vector<Lattice> withExtrasPaid(Lattice lattice, const ReadingCosts &costs);
 
 }  // namespace qoc

@@ -25,6 +25,7 @@ bool hasScores(std::span<const qoc_ocrDictionaryCharMulti> positions) {
 Confusions::Confusions(const qoc_ocrDictionaryResolverRules &rules) {
   for (const qoc_ocrDictionaryConfusion &confusion : viewAs<qoc_ocrDictionaryConfusion>(rules.confusions)) {
     entries_.push_back({keyOf(confusion.read, confusion.meant), entries_.size(), confusion});
+    if (confusion.read < numPlain) isRead_.set(confusion.read);
     haveMissing_ = haveMissing_ || confusion.read == QOC_CHAR_EMPTY;
     if (confusion.read != QOC_CHAR_EMPTY && confusion.meant != QOC_CHAR_EMPTY) {
       leastSwap_ = std::min(leastSwap_, confusion.swapPenalty);
@@ -34,7 +35,7 @@ Confusions::Confusions(const qoc_ocrDictionaryResolverRules &rules) {
             [](const Entry &a, const Entry &b) { return a.key != b.key ? a.key < b.key : a.place < b.place; });
 }
 
-const qoc_ocrDictionaryConfusion *Confusions::find(Char32 read, Char32 meant) const {
+const qoc_ocrDictionaryConfusion *Confusions::findAny(Char32 read, Char32 meant) const {
   const std::uint64_t key = keyOf(read, meant);
   const auto found = std::lower_bound(entries_.begin(), entries_.end(), key,
                                       [](const Entry &entry, std::uint64_t other) { return entry.key < other; });
@@ -144,23 +145,23 @@ void ReadingCosts::makeTable() {
   if (!table_.empty()) {
     return;
   }
-  table_.resize(positions_.size() * tableWidth);
-  isShown_.assign(positions_.size() * tableWidth, false);
+  table_.resize(positions_.size());
+  isShown_.assign(positions_.size(), {});
   for (std::size_t i = 0; i < positions_.size(); ++i) {
-    Cost *row = table_.data() + i * tableWidth;
-    std::fill_n(row, tableWidth, positions_[i].any);
+    std::uint8_t number = 0;  // Choices are in the order of their codes.
     for (const Choice &choice : choices(static_cast<std::int32_t>(i))) {
-      if (choice.code < tableWidth) row[choice.code] = choice.cost;
+      if (choice.code >= tableWidth) {
+        break;
+      }
+      table_[i][choice.code] = ++number;
     }
     const auto mark = [&](Char32 code) {
-      if (code < tableWidth) isShown_[i * tableWidth + code] = true;
+      if (code < tableWidth) isShown_[i][code / 64] |= std::uint64_t{1} << (code % 64);
     };
     for (const qoc_ocrDictionaryChar &candidate : positions_[i].candidates) {
       mark(candidate.code);
       forEachEquivalent(set_, candidate.code, mark);
-      if (candidate.code == QOC_CHAR_ANY) {
-        std::fill_n(isShown_.begin() + static_cast<std::ptrdiff_t>(i * tableWidth), tableWidth, true);
-      }
+      if (candidate.code == QOC_CHAR_ANY) isShown_[i].fill(~std::uint64_t{0});
     }
   }
 }

@@ -4,6 +4,8 @@
 #include <qoc/resolver.h>
 
 #include <algorithm>
+#include <array>
+#include <bitset>
 #include <cstdint>
 #include <limits>
 #include <span>
@@ -32,7 +34,9 @@ class Confusions {
   Confusions() = default;
   explicit Confusions(const qoc_ocrDictionaryResolverRules &rules);
 
-  const qoc_ocrDictionaryConfusion *find(Char32 read, Char32 meant) const;
+  const qoc_ocrDictionaryConfusion *find(Char32 read, Char32 meant) const {
+    return read < numPlain && !isRead_[read] ? nullptr : findAny(read, meant);
+  }
   /// Whether some missing character has a penalty of its own.
   bool haveMissing() const { return haveMissing_; }
   /// The least that a confusion of two characters costs as a swap; INT32_MAX where there is none.
@@ -44,7 +48,12 @@ class Confusions {
     std::size_t place;  // In the list.
     qoc_ocrDictionaryConfusion confusion;
   };
-  std::vector<Entry> entries_;  // By rising key.
+  static constexpr std::size_t numPlain = 128;
+
+  const qoc_ocrDictionaryConfusion *findAny(Char32 read, Char32 meant) const;
+
+  std::vector<Entry> entries_;    // By rising key.
+  std::bitset<numPlain> isRead_;  // Of the first characters, which are read for others.
   bool haveMissing_ = false;
   std::int32_t leastSwap_ = INT32_MAX;
 };
@@ -112,8 +121,9 @@ class ReadingCosts {
   bool find(std::int32_t position, Char32 code, Choice &choice) const;
   /// Whether a candidate of the position is the character or a swap equivalent of it.
   bool shows(std::int32_t position, Char32 code) const {
-    return code < tableWidth && !isShown_.empty() ? isShown_[static_cast<std::size_t>(position) * tableWidth + code]
-                                                  : matchAny(position, code) < noWay;
+    return code < tableWidth && !isShown_.empty()
+               ? (isShown_[static_cast<std::size_t>(position)][code / 64] >> (code % 64) & 1) != 0
+               : matchAny(position, code) < noWay;
   }
   /// The cost of leaving the position out; `before` and `behind` stand beside it in the text (QOC_CHAR_EMPTY for none).
   Cost extra(std::int32_t position, Char32 before, Char32 behind) const;
@@ -131,8 +141,11 @@ class ReadingCosts {
   qsys_status write(Cost limit, qoc_ocrDictionaryStringMulti &reading) const;
   /// What the character costs there; noWay where the position cannot be it, or not at what was listed.
   Cost match(std::int32_t position, Char32 code) const {
-    return code < tableWidth && !table_.empty() ? table_[static_cast<std::size_t>(position) * tableWidth + code]
-                                                : matchAny(position, code);
+    if (code >= tableWidth || table_.empty()) {
+      return matchAny(position, code);
+    }
+    const std::uint8_t number = table_[static_cast<std::size_t>(position)][code];
+    return number > 0 ? choices(position)[number - 1u].cost : at(position).any;
   }
 
  private:
@@ -157,8 +170,9 @@ class ReadingCosts {
   Cost shown_ = -1;  // As far as is listed.
   std::vector<Position> positions_;
   std::vector<Choice> choices_;
-  std::vector<Cost> table_;
-  std::vector<bool> isShown_;  // Of the table's characters, at whatever cost.
+  // By position, of the first characters there are:
+  std::vector<std::array<std::uint8_t, tableWidth>> table_;  // which of the choices it is, from 1; 0 for none of them;
+  std::vector<std::array<std::uint64_t, tableWidth / 64>> isShown_;  // a bit each, at whatever cost.
   Cost sumOfFirst_ = 0;
 };
 

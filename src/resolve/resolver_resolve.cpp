@@ -27,26 +27,36 @@ class Resolving {
     Text text;
     const Clarity clarity = findClearText(task_, text);
     const bool isWord = text.mode == qoc_ocrDictionaryMode_lexicon;
-    if (clarity != Clarity::none && !(clarity == Clarity::bound && isWord)) texts_.add(std::move(text));
+    const Cost knownWord = clarity == Clarity::bound && isWord ? text.cost : noWay;
+    if (clarity != Clarity::none && knownWord == noWay) texts_.add(std::move(text));
     bool isDone = clarity == Clarity::clear;
     const bool isWalked = clarity == Clarity::bound && !isWord && task_.knowsMoreShapes();
     if (isWalked) QOC_TRY(shapes_.walk(isDone));
-    if (!isDone) QOC_TRY(collect(isWalked));
+    if (!isDone) QOC_TRY(collect(knownWord, isWalked));
     return write(resolution);
   }
 
  private:
+  /// @param knownWord the cost of a word that the reading can be; noWay where none is known
   /// @param isWalked whether the shapes' texts were gone through in vain
-  qsys_status collect(bool isWalked) {
-    QOC_TRY(collectWords(task_, texts_));
+  qsys_status collect(Cost knownWord, bool isWalked) {
+    QOC_TRY(collectWords(task_, knownWord, texts_));
     const bool knowsMore = task_.knowsMoreShapes();
     const TextList words = knowsMore ? texts_ : TextList();
+    bool isDone = !knowsMore;
+    // To find one text of the set that passes its checks takes as much as to look for all.
+    if (!isDone && !isWalked && task_.hasChecks()) {
+      QOC_TRY(shapes_.walk(isDone));
+      if (isDone) {
+        return QSYS_STATUS_OK;
+      }
+      texts_ = words;
+    }
     if (!task_.needsChecksOfEntries()) {
       QOC_TRY(shapes_.takeSet());
       QOC_TRY(shapes_.collect(noWay));
     }
-    bool isDone = !knowsMore;
-    if (!isDone && !isWalked && !task_.needsChecksOfEntries()) QOC_TRY(shapes_.walk(isDone));
+    if (!isDone && !isWalked && !task_.hasChecks()) QOC_TRY(shapes_.walk(isDone));
     if (!isDone && !shapes_.isComplete()) {
       const Cost best = texts_.best();
       texts_ = words;
@@ -55,7 +65,7 @@ class Resolving {
     }
     if (texts_.empty() && task_.hasChecks()) {
       task_.isChecked = false;
-      QOC_TRY(collectWords(task_, texts_));
+      QOC_TRY(collectWords(task_, noWay, texts_));
       QOC_TRY(shapes_.collect(noWay));
     }
     return QSYS_STATUS_OK;
@@ -70,7 +80,7 @@ class Resolving {
       const auto word = viewAs<qoc_ocrDictionaryChar>(result.dictionaryString.characters);
       return result.mode == text.mode &&
              (text.mode != qoc_ocrDictionaryMode_lexicon
-                  ? shapes_.isShownBy(result, text)
+                  ? isShownBy(result, task_.costs.size(), text)
                   : std::equal(word.begin(), word.end(), text.choices.begin(), text.choices.end(),
                                [](const qoc_ocrDictionaryChar &a, const Choice &b) { return a.code == b.code; }));
     };

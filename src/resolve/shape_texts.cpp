@@ -16,22 +16,6 @@ bool hasPlainTexts(const Lattice &lattice) {
          std::none_of(lattice.slots.begin(), lattice.slots.end(), [](const Slot &slot) { return slot.isOpen; });
 }
 
-/// Whether a text is one of a lattice.
-bool holds(const Lattice &lattice, const Text &text) {
-  if (lattice.slots.size() != text.choices.size()) {
-    return false;
-  }
-  for (std::size_t i = 0; i < lattice.slots.size(); ++i) {
-    const Slot &slot = lattice.slots[i];
-    const bool isThere = std::any_of(slot.choices.begin(), slot.choices.end(),
-                                     [&](const Choice &choice) { return choice.code == text.choices[i].code; });
-    if (slot.input != text.inputs[i] || !(isThere || slot.isOpen)) {
-      return false;
-    }
-  }
-  return true;
-}
-
 /// A text of a lattice, without its characters.
 Text textOf(const Lattice &lattice, Cost cost) {
   Text text;
@@ -65,7 +49,7 @@ qsys_status ShapeTexts::add(std::span<const qoc_ocrDictionaryResult> results, st
     for (const qoc_ocrDictionaryEntryCheck &check : viewAs<qoc_ocrDictionaryEntryCheck>(task_.rules.checks)) {
       if (check.mode == lattice.mode && check.entry == entry) lattice.checks.push_back(&check.rule);
     }
-    lattices_.push_back(std::move(lattice));
+    for (Lattice &part : withExtrasPaid(std::move(lattice), task_.costs)) lattices_.push_back(std::move(part));
   }
   return QSYS_STATUS_OK;
 }
@@ -124,11 +108,6 @@ qsys_status ShapeTexts::matchAgain(Cost best) {
   };
   QOC_TRY(matchAll(qoc_ocrDictionaryMode_fielding, knowledge.fieldings->core.size));
   return matchAll(qoc_ocrDictionaryMode_regularExpression, knowledge.expressions->core.size);
-}
-
-bool ShapeTexts::isShownBy(const qoc_ocrDictionaryResult &result, const Text &text) const {
-  Lattice lattice;
-  return result.isComputed != 0 && makeLattice(result, task_.costs, noWay, lattice) && holds(lattice, text);
 }
 
 qsys_status ShapeTexts::collect(Cost known) {
@@ -223,7 +202,7 @@ qsys_status ShapeTexts::open(Lattice &lattice) const {
     for (const Slot &other : lattice.slots) {
       codes.emplace_back();
       for (const Choice &choice : other.choices) codes.back().push_back(choice.code);
-      if (other.isOpen) codes.back() = allTried();
+      if (other.isOpen) codes.back().assign(allTried.begin(), allTried.end());
     }
     std::vector<Char32> admitted;
     QOC_TRY(task_.knowledge->findAdmitted(lattice.mode, lattice.entry, codes, i, admitted));
@@ -234,33 +213,31 @@ qsys_status ShapeTexts::open(Lattice &lattice) const {
   return QSYS_STATUS_OK;
 }
 
-/// What may stand in a text at every place: at those that are open, and not known by now, everything that is tried.
-CodesByPlace ShapeTexts::codesOf(const Text &text, std::span<const std::size_t> open) {
-  CodesByPlace codes;
-  for (const Choice &choice : text.choices) codes.push_back({choice.code});
+/// Lists what may stand in a text at every place: at those that are open, and not known by now, everything that is
+/// tried.
+void ShapeTexts::listCodes(const Text &text, std::span<const std::size_t> open) {
+  codes_.resize(text.choices.size());
+  for (std::size_t i = 0; i < codes_.size(); ++i) codes_[i].assign(1, text.choices[i].code);
   for (const std::size_t i : open) {
-    if (text.choices[i].code == QOC_RESOLVER_OPEN) codes[i] = allTried();
+    if (text.choices[i].code == QOC_RESOLVER_OPEN) codes_[i].assign(allTried.begin(), allTried.end());
   }
-  return codes;
 }
 
 /// Finds out the characters of a text that an edit has left open, as far as the entry admits one only.
 /// @param open the places
 /// @param isDescribed false where the entry does not describe the text at all
-qsys_status ShapeTexts::fill(std::int32_t entry, const std::vector<std::size_t> &open, Text &text,
-                             bool &isDescribed) const {
+qsys_status ShapeTexts::fill(std::int32_t entry, const std::vector<std::size_t> &open, Text &text, bool &isDescribed) {
   isDescribed = true;
   if (open.empty()) {
     return QSYS_STATUS_OK;
   }
-  const CodesByPlace codes = codesOf(text, open);
+  listCodes(text, open);
   for (const std::size_t i : open) {
     if (task_.knowledge != nullptr) {
-      std::vector<Char32> admitted;
-      QOC_TRY(task_.knowledge->findAdmitted(text.mode, entry, codes, i, admitted));
-      isDescribed = isDescribed && !admitted.empty();
-      if (admitted.size() == 1) {
-        text.choices[i].code = admitted[0];
+      QOC_TRY(task_.knowledge->findAdmitted(text.mode, entry, codes_, i, admitted_));
+      isDescribed = isDescribed && !admitted_.empty();
+      if (admitted_.size() == 1) {
+        text.choices[i].code = admitted_[0];
         continue;
       }
     }

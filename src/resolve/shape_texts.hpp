@@ -24,8 +24,6 @@ class ShapeTexts {
   /// Adds the best texts of all that was taken in.
   /// @param known the cost of a text that is among them; noWay where none is known
   qsys_status collect(Cost known);
-  /// Whether a text of a fielding or an expression is one of a result's.
-  bool isShownBy(const qoc_ocrDictionaryResult &result, const Text &text) const;
 
  private:
   qsys_status add(std::span<const qoc_ocrDictionaryResult> results, std::int32_t entry, Cost limit);
@@ -35,14 +33,17 @@ class ShapeTexts {
   qoc_ocrDictionaryRunParams paramsWithin(Cost limit) const;
   std::vector<Cost> leastWithin(const Reach &reach) const;
   qsys_status walkWithin(Cost limit, bool &isDone);
-  static CodesByPlace codesOf(const Text &text, std::span<const std::size_t> open);
+  void listCodes(const Text &text, std::span<const std::size_t> open);
   qsys_status addPassing(std::int32_t entry, std::size_t open, Text &text);
   qsys_status open(Lattice &lattice) const;
-  qsys_status fill(std::int32_t entry, const std::vector<std::size_t> &open, Text &text, bool &isDescribed) const;
+  qsys_status fill(std::int32_t entry, const std::vector<std::size_t> &open, Text &text, bool &isDescribed);
 
   Task &task_;
   TextList &texts_;
   std::vector<Lattice> lattices_;
+  // Of the text at hand: what may stand at its places, and what is admitted at one of them.
+  CodesByPlace codes_;
+  std::vector<Char32> admitted_;
 };
 
 }  // namespace qoc

@@ -69,34 +69,50 @@ qsys_status ShapeTexts::walk(bool &isDone) {
   const auto takes = [&](const qoc_ocrDictionaryRegularExpression &expression) {
     return ShapeWalk::takes(expressionOf(expression.regex), task_.costs.size());
   };
-  const Cost most = task_.limitBehind(texts_.best());
+  // What is further off than free text is not looked for in this way, unless it is known that there is nothing nearer.
+  const Cost known = task_.limitBehind(texts_.best());
+  const Cost most = texts_.empty() ? std::min(known, task_.freeText) : known;
   if (!task_.isPlain() || !task_.reach.allowsAnyLength() || most >= noWay - 1 || !shortcuts().walksShapes ||
       knowledge.fieldings->core.size > 0 || !std::all_of(expressions.begin(), expressions.end(), takes)) {
     return QSYS_STATUS_OK;
   }
-  // The best text can be far nearer than the one that is known.
-  task_.costs.show(most);
-  const Cost least = leastWithin(task_.reach).front();
-  Cost limit = std::min(most, least + task_.greatestMargin());
+  // Where what is listed leaves nothing within it, more is.
+  const Cost width = std::max<Cost>(task_.greatestMargin(), 1);
+  const auto leastListed = [&](Cost listed) {
+    task_.costs.show(listed);
+    return leastWithin(task_.reach).front();
+  };
+  Cost least = leastListed(std::min(most, 2 * width));
+  if (least > 2 * width) least = leastListed(most);
+  Cost limit = std::min(most, least + width);
   for (;;) {
+    task_.costs.show(limit);
     QOC_TRY(walkWithin(limit, isDone));
-    const Cost needed = std::min(most, task_.limitBehind(texts_.best()));
+    Cost needed = task_.limitBehind(texts_.best());
+    if (texts_.size() >= task_.numWanted) needed = std::min(needed, texts_[task_.numWanted - 1].cost);
     if (!isDone || limit >= needed) {
       return QSYS_STATUS_OK;
     }
-    limit = needed;
+    if (texts_.empty() && limit >= most) {
+      isDone = false;
+      return QSYS_STATUS_OK;
+    }
+    limit = texts_.empty() ? std::min(most, limit + width) : needed;
   }
 }
 
-/// By position, and one behind the last, what the reading loses from there on at least, without extra positions.
+/// By position, and one behind the last, what the reading loses from there on at least.
 std::vector<Cost> ShapeTexts::leastWithin(const Reach &reach) const {
   const bool mayMiss = reach.maxEdits > 0 && reach.allowsMissing;
   const bool maySubstitute = reach.maxEdits > 0 && reach.allowsSubstitution;
-  std::vector<Cost> least = leastAdmitted(0, mayMiss ? std::min(reach.maxEdits, task_.costs.size()) : 0);
+  const bool mayLeaveOut = reach.maxEdits > 0 && reach.allowsExtra;
+  const std::int32_t most = std::min(reach.maxEdits, task_.costs.size());
+  std::vector<Cost> least = leastAdmitted(mayLeaveOut ? most : 0, mayMiss ? most : 0);
   least.push_back(0);
   for (std::int32_t i = task_.costs.size(); i-- > 0;) {
     Cost &here = least[static_cast<std::size_t>(i)];
     if (maySubstitute) here = std::min(here, task_.costs.substituted(i));
+    if (mayLeaveOut) here = std::min(here, task_.costs.leastExtra(i));
     here = std::min(noWay, here + least[static_cast<std::size_t>(i) + 1]);
   }
   return least;
@@ -107,7 +123,7 @@ qsys_status ShapeTexts::walkWithin(Cost limit, bool &isDone) {
   const qoc_ocrDictionaryRunParams params = paramsWithin(limit);
   const Reach allowed = Reach::of(&params);
   // With several edits a match does not give every way, so what is seen here would depend on the way that is taken.
-  isDone = allowed.maxEdits == 0 || (allowed.maxEdits == 1 && !allowed.allowsExtra);
+  isDone = allowed.maxEdits <= ShapeWalk::maxEdits;
   const std::vector<Cost> rest = leastWithin(allowed);
   const auto expressions = viewAs<qoc_ocrDictionaryRegularExpression>(*task_.knowledge->expressions.get());
   for (std::size_t k = 0; isDone && k < expressions.size(); ++k) {
@@ -115,13 +131,19 @@ qsys_status ShapeTexts::walkWithin(Cost limit, bool &isDone) {
     const auto entry = static_cast<std::int32_t>(k);
     ShapeWalk walk(expressionOf(expressions[k].regex), task_.costs, allowed, rest, limit);
     bool isWalked = true;
+    constexpr qoc_ocrDictionaryMode mode = qoc_ocrDictionaryMode_regularExpression;
+    const bool hasChecks = task_.hasChecks(mode, entry);
     const auto visit = [&](const WalkedText &walked) -> qsys_status {
+      const bool isClosed = walked.open.empty();
+      if (isClosed && hasChecks && !task_.admits(task_.verdictOn(walked.choices, mode, entry))) {
+        return QSYS_STATUS_OK;
+      }
       Text text;
       text.choices = walked.choices;
       text.inputs = walked.inputs;
       text.cost = walked.cost;
-      text.mode = qoc_ocrDictionaryMode_regularExpression;
-      if (walked.open.empty() || !task_.hasChecks()) {
+      text.mode = mode;
+      if (isClosed || !hasChecks) {
         bool isDescribed = true;
         QOC_TRY(fill(entry, walked.open, text, isDescribed));
         task_.check(text, entry);
@@ -144,12 +166,10 @@ qsys_status ShapeTexts::walkWithin(Cost limit, bool &isDone) {
 
 /// Adds a text with an open place, with each character there with which it passes its checks.
 qsys_status ShapeTexts::addPassing(std::int32_t entry, std::size_t open, Text &text) {
-  std::vector<Char32> admitted;
-  const CodesByPlace codes = codesOf(text, {&open, 1});
-  QOC_TRY(task_.knowledge->findAdmitted(text.mode, entry, codes, open, admitted));
-  for (const Char32 code : admitted) {
+  listCodes(text, {&open, 1});
+  QOC_TRY(task_.knowledge->findAdmitted(text.mode, entry, codes_, open, admitted_));
+  for (const Char32 code : admitted_) {
     text.choices[open].code = code;
-    text.hasCheck = false;
     task_.check(text, entry);
     if (task_.admits(text)) texts_.add(text);
   }

@@ -18,12 +18,14 @@ struct WalkedText {
  * Goes through the texts of an expression that a whole reading can be within a cost.
  *
  * Near a reading there are few texts, mostly one or two, so that going through them takes less than a match that gives
- * all its results. Extra positions are not left out; where they may be, it takes the match.
+ * all its results.
  */
 class ShapeWalk {
  public:
+  static constexpr std::int32_t maxEdits = 1;
+
   /// @param costs what it shows within the limit is listed
-  /// @param reach the edits that are allowed; extra positions count as not
+  /// @param reach the edits that are allowed, at most maxEdits
   /// @param rest by position, and one behind the last, what the reading loses from there on at least
   ShapeWalk(const Expression &expression, const ReadingCosts &costs, const Reach &reach, std::span<const Cost> rest,
             Cost limit)
@@ -47,24 +49,33 @@ class ShapeWalk {
 
  private:
   static constexpr std::int32_t maxSize = 256;
-  static constexpr int maxSteps = 512;
+  static constexpr int maxSteps = 8192;
 
   template <class Visit>
   qsys_status go(std::int32_t input, NarrowStates::Set next, bool isEnd, std::int32_t edits, Visit &visit) {
     if (++numSteps_ > maxSteps) {
       return QSYS_STATUS_OK;
     }
-    if (input == costs_.size() && isEnd) QOC_TRY(visit(text_));
+    if (input == costs_.size() && isEnd) QOC_TRY(end(visit));
     const bool mayEdit = edits < reach_.maxEdits;
     if (input < costs_.size()) {
       numSteps_ += static_cast<int>(std::min<std::size_t>(costs_.choices(input).size() / 16, maxSteps));
       for (const Choice &choice : costs_.choices(input)) {
+        if (!isNear(choice.cost, input + 1)) {
+          continue;
+        }
         NarrowStates::Set taken = states_.none();
         states_.addAccepting(choice.code, taken);
         QOC_TRY(take(choice, input, input + 1, taken & next, edits, visit));
       }
       if (mayEdit && reach_.allowsSubstitution) {
         QOC_TRY(take({QOC_CHAR_ANY, costs_.substituted(input), -1, 0}, input, input + 1, next, edits + 1, visit));
+      }
+      if (mayEdit && reach_.allowsExtra && isNear(costs_.leastExtra(input), input + 1)) {
+        leftOut_ = input;
+        const qsys_status status = go(input + 1, next, isEnd, edits + 1, visit);
+        leftOut_ = none;
+        QOC_TRY(status);
       }
     }
     if (mayEdit && reach_.allowsMissing) {
@@ -74,11 +85,40 @@ class ShapeWalk {
     return QSYS_STATUS_OK;
   }
 
+  /// Whether a text that loses so much more, and goes on from a position, can be within the limit.
+  bool isNear(Cost cost, std::int32_t behind) const {
+    return text_.cost + cost + rest_[static_cast<std::size_t>(behind)] <= limit_;
+  }
+  /// What the position that was left out costs in front of a character, where it is the one right before it.
+  Cost extraBefore(std::int32_t input, Char32 code) const {
+    if (leftOut_ == none || leftOut_ + 1 != input) {
+      return 0;
+    }
+    const bool isBehind = !text_.inputs.empty() && text_.inputs.back() + 1 == leftOut_;
+    return costs_.extra(leftOut_, isBehind ? text_.choices.back().code : QOC_CHAR_EMPTY, code);
+  }
+
+  template <class Visit>
+  qsys_status end(Visit &visit) {
+    const Cost extra = extraBefore(costs_.size(), QOC_CHAR_EMPTY);
+    if (!isNear(extra, costs_.size())) {
+      return QSYS_STATUS_OK;
+    }
+    text_.cost += extra;
+    const qsys_status status = visit(text_);
+    text_.cost -= extra;
+    return status;
+  }
+
   /// Goes on with a choice, which the positions in `taken` accept.
   template <class Visit>
   qsys_status take(Choice choice, std::int32_t input, std::int32_t behind, NarrowStates::Set taken, std::int32_t edits,
                    Visit &visit) {
-    if (isEmpty(taken) || text_.cost + choice.cost + rest_[static_cast<std::size_t>(behind)] > limit_) {
+    if (isEmpty(taken)) {
+      return QSYS_STATUS_OK;
+    }
+    const Cost cost = choice.cost + extraBefore(input, choice.code);
+    if (!isNear(cost, behind)) {
       return QSYS_STATUS_OK;
     }
     const bool isOpen = choice.code == QOC_CHAR_ANY;
@@ -88,9 +128,9 @@ class ShapeWalk {
     }
     text_.choices.push_back(choice);
     text_.inputs.push_back(input);
-    text_.cost += choice.cost;
+    text_.cost += cost;
     const qsys_status status = go(behind, states_.followersOf(taken), intersects(taken, states_.last()), edits, visit);
-    text_.cost -= choice.cost;
+    text_.cost -= cost;
     text_.inputs.pop_back();
     text_.choices.pop_back();
     if (isOpen) text_.open.pop_back();
@@ -103,6 +143,8 @@ class ShapeWalk {
   std::span<const Cost> rest_;
   Cost limit_;
   WalkedText text_;
+  static constexpr std::int32_t none = -1;
+  std::int32_t leftOut_ = none;  // The position that is extra.
   int numSteps_ = 0;
 };
 

@@ -3,7 +3,6 @@
 #include "resolve/task.hpp"
 
 #include "platform/containers/view.hpp"
-#include "resolve/check_digit.hpp"
 
 namespace qoc {
 
@@ -28,15 +27,23 @@ Cost Task::mostAsFreeText() const {
   return std::max(hasShapes ? costs.freeText(rules.freeShape) : 0, hasWords ? costs.freeText(rules.freeWord) : 0);
 }
 
-void Task::check(Text &text, std::int32_t entry) const {
-  text.passesCheck = true;
-  for (const qoc_ocrDictionaryEntryCheck &check : viewAs<qoc_ocrDictionaryEntryCheck>(rules.checks)) {
-    if (check.mode == text.mode && check.entry == entry) {
-      text.hasCheck = true;
-      text.passesCheck = text.passesCheck && passes(check.rule, text.codes());
+Task::Verdict Task::verdictOn(std::span<const Choice> choices, qoc_ocrDictionaryMode mode, std::int32_t entry) const {
+  const auto checks = viewAs<qoc_ocrDictionaryEntryCheck>(rules.checks);
+  Verdict verdict = {false, true};
+  for (std::size_t i = 0; i < checks.size(); ++i) {
+    if (checks[i].mode != mode || checks[i].entry != entry) {
+      continue;
     }
+    if (!verdict.hasCheck) {
+      codes_.clear();
+      for (const Choice &choice : choices) codes_.push_back(choice.code);
+    }
+    while (checkers_.size() <= i) checkers_.emplace_back(checks[checkers_.size()].rule);
+    verdict.hasCheck = true;
+    verdict.passesCheck = verdict.passesCheck && checkers_[i].passes(codes_);
   }
-  text.passesCheck = text.passesCheck && text.hasCheck;
+  verdict.passesCheck = verdict.passesCheck && verdict.hasCheck;
+  return verdict;
 }
 
 Cost Task::limitBehind(Cost best) const {
@@ -69,10 +76,16 @@ Reach Task::reachWithin(Cost limit) const {
     substituted = std::min(substituted, costs.substituted(i));
     extra = std::min(extra, costs.leastExtra(i));
   }
-  within.allowsSubstitution = within.allowsSubstitution && substituted <= limit;
-  within.allowsMissing = within.allowsMissing && costs.penalties().leastMissing() <= limit;
-  within.allowsExtra = within.allowsExtra && extra <= limit;
-  if (!within.allowsEdits()) within.maxEdits = 0;
+  Cost least = noWay;
+  const auto allows = [&](bool isAllowed, Cost cost) {
+    if (isAllowed) least = std::min(least, cost);
+    return isAllowed && cost <= limit;
+  };
+  within.allowsSubstitution = allows(within.allowsSubstitution, substituted);
+  within.allowsMissing = allows(within.allowsMissing, costs.penalties().leastMissing());
+  within.allowsExtra = allows(within.allowsExtra, extra);
+  within.leastEdit = least;
+  if (least > 0) within.maxEdits = static_cast<std::int32_t>(std::min<Cost>(within.maxEdits, limit / least));
   return within;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 // What resolving one reading is about: what is given, and how far behind the best text others matter.
 
+#include "resolve/check_digit.hpp"
 #include "resolve/knowledge.hpp"
 #include "resolve/text.hpp"
 #include "resolve/word_table.hpp"
@@ -30,10 +31,21 @@ class Task {
   /// Whether a text is the whole reading, and its characters come one by one.
   bool isPlain() const { return !reach.isWindow && swaps.isEmpty(); }
   bool hasChecks() const { return rules.checks.core.size > 0; }
-  /// Notes whether a text passes the checks of its entry, as far as it has any.
-  void check(Text &text, std::int32_t entry) const;
-  /// Whether a text that was checked may come in.
-  bool admits(const Text &text) const { return !isChecked || text.passesCheck || !text.hasCheck; }
+  bool hasChecks(qoc_ocrDictionaryMode mode, std::int32_t entry) const { return verdictOn({}, mode, entry).hasCheck; }
+  /// Whether characters pass the checks of an entry, as far as it has any.
+  struct Verdict {
+    bool hasCheck = false, passesCheck = false;
+  };
+  Verdict verdictOn(std::span<const Choice> choices, qoc_ocrDictionaryMode mode, std::int32_t entry) const;
+  /// Notes the same of a text.
+  void check(Text &text, std::int32_t entry) const {
+    const Verdict verdict = verdictOn(text.choices, text.mode, entry);
+    text.hasCheck = verdict.hasCheck;
+    text.passesCheck = verdict.passesCheck;
+  }
+  /// Whether a text of which this was found, or noted, may come in.
+  bool admits(const Verdict &verdict) const { return !isChecked || verdict.passesCheck || !verdict.hasCheck; }
+  bool admits(const Text &text) const { return admits(Verdict{text.hasCheck, text.passesCheck}); }
 
   /// The margin that counts at most.
   Cost greatestMargin() const { return std::max(rules.maxMargin, rules.minMargin); }
@@ -58,6 +70,10 @@ class Task {
   /// only.
   bool tellsEdits() const { return reach.maxEdits > 0 && isPlain() && reach.allowsAnyLength(); }
   Cost mostAsFreeText() const;
+
+  // What checking goes by, kept from text to text: the rules in their order, as far as some text was held against them.
+  mutable std::vector<RuleChecker> checkers_;
+  mutable std::vector<Char32> codes_;
 };
 
 }  // namespace qoc

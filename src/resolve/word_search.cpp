@@ -1,10 +1,13 @@
-// The search for the nearest words: the trie in depth, with the rows of the alignment carried along, so that words
-// share the rows of their common beginnings (Oflazer 1996, here with costs).
+// The search for the nearest words: those that an index finds within so many edits, weighed one by one; or all in
+// order, with the rows of the alignment carried along, so that words share the rows of their common beginnings (Oflazer
+// 1996, here with costs).
 
 #include "resolve/word_search.hpp"
 
 #include <algorithm>
+#include <ranges>
 
+#include "kinds/lexicon_match.hpp"
 #include "platform/system/present.hpp"
 #include "platform/system/shortcuts.hpp"
 #include "resolve/live_cells.hpp"
@@ -66,97 +69,157 @@ class BestWords {
   Cost limit_ = 0;
 };
 
-/// The rows of a WordTable, whole.
-class TableRows {
+/// Every word in order, by the rows of a WordTable.
+class OrderedSearch {
  public:
-  TableRows(const ReadingCosts &costs, const Reach &reach, const MultiSwaps &swaps)
-      : table_(costs, reach, swaps), passesRows_(!swaps.isEmpty()), least_{0} {}
-
-  static constexpr Direction direction() { return Direction::forward; }
-  std::size_t width() const { return table_.width(); }
-  static bool mayExtend(std::size_t, Char32, LetterMask) { return true; }
-  bool extend(Char32 code, std::size_t depth, const Rest &, Cost limit) {
-    prefix_.resize(depth);
-    prefix_.push_back(code);
-    least_.resize(depth + 1);
-    least_.push_back(table_.extend(prefix_, depth, limit));
-    // A multi-character swap can pass over one row.
-    return std::min(least_[depth + 1], passesRows_ ? least_[depth] : noWay) <= limit;
-  }
-  Cost cost(std::size_t length) const { return table_.canReach(length) ? table_.cost(prefix_, length) : noWay; }
-
- private:
-  WordTable table_;
-  bool passesRows_;
-  std::vector<Char32> prefix_;  // What the rows are of.
-  std::vector<Cost> least_;     // By row: its least cost.
-};
-
-template <class Rows>
-class TrieWalk {
- public:
-  TrieWalk(const WordIndex &words, Rows &rows, BestWords &best) : words_(words), rows_(rows), best_(best) {}
+  OrderedSearch(const WordIndex &words, const ReadingCosts &costs, const Reach &reach, const MultiSwaps &swaps,
+                BestWords &best)
+      : words_(words), table_(costs, reach, swaps), passesRows_(!swaps.isEmpty()), best_(best) {}
 
   qsys_status run() {
-    QOC_TRY(enter(words_.root(rows_.direction()), 0));
-    while (!branches_.empty()) {
-      std::span<const WordNode> &left = branches_.back();
-      if (left.empty()) {
-        branches_.pop_back();
-        continue;
+    for (std::size_t k = 0; k < words_.size();) {
+      std::size_t depth = words_.numShared(k);
+      bool isAlive = true;
+      while (isAlive && depth < words_.word(k).size()) QOC_TRY(extend(words_.word(k), depth++, isAlive));
+      if (isAlive && table_.canReach(depth)) {
+        QOC_TRY(best_.offer(words_, k, table_.cost(words_.word(k), depth)));
       }
-      const WordNode &node = left.front();
-      left = left.subspan(1);
-      const std::size_t depth = branches_.size();
-      if (!rows_.mayExtend(depth - 1, node.code, node.below)) {
-        continue;
+      // What begins as a beginning that leads nowhere does not, either.
+      for (++k; k < words_.size() && (isAlive ? words_.isRepeated(k) : words_.numShared(k) >= depth); ++k) {
+        QOC_TRY(meter_.add(1));
       }
-      QOC_TRY(tick());
-      const Rest rest = {node.shortest, node.longest < WordNode::maxCounted ? std::int64_t{node.longest} : INT64_MAX};
-      if (rows_.extend(node.code, depth - 1, rest, best_.limit())) QOC_TRY(enter(node, depth));
     }
     return QSYS_STATUS_OK;
   }
 
  private:
-  /// Offers the word that ends at the node, or the only one behind it, and goes on with the others.
-  qsys_status enter(const WordNode &node, std::size_t depth) {
-    if (node.numChildren > 0) {
-      branches_.push_back(words_.children(node, rows_.direction()));
-      return node.shortest == 0 ? best_.offer(words_, node.word, rows_.cost(depth)) : QSYS_STATUS_OK;
-    }
-    const std::size_t numLeft =
-        node.longest < WordNode::maxCounted ? node.longest : words_.word(node.word).size() - depth;
-    for (std::size_t i = 0; i < numLeft; ++i) {
-      QOC_TRY(tick());
-      const auto left = static_cast<std::int64_t>(numLeft - i) - 1;
-      if (!rows_.extend(words_.tail(node, i, rows_.direction()), depth + i, {left, left}, best_.limit())) {
-        return QSYS_STATUS_OK;
-      }
-    }
-    return best_.offer(words_, node.word, rows_.cost(depth + numLeft));
-  }
-
-  /// Polls attention once for so many cells.
-  qsys_status tick() {
-    numCells_ += 8 + rows_.width();
-    if (numCells_ < 1024) {
-      return QSYS_STATUS_OK;
-    }
-    numCells_ = 0;
-    return qsys_attention_check();
+  qsys_status extend(std::span<const Char32> word, std::size_t depth, bool &isAlive) {
+    QOC_TRY(meter_.add(8 + 2 * table_.width()));
+    least_.resize(depth + 1);
+    least_.push_back(table_.extend(word, depth, best_.limit()));
+    // A multi-character swap can pass over one row.
+    isAlive = std::min(least_[depth + 1], passesRows_ ? least_[depth] : noWay) <= best_.limit();
+    return QSYS_STATUS_OK;
   }
 
   const WordIndex &words_;
-  Rows &rows_;
+  WordTable table_;
+  bool passesRows_;
+  std::vector<Cost> least_{0};  // By row: its least cost.
   BestWords &best_;
-  std::vector<std::span<const WordNode>> branches_;  // By depth: the nodes to be visited.
-  std::size_t numCells_ = 0;                         // Since the last poll.
+  WorkMeter meter_;
+};
+
+/// The words that the indexes of the lists find, weighed one by one. First those without edits, then those with more:
+/// what is found tells how far others matter, and edits leave little for dear characters beside them.
+class IndexSearch {
+ public:
+  IndexSearch(const WordIndex &words, const ReadingCosts &costs, const Reach &reach, BestWords &best)
+      : words_(words), costs_(costs), reach_(reach), best_(best), cells_(costs, reach) {}
+
+  qsys_status run() {
+    QOC_TRY(search(0, 0));
+    for (std::int32_t done = 0; done < reach_.maxEdits && leastOf(done + 1) <= best_.limit();) {
+      // One more as long as tries are walked, then twice as many.
+      const std::int32_t most = done < 3 ? done + 1 : done > reach_.maxEdits / 2 ? reach_.maxEdits : 2 * done;
+      QOC_TRY(search(done + 1, most));
+      done = most;
+    }
+    return QSYS_STATUS_OK;
+  }
+
+ private:
+  /// The least that so many edits cost.
+  Cost leastOf(std::int32_t edits) const {
+    return edits == 0 || reach_.leastEdit < noWay / edits ? reach_.leastEdit * edits : noWay;
+  }
+
+  /// The words that take so many edits.
+  qsys_status search(std::int32_t fewest, std::int32_t most) {
+    for (const WordIndex::List &list : words_.lists()) {
+      if (list.first == list.end) {
+        continue;
+      }
+      // In a long list it takes less to look nearby first: what is found there tells how far others matter.
+      if (fewest > 0 && list.end - list.first >= longList && best_.limit() - leastOf(fewest) > nearby) {
+        QOC_TRY(search(list, fewest, most, nearby));
+        if (best_.limit() - leastOf(fewest) <= nearby) {
+          continue;
+        }
+      }
+      QOC_TRY(search(list, fewest, most, best_.limit() - leastOf(fewest)));
+    }
+    return QSYS_STATUS_OK;
+  }
+
+  /// @param left what may be lost beside the cheapest edits
+  qsys_status search(const WordIndex::List &list, std::int32_t fewest, std::int32_t most, Cost left) {
+    prepare(*list.index, most > 0, left);
+    const auto numberOfLength = [&](std::int64_t length) {
+      const auto numbers = std::views::iota(list.first, list.end);
+      const auto isShorter = [&](std::size_t number) { return std::ssize(words_.codes(number)) < length; };
+      return static_cast<std::int32_t>(std::ranges::partition_point(numbers, isShorter) - numbers.begin());
+    };
+    // Without substitutions every edit makes the word longer, or shorter.
+    const std::int64_t n = costs_.size();
+    const bool maySubstitute = query_.allowed.substituted != 0;
+    const std::int64_t shortest = query_.allowed.extra != 0 ? n - most : maySubstitute ? n : n + fewest;
+    const std::int64_t longest = query_.allowed.missing != 0 ? n + most : maySubstitute ? n : n - fewest;
+    const WordRange range = {numberOfLength(shortest), numberOfLength(longest + 1)};
+    const bool isScan = !list.index->walks(query_, most);
+    for (WordRange part = firstPart(range, isScan); part.first < part.end; part = nextPart(range, part)) {
+      list.index->find(query_, most, part.first, part.end, found_);
+      for (const std::int32_t word : found_) QOC_TRY(weigh(list.first + static_cast<std::size_t>(word)));
+      if (isScan) QOC_TRY(meter_.add(wordsPerScan * (8 + 2 * static_cast<std::size_t>(n))));
+    }
+    return QSYS_STATUS_OK;
+  }
+
+  /// Makes the query of what costs no more beside the cheapest edits.
+  void prepare(const LexiconIndex &index, bool hasEdits, Cost left) {
+    const auto allow = [&](bool isAllowed, Cost cost, std::int32_t i) {
+      return static_cast<std::uint64_t>(isAllowed && cost <= left + reach_.leastEdit) << (i % 64);
+    };
+    query_.allowsAll = false;
+    query_.allowed.missing = -allow(reach_.allowsMissing, costs_.penalties().leastMissing(), 0);
+    query_.allowed.substituted = query_.allowed.extra = 0;
+    for (std::int32_t i = 0; i < costs_.size(); ++i) {
+      query_.allowed.substituted |= allow(reach_.allowsSubstitution, costs_.substituted(i), i);
+      query_.allowed.extra |= allow(reach_.allowsExtra, costs_.leastExtra(i), i);
+    }
+    const auto forEachMatch = [&](auto add) {
+      for (std::int32_t i = 0; i < costs_.size(); ++i) {
+        for (const Choice &choice : costs_.choices(i)) {
+          if (choice.cost <= left) add(i, choice.code);
+        }
+      }
+    };
+    index.prepare(costs_.size(), hasEdits, forEachMatch, query_);
+  }
+
+  qsys_status weigh(std::size_t number) {
+    const auto word = words_.codes(number);
+    meter_.spend(16);
+    const Cost cost = cells_.costOf(word, best_.limit(), meter_);
+    return cost <= best_.limit() ? best_.offer(words_, words_.placeOf(number), cost) : QSYS_STATUS_OK;
+  }
+
+  static constexpr std::size_t longList = 4096;
+  static constexpr Cost nearby = 2000;
+
+  const WordIndex &words_;
+  const ReadingCosts &costs_;
+  const Reach &reach_;
+  BestWords &best_;
+  LiveCells cells_;
+  IndexQuery query_;
+  std::vector<std::int32_t> found_;
+  WorkMeter meter_;
 };
 
 /// Whether live cells are enough.
 bool isPlain(const Reach &reach, const MultiSwaps &swaps) {
-  return !reach.isWindow && swaps.isEmpty() && shortcuts().usesLiveCells;
+  return !reach.isWindow && swaps.isEmpty() && shortcuts().usesWordIndexes;
 }
 
 }  // namespace
@@ -166,37 +229,18 @@ qsys_status findBestWords(const WordIndex &words, const ReadingCosts &costs, con
                           std::vector<FoundWord> &found) {
   BestWords best(k, chooser, found);
   QOC_TRY(qsys_attention_check());
-  if (!isPlain(reach, swaps)) {
-    TableRows table(costs, reach, swaps);
-    return TrieWalk(words, table, best).run();
-  }
-  // Where a word is reached at a cost, half of the reading is passed at no more than half of it. So it is found from
-  // the end where that half is, and the many ways to begin with dear edits need not be gone (Mihov and Schulz 2004).
-  const bool isTwoWay = reach.maxEdits > 0 && costs.size() > 1;
-  const std::int32_t half = costs.size() / 2;
-  LiveCells fromBegin(costs, reach, Direction::forward, best.limit());
-  if (isTwoWay) fromBegin.setShare(half);
-  QOC_TRY(TrieWalk(words, fromBegin, best).run());
-  if (!isTwoWay) {
-    return QSYS_STATUS_OK;
-  }
-  LiveCells fromEnd(costs, reach, Direction::backward, best.limit());
-  fromEnd.setShare(costs.size() - half - 1);
-  return TrieWalk(words, fromEnd, best).run();
+  return isPlain(reach, swaps) && words.hasIndexes() ? IndexSearch(words, costs, reach, best).run()
+                                                     : OrderedSearch(words, costs, reach, swaps, best).run();
 }
 
 Cost costOfWord(std::span<const Char32> word, const ReadingCosts &costs, const Reach &reach, const MultiSwaps &swaps) {
-  const auto costIn = [&](auto &&rows) {
-    for (std::size_t depth = 0; depth < word.size(); ++depth) {
-      const auto left = static_cast<std::int64_t>(word.size() - depth) - 1;
-      if (!rows.extend(word[depth], depth, Rest{left, left}, noWay - 1)) {
-        return noWay;
-      }
-    }
-    return rows.cost(word.size());
-  };
-  return isPlain(reach, swaps) ? costIn(LiveCells(costs, reach, Direction::forward, noWay - 1))
-                               : costIn(TableRows(costs, reach, swaps));
+  if (isPlain(reach, swaps)) {
+    WorkMeter meter;
+    return LiveCells(costs, reach).costOf(word, noWay - 1, meter);
+  }
+  WordTable table(costs, reach, swaps);
+  for (std::size_t depth = 0; depth < word.size(); ++depth) table.extend(word, depth);
+  return table.canReach(word.size()) && reach.admitsLength(word.size()) ? table.cost(word, word.size()) : noWay;
 }
 
 }  // namespace qoc

@@ -32,6 +32,7 @@ struct Reach {
   bool allowsSubstitution = true, allowsMissing = true, allowsExtra = true;
   bool isWindow = false;
   std::int32_t minLength = 1, maxLength = INT32_MAX;
+  Cost leastEdit = 0;  ///< No edit costs less.
 
   static Reach of(const qoc_ocrDictionaryRunParams *params);
   /// Whether texts of every length are allowed.

@@ -50,7 +50,7 @@ Cost costInPlace(const ReadingCosts &costs, std::span<const Char32> word) {
 }
 
 /// A word with where it comes from, given its cost.
-Text textOf(const Task &task, std::span<const Char32> word, const Reach &reach, Cost cost) {
+Text textOf(const Task &task, std::span<const Char32> word, Cost cost) {
   const bool isInPlace =
       costInPlace(task.costs, word) == cost && std::find(word.begin(), word.end(), QOC_CHAR_ANY) == word.end();
   if (isInPlace) {
@@ -61,6 +61,7 @@ Text textOf(const Task &task, std::span<const Char32> word, const Reach &reach, 
     }
     return text;
   }
+  const Reach reach = task.reachWithin(cost);
   WordTable table(task.costs, reach, task.swaps);
   for (std::size_t depth = 0; depth < word.size(); ++depth) table.extend(word, depth, cost);
   WordTrace trace = table.trace(word);
@@ -97,6 +98,7 @@ qsys_status isWithinReach(const Task &task, std::span<const Char32> word, bool &
 /// What may come in, and what is near enough, beside a word that is known to be in reach.
 class Chooser final : public WordChooser {
  public:
+  /// @param shown the cost of that word; noWay where none is known
   Chooser(const Task &task, Cost shown) : task_(task), shown_(shown) {}
 
   Cost limit(Cost best) const override { return task_.limitBehind(std::min(best, shown_)); }
@@ -117,47 +119,21 @@ class Chooser final : public WordChooser {
   Cost shown_;
 };
 
-/// What a word that the run found costs: an upper bound for the best text; noWay where there is none that may come in.
-/// With several edits a result names the text as it was aligned, which need not be the word.
-qsys_status costOfShownWord(const Task &task, Cost &cost) {
-  cost = noWay;
-  const auto shown = std::find_if(task.results.begin(), task.results.end(), isShownWord);
-  if (shown == task.results.end()) {
-    return QSYS_STATUS_OK;
-  }
-  const std::vector<Char32> word = wordOf(*shown);
-  const std::size_t k = task.knowledge->words.find(word);
-  if (k == task.knowledge->words.size()) {
-    return QSYS_STATUS_OK;
-  }
-  bool isIn = false;
-  QOC_TRY(Chooser(task, noWay).isAllowed(k, isIn));
-  if (!isIn) {
-    return QSYS_STATUS_OK;
-  }
-  if (task.reach.admitsLength(word.size())) cost = costInPlace(task.costs, word);
-  if (cost >= noWay) cost = costOfWord(word, task.costs, task.reach, task.swaps);
-  return QSYS_STATUS_OK;
-}
-
-qsys_status collectKnownWords(Task &task, TextList &texts) {
+qsys_status collectKnownWords(Task &task, Cost known, TextList &texts) {
   const WordIndex &words = task.knowledge->words;
   if (words.size() == 0) {
     return QSYS_STATUS_OK;
   }
-  Cost shown = noWay;
-  QOC_TRY(costOfShownWord(task, shown));
-  const Chooser chooser(task, shown);
-  const Cost limit = chooser.limit(noWay);
+  const Cost limit = task.limitBehind(known);
   const Reach reach = task.reachWithin(limit);
   task.costs.show(limit);
   task.costs.makeTable();
   std::vector<FoundWord> found;
-  QOC_TRY(findBestWords(words, task.costs, reach, task.swaps, task.numWanted, chooser, found));
+  QOC_TRY(findBestWords(words, task.costs, reach, task.swaps, task.numWanted, Chooser(task, known), found));
   for (std::size_t i = 0; i < found.size(); ++i) {
     const auto word = words.word(found[i].word);
     if (i + 1 < task.numWanted) {
-      Text text = textOf(task, word, reach, found[i].cost);
+      Text text = textOf(task, word, found[i].cost);
       task.check(text, words.lexicon(found[i].word));
       texts.add(std::move(text));
     } else {  // It is only measured against.
@@ -179,7 +155,7 @@ qsys_status collectShownWords(const Task &task, TextList &texts) {
     if (cost >= noWay) {
       continue;
     }
-    Text text = textOf(task, word, task.reach, cost);
+    Text text = textOf(task, word, cost);
     task.check(text, 0);
     if (task.admits(text)) texts.add(std::move(text));
   }
@@ -188,8 +164,8 @@ qsys_status collectShownWords(const Task &task, TextList &texts) {
 
 }  // namespace
 
-qsys_status collectWords(Task &task, TextList &texts) {
-  return task.knowledge != nullptr ? collectKnownWords(task, texts) : collectShownWords(task, texts);
+qsys_status collectWords(Task &task, Cost known, TextList &texts) {
+  return task.knowledge != nullptr ? collectKnownWords(task, known, texts) : collectShownWords(task, texts);
 }
 
 }  // namespace qoc

@@ -179,7 +179,7 @@ Made randomResult(Random &random, const Case &one) {
       made.slots.push_back({-1, {}});
       if (random.oneIn(2)) made.slots.back().codes = {static_cast<Char32>("02"[random.below(2)])};
     }
-    if (random.oneIn(8)) {
+    if (made.deleted.size() < 3 && random.oneIn(8)) {
       made.deleted.push_back(i);
       continue;
     }
@@ -214,25 +214,25 @@ Owned<qoc_ocrDictionaryResult> recordOf(const Made &made, const Case &one, const
 /// Every text of a result with its cost.
 void enumerate(const Case &one, const Made &made, const std::vector<bool> &isOpen, const qoc_checkDigitRule *check,
                Texts &texts) {
-  // What an extra position is compared with: the cheapest character of the slots beside it.
-  const auto cheapest = [&](int32_t input) -> Char32 {
+  // What a text has at a position of the reading; 0 where that is left out.
+  const auto at = [&](const std::string &text, int32_t input) -> Char32 {
     for (std::size_t i = 0; i < made.slots.size(); ++i) {
-      if (input < 0 || made.slots[i].input != input) continue;
-      if (isOpen[i]) return made.slots[i].codes.size() == 1 ? made.slots[i].codes[0] : Char32{'?'};
-      return *std::min_element(made.slots[i].codes.begin(), made.slots[i].codes.end(), [&](Char32 a, Char32 b) {
-        return one.cost(static_cast<std::size_t>(input), a) < one.cost(static_cast<std::size_t>(input), b);
-      });
+      if (input >= 0 && made.slots[i].input == input) return static_cast<Char32>(text[i]);
     }
     return 0;
   };
-  int64_t base = 0;
-  for (const int32_t i : made.deleted) base += one.extra(static_cast<std::size_t>(i), cheapest(i - 1), cheapest(i + 1));
+  const auto extras = [&](const std::string &text) {
+    int64_t cost = 0;
+    for (const int32_t i : made.deleted)
+      cost += one.extra(static_cast<std::size_t>(i), at(text, i - 1), at(text, i + 1));
+    return cost;
+  };
   const std::function<void(std::size_t, std::string, int64_t)> walk = [&](std::size_t i, const std::string &text,
                                                                           int64_t cost) {
     if (i == made.slots.size()) {
       qsys_bool isValid = 1;
       if (check != nullptr) require(qoc_checkDigitRule_isValidT(check, text.c_str(), &isValid));
-      if (isValid != 0) offer(texts, text, cost);
+      if (isValid != 0) offer(texts, text, cost + extras(text));
       return;
     }
     const auto &slot = made.slots[i];
@@ -245,7 +245,7 @@ void enumerate(const Case &one, const Made &made, const std::vector<bool> &isOpe
     }
     for (const Char32 code : slot.codes) walk(i + 1, text + static_cast<char>(code), cost + one.cost(input, code));
   };
-  walk(0, "", base);
+  walk(0, "", 0);
 }
 
 TEST(ResolverRandom, GivesTheBestTextsOfMadeResults) {
@@ -330,10 +330,10 @@ std::string verdictOf(const qoc_ocrDictionaryResolution &resolution) {
   std::string out = qoc_ocrDictionaryOutcome_getName(resolution.outcome);
   for (const qoc_ocrDictionaryResolvedText &text :
        elements(resolution.texts).first(std::min<std::size_t>(elements(resolution.texts).size(), 1))) {
-    out += " " + std::to_string(text.total) + " +" + std::to_string(text.margin) + (text.passesCheck != 0 ? " ok" : "");
-    // Which of several equal texts comes first depends on the results.
+    out += " " + std::to_string(text.total) + " +" + std::to_string(text.margin);
+    // Which of several equal texts comes first, and what is said of that one, depends on the results.
     const bool isOnlyOne = resolution.hasScores == 0 && resolution.outcome == qoc_ocrDictionaryOutcome_sure;
-    if (text.margin > 0 || isOnlyOne) out += " " + show(text.text);
+    if (text.margin > 0 || isOnlyOne) out += (text.passesCheck != 0 ? " ok " : " ") + show(text.text);
   }
   return out;
 }
@@ -429,8 +429,10 @@ struct Comparison {
   Owned<qoc_swapCharSet> swaps;
   Owned<qoc_ocrDictionaryResolverRules> rules;
   Owned<qoc_ocrDictionaryRunParams> params;
+  ShortcutsTaken roads{ShortcutsTaken::all};  // With which the word lists get their indexes.
 
   explicit Comparison(Random &random) {
+    if (random.oneIn(2)) qoc::lexiconRoads().minWordsForTries = INT32_MAX;
     if (random.oneIn(2)) require(qoc_swapCharSet_setSingleSwap(swaps, 'a', 'b'));
     rules->maxTexts = random.pick({1, 1, 1, 3});
     rules->minMargin = random.pick({0, 1000, 3000});
@@ -484,8 +486,22 @@ TEST(ResolverRandom, FindsTheWordsThatWholeTablesFind) {
                             .matchOption4 = random.oneIn(4) ? 0 : 1,
                             .returnBestOnly = random.below(2)});
     require(qoc_ocrDictionary_setLexiconIExtend(one.dictionary, 0, lexicon(list)));
+    if (random.oneIn(4)) {
+      std::vector<std::string> others = {oneOf(random, list)};
+      if (const std::string other = randomText(random, letters, random.between(1, 9)); other != others[0]) {
+        others.push_back(other);
+      }
+      require(qoc_ocrDictionary_setLexiconIExtend(one.dictionary, 1, lexicon(others)));
+    }
     const std::string read = misread(random, oneOf(random, list), letters);
-    return one.run(longReading(random, read.empty() ? "a" : read, letters));
+    Owned<qoc_ocrDictionaryStringMulti> reading = longReading(random, read.empty() ? "a" : read, letters);
+    if (random.oneIn(6)) {
+      Owned<qoc_ocrDictionaryCharMulti> wildcard;
+      const qoc_ocrDictionaryChar any = {QOC_CHAR_ANY, random.below(9500)};
+      require(qstd_vector_qoc_ocrDictionaryChar_pushBack(&wildcard->candidates, &any));
+      require(qstd_vector_qoc_ocrDictionaryCharMulti_pushBack(&reading->positions, wildcard));
+    }
+    return one.run(reading);
   });
 }
 

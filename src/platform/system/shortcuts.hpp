@@ -11,8 +11,8 @@ struct Shortcuts {
   bool usesEquivalentsCache = true;
   /// Results share the reading that they show, results that are merged move, copies of a lexicon share an index.
   bool sharesStorage = true;
-  /// A resolver aligns words by their live cells only.
-  bool usesLiveCells = true;
+  /// A resolver looks words up in the indexes of their lists, and aligns them by their live cells only.
+  bool usesWordIndexes = true;
   /// A resolver goes through the texts of expressions instead of matching them again.
   bool walksShapes = true;
 };
