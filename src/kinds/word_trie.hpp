@@ -83,7 +83,7 @@ class WordTrie {
         return;
       }
       const std::size_t numBranches = std::size_t{*place++} + 1;
-      meter.spend(2 * numBranches);
+      meter.spend(8 + 4 * numBranches);
       const std::uint8_t *targets = place + numBranches;
       std::size_t branch = 0;
       if (*place == 0) {
@@ -116,7 +116,7 @@ class WordTrie {
         return;
       }
       const std::size_t numBranches = std::size_t{*place++} + 1;
-      meter.spend(2 * numBranches);
+      meter.spend(8 + 4 * numBranches);
       const std::uint8_t *targets = place + numBranches;
       std::size_t branch = 0;
       if (*place == 0) {

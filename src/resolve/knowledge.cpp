@@ -17,7 +17,18 @@ qsys_status Knowledge::take(const qoc_ocrDictionary &dictionary) {
   for (const auto &expression : viewAs<qoc_ocrDictionaryRegularExpression>(*expressions.get())) {
     admitted.emplace_back(expression);
   }
-  for (const auto &lexicon : viewAs<qoc_ocrDictionaryLexicon>(dictionary.lexicons)) words.add(lexicon);
+  const auto lexicons = viewAs<qoc_ocrDictionaryLexicon>(dictionary.lexicons);
+  std::size_t numWords = 0, numCodes = 0;
+  WorkMeter meter;
+  for (const qoc_ocrDictionaryLexicon &lexicon : lexicons) {
+    for (const qoc_ocrDictionaryString &word : viewAs<qoc_ocrDictionaryString>(lexicon.strings)) {
+      QOC_TRY(meter.add(4));
+      ++numWords;
+      numCodes += static_cast<std::size_t>(word.characters.core.size);
+    }
+  }
+  words.reserve(numWords, numCodes);
+  for (const qoc_ocrDictionaryLexicon &lexicon : lexicons) words.add(lexicon);
   words.finish();
   return QSYS_STATUS_OK;
 }

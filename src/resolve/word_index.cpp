@@ -9,6 +9,11 @@
 
 namespace qoc {
 
+void WordIndex::reserve(std::size_t numWords, std::size_t numCodes) {
+  words_.reserve(numWords);
+  codes_.reserve(numCodes);
+}
+
 void WordIndex::add(const qoc_ocrDictionaryLexicon &lexicon) {
   WorkMeter meter;
   const auto number = static_cast<std::int32_t>(lists_.size());

@@ -15,6 +15,8 @@ namespace qoc {
 /// Words in alphabetical order, in one block of codes. Immutable once built.
 class WordIndex {
  public:
+  /// Makes room for so many words, of so many characters in all: words take long to move.
+  void reserve(std::size_t numWords, std::size_t numCodes);
   /// Adds the words of the next lexicon. Throws Interrupted.
   void add(const qoc_ocrDictionaryLexicon &lexicon);
   /// Sorts the words. Throws Interrupted.

@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <ranges>
 
-#include "kinds/lexicon_match.hpp"
 #include "platform/system/present.hpp"
 #include "platform/system/shortcuts.hpp"
 #include "resolve/live_cells.hpp"
@@ -165,10 +164,11 @@ class IndexSearch {
     const bool maySubstitute = query_.allowed.substituted != 0;
     const std::int64_t shortest = query_.allowed.extra != 0 ? n - most : maySubstitute ? n : n + fewest;
     const std::int64_t longest = query_.allowed.missing != 0 ? n + most : maySubstitute ? n : n - fewest;
-    const WordRange range = {numberOfLength(shortest), numberOfLength(longest + 1)};
+    const std::int32_t end = numberOfLength(longest + 1);
     const bool isScan = !list.index->walks(query_, most);
-    for (WordRange part = firstPart(range, isScan); part.first < part.end; part = nextPart(range, part)) {
-      list.index->find(query_, most, part.first, part.end, found_);
+    for (std::int32_t first = numberOfLength(shortest), next = 0; first < end; first = next) {
+      next = isScan && end - first > wordsPerScan ? first + wordsPerScan : end;
+      list.index->find(query_, most, first, next, found_);
       for (const std::int32_t word : found_) QOC_TRY(weigh(list.first + static_cast<std::size_t>(word)));
       if (isScan) QOC_TRY(meter_.add(wordsPerScan * (8 + 2 * static_cast<std::size_t>(n))));
     }
@@ -204,6 +204,7 @@ class IndexSearch {
     return cost <= best_.limit() ? best_.offer(words_, words_.placeOf(number), cost) : QSYS_STATUS_OK;
   }
 
+  static constexpr std::int32_t wordsPerScan = 1 << 14;  // Before attention is asked for.
   static constexpr std::size_t longList = 4096;
   static constexpr Cost nearby = 2000;
 
