@@ -41,9 +41,13 @@ inline void LiveCells::add(std::int32_t input, std::int32_t edits, Cost cost) {
   row_.insert(row_.erase(std::remove_if(first, behind, isWorse), behind), {input, edits, cost});
 }
 
-/// Whether the rest of the reading can become as long as what is left of the word.
+/// Whether the reading can have become as long as the word up to here, and what is left of it as what is left of the
+/// word.
 inline bool LiveCells::canEnd(std::int32_t input, std::int32_t edits, Cost cost) const {
   const std::int64_t left = size_ - input;
+  if (!countsEdits_ && (input > depth_ + reach_.maxEdits || depth_ > input + std::int64_t{reach_.maxEdits})) {
+    return false;
+  }
   if (left == left_) {
     return true;
   }
@@ -87,12 +91,14 @@ Cost LiveCells::costOf(std::span<const Char32> word, Cost limit, WorkMeter &mete
   }
   limit_ = limit;
   left_ = static_cast<std::int64_t>(word.size());
+  depth_ = 0;
   row_.clear();
   add(0, 0, 0);
   addExtras(QOC_CHAR_EMPTY);
   for (std::size_t depth = 0; depth < word.size() && !row_.empty(); ++depth) {
     --left_;
-    meter.spend(4 + 4 * row_.size());
+    ++depth_;
+    meter.spend(4 + 16 * row_.size());
     row_.swap(above_);
     row_.clear();
     const Cost missing = mayMiss_ ? costs_.penalties().missing(word[depth]) : noWay;

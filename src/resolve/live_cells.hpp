@@ -40,7 +40,7 @@ class LiveCells {
   Cost leastMissing_, leastExtra_ = noWay;
   std::vector<Cell> row_, above_;  // Each by rising input.
   // Of the row at hand.
-  std::int64_t left_ = 0;  // The characters that the word has behind it.
+  std::int64_t depth_ = 0, left_ = 0;  // The characters that the word has up to it, and behind it.
   Cost limit_ = 0;
 };
 
