@@ -1,9 +1,12 @@
 #include "faults/worst_cases.hpp"
 
+#include <qoc/resolver.h>
+
 #include <algorithm>
 #include <memory>
 #include <random>
 #include <string>
+#include <utility>
 
 #include "run/run_builders.hpp"
 #include "support/fieldings.hpp"
@@ -386,6 +389,82 @@ void addWords(std::vector<WorstCase> &cases) {
                    }});
 }
 
+const char *const eightScored = "a9000|b8990|c8980|d8970|e8960|f8950|g8940|h8930";
+const char *const fourScored = "a9000|b8990|c8980|d8970";
+
+/// A resolver with a dictionary, and a reading of which no results are known.
+struct Resolving {
+  Resolving(ReadingRecord read, Params allowed, std::int32_t maxTexts)
+      : reading(std::move(read)), params(std::move(allowed)) {
+    params->returnBestOnly = 1;  // So the resolver has to look for what the results do not show.
+    rules->maxTexts = maxTexts;
+    require(qoc_ocrDictionaryResolver_setRules(resolver, rules));
+  }
+
+  ReadingRecord reading;
+  Params params;
+  Owned<qoc_ocrDictionary> dictionary;
+  Owned<qoc_ocrDictionaryResolverRules> rules = {};
+  Owned<qoc_ocrDictionaryResolver> resolver = {};
+  Results results = {};
+  Owned<qoc_ocrDictionaryResolution> resolution = {};
+};
+
+/// @param setEntry puts an entry into a dictionary
+template <class SetEntry>
+void addResolving(std::vector<WorstCase> &cases, const std::string &name, const char *position, int n,
+                  SetEntry setEntry) {
+  for (const auto &[kind, params] : kinds) {
+    for (const std::int32_t maxTexts : {1, 20}) {
+      const auto make = [=, params = params]() -> Operation {
+        auto input = std::make_shared<Resolving>(longReading(position, n), params(), maxTexts);
+        setEntry(*input->dictionary);
+        require(qoc_ocrDictionaryResolver_setDictionary(input->resolver, input->dictionary));
+        return [input] {
+          return qoc_ocrDictionaryResolver_resolve(input->resolver, input->reading, input->params, nullptr,
+                                                   input->results, input->resolution);
+        };
+      };
+      cases.push_back({"resolving, " + name + ", " + kind + ", " + std::to_string(maxTexts), make});
+    }
+  }
+}
+
+void addResolving(std::vector<WorstCase> &cases) {
+  const auto setLexicon = [](const std::vector<std::string> &words) {
+    return [words](qoc_ocrDictionary &dictionary) {
+      require(qoc_ocrDictionary_setLexiconIExtend(&dictionary, 0, lexicon(words)));
+    };
+  };
+  const auto setMillion = [](qoc_ocrDictionary &dictionary) {
+    require(qoc_ocrDictionary_setLexiconIExtend(&dictionary, 0, MillionLexicon()));
+  };
+  const auto setExpression = [](const wchar_t *source) {
+    return [source](qoc_ocrDictionary &dictionary) {
+      Owned<qoc_ocrDictionaryRegularExpression> expression;
+      require(qoc_ocrDictionaryRegularExpression_setStringT(expression, source));
+      require(qoc_ocrDictionary_setRegularExpressionIExtend(&dictionary, 0, expression));
+    };
+  };
+  const auto setLine = [](qoc_ocrDictionary &dictionary) {
+    require(qoc_ocrDictionary_setFieldingIExtend(&dictionary, 0, line(repeated("a?9*", 2500))));
+  };
+  cases.push_back({"resolving, a million words, set", []() -> Operation {
+                     auto input = std::make_shared<Resolving>(ReadingRecord(), fewEdits(), 1);
+                     require(qoc_ocrDictionary_setLexiconIExtend(input->dictionary, 0, MillionLexicon()));
+                     return [input] {
+                       return qoc_ocrDictionaryResolver_setDictionary(input->resolver, input->dictionary);
+                     };
+                   }});
+  addResolving(cases, "a million words", eightScored, 10, setMillion);
+  addResolving(cases, "words of ten thousand characters", fourScored, 10000,
+               setLexicon({repeated("abcd", 2500), repeated("dcba", 2499), repeated("abdc", 2501)}));
+  addResolving(cases, "lexicon of forty letters", eightScored, 40, setLexicon(wordList(50000, 40)));
+  addResolving(cases, "one expression", eightScored, 10000, setExpression(L"(a|b|ab)*c"));
+  addResolving(cases, "any letters", eightScored, 200, setExpression(L"[a-h]+x?"));
+  addResolving(cases, "line", "a9000|b8990|18980|D8970", 10000, setLine);
+}
+
 }  // namespace
 
 const std::vector<WorstCase> &worstCases() {
@@ -397,6 +476,7 @@ const std::vector<WorstCase> &worstCases() {
     addLines(all);
     addExpressions(all);
     addWords(all);
+    addResolving(all);
     return all;
   }();
   return cases;
