@@ -180,10 +180,10 @@ void LexiconResults::merge(std::int32_t word, std::span<const Outline> outlines)
     j += decision >= 0 ? 1 : 0;
   }
 
-  // The sort: a list of two or more gets new order indexes, those of its places before.
+  // The sort: the results get new order indexes, their places before.
   std::ranges::fill(newcomers_, Newcomer{});
   for (std::int32_t k = 0; k < numAppended; ++k) {
-    append(appended[k], numOld > 0 ? numOld + k : none);
+    append(appended[k], numOld + k);
   }
 }
 
@@ -201,9 +201,7 @@ void LexiconResults::append(std::int32_t entryIndex, std::int32_t orderIndex) {
     found->last = entryIndex;
   }
   ++numListed_;
-  if (orderIndex != none) {
-    (newcomers_[0].entry == none ? newcomers_[0] : newcomers_[1]) = {entryIndex, orderIndex};
-  }
+  (newcomers_[0].entry == none ? newcomers_[0] : newcomers_[1]) = {entryIndex, orderIndex};
 }
 
 qsys_status LexiconResults::makeResults(Aligner &aligner, std::int32_t most, qoc_ocrDictionaryResultSet &results) {

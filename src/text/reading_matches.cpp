@@ -107,7 +107,7 @@ Char32 ReadingMatches::representativeOf(Char32 code) const noexcept {
 
 std::uint32_t ReadingMatches::addRow(Char32 representative) {
   const bool isSmall = representative < std::size(small_);
-  if (!isSmall && 2 * (representatives_.size() + 1) > slots_.size()) {
+  if (!isSmall && 2 * representatives_.size() >= slots_.size()) {
     growSlots();
   }
   std::uint32_t &row = isSmall ? small_[representative] : *slotOf(representative);
@@ -144,7 +144,7 @@ std::uint32_t *ReadingMatches::slotOf(Char32 representative) noexcept {
 }
 
 void ReadingMatches::growSlots() {
-  slots_.assign(std::max<std::size_t>(32, 2 * std::bit_ceil(2 * (representatives_.size() + 1))), 0);
+  slots_.assign(std::bit_ceil(4 * representatives_.size() + 32), 0);
   for (std::size_t i = 0; i < representatives_.size(); ++i) {
     if (representatives_[i] >= std::size(small_)) {
       *slotOf(representatives_[i]) = static_cast<std::uint32_t>(numFixedRows + i);

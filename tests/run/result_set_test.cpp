@@ -215,4 +215,17 @@ TEST(ResultSetFinalize, FillsStatusesInTheMemoryThatTheyHave) {
   EXPECT_EQ(memory.numLive(), 0);
 }
 
+TEST(ResultSetFinalize, MayBeDoneAgain) {
+  LibraryAllocator memory;
+  {
+    auto set = resultSet({{.given = "a b", .statuses = {primary, secondary}}, {.given = "c", .statuses = {secondary}}});
+    const auto params = runParams({.returnBestOnly = 0});
+    EXPECT_EQ(qoc_ocrDictionaryResultSet_finalize(set, params), QSYS_STATUS_OK);
+    const std::string once = describe(*set);
+    EXPECT_EQ(qoc_ocrDictionaryResultSet_finalize(set, params), QSYS_STATUS_OK);
+    EXPECT_EQ(describe(*set), once);
+  }
+  EXPECT_EQ(memory.numLive(), 0);
+}
+
 }  // namespace

@@ -9,6 +9,7 @@ namespace {
 using qoc::test::FaultMode;
 
 thread_local int64_t numUses = 0;
+thread_local int64_t numBytes = 0;
 thread_local int64_t numAllowed = -1;  // -1: any number.
 thread_local FaultMode faultMode = FaultMode::from;
 thread_local bool hasFailed = false;
@@ -18,6 +19,7 @@ thread_local void *callContext = nullptr;
 
 void *allocate(std::size_t size, std::size_t alignment) {
   ++numUses;
+  numBytes += static_cast<int64_t>(size);
   if (numBeforeCall >= 0 && numBeforeCall-- == 0) {
     callBack(callContext);
   }
@@ -55,6 +57,7 @@ qoc::test::HeapCall::HeapCall(int64_t n, void (*call)(void *), void *context) {
 }
 qoc::test::HeapCall::~HeapCall() { numBeforeCall = -1; }
 std::int64_t qoc::test::numHeapAllocations() { return numUses; }
+std::int64_t qoc::test::numHeapBytes() { return numBytes; }
 bool qoc::test::HeapFault::hasFailed() const { return ::hasFailed; }
 
 // The array forms and the sized ones come down to these.

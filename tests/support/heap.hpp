@@ -30,5 +30,7 @@ class HeapCall {
 
 /// How often operator new has been used in this thread.
 std::int64_t numHeapAllocations();
+/// How many bytes it has been asked for in this thread, those included that were given back.
+std::int64_t numHeapBytes();
 
 }  // namespace qoc::test

@@ -88,6 +88,12 @@ TEST(Match, AMissingCharacterIsDeletedAtTheInputIndexBeforeIt) {
   EXPECT_EQ(show(result.dictionaryString), "abc");
 }
 
+TEST(Match, SeveralMissingCharactersAreDeletedAtTheInputIndicesBeforeThem) {
+  const auto results = match("abcdef", "abdf", {.maxEdits = 2, .returnBestOnly = all});
+  ASSERT_EQ(resultsOf(*results).size(), 1u);
+  EXPECT_EQ(values(resultsOf(*results)[0].deleted), (std::vector<int32_t>{1, 2}));
+}
+
 TEST(Match, AnExtraCharacterIsInserted) {
   const auto results = match("abc", "abxc", {.maxEdits = 1, .returnBestOnly = all});
   ASSERT_EQ(resultsOf(*results).size(), 1u);
@@ -119,6 +125,15 @@ TEST(Match, AWindowCountsTheIgnoredCharactersAroundIt) {
   EXPECT_EQ(show(result.resultStringStatus), "primary primary primary");
   EXPECT_EQ(show(result.given), "z a b c z");
   EXPECT_EQ(show(result.statusWRTInputStringSwapChar), "deletedIgnored primary primary primary deletedIgnored");
+}
+
+TEST(Match, AnEditedWindowIsShownAlone) {
+  const auto results = match("abc", "zaxczz", {.maxEdits = 2, .matchOption9 = 1});
+  ASSERT_EQ(resultsOf(*results).size(), 1u);
+  EXPECT_EQ(show(resultsOf(*results)[0].given), "a x c");
+  EXPECT_EQ(show(resultsOf(*results)[0].resultStringStatus), "primary substituted primary");
+  EXPECT_EQ(resultsOf(*results)[0].numIgnoredPrefixCharacters, 1);
+  EXPECT_EQ(resultsOf(*results)[0].numIgnoredSuffixCharacters, 2);
 }
 
 TEST(Match, TheWholeInputIsOneResultAlthoughTheSearchMeetsItTwice) {

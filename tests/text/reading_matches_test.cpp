@@ -5,8 +5,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <span>
+#include <string>
 #include <string_view>
+#include <vector>
 
+#include "support/heap.hpp"
 #include "support/text.hpp"
 #include "swap/swaps.hpp"
 
@@ -16,7 +20,8 @@ using namespace qoc::test;
 using qoc::ReadingMatches;
 using qoc::WordRows;
 
-constexpr Char32 asked[] = {'a', 'b', 'c', 'o', 'q', 0xE4, 0x4E00, 0x4E01, 0x4E02, QOC_CHAR_EMPTY, QOC_CHAR_ANY};
+constexpr Char32 asked[] = {'a',         'b', 'c', 'o', 'q', 0x7F, 0x80, 0xE4, 0x4E00, 0x4E01, 0x4E02, QOC_CHAR_EMPTY,
+                            QOC_CHAR_ANY};
 
 /// The positions written down so many times over.
 template <class Text>
@@ -30,11 +35,12 @@ Owned<qoc_ocrDictionaryStringMulti> repeated(const Text &text, int times) {
 }
 
 /// Asks position by position what the rows tell at once.
-void expectRows(const qoc_ocrDictionaryStringMulti &reading, const qoc_swapCharSet *set) {
+void expectRows(const qoc_ocrDictionaryStringMulti &reading, const qoc_swapCharSet *set,
+                std::span<const Char32> codes = asked) {
   const ReadingMatches matches(reading, set);
   const auto positions = elements(reading.positions);
   ASSERT_EQ(static_cast<std::size_t>(matches.size()), positions.size());
-  for (const Char32 code : asked) {
+  for (const Char32 code : codes) {
     SCOPED_TRACE(code);
     const auto one = character(code);
     const std::uint64_t *row = matches.row(code);
@@ -55,8 +61,8 @@ void expectRows(const qoc_ocrDictionaryStringMulti &reading, const qoc_swapCharS
 TEST(ReadingMatches, TellWhatEachPositionMatches) {
   Owned<qoc_swapCharSet> set;
   require(qoc_swapCharSet_setEquiv(set, groupsOf({U"bo", U"cq", U"\u4E00\u4E01"})));
-  for (const std::u32string_view text : {U"", U"a", U"a b|c", U"a ~ b", U"\u00E4 b|\u00E4", U"\uF801 a", U"c|\uF801 q",
-                                         U"\u4E00 a|\u4E02", U"\uF800|b x"}) {
+  for (const std::u32string_view text : {U"", U"a", U"a b|c", U"a ~ b", U"\u00E4 b|\u00E4", U"\uF801", U"\uF801 a",
+                                         U"c|\uF801 q", U"\u4E00 a|\u4E02", U"\uF800|b x", U"\u007F \u0080|b"}) {
     for (const int times : {1, 100, 2'500}) {
       SCOPED_TRACE(testing::Message() << text.size() << " characters, " << times << " times");
       const auto made = repeated(text, times);
@@ -64,6 +70,29 @@ TEST(ReadingMatches, TellWhatEachPositionMatches) {
       expectRows(*made, set);
     }
   }
+}
+
+TEST(ReadingMatches, KeepManyCodesApart) {
+  // A third of them is in the reading, in an order in which they do not follow one another.
+  std::u32string text = U"\u0080";
+  std::vector<Char32> codes = {0x80};
+  for (std::uint32_t i = 0; i < 500; ++i) {
+    text += {U' ', static_cast<char32_t>(0x4E00 + 3 * (i * 211 % 500))};
+    codes.insert(codes.end(), {0x4E00 + 3 * i, 0x4E01 + 3 * i, 0x4E02 + 3 * i});
+  }
+  expectRows(*reading(text), nullptr, codes);
+}
+
+TEST(ReadingMatches, OfALongReadingTakeMemoryForTheCodesThatAreAskedAlone) {
+  std::u32string text;
+  for (char32_t i = 0; i < 20'000; ++i) {
+    text += {U' ', 0x10000 + i};
+  }
+  const auto made = reading(std::u32string_view(text).substr(1));
+  const std::int64_t before = numHeapBytes();
+  const ReadingMatches matches(*made, nullptr);
+  EXPECT_TRUE(ReadingMatches::test(matches.row(0x10007), 7));
+  EXPECT_LT(numHeapBytes() - before, 10'000) << "a row has 2,500 bytes, all of them 50 million";
 }
 
 TEST(WordRows, TellWhatACharacterMatchesInAWindow) {
