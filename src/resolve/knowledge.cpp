@@ -64,10 +64,10 @@ qsys_status Knowledge::match(qoc_ocrDictionaryMode mode, std::int32_t entry,
 
 namespace {
 
+/// Whether each is one character. What may be any is not among them: it is an open place.
 bool arePlain(const CodesByPlace &codes) {
   return std::all_of(codes.begin(), codes.end(), [](const std::vector<Char32> &here) {
-    return std::all_of(here.begin(), here.end(),
-                       [](Char32 code) { return code != QOC_CHAR_ANY && code != QOC_CHAR_ANY_NONSPACE; });
+    return std::find(here.begin(), here.end(), QOC_CHAR_ANY_NONSPACE) == here.end();
   });
 }
 

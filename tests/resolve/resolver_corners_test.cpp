@@ -197,6 +197,9 @@ TEST(ResolverReadings, ACandidateFartherThanTheMarginDoesNotMatter) {
   EXPECT_EQ(both(setting, "c90 a90 r90|t81"), "sure: car 270 +10") << "9 and 5 are more than the 10 that it takes";
   EXPECT_EQ(both(setting, "c90 a90 r90|t86"), "unsure: car 270 +8");
   EXPECT_EQ(both(setting, U"c90 a90 r90|\uF80088"), "sure: car 270 +10");
+  EXPECT_EQ(both(setting, U"c90 a90 r90|\uF80181"), "sure: car 270 +10");
+  setting.params->returnBestOnly = 1;
+  EXPECT_EQ(both(setting, U"c90 a90 r90|\uF80186"), "unsure: car 270 +8") << "it may be the t of another word";
 }
 
 TEST(ResolverReadings, OfSeveralSwapsTheCheapestCounts) {
@@ -348,6 +351,21 @@ TEST(ResolverResults, AResolverThatKnowsTheDictionaryHasItsWordsOnly) {
                                               resultSet({{.word = text}}), resolution));
     EXPECT_EQ(Setting::show(*resolution), "sure: cat 270") << "told of " << text;
   }
+}
+
+TEST(ResolverResults, ATextThatNoneOfThemShowsComesFromNone) {
+  Setting setting;
+  setting.addExpression("[a-z]{3}");
+  setting.addExpression("[a-z]{2}t");
+  setting("");
+  ResultFields passed = whole;
+  passed.isComputed = 0;
+  passed.mode = expressionMode;
+  Owned<qoc_ocrDictionaryResolution> resolution;
+  require(qoc_ocrDictionaryResolver_resolve(setting.resolver, reading("c90 a90 t90"), nullptr, nullptr,
+                                            resultSet({passed}), resolution));
+  EXPECT_EQ(Setting::show(*resolution), "sure: cat 270");
+  EXPECT_EQ(elements(resolution->texts)[0].resultIndex, -1);
 }
 
 TEST(ResolverResults, TheCheapestWayOfACharacterCounts) {

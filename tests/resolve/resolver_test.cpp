@@ -310,12 +310,42 @@ TEST(Resolver, EndsWhenInterrupted) {
   qsys_attention_setHandler(nullptr, nullptr);
 }
 
-/// Uses everything once.
-qsys_status script(Setting &setting, std::string &outcome) {
-  Owned<qoc_ocrDictionaryResolution> resolution;
-  const qsys_status status = setting.resolve(reading("890|B85 B90|880 190 x90|740"), resolution);
-  outcome = status < 0 ? "" : std::to_string(elements(resolution->texts).size());
-  return status;
+/// Every fault of memory in a resolver that learns the rules and the dictionary, and resolves; afterwards it gives what
+/// it gave before.
+void expectFaultsToBeStatuses(LibraryAllocator &memory, Setting &setting,
+                              const Owned<qoc_ocrDictionaryStringMulti> &input) {
+  const std::string expected = setting(input);
+  ASSERT_NE(expected, "none");
+  Owned<qoc_ocrDictionaryResultSet> results;
+  require(qoc_ocrDictionary_runMulti(setting.dictionary, input, setting.params, results));
+  for (const bool isHeap : {false, true}) {
+    bool isComplete = false;
+    for (int64_t n = 0; !isComplete && !testing::Test::HasFailure(); ++n) {
+      SCOPED_TRACE((isHeap ? "use of operator new " : "allocation ") + std::to_string(n));
+      Owned<qoc_ocrDictionaryResolver> resolver;
+      Owned<qoc_ocrDictionaryResolution> resolution;
+      qsys_status status = 0;
+      const auto act = [&] {
+        status = qoc_ocrDictionaryResolver_setRules(resolver, setting.rules);
+        if (status >= 0) status = qoc_ocrDictionaryResolver_setDictionary(resolver, setting.dictionary);
+        if (status >= 0) {
+          status =
+              qoc_ocrDictionaryResolver_resolve(resolver, input, setting.params, setting.swaps, results, resolution);
+        }
+      };
+      if (isHeap) {
+        HeapFault fault(n);
+        act();
+      } else {
+        memory.failFrom(n);
+        act();
+        memory.failFrom(-1);
+      }
+      isComplete = status >= 0;
+      EXPECT_TRUE(isComplete || status == QSYS_STATUS_OUT_OF_MEMORY) << qoc_status_getName(status);
+    }
+  }
+  EXPECT_EQ(setting(input), expected);
 }
 
 TEST(ResolverFaults, OfAllocationsAreStatusesAndLeakNothing) {
@@ -327,40 +357,25 @@ TEST(ResolverFaults, OfAllocationsAreStatusesAndLeakNothing) {
     setting.addLine("A999");
     setting.addExpression("[0-9][A-Z][0-9]{2}");
     setting.addCheck(qoc_ocrDictionaryMode_regularExpression, 0, qoc_checkDigitMethod_mod37x2);
-    std::string expected, outcome;
-    ASSERT_EQ(script(setting, expected), QSYS_STATUS_OK);
-    Owned<qoc_ocrDictionaryResultSet> results;
-    const auto input = reading("890|B85 B90|880 190 x90|740");
-    require(qoc_ocrDictionary_runMulti(setting.dictionary, input, setting.params, results));
-    for (const bool isHeap : {false, true}) {
-      bool isComplete = false;
-      for (int64_t n = 0; !isComplete && !HasFailure(); ++n) {
-        SCOPED_TRACE((isHeap ? "use of operator new " : "allocation ") + std::to_string(n));
-        Owned<qoc_ocrDictionaryResolver> resolver;
-        Owned<qoc_ocrDictionaryResolution> resolution;
-        qsys_status status = 0;
-        const auto act = [&] {
-          status = qoc_ocrDictionaryResolver_setRules(resolver, setting.rules);
-          if (status >= 0) status = qoc_ocrDictionaryResolver_setDictionary(resolver, setting.dictionary);
-          if (status >= 0) {
-            status =
-                qoc_ocrDictionaryResolver_resolve(resolver, input, setting.params, setting.swaps, results, resolution);
-          }
-        };
-        if (isHeap) {
-          HeapFault fault(n);
-          act();
-        } else {
-          memory.failFrom(n);
-          act();
-          memory.failFrom(-1);
-        }
-        isComplete = status >= 0;
-        EXPECT_TRUE(isComplete || status == QSYS_STATUS_OUT_OF_MEMORY) << qoc_status_getName(status);
-      }
+    expectFaultsToBeStatuses(memory, setting, reading("890|B85 B90|880 190 x90|740"));
+  }
+  EXPECT_EQ(memory.numLive(), 0);
+}
+
+TEST(ResolverFaults, OfAllocationsWhereAMatchTellsWhatMayStandInAnOpenPlaceAreStatuses) {
+  LibraryAllocator memory;
+  for (const bool isChecked : {false, true}) {
+    Setting setting;
+    setting.params->maxEdits = 1;
+    setting.params->returnBestOnly = 1;
+    setting.addExpression(".-[0-9]");
+    setting.addExpression("[0-9]-.");
+    if (isChecked) {
+      setting.addCheck(qoc_ocrDictionaryMode_regularExpression, 0, qoc_checkDigitMethod_mod37x2, {{2, 3}, {2, 3}});
     }
-    ASSERT_EQ(script(setting, outcome), QSYS_STATUS_OK);
-    EXPECT_EQ(outcome, expected);
+    for (const std::u32string_view input : {U"\uF80290 =90 790", U"\uF80290 -90 ~", U"\uF80290 -90"}) {
+      ASSERT_NO_FATAL_FAILURE(expectFaultsToBeStatuses(memory, setting, reading(input)));
+    }
   }
   EXPECT_EQ(memory.numLive(), 0);
 }
