@@ -369,11 +369,13 @@ TEST(ResolverFaults, OfAllocationsWhereAMatchTellsWhatMayStandInAnOpenPlaceAreSt
     setting.params->maxEdits = 1;
     setting.params->returnBestOnly = 1;
     setting.addExpression(".-[0-9]");
-    setting.addExpression("[0-9]-.");
-    if (isChecked) {
+    if (!isChecked) {
+      setting.addExpression("[0-9]-.");
+    } else {
       setting.addCheck(qoc_ocrDictionaryMode_regularExpression, 0, qoc_checkDigitMethod_mod37x2, {{2, 3}, {2, 3}});
     }
-    for (const std::u32string_view input : {U"\uF80290 =90 790", U"\uF80290 -90 ~", U"\uF80290 -90"}) {
+    for (const std::u32string_view input :
+         {U"\uF80290 =90 790", U"\uF80290 -90 790", U"\uF80290 -90 ~", U"\uF80290 -90"}) {
       ASSERT_NO_FATAL_FAILURE(expectFaultsToBeStatuses(memory, setting, reading(input)));
     }
   }
