@@ -585,6 +585,9 @@ TEST(ResolverEntries, CharactersThatNoEntryAdmitsThereDoNotMatter) {
   setting.addExpression("[A-Z]{2}[0-9]");
   EXPECT_EQ(both(setting, "B90|889 790"), "sure: B7 180 +20") << "no text begins with 8";
   EXPECT_EQ(both(setting, "B90|R89 790"), "unsure: B7 180 +2");
+  EXPECT_EQ(both(setting, "B90|889 790|A89"), "sure: B7 180 +20");
+  setting.addExpression("[0-9][A-Z]");
+  EXPECT_EQ(both(setting, "B90|889 790|A89"), "unsure: B7 180 +4") << "the other entry has 8A";
 }
 
 // Records -------------------------------------------------------------------------------------------------------------

@@ -372,10 +372,10 @@ TEST(ResolverFaults, OfAllocationsWhereAMatchTellsWhatMayStandInAnOpenPlaceAreSt
     if (!isChecked) {
       setting.addExpression("[0-9]-.");
     } else {
-      setting.addCheck(qoc_ocrDictionaryMode_regularExpression, 0, qoc_checkDigitMethod_mod37x2, {{2, 3}, {2, 3}});
+      setting.addCheck(qoc_ocrDictionaryMode_regularExpression, 0, qoc_checkDigitMethod_luhn, {{2, 3}, {2, 3}});
     }
     for (const std::u32string_view input :
-         {U"\uF80290 =90 790", U"\uF80290 -90 790", U"\uF80290 -90 ~", U"\uF80290 -90"}) {
+         {U"\uF80290 =90 090", U"\uF80290 -90 090", U"\uF80290 -90 ~", U"\uF80290 -90"}) {
       ASSERT_NO_FATAL_FAILURE(expectFaultsToBeStatuses(memory, setting, reading(input)));
     }
   }
