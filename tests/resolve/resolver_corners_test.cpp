@@ -577,6 +577,9 @@ TEST(ResolverEntries, ManyTextsAreWeighedAsByMatches) {
 }
 
 TEST(ResolverEntries, CharactersThatNoEntryAdmitsThereDoNotMatter) {
+  Setting one;
+  one.addExpression("[A-Z][0-9]");
+  EXPECT_EQ(both(one, "B90|889 790"), "sure: B7 180");
   Setting setting;
   setting.params->returnBestOnly = 1;
   setting.rules->maxTexts = 1;

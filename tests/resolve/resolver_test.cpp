@@ -372,6 +372,7 @@ TEST(ResolverFaults, OfAllocationsWhereAMatchTellsWhatMayStandInAnOpenPlaceAreSt
     if (!isChecked) {
       setting.addExpression("[0-9]-.");
     } else {
+      setting.params->matchOption4 = 0;  // Positions that are left out take the match at once.
       setting.addCheck(qoc_ocrDictionaryMode_regularExpression, 0, qoc_checkDigitMethod_luhn, {{2, 3}, {2, 3}});
     }
     for (const std::u32string_view input :
