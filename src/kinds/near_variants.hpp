@@ -192,8 +192,7 @@ class NearVariants {
       next.isEditedEnd = next.isEditedEnd || from.isEnd;
     }
     insertInto(next);
-    next.isSettled = from.isSettled || (hasWindows_ && (next.isEnd || next.isEditedEnd)) ||
-                     (symbols_.mayFail(symbol) && !(isEmpty(from.takers) && isEmpty(from.edited)));
+    next.isSettled = from.isSettled || (hasWindows_ && (next.isEnd || next.isEditedEnd)) || symbols_.mayFail(symbol);
     to = std::move(next);
     return QSYS_STATUS_OK;
   }

@@ -39,6 +39,9 @@ std::int32_t vehicleValue(Char32 code) {
   return code >= 'A' && code <= 'Z' ? letters[code - 'A'] : digitValue(code);
 }
 
+/// Of a number below 100.
+std::int32_t crossSum(std::int32_t number) { return number / 10 + number % 10; }
+
 constexpr std::int8_t vehicleWeights[] = {8, 7, 6, 5, 4, 3, 2, 10, 0, 9, 8, 7, 6, 5, 4, 3, 2};
 constexpr std::int8_t icaoWeights[] = {7, 3, 1};
 
@@ -83,61 +86,60 @@ std::int32_t CheckAutomaton::numStates() const {
   }
 }
 
-std::int32_t CheckAutomaton::step(std::int32_t state, std::int32_t position, Char32 code) const {
+std::int32_t CheckAutomaton::valueOf(std::int32_t position, Char32 code) const {
   const std::int32_t fromEnd = length_ - 1 - position;
   const bool isLast = fromEnd == 0;
   switch (method_) {
-    case qoc_checkDigitMethod_luhn: {
-      const std::int32_t value = digitValue(code), doubled = fromEnd % 2 == 1 ? 2 * value : value;
-      return value < 0 ? -1 : (state + doubled / 10 + doubled % 10) % 10;
-    }
-    case qoc_checkDigitMethod_gtin: {
-      const std::int32_t value = digitValue(code);
-      return value < 0 ? -1 : (state + value * (fromEnd % 2 == 1 ? 3 : 1)) % 10;
-    }
-    case qoc_checkDigitMethod_isbn10: {
-      const std::int32_t value = digitOr(code, 'X', isLast);
-      return value < 0 ? -1 : (state + value * (fromEnd % 11 + 1)) % 11;
-    }
-    case qoc_checkDigitMethod_mod11x2: {
-      const std::int32_t value = digitOr(code, 'X', isLast);
-      return value < 0 ? -1 : (state * 2 + value) % 11;
-    }
-    case qoc_checkDigitMethod_mod37x2: {
-      const std::int32_t value = isLast && code == '*' ? 36 : alphanumericValue(code);
-      return value < 0 ? -1 : (state * 2 + value) % 37;
-    }
-    case qoc_checkDigitMethod_mod37x36: {
-      const std::int32_t value = alphanumericValue(code);
-      if (value < 0) return -1;
-      const std::int32_t sum = (state + value) % 36;
-      return isLast ? sum : (sum == 0 ? 36 : sum) * 2 % 37;
-    }
-    case qoc_checkDigitMethod_mod97: {
-      const std::int32_t value = fromEnd < 2 ? digitValue(code) : alphanumericValue(code);
-      return value < 0 ? -1 : (state * (value < 10 ? 10 : 100) + value) % 97;
-    }
-    case qoc_checkDigitMethod_container: {
-      const std::int32_t value = containerValue(position, code);
-      if (value < 0) return -1;
+    case qoc_checkDigitMethod_luhn:
+    case qoc_checkDigitMethod_gtin:
+      return digitValue(code);
+    case qoc_checkDigitMethod_isbn10:
+    case qoc_checkDigitMethod_mod11x2:
+      return digitOr(code, 'X', isLast);
+    case qoc_checkDigitMethod_mod37x2:
+      return isLast && code == '*' ? 36 : alphanumericValue(code);
+    case qoc_checkDigitMethod_mod37x36:
+      return alphanumericValue(code);
+    case qoc_checkDigitMethod_mod97:
+      return fromEnd < 2 ? digitValue(code) : alphanumericValue(code);
+    case qoc_checkDigitMethod_container:
+      return containerValue(position, code);
+    case qoc_checkDigitMethod_vehicle:
+      return position == vehicleCheckPosition ? digitOr(code, 'X', true) : vehicleValue(code);
+    default:  // icao9303
+      return code == '<' ? 0 : isLast ? digitValue(code) : alphanumericValue(code);
+  }
+}
+
+std::int32_t CheckAutomaton::step(std::int32_t state, std::int32_t position, Char32 code) const {
+  const std::int32_t value = valueOf(position, code);
+  if (value < 0) {
+    return -1;
+  }
+  const std::int32_t fromEnd = length_ - 1 - position;
+  const bool isLast = fromEnd == 0;
+  switch (method_) {
+    case qoc_checkDigitMethod_luhn:
+      return (state + crossSum(value * (fromEnd % 2 + 1))) % 10;
+    case qoc_checkDigitMethod_gtin:
+      return (state + value * (fromEnd % 2 * 2 + 1)) % 10;
+    case qoc_checkDigitMethod_isbn10:
+      return (state + value * (fromEnd % 11 + 1)) % 11;
+    case qoc_checkDigitMethod_mod11x2:
+      return (state * 2 + value) % 11;
+    case qoc_checkDigitMethod_mod37x2:
+      return (state * 2 + value) % 37;
+    case qoc_checkDigitMethod_mod37x36:  // Before the last one a sum of 0 counts as 36.
+      return isLast ? (state + value) % 36 : ((state + value + 35) % 36 + 1) * 2 % 37;
+    case qoc_checkDigitMethod_mod97:
+      return (state * (value < 10 ? 10 : 100) + value) % 97;
+    case qoc_checkDigitMethod_container:
       return isLast ? (value == state % 10 ? agreed : disagreed) : (state + (value << position)) % 11;
-    }
-    case qoc_checkDigitMethod_vehicle: {
-      const std::int32_t sum = state / 12, check = state % 12;
-      if (position == vehicleCheckPosition) {
-        const std::int32_t value = digitOr(code, 'X', true);
-        return value < 0 ? -1 : sum * 12 + value;
-      }
-      const std::int32_t value = vehicleValue(code);
-      return value < 0 ? -1 : (sum + value * vehicleWeights[position]) % 11 * 12 + check;
-    }
-    case qoc_checkDigitMethod_icao9303: {
-      const std::int32_t value = code == '<' ? 0 : isLast ? digitValue(code) : alphanumericValue(code);
-      if (value < 0) return -1;
+    case qoc_checkDigitMethod_vehicle:  // The weighted sum and the check character's value.
+      return position == vehicleCheckPosition ? state / 12 * 12 + value
+                                              : (state / 12 + value * vehicleWeights[position]) % 11 * 12 + state % 12;
+    default:  // icao9303
       return isLast ? (value == state ? agreed : disagreed) : (state + value * icaoWeights[position % 3]) % 10;
-    }
-    default:
-      return -1;
   }
 }
 

@@ -25,6 +25,8 @@ class CheckAutomaton {
 
  private:
   CheckAutomaton(qoc_checkDigitMethod method, std::int32_t length) : method_(method), length_(length) {}
+  /// What the character counts at the position, or -1 where it must not stand there.
+  std::int32_t valueOf(std::int32_t position, Char32 code) const;
 
   qoc_checkDigitMethod method_;
   std::int32_t length_;

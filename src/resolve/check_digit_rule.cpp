@@ -5,11 +5,16 @@
 
 #include "frame/frame.hpp"
 #include "platform/containers/view.hpp"
+#include "platform/system/enumeration.hpp"
 #include "resolve/check_digit.hpp"
 
 using namespace qoc;
 
 namespace {
+
+#define QOC_METHOD_ENTRY(name, value) {value, #name},
+constexpr EnumerationEntry methods[] = {QOC_CHECK_DIGIT_METHOD_LIST(QOC_METHOD_ENTRY)};
+#undef QOC_METHOD_ENTRY
 
 /// Whether a part can hold a position of some text.
 bool canHold(const qstd_span32 &part) {
@@ -45,15 +50,10 @@ qsys_status qoc_checkDigitRule_construct(qoc_checkDigitRule *rule) {
   if (!present({rule})) {
     return QSYS_STATUS_OK;
   }
-  return inFrame<2>([&](Frame<2> &frame) -> qsys_status {
-    rule->method = qoc_checkDigitMethod_luhn;
-    rule->ignoresSeparators = 1;
-    QOC_TRY(qstd_vector_qstd_span32_constructEmpty(&rule->parts));
-    frame.output<qstd_vector_qstd_span32_destruct>(&rule->parts);
-    QOC_TRY(qstd_vectorChar32_constructEmpty(&rule->ignored));
-    frame.output<qstd_vectorChar32_destruct>(&rule->ignored);
-    return QSYS_STATUS_OK;
-  });
+  rule->method = qoc_checkDigitMethod_luhn;
+  rule->ignoresSeparators = 1;
+  return firstFailure(
+      {qstd_vector_qstd_span32_constructEmpty(&rule->parts), qstd_vectorChar32_constructEmpty(&rule->ignored)});
 }
 
 qsys_status qoc_checkDigitRule_constructCopy(qoc_checkDigitRule *rule, const qoc_checkDigitRule *source) {
@@ -62,7 +62,7 @@ qsys_status qoc_checkDigitRule_constructCopy(qoc_checkDigitRule *rule, const qoc
 }
 
 qsys_status qoc_checkDigitRule_assign(qoc_checkDigitRule *rule, const qoc_checkDigitRule *source) {
-  if (!present({rule, source}) || rule == source) {
+  if (!present({rule, source})) {
     return QSYS_STATUS_OK;
   }
   QOC_TRY(qstd_vector_qstd_span32_assign(&rule->parts, &source->parts));
@@ -76,22 +76,10 @@ qsys_status qoc_checkDigitRule_destruct(qoc_checkDigitRule *rule) {
   if (!present({rule})) {
     return QSYS_STATUS_OK;
   }
-  const qsys_status status = qstd_vectorChar32_destruct(&rule->ignored);
-  const qsys_status partsStatus = qstd_vector_qstd_span32_destruct(&rule->parts);
-  return status < 0 ? status : partsStatus;
+  return firstFailure({qstd_vectorChar32_destruct(&rule->ignored), qstd_vector_qstd_span32_destruct(&rule->parts)});
 }
 
-const char *qoc_checkDigitMethod_getName(qoc_checkDigitMethod method) {
-  switch (method) {
-#define QOC_METHOD_NAME(name, value) \
-  case value:                        \
-    return #name;
-    QOC_CHECK_DIGIT_METHOD_LIST(QOC_METHOD_NAME)
-#undef QOC_METHOD_NAME
-    default:
-      return "";
-  }
-}
+const char *qoc_checkDigitMethod_getName(qoc_checkDigitMethod method) { return textIn(methods, method); }
 
 qsys_status qoc_checkDigitRule_validate(const qoc_checkDigitRule *rule) {
   if (!present({rule})) {

@@ -10,8 +10,6 @@
 namespace qoc {
 
 qsys_status Knowledge::take(const qoc_ocrDictionary &dictionary) {
-  QOC_TRY(fieldings.status());
-  QOC_TRY(expressions.status());
   QOC_TRY(qstd_vector_qoc_ocrDictionaryLineFielding_assign(fieldings.get(), &dictionary.fieldings));
   QOC_TRY(qstd_vector_qoc_ocrDictionaryRegularExpression_assign(expressions.get(), &dictionary.regularExpressions));
   for (const auto &expression : viewAs<qoc_ocrDictionaryRegularExpression>(*expressions.get())) {
@@ -62,10 +60,10 @@ qsys_status Knowledge::match(qoc_ocrDictionaryMode mode, std::int32_t entry,
 
 namespace {
 
+/// Whether each is one character. What may be any is not among them: it is an open place.
 bool arePlain(const CodesByPlace &codes) {
   return std::all_of(codes.begin(), codes.end(), [](const std::vector<Char32> &here) {
-    return std::all_of(here.begin(), here.end(),
-                       [](Char32 code) { return code != QOC_CHAR_ANY && code != QOC_CHAR_ANY_NONSPACE; });
+    return std::find(here.begin(), here.end(), QOC_CHAR_ANY_NONSPACE) == here.end();
   });
 }
 
@@ -109,36 +107,31 @@ qsys_status Knowledge::findByMatch(qoc_ocrDictionaryMode mode, std::int32_t entr
                                    std::size_t place, std::vector<Char32> &admitted) const {
   admitted.clear();
   HeldReading reading;
-  QOC_TRY(reading.status());
-  auto *positions = &reading->positions;
-  QOC_TRY(qstd_vector_qoc_ocrDictionaryCharMulti_resize(positions, static_cast<std::int32_t>(codes.size())));
-  qoc_ocrDictionaryCharMulti *position = nullptr;
-  QOC_TRY(qstd_vector_qoc_ocrDictionaryCharMulti_getBegin(positions, &position));
+  QOC_TRY(qstd_vector_qoc_ocrDictionaryCharMulti_resize(&reading->positions, static_cast<std::int32_t>(codes.size())));
   std::vector<qoc_ocrDictionaryChar> characters;
-  for (const std::vector<Char32> &here : codes) {
+  auto here = codes.begin();
+  for (qoc_ocrDictionaryCharMulti &position : editAs<qoc_ocrDictionaryCharMulti>(reading->positions)) {
     characters.clear();
-    for (const Char32 code : here) characters.push_back({code, 0});
-    QOC_TRY(qstd_vector_qoc_ocrDictionaryChar_assignElements(&position++->candidates, characters.data(),
+    for (const Char32 code : *here++) characters.push_back({code, 0});
+    QOC_TRY(qstd_vector_qoc_ocrDictionaryChar_assignElements(&position.candidates, characters.data(),
                                                              static_cast<std::int32_t>(characters.size())));
   }
   qoc_ocrDictionaryRunParams exact = {};
-  QOC_TRY(qoc_ocrDictionaryRunParams_construct(&exact));
+  qoc_ocrDictionaryRunParams_construct(&exact);
   exact.returnBestOnly = 0;
   HeldResults matched;
-  QOC_TRY(matched.status());
   QOC_TRY(match(mode, entry, *reading.get(), exact, nullptr, *matched.get()));
   for (const qoc_ocrDictionaryResult &result : viewAs<qoc_ocrDictionaryResult>(matched->results)) {
     const auto valid = viewAs<qoc_ocrDictionaryCharMulti>(result.valid.positions);
-    if (place >= valid.size()) {
+    if (QOC_NEVER(place >= valid.size())) {  // A result without edits has every position of the reading.
       continue;
     }
     for (const qoc_ocrDictionaryChar &character : viewAs<qoc_ocrDictionaryChar>(valid[place].candidates)) {
-      if (std::find(admitted.begin(), admitted.end(), character.code) == admitted.end()) {
-        admitted.push_back(character.code);
-      }
+      admitted.push_back(character.code);
     }
   }
   std::sort(admitted.begin(), admitted.end());
+  admitted.erase(std::unique(admitted.begin(), admitted.end()), admitted.end());
   return QSYS_STATUS_OK;
 }
 

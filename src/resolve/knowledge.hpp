@@ -11,19 +11,17 @@
 
 namespace qoc {
 
-/// An object of the C face with the life of this one; construct and destruct are its own.
+/// An object of the C face with the life of this one; construct and destruct are its own. Without contents it takes no
+/// memory, so that constructing it cannot fail.
 template <class T, auto Construct, auto Destruct>
 class Held {
  public:
   // cppcheck-suppress uninitMemberVar ; Construct fills the object
-  Held() : status_(Construct(&object_)) {}
+  Held() { Construct(&object_); }
   Held(const Held &) = delete;
   Held &operator=(const Held &) = delete;
-  ~Held() {
-    if (status_ >= 0) Destruct(&object_);
-  }
-  /// Whether it could be constructed; nothing else may be done with it where it could not.
-  qsys_status status() const { return status_; }
+  ~Held() { Destruct(&object_); }
+  static qsys_status status() { return QSYS_STATUS_OK; }
   T *get() { return &object_; }
   const T *get() const { return &object_; }
   T *operator->() { return &object_; }
@@ -31,7 +29,6 @@ class Held {
 
  private:
   T object_;
-  qsys_status status_;
 };
 
 using HeldFieldings =

@@ -39,7 +39,7 @@ qsys_status qoc_ocrDictionaryResolver_constructCopy(qoc_ocrDictionaryResolver *r
 
 qsys_status qoc_ocrDictionaryResolver_assign(qoc_ocrDictionaryResolver *resolver,
                                              const qoc_ocrDictionaryResolver *source) {
-  if (!present({resolver, source}) || resolver == source) {
+  if (!present({resolver, source})) {
     return QSYS_STATUS_OK;
   }
   return inFrame<1>([&](Frame<1> &) -> qsys_status {

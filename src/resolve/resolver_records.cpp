@@ -4,6 +4,7 @@
 
 #include "frame/frame.hpp"
 #include "platform/containers/view.hpp"
+#include "platform/system/enumeration.hpp"
 
 using namespace qoc;
 
@@ -11,13 +12,9 @@ namespace {
 
 constexpr std::int32_t maxTextsAllowed = 1000;
 
-/// Destructs both, and tells the first failure.
-template <class... Statuses>
-qsys_status firstFailure(Statuses... statuses) {
-  qsys_status first = QSYS_STATUS_OK;
-  ((first = first < 0 ? first : statuses), ...);
-  return first;
-}
+#define QOC_OUTCOME_ENTRY(name, value) {value, #name},
+constexpr EnumerationEntry outcomes[] = {QOC_OUTCOME_LIST(QOC_OUTCOME_ENTRY)};
+#undef QOC_OUTCOME_ENTRY
 
 }  // namespace
 
@@ -101,13 +98,8 @@ qsys_status qoc_ocrDictionaryResolverRules_construct(qoc_ocrDictionaryResolverRu
   rules->minMargin = 3000;
   rules->requiresCheck = 0;
   rules->maxTexts = 5;
-  return inFrame<2>([&](Frame<2> &frame) -> qsys_status {
-    QOC_TRY(qstd_vector_qoc_ocrDictionaryConfusion_constructEmpty(&rules->confusions));
-    frame.output<qstd_vector_qoc_ocrDictionaryConfusion_destruct>(&rules->confusions);
-    QOC_TRY(qstd_vector_qoc_ocrDictionaryEntryCheck_constructEmpty(&rules->checks));
-    frame.output<qstd_vector_qoc_ocrDictionaryEntryCheck_destruct>(&rules->checks);
-    return QSYS_STATUS_OK;
-  });
+  return firstFailure({qstd_vector_qoc_ocrDictionaryConfusion_constructEmpty(&rules->confusions),
+                       qstd_vector_qoc_ocrDictionaryEntryCheck_constructEmpty(&rules->checks)});
 }
 
 qsys_status qoc_ocrDictionaryResolverRules_constructCopy(qoc_ocrDictionaryResolverRules *rules,
@@ -118,7 +110,7 @@ qsys_status qoc_ocrDictionaryResolverRules_constructCopy(qoc_ocrDictionaryResolv
 
 qsys_status qoc_ocrDictionaryResolverRules_assign(qoc_ocrDictionaryResolverRules *rules,
                                                   const qoc_ocrDictionaryResolverRules *source) {
-  if (!present({rules, source}) || rules == source) {
+  if (!present({rules, source})) {
     return QSYS_STATUS_OK;
   }
   QOC_TRY(qstd_vector_qoc_ocrDictionaryConfusion_assign(&rules->confusions, &source->confusions));
@@ -135,8 +127,8 @@ qsys_status qoc_ocrDictionaryResolverRules_destruct(qoc_ocrDictionaryResolverRul
   if (!present({rules})) {
     return QSYS_STATUS_OK;
   }
-  const qsys_status checks = qstd_vector_qoc_ocrDictionaryEntryCheck_destruct(&rules->checks);
-  return firstFailure(checks, qstd_vector_qoc_ocrDictionaryConfusion_destruct(&rules->confusions));
+  return firstFailure({qstd_vector_qoc_ocrDictionaryEntryCheck_destruct(&rules->checks),
+                       qstd_vector_qoc_ocrDictionaryConfusion_destruct(&rules->confusions)});
 }
 
 qsys_status qoc_ocrDictionaryResolverRules_validate(const qoc_ocrDictionaryResolverRules *rules) {
@@ -176,15 +168,9 @@ qsys_status qoc_ocrDictionaryResolvedText_construct(qoc_ocrDictionaryResolvedTex
   text->resultIndex = -1;
   text->mode = qoc_ocrDictionaryMode_fielding;
   text->hasCheck = text->passesCheck = 0;
-  return inFrame<3>([&](Frame<3> &frame) -> qsys_status {
-    QOC_TRY(qoc_ocrDictionaryString_construct(&text->text));
-    frame.output<qoc_ocrDictionaryString_destruct>(&text->text);
-    QOC_TRY(qstd_vector32s_constructEmpty(&text->inputIndices));
-    frame.output<qstd_vector32s_destruct>(&text->inputIndices);
-    QOC_TRY(qstd_vector32s_constructEmpty(&text->candidateIndices));
-    frame.output<qstd_vector32s_destruct>(&text->candidateIndices);
-    return QSYS_STATUS_OK;
-  });
+  return firstFailure({qoc_ocrDictionaryString_construct(&text->text),
+                       qstd_vector32s_constructEmpty(&text->inputIndices),
+                       qstd_vector32s_constructEmpty(&text->candidateIndices)});
 }
 
 qsys_status qoc_ocrDictionaryResolvedText_constructCopy(qoc_ocrDictionaryResolvedText *text,
@@ -195,7 +181,7 @@ qsys_status qoc_ocrDictionaryResolvedText_constructCopy(qoc_ocrDictionaryResolve
 
 qsys_status qoc_ocrDictionaryResolvedText_assign(qoc_ocrDictionaryResolvedText *text,
                                                  const qoc_ocrDictionaryResolvedText *source) {
-  if (!present({text, source}) || text == source) {
+  if (!present({text, source})) {
     return QSYS_STATUS_OK;
   }
   QOC_TRY(qoc_ocrDictionaryString_assign(&text->text, &source->text));
@@ -215,24 +201,13 @@ qsys_status qoc_ocrDictionaryResolvedText_destruct(qoc_ocrDictionaryResolvedText
   if (!present({text})) {
     return QSYS_STATUS_OK;
   }
-  const qsys_status candidates = qstd_vector32s_destruct(&text->candidateIndices);
-  const qsys_status inputs = qstd_vector32s_destruct(&text->inputIndices);
-  return firstFailure(candidates, inputs, qoc_ocrDictionaryString_destruct(&text->text));
+  return firstFailure({qstd_vector32s_destruct(&text->candidateIndices), qstd_vector32s_destruct(&text->inputIndices),
+                       qoc_ocrDictionaryString_destruct(&text->text)});
 }
 
 // Resolutions -------------------------------------------------------------------------------------------------------
 
-const char *qoc_ocrDictionaryOutcome_getName(qoc_ocrDictionaryOutcome outcome) {
-  switch (outcome) {
-#define QOC_OUTCOME_NAME(name, value) \
-  case value:                         \
-    return #name;
-    QOC_OUTCOME_LIST(QOC_OUTCOME_NAME)
-#undef QOC_OUTCOME_NAME
-    default:
-      return "";
-  }
-}
+const char *qoc_ocrDictionaryOutcome_getName(qoc_ocrDictionaryOutcome outcome) { return textIn(outcomes, outcome); }
 
 qsys_status qoc_ocrDictionaryResolution_construct(qoc_ocrDictionaryResolution *resolution) {
   if (!present({resolution})) {
@@ -251,7 +226,7 @@ qsys_status qoc_ocrDictionaryResolution_constructCopy(qoc_ocrDictionaryResolutio
 
 qsys_status qoc_ocrDictionaryResolution_assign(qoc_ocrDictionaryResolution *resolution,
                                                const qoc_ocrDictionaryResolution *source) {
-  if (!present({resolution, source}) || resolution == source) {
+  if (!present({resolution, source})) {
     return QSYS_STATUS_OK;
   }
   QOC_TRY(qstd_vector_qoc_ocrDictionaryResolvedText_assign(&resolution->texts, &source->texts));

@@ -5,16 +5,13 @@
 #include <algorithm>
 
 #include "platform/containers/view.hpp"
+#include "platform/system/enumeration.hpp"
 #include "platform/system/present.hpp"
 
+using qoc::EnumerationEntry;
 using qoc::present;
 
 namespace {
-
-struct EnumerationEntry {
-  std::int32_t value;
-  const char *text;
-};
 
 #define QOC_STATUS_ENTRY(name, value) {value, "qoc_ocrDictionaryPositionStatus_" #name},
 constexpr EnumerationEntry statuses[] = {QOC_POSITION_STATUS_LIST(QOC_STATUS_ENTRY)};
@@ -24,8 +21,8 @@ constexpr EnumerationEntry modes[] = {QOC_MODE_LIST(QOC_MODE_ENTRY)};
 #undef QOC_MODE_ENTRY
 
 qsys_status printName(std::span<const EnumerationEntry> entries, std::int32_t value) {
-  const auto found = std::ranges::find(entries, value, &EnumerationEntry::value);
-  return found != entries.end() ? qsys_printfA("%s", found->text) : QSYS_STATUS_OK;
+  const char *text = qoc::textIn(entries, value);
+  return *text != '\0' ? qsys_printfA("%s", text) : QSYS_STATUS_OK;
 }
 
 }  // namespace

@@ -51,8 +51,8 @@ qsys_status EditTable::fillCells(const WordRows &word, Window window, const qoc_
   isBanded_ = 2 * std::int64_t{band_} + 1 < std::int64_t{m_} + 1;
   stride_ = isBanded_ ? 2 * std::int64_t{band_} + 1 : std::int64_t{m_} + 1;
   const std::uint64_t numCells = static_cast<std::uint64_t>(stride_) * (static_cast<std::uint64_t>(k_) + 1);
-  if (numCells > costs_.max_size()) {
-    throw std::bad_alloc();  // Of 32-bit addresses there are less than long texts could ask for.
+  if (QOC_NEVER(numCells > costs_.max_size())) {  // Only 32-bit addresses are fewer than long texts can ask for.
+    throw std::bad_alloc();
   }
   // Within the band every cell is written before it is read, and no other is read. A large table is begun row by row,
   // so that the memory is not touched in one long go.

@@ -123,6 +123,7 @@ Owned<qoc_checkDigitRule> ruleOf(int variant) {
   rule->method = variant % 2 == 0 ? qoc_checkDigitMethod_luhn : qoc_checkDigitMethod_mod97;
   const qstd_span32 part = {0, QOC_CHECK_DIGIT_END};
   require(qstd_vector_qstd_span32_pushBack(&rule->parts, &part));
+  require(qstd_vectorChar32_assign(&rule->ignored, codeVector(U"./")));
   return rule;
 }
 

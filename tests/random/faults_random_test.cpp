@@ -1,23 +1,12 @@
-// Random cases in which everything fails that can, one after the other: memory of the library's allocator and of the
-// C++ heap, and polls of the attention, also those of long loops, which here ask at every unit of work. Whatever fails,
-// the operation ends with its status, and the next call with the same objects gives what it gives without.
-//
-// Some cases are the same in every run, so that they always reach the same places.
+// Runs and matches in which everything fails that can.
 
 #include <qoc/fielding_run.h>
 
-#include <algorithm>
-#include <atomic>
-
-#include "random/random_cases.hpp"
+#include "random/faults.hpp"
 #include "random/random_patterns.hpp"
 #include "random/swap_record.hpp"
 #include "run/result_set_ops.hpp"
 #include "run/run_builders.hpp"
-#include "support/allocator.hpp"
-#include "support/heap.hpp"
-#include "support/metered.hpp"
-#include "support/shortcuts.hpp"
 
 namespace random_cases {
 namespace {
@@ -148,105 +137,10 @@ class FaultCase {
   Owned<qoc_ocrDictionary> dictionary_;
 };
 
-/// Lets the n-th thing of its kind fail in the course of run(). @return its status; `hasStruck` says whether there was
-/// such a thing
-struct Fault {
-  const char *name;
-  bool mayPassUnnoticed;
-  qsys_status status;
-  qsys_status (*run)(FaultCase &, FaultCase::Output &, CountingAllocator &, int64_t n, bool &hasStruck);
-};
-
-void raise(void *flag) { *static_cast<std::atomic<int32_t> *>(flag) = 1; }
-
-const Fault faults[] = {
-    {"allocation", false, QSYS_STATUS_OUT_OF_MEMORY,
-     [](FaultCase &c, FaultCase::Output &out, CountingAllocator &memory, int64_t n, bool &hasStruck) {
-       memory.fail(n, FaultMode::once);
-       const qsys_status status = c.run(out);
-       memory.failFrom(-1);
-       hasStruck = memory.hasFailed();
-       return status;
-     }},
-    // A vector that cannot be shrunk to fit stays as it is.
-    {"use of the heap", true, QSYS_STATUS_OUT_OF_MEMORY,
-     [](FaultCase &c, FaultCase::Output &out, CountingAllocator &, int64_t n, bool &hasStruck) {
-       HeapFault fault(n, FaultMode::once);
-       const qsys_status status = c.run(out);
-       hasStruck = fault.hasFailed();
-       return status;
-     }},
-    {"poll", false, QSYS_STATUS_INTERRUPTED,
-     [](FaultCase &c, FaultCase::Output &out, CountingAllocator &, int64_t n, bool &hasStruck) {
-       const PollingMeters meters(1);
-       const Polls polls(n);
-       const qsys_status status = c.run(out);
-       hasStruck = polls.count() > n;
-       return status;
-     }},
-    // The flag may be raised after the last poll.
-    {"poll of a flag raised at a use of the heap", true, QSYS_STATUS_INTERRUPTED,
-     [](FaultCase &c, FaultCase::Output &out, CountingAllocator &, int64_t n, bool &hasStruck) {
-       const PollingMeters meters(1);
-       std::atomic<int32_t> flag = 0;
-       qsys_attention_setHandler(qsys_attention_flagHandler, &flag);
-       qsys_status status = 0;
-       {
-         const HeapCall call(n, raise, &flag);
-         status = c.run(out);
-       }
-       qsys_attention_setHandler(nullptr, nullptr);
-       hasStruck = flag != 0;
-       return status;
-     }},
-};
-
-std::string tryFaults(Random &random) {
-  LibraryAllocator memory;
-  std::string difference;
-  {
-    const ShortcutsTaken taken(random.oneIn(3)   ? ShortcutsTaken::none
-                               : random.oneIn(2) ? ShortcutsTaken::all
-                                                 : static_cast<unsigned>(random.below(ShortcutsTaken::all)));
-    FaultCase c(random);
-    FaultCase::Output expected;
-    const qsys_status expectedStatus = c.run(expected);
-    const auto isAsExpected = [&](qsys_status status, const FaultCase::Output &out) {
-      return status == expectedStatus && (status < 0 || out.describe() == expected.describe());
-    };
-    for (const Fault &fault : faults) {
-      bool hasStruck = true;
-      for (int64_t n = 0; hasStruck && difference.empty();
-           n += n < 30 ? 1 : random.between(1, static_cast<int32_t>(n))) {
-        FaultCase::Output out;
-        const qsys_status status = fault.run(c, out, memory, n, hasStruck);
-        const bool isRight = (hasStruck && status == fault.status) ||
-                             ((!hasStruck || fault.mayPassUnnoticed) && isAsExpected(status, out));
-        const qsys_status again = c.run(out);
-        if (!isRight || !isAsExpected(again, out)) {
-          difference = std::string(fault.name) + " " + std::to_string(n) + ": status " + std::to_string(status) +
-                       ", then " + std::to_string(again) + ", not " + std::to_string(expectedStatus) + "\n" +
-                       out.describe() + "expected\n" + expected.describe();
-        }
-      }
-    }
-  }
-  EXPECT_EQ(memory.numLive(), 0);
-  EXPECT_EQ(memory.numForeignFrees(), 0);
-  return difference;
-}
-
-TEST(FaultsRandom, EndOperationsWithTheirStatusInTheSameCases) {
-  constexpr int32_t mostCases = 1000;
-  for (int32_t seed = 1; seed <= std::min(numCases(), mostCases) && !HasFailure(); ++seed) {
-    SCOPED_TRACE("case " + std::to_string(seed));
-    Random random(static_cast<uint64_t>(seed));
-    EXPECT_EQ(tryFaults(random), "");
-  }
-}
+TEST(FaultsRandom, EndOperationsWithTheirStatusInTheSameCases) { tryFaultsInTheSameCases<FaultCase>(1000); }
 
 TEST(FaultsRandom, EndOperationsWithTheirStatus) {
-  compareCases(numCases() / 100, [](Random &random) { return tryFaults(random); });
+  compareCases(numCases() / 100, [](Random &random) { return tryFaults<FaultCase>(random); });
 }
 
 }  // namespace

@@ -5,19 +5,13 @@
 
 #include <utility>
 
+#include "resolve/check_rule.hpp"
 #include "support/handlers.hpp"
 #include "support/text.hpp"
 
 namespace {
 
 using namespace qoc::test;
-
-Owned<qoc_checkDigitRule> rule(qoc_checkDigitMethod method, const std::vector<qstd_span32> &parts = {}) {
-  Owned<qoc_checkDigitRule> made;
-  made->method = method;
-  require(qstd_vector_qstd_span32_assignElements(&made->parts, parts.data(), static_cast<int32_t>(parts.size())));
-  return made;
-}
 
 bool isValid(const Owned<qoc_checkDigitRule> &made, const std::string &text) {
   qsys_bool answer = 7;
@@ -81,6 +75,36 @@ TEST(CheckDigit, ContainerPassesItsExamples) {
   expectOnly(container, "TOLU4734787");
   EXPECT_FALSE(isValid(container, "CSQU30543833"));
   EXPECT_FALSE(isValid(container, "CSQ13054383"));
+  EXPECT_FALSE(isValid(container, "CSQU3O54383")) << "a letter among the digits";
+}
+
+TEST(CheckDigit, ContainerLettersCountFrom10WithoutTheMultiplesOf11) {
+  // Only the first character counts once, and the rest of the sum is 0 but for the letters behind it.
+  const int32_t values[] = {10, 12, 13, 14, 15, 16, 17, 18, 19, 20, 21, 23, 24,
+                            25, 26, 27, 28, 29, 30, 31, 32, 34, 35, 36, 37, 38};
+  const auto container = rule(qoc_checkDigitMethod_container);
+  for (char letter = 'A'; letter <= 'Z'; ++letter) {
+    const int32_t sum = values[letter - 'A'] + 10 * (2 + 4 + 8);
+    const std::string text = std::string(1, letter) + "AAA000000";
+    for (char digit = '0'; digit <= '9'; ++digit) {
+      EXPECT_EQ(isValid(container, text + digit), sum % 11 % 10 == digit - '0') << text << digit;
+    }
+  }
+}
+
+TEST(CheckDigit, Mod37TakesOneCheckCharacterOf37AndAnAsteriskForTheLast) {
+  const std::string characters = "0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZ*";
+  const auto mod = rule(qoc_checkDigitMethod_mod37x2);
+  int32_t numAsterisks = 0;
+  for (const char first : characters.substr(0, 36)) {
+    const std::string prefix = std::string("G123") + first;
+    std::string passing;
+    for (const char check : characters) passing += isValid(mod, prefix + check) ? std::string(1, check) : "";
+    EXPECT_EQ(passing.size(), 1u) << prefix << " passes with " << passing;
+    numAsterisks += passing == "*" ? 1 : 0;
+    EXPECT_FALSE(isValid(mod, "*" + prefix)) << "it stands last only";
+  }
+  EXPECT_EQ(numAsterisks, 1);
 }
 
 TEST(CheckDigit, VehiclePassesItsExamples) {
@@ -128,6 +152,9 @@ TEST(CheckDigitRule, IsRefusedWhereNoTextCanPass) {
   EXPECT_EQ(qoc_checkDigitRule_validate(rule(luhn, {{-2, -4}})), QOC_STATUS_CHECK_PARTS_INVALID);
   EXPECT_EQ(qoc_checkDigitRule_validate(rule(vehicle, {{0, 16}})), QOC_STATUS_CHECK_LENGTH_INVALID);
   EXPECT_EQ(qoc_checkDigitRule_validate(rule(vehicle, {{0, 17}})), QSYS_STATUS_OK);
+  constexpr int32_t far = INT32_MAX - 1;  // One more is the end.
+  EXPECT_EQ(qoc_checkDigitRule_validate(rule(luhn, {{0, far}})), QSYS_STATUS_OK);
+  EXPECT_EQ(qoc_checkDigitRule_validate(rule(luhn, {{0, far}, {0, far}})), QOC_STATUS_CHECK_LENGTH_INVALID);
   EXPECT_EQ(qoc_checkDigitRule_validate(rule(vehicle)), QSYS_STATUS_OK);
   qsys_bool answer = 7;
   EXPECT_EQ(qoc_checkDigitRule_isValidT(rule(0), "1", &answer), QOC_STATUS_CHECK_METHOD_INVALID);
@@ -138,6 +165,7 @@ TEST(CheckDigitRule, IsRefusedForALengthThatItsMethodOrItsPartsDoNotTake) {
   const auto vehicle = rule(qoc_checkDigitMethod_vehicle);
   EXPECT_EQ(qoc_checkDigitRule_validateLength(vehicle, 17), QSYS_STATUS_OK);
   EXPECT_EQ(qoc_checkDigitRule_validateLength(vehicle, 16), QOC_STATUS_CHECK_LENGTH_INVALID);
+  EXPECT_EQ(qoc_checkDigitRule_validateLength(rule(0), 17), QOC_STATUS_CHECK_METHOD_INVALID);
   const auto luhn = rule(qoc_checkDigitMethod_luhn, {{2, 6}});
   EXPECT_EQ(qoc_checkDigitRule_validateLength(luhn, 6), QSYS_STATUS_OK);
   EXPECT_EQ(qoc_checkDigitRule_validateLength(luhn, 5), QOC_STATUS_CHECK_PARTS_INVALID);
@@ -152,6 +180,21 @@ TEST(CheckDigitRule, TellsOfEnormousLengthsAtOnce) {
   EXPECT_EQ(qoc_checkDigitRule_validateLength(twice, INT32_MAX), QOC_STATUS_CHECK_LENGTH_INVALID);
 }
 
+TEST(CheckDigitRule, AssignedToItselfStays) {
+  auto made = rule(qoc_checkDigitMethod_mod97, {{4, QOC_CHECK_DIGIT_END}, {0, 4}});
+  made->ignoresSeparators = 0;
+  require(qstd_vectorChar32_assign(&made->ignored, vectorOf<qstd_vectorChar32>(std::vector<Char32>{'.'})));
+  EXPECT_EQ(qoc_checkDigitRule_assign(made, made), QSYS_STATUS_OK);
+  EXPECT_TRUE(isValid(made, "GB82.WEST1234.5698.7654.32"));
+  EXPECT_FALSE(isValid(made, "GB82 WEST12345698765432"));
+}
+
+TEST(CheckDigitRule, NamesItsMethods) {
+  EXPECT_STREQ(qoc_checkDigitMethod_getName(qoc_checkDigitMethod_luhn), "luhn");
+  EXPECT_STREQ(qoc_checkDigitMethod_getName(qoc_checkDigitMethod_icao9303), "icao9303");
+  EXPECT_STREQ(qoc_checkDigitMethod_getName(0), "");
+}
+
 TEST(CheckDigitRule, ReportsNullAndGoesOn) {
   FailedChecks reports;
   EXPECT_EQ(qoc_checkDigitRule_validate(nullptr), QSYS_STATUS_OK);
@@ -161,10 +204,11 @@ TEST(CheckDigitRule, ReportsNullAndGoesOn) {
 
 TEST(CheckDigit, CharactersThatAMethodDoesNotKnowNeverPass) {
   const std::pair<qoc_checkDigitMethod, std::string> valid[] = {
-      {qoc_checkDigitMethod_luhn, "79927398713"},         {qoc_checkDigitMethod_gtin, "6291041500213"},
-      {qoc_checkDigitMethod_isbn10, "0306406152"},        {qoc_checkDigitMethod_mod11x2, "0000000218250097"},
-      {qoc_checkDigitMethod_container, "CSQU3054383"},    {qoc_checkDigitMethod_container, "VLZU1234563"},
-      {qoc_checkDigitMethod_vehicle, "1M8GDM9AXKP042788"}};
+      {qoc_checkDigitMethod_luhn, "79927398713"},           {qoc_checkDigitMethod_gtin, "6291041500213"},
+      {qoc_checkDigitMethod_isbn10, "0306406152"},          {qoc_checkDigitMethod_mod11x2, "0000000218250097"},
+      {qoc_checkDigitMethod_mod37x2, "G123498654321H"},     {qoc_checkDigitMethod_mod37x36, "A12425GABC1234002M"},
+      {qoc_checkDigitMethod_mod97, "213800WSGIIZCXF1P572"}, {qoc_checkDigitMethod_container, "CSQU3054383"},
+      {qoc_checkDigitMethod_container, "VLZU1234563"},      {qoc_checkDigitMethod_vehicle, "1M8GDM9AXKP042788"}};
   for (const auto &[method, text] : valid) {
     const auto made = rule(method);
     EXPECT_TRUE(isValid(made, text)) << text;

@@ -82,6 +82,27 @@ TEST(DictionaryThreads, OfRunsWithSwapsGetTheResultsOfOneAlone) {
   EXPECT_EQ(numWrong, 0);
 }
 
+TEST(DictionaryThreads, ThatAskALargeLexiconTogetherForTheFirstTimeGetTheResultsOfOneAlone) {
+  std::vector<std::string> list;
+  for (int i = 0; i < 5000; ++i) {
+    list.push_back("w" + std::to_string(100000 + 17 * i));
+  }
+  const auto params = runParams({.maxEdits = 1, .returnBestOnly = 0});
+  const auto own = dictionaryOf({list});
+  const std::string expected = resultsOfRun(own, "w 1 0 0 0 1 x", params);
+  ASSERT_NE(expected.find("w100017"), std::string::npos);
+  // Whoever comes second waits for what the first one makes.
+  for (int round = 0; round < 10; ++round) {
+    auto shared = dictionaryOf({});
+    auto entry = lexicon(list);
+    require(qoc_ocrDictionaryLexicon_addString(entry, word("added")));  // What words are found by is made by the match.
+    require(qoc_ocrDictionary_setLexiconIExtend(shared, 0, entry));
+    std::atomic<int> numWrong = 0;
+    onThreads([&](int) { numWrong += resultsOfRun(shared, "w 1 0 0 0 1 x", params) == expected ? 0 : 1; });
+    EXPECT_EQ(numWrong, 0);
+  }
+}
+
 TEST(DictionaryThreads, MayCopyADictionaryThatOthersRunAndChangeTheirCopies) {
   const auto params = runParams({.maxEdits = 1, .returnBestOnly = 0});
   const auto shared = mixedDictionary();
@@ -96,7 +117,8 @@ TEST(DictionaryThreads, MayCopyADictionaryThatOthersRunAndChangeTheirCopies) {
       require(qoc_ocrDictionary_getLexiconI(copy, 0, lexicon));
       require(qoc_ocrDictionaryLexicon_addString(lexicon, word("zzzz")));
       require(qoc_ocrDictionary_setLexiconI(copy, 0, lexicon));
-      numWrong += resultsOfRun(copy, "z z z z", params) != none && resultsOfRun(shared, "z z z z", params) == none ? 0 : 1;
+      numWrong +=
+          resultsOfRun(copy, "z z z z", params) != none && resultsOfRun(shared, "z z z z", params) == none ? 0 : 1;
     }
   });
   EXPECT_EQ(numWrong, 0);

@@ -52,7 +52,6 @@ class CodeSet {
     return others;
   }
 
-  bool isEmpty() const noexcept { return ranges_.empty(); }
   const std::vector<Range> &ranges() const noexcept { return ranges_; }
 
   bool contains(Char32 code) const noexcept {
