@@ -2,6 +2,8 @@
 
 #include "resolve/knowledge.hpp"
 
+#include <numeric>
+
 #include "platform/containers/view.hpp"
 #include "platform/regex/shared_expression.hpp"
 #include "platform/regex/states.hpp"
@@ -9,11 +11,54 @@
 
 namespace qoc {
 
+namespace {
+
+constexpr Char32 firstTried = 0x20, lastTried = 0x7E;
+
+std::vector<Char32> triedAnyway() {
+  std::vector<Char32> codes(lastTried - firstTried + 1);
+  std::iota(codes.begin(), codes.end(), firstTried);
+  return codes;
+}
+
+/// Adds the first two characters of a set that are not tried anyway: where a place admits two, it does not matter
+/// which.
+void addOthers(const CodeSet &set, std::vector<Char32> &tried) {
+  int numAdded = 0;
+  for (const CodeSet::Range &range : set.ranges()) {
+    for (Char32 code = range.first; numAdded < 2; ++code) {
+      if (code >= firstTried && code <= lastTried) code = lastTried + 1;
+      if (code > range.last) {
+        break;
+      }
+      const bool isCharacter = code != QOC_CHAR_EMPTY && code != QOC_CHAR_ANY && code != QOC_CHAR_ANY_NONSPACE;
+      if (isCharacter && std::find(tried.begin(), tried.end(), code) == tried.end()) tried.push_back(code);
+      if (isCharacter) ++numAdded;
+      if (code == range.last) {
+        break;
+      }
+    }
+  }
+}
+
+}  // namespace
+
 qsys_status Knowledge::take(const qoc_ocrDictionary &dictionary) {
   QOC_TRY(qstd_vector_qoc_ocrDictionaryLineFielding_assign(fieldings.get(), &dictionary.fieldings));
   QOC_TRY(qstd_vector_qoc_ocrDictionaryRegularExpression_assign(expressions.get(), &dictionary.regularExpressions));
   for (const auto &expression : viewAs<qoc_ocrDictionaryRegularExpression>(*expressions.get())) {
     admitted.emplace_back(expression);
+    auto &tried = triedByExpression.emplace_back(triedAnyway());
+    for (const CodeSet &set : expressionOf(expression.regex).sets()) addOthers(set, tried);
+  }
+  for (const auto &fielding : viewAs<qoc_ocrDictionaryLineFielding>(*fieldings.get())) {
+    auto &tried = triedByFielding.emplace_back(triedAnyway());
+    for (const auto &position : viewAs<qoc_ocrDictionaryPositionFielding>(fielding.positions)) {
+      CodeSet set;
+      for (const Char32 code : viewAs<Char32>(position.fieldingCharacters)) set.add(code, code);
+      set.normalise();
+      addOthers(set, tried);
+    }
   }
   const auto lexicons = viewAs<qoc_ocrDictionaryLexicon>(dictionary.lexicons);
   std::size_t numWords = 0, numCodes = 0;

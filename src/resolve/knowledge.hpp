@@ -1,7 +1,6 @@
 #pragma once
 // What a resolver keeps of a dictionary.
 
-#include <array>
 #include <memory>
 #include <vector>
 
@@ -44,23 +43,27 @@ using HeldReading =
 
 /// The characters that a text may have, place by place.
 using CodesByPlace = std::vector<std::vector<Char32>>;
-/// The characters that are tried where an edit leaves a place open: those of ASCII that can be printed.
-inline constexpr std::array<Char32, 0x7F - 0x20> allTried = [] {
-  std::array<Char32, 0x7F - 0x20> codes = {};
-  for (std::size_t i = 0; i < codes.size(); ++i) codes[i] = static_cast<Char32>(0x20 + i);
-  return codes;
-}();
-
 /// A dictionary as the resolver needs it. Immutable once made.
 struct Knowledge {
   WordIndex words;
   HeldFieldings fieldings;
   HeldExpressions expressions;
   std::vector<AdmittedCodes> admitted;  ///< By expression.
+  /// By fielding and by expression, what is tried where an edit leaves a place open: the characters of ASCII that can
+  /// be printed, and as many others as it takes to see whether a place admits none, one or several.
+  std::vector<std::vector<Char32>> triedByFielding, triedByExpression;
 
   /// @return 0 or a failure to copy
   qsys_status take(const qoc_ocrDictionary &dictionary);
   std::int32_t numShapes() const { return fieldings->core.size + expressions->core.size; }
+  /// Whether there is such a fielding or expression.
+  bool has(qoc_ocrDictionaryMode mode, std::int32_t entry) const {
+    return entry < (mode == qoc_ocrDictionaryMode_fielding ? fieldings->core.size : expressions->core.size);
+  }
+  std::span<const Char32> tried(qoc_ocrDictionaryMode mode, std::int32_t entry) const {
+    return (mode == qoc_ocrDictionaryMode_fielding ? triedByFielding
+                                                   : triedByExpression)[static_cast<std::size_t>(entry)];
+  }
   /// Whether some fielding or expression may have texts of that many characters.
   bool admitsLength(std::int64_t length) const;
   /// Whether some fielding or expression may have the character at that place of a text.

@@ -37,7 +37,8 @@ qsys_status ShapeTexts::add(std::span<const qoc_ocrDictionaryResult> results, st
   for (std::size_t i = 0; i < results.size(); ++i) {
     QOC_TRY(qsys_attention_check());
     const qoc_ocrDictionaryResult &result = results[i];
-    if (result.mode == qoc_ocrDictionaryMode_lexicon || result.isComputed == 0) {
+    const bool isKnown = task_.knowledge == nullptr || task_.knowledge->has(result.mode, entry);
+    if (result.mode == qoc_ocrDictionaryMode_lexicon || result.isComputed == 0 || !isKnown) {
       continue;
     }
     Lattice lattice;
@@ -198,11 +199,12 @@ qsys_status ShapeTexts::open(Lattice &lattice) const {
     if (!slot.isOpen || !slot.tried.empty()) {
       continue;
     }
+    const auto tried = task_.knowledge->tried(lattice.mode, lattice.entry);
     CodesByPlace codes;
     for (const Slot &other : lattice.slots) {
       codes.emplace_back();
       for (const Choice &choice : other.choices) codes.back().push_back(choice.code);
-      if (other.isOpen) codes.back().assign(allTried.begin(), allTried.end());
+      if (other.isOpen) codes.back().assign(tried.begin(), tried.end());
     }
     std::vector<Char32> admitted;
     QOC_TRY(task_.knowledge->findAdmitted(lattice.mode, lattice.entry, codes, i, admitted));
@@ -215,11 +217,12 @@ qsys_status ShapeTexts::open(Lattice &lattice) const {
 
 /// Lists what may stand in a text at every place: at those that are open, and not known by now, everything that is
 /// tried.
-void ShapeTexts::listCodes(const Text &text, std::span<const std::size_t> open) {
+void ShapeTexts::listCodes(const Text &text, std::int32_t entry, std::span<const std::size_t> open) {
   codes_.resize(text.choices.size());
   for (std::size_t i = 0; i < codes_.size(); ++i) codes_[i].assign(1, text.choices[i].code);
+  const auto tried = task_.knowledge->tried(text.mode, entry);
   for (const std::size_t i : open) {
-    if (text.choices[i].code == QOC_RESOLVER_OPEN) codes_[i].assign(allTried.begin(), allTried.end());
+    if (text.choices[i].code == QOC_RESOLVER_OPEN) codes_[i].assign(tried.begin(), tried.end());
   }
 }
 
@@ -231,7 +234,7 @@ qsys_status ShapeTexts::fill(std::int32_t entry, const std::vector<std::size_t> 
   if (open.empty()) {
     return QSYS_STATUS_OK;
   }
-  listCodes(text, open);
+  if (task_.knowledge != nullptr) listCodes(text, entry, open);
   for (const std::size_t i : open) {
     if (task_.knowledge != nullptr) {
       QOC_TRY(task_.knowledge->findAdmitted(text.mode, entry, codes_, i, admitted_));

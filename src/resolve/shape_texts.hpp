@@ -33,7 +33,7 @@ class ShapeTexts {
   qoc_ocrDictionaryRunParams paramsWithin(Cost limit) const;
   std::vector<Cost> leastWithin(const Reach &reach) const;
   qsys_status walkWithin(Cost limit, bool &isDone);
-  void listCodes(const Text &text, std::span<const std::size_t> open);
+  void listCodes(const Text &text, std::int32_t entry, std::span<const std::size_t> open);
   qsys_status addPassing(std::int32_t entry, std::size_t open, Text &text);
   qsys_status open(Lattice &lattice) const;
   qsys_status fill(std::int32_t entry, const std::vector<std::size_t> &open, Text &text, bool &isDescribed);

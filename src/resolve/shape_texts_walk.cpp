@@ -166,7 +166,7 @@ qsys_status ShapeTexts::walkWithin(Cost limit, bool &isDone) {
 
 /// Adds a text with an open place, with each character there with which it passes its checks.
 qsys_status ShapeTexts::addPassing(std::int32_t entry, std::size_t open, Text &text) {
-  listCodes(text, {&open, 1});
+  listCodes(text, entry, {&open, 1});
   QOC_TRY(task_.knowledge->findAdmitted(text.mode, entry, codes_, open, admitted_));
   for (const Char32 code : admitted_) {
     text.choices[open].code = code;

@@ -188,6 +188,35 @@ TEST(ResolverReadings, ShapesMayHaveCharactersBeyondAscii) {
   EXPECT_EQ(both(setting, U"\u00E990|\u00E880 790|180"), "sure: {E9}7 180 +11, {E9}1 169");
 }
 
+TEST(ResolverReadings, AnOpenPlaceMayHaveCharactersBeyondAscii) {
+  const auto of = [](const wchar_t *source, std::u32string_view input) {
+    Setting setting;
+    setting.params->maxEdits = 1;
+    Owned<qoc_ocrDictionaryRegularExpression> expression;
+    require(qoc_ocrDictionaryRegularExpression_setStringT(expression, source));
+    require(qoc_ocrDictionary_setRegularExpressionIExtend(setting.dictionary, 0, expression));
+    std::string all = setting(input);
+    setting.params->returnBestOnly = 1;
+    setting.addExpression("[a-z]{5}");
+    EXPECT_EQ(setting(input), all);
+    return all;
+  };
+  EXPECT_EQ(of(L"\u00E9[0-9]", U"x90 790"), "sure: {E9}7 40");
+  EXPECT_EQ(of(L"[\u00E8\u00E9][0-9]", U"x90 790"), "unsure: ?7 40");
+  EXPECT_EQ(of(L"[a\u00E9][0-9]", U"x90 790"), "unsure: ?7 40");
+  EXPECT_EQ(of(L"[\u00E0-\u00FF][0-9]", U"x90 790"), "unsure: ?7 40");
+  EXPECT_EQ(of(L"(a\u00E9|b[\u00E8-\u00EA])[0-9]", U"a90 x90 790"), "sure: a{E9}7 130");
+
+  Setting setting;
+  setting.params->maxEdits = 1;
+  Owned<qoc_ocrDictionaryPositionFielding> letter;
+  require(qoc_ocrDictionaryPositionFielding_setFieldingCharactersAndFieldingBits(letter, codeVector(U"\u00E9"), 0));
+  Owned<qoc_ocrDictionaryLineFielding> made = line("?9");
+  require(qoc_ocrDictionaryLineFielding_setPositionFielding(made, 0, letter));
+  require(qoc_ocrDictionary_setFieldingIExtend(setting.dictionary, 0, made));
+  EXPECT_EQ(setting(U"x90 790"), "sure: {E9}7 40");
+}
+
 TEST(ResolverReadings, ACandidateFartherThanTheMarginDoesNotMatter) {
   Setting setting;
   setting.rules->maxTexts = 1;
@@ -350,6 +379,21 @@ TEST(ResolverResults, AResolverThatKnowsTheDictionaryHasItsWordsOnly) {
     require(qoc_ocrDictionaryResolver_resolve(setting.resolver, reading("c90 a90 t90|b80"), nullptr, nullptr,
                                               resultSet({{.word = text}}), resolution));
     EXPECT_EQ(Setting::show(*resolution), "sure: cat 270") << "told of " << text;
+  }
+}
+
+TEST(ResolverResults, ThoseOfEntriesThatTheDictionaryLacksAreNotConsidered) {
+  Setting setting;
+  setting.setWords({"cat"});
+  setting("");
+  ResultFields open = {
+      .valid = "c a t", .statuses = {primary, substituted, primary}, .mode = qoc_ocrDictionaryMode_fielding};
+  Owned<qoc_ocrDictionaryResolution> resolution;
+  for (const auto mode : {qoc_ocrDictionaryMode_fielding, qoc_ocrDictionaryMode_regularExpression}) {
+    open.mode = mode;
+    require(qoc_ocrDictionaryResolver_resolve(setting.resolver, reading("c90 o90 t90"), nullptr, nullptr,
+                                              resultSet({open}), resolution));
+    EXPECT_EQ(Setting::show(*resolution), "none");
   }
 }
 
