@@ -94,4 +94,11 @@ std::size_t WordIndex::find(std::span<const Char32> sought) const {
   return isIt ? static_cast<std::size_t>(found - order_.begin()) : size();
 }
 
+std::int32_t WordIndex::numShorter(const List &list, std::int64_t length) const {
+  const std::span<const Word> words = std::span(words_).subspan(list.first, list.end - list.first);
+  const auto longer =
+      std::partition_point(words.begin(), words.end(), [&](const Word &word) { return word.length < length; });
+  return static_cast<std::int32_t>(longer - words.begin());
+}
+
 }  // namespace qoc
