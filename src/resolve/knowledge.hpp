@@ -20,7 +20,6 @@ class Held {
   Held(const Held &) = delete;
   Held &operator=(const Held &) = delete;
   ~Held() { Destruct(&object_); }
-  static qsys_status status() { return QSYS_STATUS_OK; }
   T *get() { return &object_; }
   const T *get() const { return &object_; }
   T *operator->() { return &object_; }

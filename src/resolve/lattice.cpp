@@ -60,11 +60,11 @@ class InputWalk {
   InputWalk(const qoc_ocrDictionaryResult &result, std::int32_t size)
       : indices_(viewAs<std::int32_t>(result.inputIndices)), size_(size), isExpanded_(!indices_.empty()) {
     const std::int32_t variantSize = isExpanded_ ? static_cast<std::int32_t>(indices_.size()) : size;
-    isDeleted_.assign(static_cast<std::size_t>(std::max(variantSize, 0)), false);
+    isDeleted_.assign(static_cast<std::size_t>(variantSize), false);
     for (const std::int32_t index : viewAs<std::int32_t>(result.deleted)) {
       if (index >= 0 && index < variantSize) isDeleted_[static_cast<std::size_t>(index)] = true;
     }
-    at_ = std::max(result.numIgnoredPrefixCharacters, 0);
+    at_ = std::clamp(result.numIgnoredPrefixCharacters, 0, variantSize);
   }
 
   /// The next position of the reading, or -1 where there is none left.
@@ -73,10 +73,10 @@ class InputWalk {
     const std::int32_t at = at_++;
     return isInside(at) ? inputOf(at) : -1;
   }
-  /// How the position that `next` gave last came in, as far as its place tells.
+  /// How the position that `next` gave last, and that there was, came in, as far as its place tells.
   Swap swap() const {
     const std::int32_t at = at_ - 1;
-    if (!isExpanded_ || !isInside(at)) return Swap::none;
+    if (!isExpanded_) return Swap::none;
     const std::int32_t input = inputOf(at);
     if ((isInside(at - 1) && inputOf(at - 1) == input) || (isInside(at + 1) && inputOf(at + 1) == input)) {
       return Swap::oneOfPair;
@@ -213,9 +213,7 @@ bool makeLattice(const qoc_ocrDictionaryResult &result, const ReadingCosts &cost
     } else {
       const Swap swap = walk.swap();
       fillShown(slot, characters, swap != Swap::none, costs);
-      if (swap == Swap::ofPair && slot.input + 1 < costs.size()) {
-        isSwallowed[static_cast<std::size_t>(slot.input) + 1] = true;
-      }
+      if (swap == Swap::ofPair) isSwallowed[static_cast<std::size_t>(slot.input) + 1] = true;
     }
     if (slot.choices.empty()) {
       return false;
@@ -226,7 +224,8 @@ bool makeLattice(const qoc_ocrDictionaryResult &result, const ReadingCosts &cost
     }
     lattice.slots.push_back(std::move(slot));
   }
-  passOver(costs, isSwallowed, result.numIgnoredPrefixCharacters, result.numIgnoredSuffixCharacters, lattice);
+  passOver(costs, isSwallowed, result.numIgnoredPrefixCharacters, std::max(result.numIgnoredSuffixCharacters, 0),
+           lattice);
   return true;
 }
 
@@ -319,7 +318,7 @@ void Lattice::carryChecks() {
         return place[static_cast<std::size_t>(a)] < place[static_cast<std::size_t>(b)];
       });
     };
-    if (!isInOrder() && !isOrdered && carried.empty()) {
+    if (!isInOrder() && !isOrdered) {
       // The first rule that needs it has the order: its slots, then the others.
       std::vector<bool> isTaken(slots.size(), false);
       for (const std::int32_t slot : sequence) isTaken[static_cast<std::size_t>(slot)] = true;

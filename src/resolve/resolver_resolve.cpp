@@ -166,13 +166,13 @@ qsys_status qoc_ocrDictionaryResolver_resolve(const qoc_ocrDictionaryResolver *r
     resolution->outcome = qoc_ocrDictionaryOutcome_none;
     resolution->hasScores = 0;
     qoc_ocrDictionaryRunParams defaults = {};
-    QOC_TRY(qoc_ocrDictionaryRunParams_construct(&defaults));
+    qoc_ocrDictionaryRunParams_construct(&defaults);
     const Confusions none;
     const Kept *kept = keptBy(*resolver);
     const Confusions &confusions = kept != nullptr && kept->confusions ? *kept->confusions : none;
     Task task(*resolver, confusions, *reading, params != nullptr ? *params : defaults, set, *results);
     return Resolving(task).run(*results, *resolution);
   });
-  if (status < 0) QOC_TRY(qstd_vector_qoc_ocrDictionaryResolvedText_resize(&resolution->texts, 0));
+  if (status < 0) clear(resolution->texts);
   return status;
 }

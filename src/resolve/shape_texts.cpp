@@ -93,14 +93,12 @@ qsys_status ShapeTexts::matchAgain(Cost best) {
   lattices_.clear();
   // Of the reading what is near enough is matched; the lattices tell what it costs.
   HeldReading near;
-  QOC_TRY(near.status());
   const bool isNarrowed = isLimited && task_.swaps.isEmpty();
   if (isNarrowed) QOC_TRY(task_.costs.write(limit, *near.get()));
   const auto matchAll = [&](qoc_ocrDictionaryMode mode, std::int32_t numEntries) -> qsys_status {
     for (std::int32_t entry = 0; entry < numEntries; ++entry) {
       QOC_TRY(qsys_attention_check());
       HeldResults matched;
-      QOC_TRY(matched.status());
       QOC_TRY(knowledge.match(mode, entry, isNarrowed ? *near.get() : task_.reading, params,
                               isNarrowed ? nullptr : task_.set, *matched.get()));
       QOC_TRY(add(viewAs<qoc_ocrDictionaryResult>(matched->results), entry, limit));

@@ -121,7 +121,7 @@ std::vector<Cost> ShapeTexts::leastWithin(const Reach &reach) const {
 /// Adds the texts that cost no more than the limit, as far as they can be gone through.
 qsys_status ShapeTexts::walkWithin(Cost limit, bool &isDone) {
   const qoc_ocrDictionaryRunParams params = paramsWithin(limit);
-  const Reach allowed = Reach::of(&params);
+  const Reach allowed = Reach::of(params);
   // With several edits a match does not give every way, so what is seen here would depend on the way that is taken.
   isDone = allowed.maxEdits <= ShapeWalk::maxEdits;
   const std::vector<Cost> rest = leastWithin(allowed);

@@ -16,7 +16,7 @@ Task::Task(const qoc_ocrDictionaryResolver &resolver, const Confusions &confusio
       set(swapSet),
       results(viewAs<qoc_ocrDictionaryResult>(found.results)),
       costs(toResolve, resolver.rules, confusions, swapSet),
-      reach(Reach::of(&runParams)),
+      reach(Reach::of(runParams)),
       swaps(multiSwapsOf(swapSet)),
       freeText(mostAsFreeText()),
       numWanted(static_cast<std::size_t>(rules.maxTexts) + 1) {}

@@ -6,6 +6,7 @@
 #include <new>
 
 #include "platform/containers/view.hpp"
+#include "platform/system/present.hpp"
 
 namespace qoc {
 
@@ -21,7 +22,8 @@ void WordIndex::add(const qoc_ocrDictionaryLexicon &lexicon) {
   for (const qoc_ocrDictionaryString &string : viewAs<qoc_ocrDictionaryString>(lexicon.strings)) {
     const auto word = viewAs<qoc_ocrDictionaryChar>(string.characters);
     meter.spend(8 + word.size());
-    if (word.size() > UINT32_MAX - codes_.size()) {
+    // In a lexicon so many characters take 32 GiB.
+    if (QOC_NEVER(word.size() > UINT32_MAX - codes_.size())) {
       throw std::bad_alloc();  // More than words can tell apart.
     }
     words_.push_back({static_cast<std::uint32_t>(codes_.size()), static_cast<std::uint32_t>(word.size()), number});
@@ -92,6 +94,13 @@ std::size_t WordIndex::find(std::span<const Char32> sought) const {
   const auto known = codes(*found);
   const bool isIt = std::equal(known.begin(), known.end(), sought.begin(), sought.end());
   return isIt ? static_cast<std::size_t>(found - order_.begin()) : size();
+}
+
+std::int32_t WordIndex::numShorter(const List &list, std::int64_t length) const {
+  const std::span<const Word> words = std::span(words_).subspan(list.first, list.end - list.first);
+  const auto longer =
+      std::partition_point(words.begin(), words.end(), [&](const Word &word) { return word.length < length; });
+  return static_cast<std::int32_t>(longer - words.begin());
 }
 
 }  // namespace qoc

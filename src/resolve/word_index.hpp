@@ -42,6 +42,8 @@ class WordIndex {
     std::shared_ptr<const LexiconIndex> index;  ///< Null where the lexicon has none.
   };
   std::span<const List> lists() const { return lists_; }
+  /// How many words of a list have fewer characters.
+  std::int32_t numShorter(const List &list, std::int64_t length) const;
   /// Whether every list can be searched by its index.
   bool hasIndexes() const { return hasIndexes_; }
   /// A word by its number.

@@ -5,7 +5,6 @@
 #include "resolve/word_search.hpp"
 
 #include <algorithm>
-#include <ranges>
 
 #include "platform/system/present.hpp"
 #include "platform/system/shortcuts.hpp"
@@ -154,19 +153,14 @@ class IndexSearch {
   /// @param left what may be lost beside the cheapest edits
   qsys_status search(const WordIndex::List &list, std::int32_t fewest, std::int32_t most, Cost left) {
     prepare(*list.index, most > 0, left);
-    const auto numberOfLength = [&](std::int64_t length) {
-      const auto numbers = std::views::iota(list.first, list.end);
-      const auto isShorter = [&](std::size_t number) { return std::ssize(words_.codes(number)) < length; };
-      return static_cast<std::int32_t>(std::ranges::partition_point(numbers, isShorter) - numbers.begin());
-    };
     // Without substitutions every edit makes the word longer, or shorter.
     const std::int64_t n = costs_.size();
     const bool maySubstitute = query_.allowed.substituted != 0;
     const std::int64_t shortest = query_.allowed.extra != 0 ? n - most : maySubstitute ? n : n + fewest;
     const std::int64_t longest = query_.allowed.missing != 0 ? n + most : maySubstitute ? n : n - fewest;
-    const std::int32_t end = numberOfLength(longest + 1);
+    const std::int32_t end = words_.numShorter(list, longest + 1);
     const bool isScan = !list.index->walks(query_, most);
-    for (std::int32_t first = numberOfLength(shortest), next = 0; first < end; first = next) {
+    for (std::int32_t first = words_.numShorter(list, shortest), next = 0; first < end; first = next) {
       next = isScan && end - first > wordsPerScan ? first + wordsPerScan : end;
       list.index->find(query_, most, first, next, found_);
       for (const std::int32_t word : found_) QOC_TRY(weigh(list.first + static_cast<std::size_t>(word)));

@@ -6,6 +6,7 @@
 #include <algorithm>
 
 #include "platform/containers/view.hpp"
+#include "platform/system/present.hpp"
 
 namespace qoc {
 
@@ -18,7 +19,7 @@ constexpr std::int32_t maxCountedEdits = 12;
 
 MultiSwaps multiSwapsOf(const qoc_swapCharSet *set) {
   MultiSwaps swaps;
-  if (set != nullptr && set->expansion != nullptr) {
+  if (set != nullptr) {
     const auto oneToTwo = viewAs<qoc_stringExpandOneToTwo_>(set->expansion->oneToTwo);
     const auto twoToTwo = viewAs<qoc_stringExpandTwoToTwo_>(set->expansion->twoToTwo);
     swaps.oneToTwo.assign(oneToTwo.begin(), oneToTwo.end());
@@ -27,13 +28,9 @@ MultiSwaps multiSwapsOf(const qoc_swapCharSet *set) {
   return swaps;
 }
 
-Reach Reach::of(const qoc_ocrDictionaryRunParams *params) {
-  if (params == nullptr) {
-    return {};
-  }
-  return {std::max(params->maxEdits, 0), params->matchOption1 != 0, params->matchOption2 != 0,
-          params->matchOption4 != 0,     params->matchOption9 != 0, params->minStringLength,
-          params->maxStringLength};
+Reach Reach::of(const qoc_ocrDictionaryRunParams &params) {
+  return {std::max(params.maxEdits, 0), params.matchOption1 != 0, params.matchOption2 != 0, params.matchOption4 != 0,
+          params.matchOption9 != 0,     params.minStringLength,   params.maxStringLength};
 }
 
 bool Reach::countsEdits() const { return maxEdits <= maxCountedEdits; }
@@ -256,7 +253,8 @@ WordTrace WordTable::trace(std::span<const Char32> word) const {
       const Cost before = at(depth - static_cast<std::size_t>(step.characters), input - step.inputs, edits - counted);
       if (before < noWay && before + step.cost == at(depth, input, edits)) taken = step;
     });
-    if (taken.inputs + taken.characters == 0) break;
+    // What a row has was reached by a step from a cell that it still has.
+    if (QOC_NEVER(taken.inputs + taken.characters == 0)) break;
     for (std::int32_t c = 0; c < taken.characters; ++c) {
       const std::size_t k = depth - 1 - static_cast<std::size_t>(c);
       const std::int32_t from = taken.inputs > 0 ? input - 1 - std::min(c, taken.inputs - 1) : -1;

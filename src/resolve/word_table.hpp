@@ -34,7 +34,7 @@ struct Reach {
   std::int32_t minLength = 1, maxLength = INT32_MAX;
   Cost leastEdit = 0;  ///< No edit costs less.
 
-  static Reach of(const qoc_ocrDictionaryRunParams *params);
+  static Reach of(const qoc_ocrDictionaryRunParams &params);
   /// Whether texts of every length are allowed.
   bool allowsAnyLength() const { return minLength <= 1 && maxLength == INT32_MAX; }
   bool allowsEdits() const { return allowsSubstitution || allowsMissing || allowsExtra; }

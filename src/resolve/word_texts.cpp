@@ -2,8 +2,8 @@
 
 #include "resolve/word_texts.hpp"
 
-#include "frame/frame.hpp"
 #include "platform/containers/view.hpp"
+#include "platform/system/present.hpp"
 #include "resolve/word_search.hpp"
 
 namespace qoc {
@@ -82,17 +82,13 @@ Text textOf(const Task &task, std::span<const Char32> word, Cost cost) {
 qsys_status isWithinReach(const Task &task, std::span<const Char32> word, bool &isIn) {
   std::vector<qoc_ocrDictionaryChar> characters;
   for (const Char32 code : word) characters.push_back({code, 0});
-  qoc_ocrDictionaryString string;
-  return inFrame<1>([&](Frame<1> &frame) -> qsys_status {
-    QOC_TRY(qoc_ocrDictionaryString_construct(&string));
-    frame.local<qoc_ocrDictionaryString_destruct>(&string);
-    QOC_TRY(qstd_vector_qoc_ocrDictionaryChar_assignElements(&string.characters, characters.data(),
-                                                             static_cast<std::int32_t>(characters.size())));
-    qsys_bool isMatch = 0;
-    QOC_TRY(qoc_ocrDictionaryString_isMatchMulti(&string, &task.reading, &task.params, task.set, &isMatch));
-    isIn = isMatch != 0;
-    return QSYS_STATUS_OK;
-  });
+  Held<qoc_ocrDictionaryString, qoc_ocrDictionaryString_construct, qoc_ocrDictionaryString_destruct> string;
+  QOC_TRY(qstd_vector_qoc_ocrDictionaryChar_assignElements(&string->characters, characters.data(),
+                                                           static_cast<std::int32_t>(characters.size())));
+  qsys_bool isMatch = 0;
+  QOC_TRY(qoc_ocrDictionaryString_isMatchMulti(string.get(), &task.reading, &task.params, task.set, &isMatch));
+  isIn = isMatch != 0;
+  return QSYS_STATUS_OK;
 }
 
 /// What may come in, and what is near enough, beside a word that is known to be in reach.

@@ -302,8 +302,14 @@ TEST(ResolverResults, OneThatDoesNotFitTheReadingHasNoText) {
   odd.deleted = {0};
   EXPECT_EQ(ofResults({odd}), "none") << "two positions are left for three characters";
   odd = whole;
-  odd.numIgnoredPrefix = 1;
-  EXPECT_EQ(ofResults({odd}), "none") << "the same";
+  for (const int32_t prefix : {1, 4, INT32_MAX}) {
+    odd.numIgnoredPrefix = prefix;
+    odd.numEdits = prefix == 1 ? 0 : 1;
+    EXPECT_EQ(ofResults({odd}), "none") << "the same";
+  }
+  odd = whole;
+  odd.numIgnoredSuffix = INT32_MIN;
+  EXPECT_EQ(ofResults({odd}, "c90 a90 t90 s90"), "sure: cat 250") << "one position is left out";
   for (const std::vector<int32_t> &indices : {std::vector<int32_t>{0, 7, 2}, {0, -2, 2}, {0, 1}}) {
     const auto change = [&](qoc_ocrDictionaryResult &result) {
       require(qstd_vector32s_assign(&result.inputIndices, vectorOf<qstd_vector32s>(indices)));
@@ -410,6 +416,41 @@ TEST(ResolverResults, ATextThatNoneOfThemShowsComesFromNone) {
                                             resultSet({passed}), resolution));
   EXPECT_EQ(Setting::show(*resolution), "sure: cat 270");
   EXPECT_EQ(elements(resolution->texts)[0].resultIndex, -1);
+}
+
+TEST(ResolverResults, OneThatIsNotOfTheWholeReadingLeavesTheOthersToBeFound) {
+  Setting setting;
+  setting.addLine("aaa");
+  setting.addLine("999");
+  setting("");
+  ResultFields window = whole, shifted = whole;
+  window.valid = "a t";
+  window.statuses = {primary, primary};
+  window.numIgnoredPrefix = 1;
+  shifted.statuses[0] = inserted;
+  shifted.deleted = {0};
+  for (const ResultFields &other : {window, shifted}) {
+    Owned<qoc_ocrDictionaryResolution> resolution;
+    require(qoc_ocrDictionaryResolver_resolve(setting.resolver, reading("x90 a90 t90"), setting.params, nullptr,
+                                              resultSet({other}), resolution));
+    EXPECT_EQ(Setting::show(*resolution), "sure: xat 270");
+  }
+}
+
+TEST(ResolverResults, WithoutAnyTheTextsThatWereGoneThroughAreMatchedAgain) {
+  Setting setting;
+  setting.addExpression("[A-Z0-9]{12}");
+  setting.addExpression("[0-9]{3}");
+  setting.rules->maxTexts = 1;
+  setting.rules->maxMargin = 15;
+  setting("");
+  std::string input;
+  for (int32_t i = 0; i < 12; ++i) input += std::string(i > 0 ? " " : "") + "890|B89|388";
+  const Owned<qoc_ocrDictionaryResultSet> notComputed;
+  Owned<qoc_ocrDictionaryResolution> resolution;
+  require(qoc_ocrDictionaryResolver_resolve(setting.resolver, reading(input), setting.params, nullptr, notComputed,
+                                            resolution));
+  EXPECT_EQ(Setting::show(*resolution), "unsure: 888888888888 1080 +2");
 }
 
 TEST(ResolverResults, TheCheapestWayOfACharacterCounts) {
