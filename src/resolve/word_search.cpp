@@ -92,7 +92,7 @@ class OrderedSearch {
 
  private:
   qsys_status extend(std::span<const Char32> word, std::size_t depth, bool &isAlive) {
-    QOC_TRY(meter_.add(8 + 2 * table_.width()));
+    QOC_TRY(meter_.add(8 + 8 * table_.width()));
     least_.resize(depth + 1);
     least_.push_back(table_.extend(word, depth, best_.limit()));
     // A multi-character swap can pass over one row.
@@ -229,12 +229,15 @@ qsys_status findBestWords(const WordIndex &words, const ReadingCosts &costs, con
 }
 
 Cost costOfWord(std::span<const Char32> word, const ReadingCosts &costs, const Reach &reach, const MultiSwaps &swaps) {
+  WorkMeter meter;
   if (isPlain(reach, swaps)) {
-    WorkMeter meter;
     return LiveCells(costs, reach).costOf(word, noWay - 1, meter);
   }
   WordTable table(costs, reach, swaps);
-  for (std::size_t depth = 0; depth < word.size(); ++depth) table.extend(word, depth);
+  for (std::size_t depth = 0; depth < word.size(); ++depth) {
+    meter.spend(8 + 8 * table.width());
+    table.extend(word, depth);
+  }
   return table.canReach(word.size()) && reach.admitsLength(word.size()) ? table.cost(word, word.size()) : noWay;
 }
 

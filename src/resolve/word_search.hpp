@@ -30,7 +30,7 @@ qsys_status findBestWords(const WordIndex &words, const ReadingCosts &costs, con
                           const MultiSwaps &swaps, std::size_t k, const WordChooser &chooser,
                           std::vector<FoundWord> &found);
 
-/// The cost of one word; noWay where it is out of reach.
+/// The cost of one word; noWay where it is out of reach. Throws Interrupted.
 Cost costOfWord(std::span<const Char32> word, const ReadingCosts &costs, const Reach &reach, const MultiSwaps &swaps);
 
 }  // namespace qoc

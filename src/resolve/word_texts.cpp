@@ -49,7 +49,7 @@ Cost costInPlace(const ReadingCosts &costs, std::span<const Char32> word) {
   return cost;
 }
 
-/// A word with where it comes from, given its cost.
+/// A word with where it comes from, given its cost. Throws Interrupted.
 Text textOf(const Task &task, std::span<const Char32> word, Cost cost) {
   const bool isInPlace =
       costInPlace(task.costs, word) == cost && std::find(word.begin(), word.end(), QOC_CHAR_ANY) == word.end();
@@ -63,7 +63,11 @@ Text textOf(const Task &task, std::span<const Char32> word, Cost cost) {
   }
   const Reach reach = task.reachWithin(cost);
   WordTable table(task.costs, reach, task.swaps);
-  for (std::size_t depth = 0; depth < word.size(); ++depth) table.extend(word, depth, cost);
+  WorkMeter meter;
+  for (std::size_t depth = 0; depth < word.size(); ++depth) {
+    meter.spend(8 + 8 * table.width());
+    table.extend(word, depth, cost);
+  }
   WordTrace trace = table.trace(word);
   Text text;
   text.choices = std::move(trace.choices);
