@@ -26,20 +26,18 @@ class BestWords {
   /// The greatest cost that still matters.
   Cost limit() const { return limit_; }
 
-  /// Takes a word in unless it costs too much, is there at no greater cost or is not allowed. The same word in other
-  /// lexicons follows it in the order; the first one that is allowed counts.
+  /// Takes a word in unless it costs too much, is there or is not allowed. The same word in other lexicons, which costs
+  /// the same, follows it in the order; the first one that is allowed counts.
   qsys_status offer(const WordIndex &words, std::size_t word, Cost cost) {
     const auto text = words.word(word);
     const auto isSame = [&](std::size_t other) {
       const auto known = words.word(other);
       return std::equal(known.begin(), known.end(), text.begin(), text.end());
     };
-    const auto known =
-        std::find_if(found_.begin(), found_.end(), [&](const FoundWord &other) { return isSame(other.word); });
-    if (cost > limit_ || (known != found_.end() && known->cost <= cost)) {
+    const auto isKnown = [&](const FoundWord &other) { return isSame(other.word); };
+    if (cost > limit_ || std::any_of(found_.begin(), found_.end(), isKnown)) {
       return QSYS_STATUS_OK;
     }
-    if (known != found_.end()) found_.erase(known);
     bool isIn = false;
     for (; !isIn && word < words.size() && isSame(word); ++word) QOC_TRY(chooser_.isAllowed(word, isIn));
     if (isIn) {
@@ -127,10 +125,8 @@ class IndexSearch {
   }
 
  private:
-  /// The least that so many edits cost.
-  Cost leastOf(std::int32_t edits) const {
-    return edits == 0 || reach_.leastEdit < noWay / edits ? reach_.leastEdit * edits : noWay;
-  }
+  /// The least that so many edits cost; no more are within reach than cost less than noWay.
+  Cost leastOf(std::int32_t edits) const { return reach_.leastEdit * edits; }
 
   /// The words that take so many edits.
   qsys_status search(std::int32_t fewest, std::int32_t most) {

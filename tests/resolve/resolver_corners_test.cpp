@@ -625,6 +625,40 @@ TEST(ResolverEntries, ALargeExpressionTellsWhatItAdmitsLikeASmallOne) {
   EXPECT_EQ(setting(shown(text + "-=")).substr(0, 80), "unsure: " + text + "-?");
 }
 
+TEST(ResolverEntries, AnEmptyListAmongOthersIsPassedOver) {
+  Setting setting;
+  setting.params->maxEdits = 1;
+  setting.setWords({"cat"});
+  setting.addWords({});
+  setting.addWords({U"dog"});
+  EXPECT_EQ(both(setting, "d90 o90 g90"), "sure: dog 270");
+  EXPECT_EQ(both(setting, "d90 x90 g90"), "sure: dog 130");
+}
+
+TEST(ResolverEntries, LongListsAreSearchedLikeShortOnes) {
+  std::vector<std::string> list;
+  for (int32_t i = 0; i < 17000; ++i) {
+    const std::string digits = std::to_string(11 * i);
+    list.push_back(std::string(6 - digits.size(), '0') + digits);
+  }
+  Setting setting;
+  setting.params->matchOption2 = setting.params->matchOption4 = 0;
+  setting.setWords(list);
+  for (const int32_t maxMargin : {1000, INT32_MAX}) {
+    setting.rules->maxMargin = maxMargin;
+    for (const int32_t maxEdits : {1, 3}) {
+      SCOPED_TRACE("margin " + std::to_string(maxMargin) + ", edits " + std::to_string(maxEdits));
+      setting.params->maxEdits = maxEdits;
+      setting.rules->maxTexts = 1;
+      EXPECT_EQ(both(setting, "190 290 390 490 590 x90").substr(0, 16), "sure: 123453 400");
+      EXPECT_EQ(both(setting, "190 290 390 490 590 390").substr(0, 16), "sure: 123453 540");
+      setting.rules->maxTexts = 2;
+      setting.rules->maxLag = 100;
+      EXPECT_EQ(both(setting, "190 290 390 490 590|688 390|488").substr(0, 33), "unsure: 123453 540 +6, 123464 534");
+    }
+  }
+}
+
 TEST(ResolverEntries, ManyTextsAreWeighedAsByMatches) {
   Setting setting;
   setting.params->returnBestOnly = 1;
