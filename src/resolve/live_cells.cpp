@@ -29,16 +29,17 @@ inline void LiveCells::add(std::int32_t input, std::int32_t edits, Cost cost) {
     row_.push_back({input, edits, cost});
     return;
   }
-  auto behind = row_.end();
-  while (behind > row_.begin() && behind[-1].input > input) --behind;
-  auto first = behind;
-  for (; first > row_.begin() && first[-1].input == input; --first) {
-    if (first[-1].edits <= edits && first[-1].cost <= cost) {
+  std::size_t behind = row_.size();
+  while (behind > 0 && row_[behind - 1].input > input) --behind;
+  std::size_t first = behind;
+  for (; first > 0 && row_[first - 1].input == input; --first) {
+    if (row_[first - 1].edits <= edits && row_[first - 1].cost <= cost) {
       return;
     }
   }
   const auto isWorse = [&](const Cell &other) { return other.edits >= edits && other.cost >= cost; };
-  row_.insert(row_.erase(std::remove_if(first, behind, isWorse), behind), {input, edits, cost});
+  const auto at = [&](std::size_t k) { return row_.begin() + static_cast<std::ptrdiff_t>(k); };
+  row_.insert(row_.erase(std::remove_if(at(first), at(behind), isWorse), at(behind)), {input, edits, cost});
 }
 
 /// Whether the reading can have become as long as the word up to here, and what is left of it as what is left of the

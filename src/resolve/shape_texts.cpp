@@ -50,7 +50,8 @@ qsys_status ShapeTexts::add(std::span<const qoc_ocrDictionaryResult> results, st
     for (const qoc_ocrDictionaryEntryCheck &check : viewAs<qoc_ocrDictionaryEntryCheck>(task_.rules.checks)) {
       if (check.mode == lattice.mode && check.entry == entry) lattice.checks.push_back(&check.rule);
     }
-    for (Lattice &part : withExtrasPaid(std::move(lattice), task_.costs)) lattices_.push_back(std::move(part));
+    std::vector<Lattice> parts = withExtrasPaid(std::move(lattice), task_.costs);
+    for (Lattice &part : parts) lattices_.push_back(std::move(part));
   }
   return QSYS_STATUS_OK;
 }

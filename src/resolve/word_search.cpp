@@ -115,11 +115,17 @@ class IndexSearch {
 
   qsys_status run() {
     QOC_TRY(search(0, 0));
-    for (std::int32_t done = 0; done < reach_.maxEdits && leastOf(done + 1) <= best_.limit();) {
+    std::int32_t fewest = 1;
+    while (fewest <= reach_.maxEdits && leastOf(fewest) <= best_.limit()) {
       // One more as long as tries are walked, then twice as many.
-      const std::int32_t most = done < 3 ? done + 1 : done > reach_.maxEdits / 2 ? reach_.maxEdits : 2 * done;
-      QOC_TRY(search(done + 1, most));
-      done = most;
+      const std::int32_t most = fewest <= 3                    ? fewest
+                                : fewest > reach_.maxEdits / 2 ? reach_.maxEdits
+                                                               : 2 * (fewest - 1);
+      QOC_TRY(search(fewest, most));
+      if (most == reach_.maxEdits) {
+        break;  // It may be the greatest number there is.
+      }
+      fewest = most + 1;
     }
     return QSYS_STATUS_OK;
   }
