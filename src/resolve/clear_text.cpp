@@ -54,6 +54,23 @@ bool takeBest(const Task &task, CharactersAt &&charactersAt, Text &text) {
   return n > 0;
 }
 
+/// Calls visit(code, cost) for every candidate of a position but one that costs no more than the limit, until it is
+/// true.
+template <class Visit>
+bool anyOther(const ReadingCosts &costs, std::int32_t position, Char32 chosen, Cost limit, Visit &&visit) {
+  const Characters candidates = costs.candidates(position);
+  for (std::size_t k = 0; k < candidates.size(); ++k) {
+    const Char32 code = candidates[k].code;
+    if (code == chosen || code == QOC_CHAR_EMPTY || costs.firstScore(position) - candidates[k].score > limit) {
+      continue;
+    }
+    if (const Cost cost = costs.candidate(position, k).cost; cost <= limit && visit(code, cost)) {
+      return true;
+    }
+  }
+  return false;
+}
+
 /// Whether some position shows another character that costs no more than the limit.
 /// @param mayHave says of a position and a code whether another text that matters could have it there
 template <class MayHave>
@@ -63,14 +80,9 @@ bool showsOther(const Task &task, const Text &text, Cost limit, MayHave &&mayHav
     return true;
   }
   for (std::int32_t i = 0; i < costs.size(); ++i) {
-    const auto candidates = costs.candidates(i);
-    const Char32 chosen = text.choices[static_cast<std::size_t>(i)].code;
-    for (std::size_t k = 0; k < candidates.size(); ++k) {
-      const Char32 code = candidates[k].code;
-      if (code != chosen && code != QOC_CHAR_EMPTY && costs.firstScore(i) - candidates[k].score <= limit &&
-          costs.candidate(i, k).cost <= limit && (code == QOC_CHAR_ANY || mayHave(i, code))) {
-        return true;
-      }
+    const auto matters = [&](Char32 code, Cost) { return code == QOC_CHAR_ANY || mayHave(i, code); };
+    if (anyOther(costs, i, text.choices[static_cast<std::size_t>(i)].code, limit, matters)) {
+      return true;
     }
   }
   return false;
@@ -117,19 +129,14 @@ bool hasWordBeside(const Task &task, std::vector<Char32> codes, Cost limit, bool
   for (std::int32_t i = costs.size(); i-- > 0;) {
     const auto at = static_cast<std::size_t>(i);
     const Char32 first = codes[at];
-    const auto candidates = costs.candidates(i);
     Cost here = noWay;
-    for (std::size_t k = 0; k < candidates.size(); ++k) {
-      const Char32 code = candidates[k].code;
-      const Cost cost = costs.firstScore(i) - candidates[k].score <= limit ? costs.candidate(i, k).cost : noWay;
-      if (code == first || code == QOC_CHAR_EMPTY || cost > limit) {
-        continue;
-      }
+    const auto mayBeWord = [&](Char32 code, Cost cost) {
       codes[at] = code;
-      if (code == QOC_CHAR_ANY || least + cost <= limit || words.contains(codes)) {
-        return true;
-      }
       here = std::min(here, cost);
+      return code == QOC_CHAR_ANY || least + cost <= limit || words.contains(codes);
+    };
+    if (anyOther(costs, i, first, limit, mayBeWord)) {
+      return true;
     }
     codes[at] = first;
     if (const Cost extra = costs.leastExtra(i); mayLeaveOut && extra <= limit) {

@@ -42,6 +42,7 @@ using HeldReading =
 
 /// The characters that a text may have, place by place.
 using CodesByPlace = std::vector<std::vector<Char32>>;
+
 /// A dictionary as the resolver needs it. Immutable once made.
 struct Knowledge {
   WordIndex words;

@@ -96,15 +96,18 @@ Cost LiveCells::costOf(std::span<const Char32> word, Cost limit, WorkMeter &mete
   row_.clear();
   add(0, 0, 0);
   addExtras(QOC_CHAR_EMPTY);
-  for (std::size_t depth = 0; depth < word.size() && !row_.empty(); ++depth) {
+  for (const Char32 code : word) {
+    if (row_.empty()) {
+      break;
+    }
     --left_;
     ++depth_;
     meter.spend(4 + 16 * row_.size());
     row_.swap(above_);
     row_.clear();
-    const Cost missing = mayMiss_ ? costs_.penalties().missing(word[depth]) : noWay;
-    for (const Cell &cell : above_) addSteps(cell, word[depth], missing);
-    addExtras(word[depth]);
+    const Cost missing = mayMiss_ ? costs_.penalties().missing(code) : noWay;
+    for (const Cell &cell : above_) addSteps(cell, code, missing);
+    addExtras(code);
   }
   // What is left of the reading has been left out.
   Cost least = noWay;

@@ -135,7 +135,8 @@ qsys_status ShapeTexts::walkWithin(Cost limit, bool &isDone) {
     const bool hasChecks = task_.hasChecks(mode, entry);
     const auto visit = [&](const WalkedText &walked) -> qsys_status {
       const bool isClosed = walked.open.empty();
-      if (isClosed && hasChecks && !task_.admits(task_.verdictOn(walked.choices, mode, entry))) {
+      const Task::Verdict verdict = isClosed ? task_.verdictOn(walked.choices, mode, entry) : Task::Verdict();
+      if (!task_.admits(verdict)) {
         return QSYS_STATUS_OK;
       }
       Text text;
@@ -143,11 +144,12 @@ qsys_status ShapeTexts::walkWithin(Cost limit, bool &isDone) {
       text.inputs = walked.inputs;
       text.cost = walked.cost;
       text.mode = mode;
+      text.hasCheck = verdict.hasCheck;
+      text.passesCheck = verdict.passesCheck;
       if (isClosed || !hasChecks) {
         bool isDescribed = true;
         QOC_TRY(fill(entry, walked.open, text, isDescribed));
-        task_.check(text, entry);
-        if (isDescribed && task_.admits(text)) texts_.add(std::move(text));
+        if (isDescribed) texts_.add(std::move(text));
       } else if (walked.open.size() == 1) {
         QOC_TRY(addPassing(entry, walked.open[0], text));
       } else {

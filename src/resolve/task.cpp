@@ -27,11 +27,25 @@ Cost Task::mostAsFreeText() const {
   return std::max(hasShapes ? costs.freeText(rules.freeShape) : 0, hasWords ? costs.freeText(rules.freeWord) : 0);
 }
 
+namespace {
+
+bool isOf(const qoc_ocrDictionaryEntryCheck &check, qoc_ocrDictionaryMode mode, std::int32_t entry) {
+  return check.mode == mode && check.entry == entry;
+}
+
+}  // namespace
+
+bool Task::hasChecks(qoc_ocrDictionaryMode mode, std::int32_t entry) const {
+  const auto checks = viewAs<qoc_ocrDictionaryEntryCheck>(rules.checks);
+  return std::any_of(checks.begin(), checks.end(),
+                     [&](const qoc_ocrDictionaryEntryCheck &check) { return isOf(check, mode, entry); });
+}
+
 Task::Verdict Task::verdictOn(std::span<const Choice> choices, qoc_ocrDictionaryMode mode, std::int32_t entry) const {
   const auto checks = viewAs<qoc_ocrDictionaryEntryCheck>(rules.checks);
   Verdict verdict = {false, true};
   for (std::size_t i = 0; i < checks.size(); ++i) {
-    if (checks[i].mode != mode || checks[i].entry != entry) {
+    if (!isOf(checks[i], mode, entry)) {
       continue;
     }
     if (!verdict.hasCheck) {

@@ -31,7 +31,7 @@ class Task {
   /// Whether a text is the whole reading, and its characters come one by one.
   bool isPlain() const { return !reach.isWindow && swaps.isEmpty(); }
   bool hasChecks() const { return rules.checks.core.size > 0; }
-  bool hasChecks(qoc_ocrDictionaryMode mode, std::int32_t entry) const { return verdictOn({}, mode, entry).hasCheck; }
+  bool hasChecks(qoc_ocrDictionaryMode mode, std::int32_t entry) const;
   /// Whether characters pass the checks of an entry, as far as it has any.
   struct Verdict {
     bool hasCheck = false, passesCheck = false;

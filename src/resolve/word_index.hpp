@@ -28,10 +28,8 @@ class WordIndex {
   std::int32_t lexicon(std::size_t k) const { return words_[order_[k]].lexicon; }
   /// How many characters a word has in common with the one before it, from the beginning.
   std::size_t numShared(std::size_t k) const { return numShared_[k]; }
-  /// Whether a word is the same as the one before it.
-  bool isRepeated(std::size_t k) const {
-    return k > 0 && numShared_[k] == word(k).size() && word(k - 1).size() == word(k).size();
-  }
+  /// Whether a word, not the first, is the same as the one before it: a word that begins with it stands behind it.
+  bool isRepeated(std::size_t k) const { return numShared_[k] == word(k).size(); }
   /// The first place in the order that has the word, or size().
   std::size_t find(std::span<const Char32> word) const;
   bool contains(std::span<const Char32> word) const { return find(word) < size(); }

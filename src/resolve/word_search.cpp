@@ -236,10 +236,7 @@ Cost costOfWord(std::span<const Char32> word, const ReadingCosts &costs, const R
     return LiveCells(costs, reach).costOf(word, noWay - 1, meter);
   }
   WordTable table(costs, reach, swaps);
-  for (std::size_t depth = 0; depth < word.size(); ++depth) {
-    meter.spend(8 + 8 * table.width());
-    table.extend(word, depth);
-  }
+  table.fill(word, noWay - 1, meter);
   return table.canReach(word.size()) && reach.admitsLength(word.size()) ? table.cost(word, word.size()) : noWay;
 }
 

@@ -215,6 +215,13 @@ Cost WordTable::suffixCost(std::int32_t input) const {
   return input == costs_.size() ? 0 : reach_.isWindow ? suffix_[static_cast<std::size_t>(input)] : noWay;
 }
 
+void WordTable::fill(std::span<const Char32> word, Cost limit, WorkMeter &meter) {
+  for (std::size_t depth = 0; depth < word.size(); ++depth) {
+    meter.spend(8 + 8 * width());
+    extend(word, depth, limit);
+  }
+}
+
 Cost WordTable::cost(std::span<const Char32> word, std::size_t depth) const {
   if (!reach_.admitsLength(word.size())) {
     return noWay;

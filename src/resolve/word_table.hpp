@@ -8,6 +8,7 @@
 #include <span>
 #include <vector>
 
+#include "platform/system/work_meter.hpp"
 #include "resolve/reading_costs.hpp"
 
 namespace qoc {
@@ -37,7 +38,6 @@ struct Reach {
   static Reach of(const qoc_ocrDictionaryRunParams &params);
   /// Whether texts of every length are allowed.
   bool allowsAnyLength() const { return minLength <= 1 && maxLength == INT32_MAX; }
-  bool allowsEdits() const { return allowsSubstitution || allowsMissing || allowsExtra; }
   /// Whether a word may have that length; lengths bind only where nothing is edited.
   bool admitsLength(std::size_t length) const {
     return maxEdits > 0 ||
@@ -64,6 +64,8 @@ class WordTable {
   /// @param limit costs beyond it need not be known
   /// @return the least cost in the row; noWay where it is beyond the limit
   Cost extend(std::span<const Char32> word, std::size_t depth, Cost limit = noWay - 1);
+  /// Fills the rows of all of a word. Throws Interrupted.
+  void fill(std::span<const Char32> word, Cost limit, WorkMeter &meter);
   /// The cost of the word that ends at `depth` characters.
   Cost cost(std::span<const Char32> word, std::size_t depth) const;
   /// How the word comes about at that cost.

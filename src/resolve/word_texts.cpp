@@ -64,10 +64,7 @@ Text textOf(const Task &task, std::span<const Char32> word, Cost cost) {
   const Reach reach = task.reachWithin(cost);
   WordTable table(task.costs, reach, task.swaps);
   WorkMeter meter;
-  for (std::size_t depth = 0; depth < word.size(); ++depth) {
-    meter.spend(8 + 8 * table.width());
-    table.extend(word, depth, cost);
-  }
+  table.fill(word, cost, meter);
   WordTrace trace = table.trace(word);
   Text text;
   text.choices = std::move(trace.choices);
