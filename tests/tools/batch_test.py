@@ -76,17 +76,19 @@ class BatchTest(ProgramTest):
             process.wait()
             process.stdout.close()
 
-    def interrupt(self, *arguments, seconds=2.0):
-        """Runs on readings each of which takes long, and interrupts. Gives (exit code, output, messages)."""
+    def interrupt(self, *arguments, seconds=2.0, by=(signal.SIGINT,), ignored=()):
+        """Runs on readings each of which takes long, and interrupts by one signal after the other. Gives (exit code, output, messages)."""
         words = ["".join("abcdefgh"[(i >> 3 * k) % 8] for k in range(6)) for i in range(4000)]
         dictionary = self.dictionary(*words, maxEdits=2, window=True)
         self.write("readings.txt", "abcdef\n" * 40 + "abcdefgh" * 20000 + "\n" + "abcdef\n" * 100)
         process = subprocess.Popen([PROGRAM, *arguments, "-d", dictionary, "readings.txt"], cwd=self.directory,
-                                   stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+                                   stdout=subprocess.PIPE, stderr=subprocess.PIPE,
+                                   preexec_fn=lambda: [signal.signal(each, signal.SIG_IGN) for each in ignored])
         try:
-            time.sleep(seconds)
-            self.assertIsNone(process.poll())
-            process.send_signal(signal.SIGINT)
+            for each in by:
+                time.sleep(seconds)
+                self.assertIsNone(process.poll())
+                process.send_signal(each)
             out, err = process.communicate(timeout=60)
         finally:
             process.kill()
@@ -110,6 +112,17 @@ class BatchTest(ProgramTest):
         self.assertEqual((code, out), (2, ""))
         self.assertIn("the report is not written", err)
         self.assertEqual({path.name for path in self.directory.iterdir()}, {"dictionary.json", "readings.txt"})
+
+    def test_what_asks_a_program_to_end_interrupts_it(self):
+        for by in (signal.SIGTERM, signal.SIGHUP):
+            code, out, err = self.interrupt("report", "-o", "report.html", by=(by,))
+            self.assertEqual((code, out), (2, ""))
+            self.assertIn("the report is not written", err)
+            self.assertEqual({path.name for path in self.directory.iterdir()}, {"dictionary.json", "readings.txt"})
+
+    def test_an_ignored_hangup_stays_ignored(self):
+        code, _, err = self.interrupt("run", by=(signal.SIGHUP, signal.SIGINT), ignored=(signal.SIGHUP,))
+        self.assertEqual(code, 2, err)
 
     def test_numbers_of_threads(self):
         dictionary = self.dictionary("word")

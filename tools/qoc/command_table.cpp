@@ -229,7 +229,8 @@ constexpr const char *readingExitCodes =
     "0 every reading had a result, 1 some had none, 2 bad usage, bad input or interrupted";
 constexpr const char *plainExitCodes = "0 success, 2 bad usage, bad input or interrupted";
 constexpr const char *interruption =
-    "A first Ctrl-C ends the work after readings that are finished, which are written in full, and says how to go on.";
+    "A first Ctrl-C, SIGTERM or SIGHUP ends the work after readings that are finished, which are written in full, and says "
+    "how to go on.";
 
 std::vector<CommandSpec> makeTable() {
   const Specs runOptions = parameterOptions(runParameters, &Options::overrides);

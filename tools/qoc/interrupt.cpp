@@ -9,6 +9,7 @@
 #include <csignal>
 #include <cstdint>
 #include <cstring>
+#include <iterator>
 
 #include <fcntl.h>
 #include <poll.h>
@@ -21,6 +22,8 @@ namespace {
 std::atomic<std::int32_t> isInterrupted{0};
 std::atomic<std::int32_t> areThreadsStopped{0}; // By the signal, too.
 static_assert(std::atomic<std::int32_t>::is_always_lock_free);
+constexpr int endingSignals[] = {SIGINT, SIGTERM, SIGHUP};
+struct sigaction before[std::size(endingSignals)]; // What each of them did without the guard.
 int wakePipe[2] = {-1, -1}; // Becomes readable with the signal, so that none slips in before a wait.
 
 extern "C" void onInterrupt(int) {
@@ -43,13 +46,17 @@ InterruptGuard::InterruptGuard() {
   struct sigaction action {};
   action.sa_handler = onInterrupt;
   action.sa_flags = static_cast<int>(SA_RESETHAND); // And no SA_RESTART: a blocked open or read ends.
-  sigaction(SIGINT, &action, nullptr);
+  for (std::size_t i = 0; i < std::size(endingSignals); ++i) {
+    sigaction(endingSignals[i], &action, &before[i]);
+    // nohup asks for a program that outlives its terminal.
+    if (endingSignals[i] != SIGINT && before[i].sa_handler == SIG_IGN) std::signal(endingSignals[i], SIG_IGN);
+  }
   qsys_attention_setHandler(qsys_attention_flagHandler, &isInterrupted);
 }
 
 InterruptGuard::~InterruptGuard() {
   qsys_attention_setHandler(nullptr, nullptr);
-  std::signal(SIGINT, SIG_DFL);
+  for (std::size_t i = 0; i < std::size(endingSignals); ++i) sigaction(endingSignals[i], &before[i], nullptr);
   close(wakePipe[0]);
   close(wakePipe[1]);
 }

@@ -1,10 +1,11 @@
 #pragma once
 
-/// @file Ctrl-C: it ends the library's work through the attention check, and waiting for input through a pipe.
+/// @file Ctrl-C, and what asks a program to end: they end the library's work through the attention check, and waiting for input through a pipe.
 
 namespace qoc::program {
 
-/// From its construction to its destruction the first SIGINT interrupts cleanly; a second one ends the process as ever.
+/// From its construction to its destruction the first SIGINT, SIGTERM or SIGHUP interrupts cleanly; a second one ends
+/// the process as ever. What was told to ignore SIGTERM or SIGHUP goes on doing so.
 class InterruptGuard {
 public:
   InterruptGuard();
@@ -13,7 +14,7 @@ public:
   ~InterruptGuard();
 };
 
-/// While it lives, the library's work in the calling thread ends when SIGINT has come, or the threads are stopped.
+/// While it lives, the library's work in the calling thread ends when a signal has come, or the threads are stopped.
 class ThreadAttention {
 public:
   ThreadAttention();
@@ -26,13 +27,13 @@ public:
 void stopThreads();
 void letThreadsWork();
 
-/// Throws Interrupted when SIGINT has come, or the thread's attention handler says so.
+/// Throws Interrupted when such a signal has come, or the thread's attention handler says so.
 void checkInterrupt();
 
 /// Whether the descriptor can be read without waiting.
 bool isReadable(int descriptor);
 
-/// Waits until the descriptor can be read. Throws Interrupted when SIGINT comes first.
+/// Waits until the descriptor can be read. Throws Interrupted when such a signal comes first.
 void waitReadable(int descriptor);
 
 } // namespace qoc::program
