@@ -94,8 +94,8 @@ class ShapeWalk {
     if (leftOut_ == none || leftOut_ + 1 != input) {
       return 0;
     }
-    const bool isBehind = !text_.inputs.empty() && text_.inputs.back() + 1 == leftOut_;
-    return costs_.extra(leftOut_, isBehind ? text_.choices.back().code : QOC_CHAR_EMPTY, code);
+    static_assert(maxEdits == 1);  // So nothing else is edited, and the character before it comes from right before it.
+    return costs_.extra(leftOut_, text_.choices.empty() ? QOC_CHAR_EMPTY : text_.choices.back().code, code);
   }
 
   template <class Visit>

@@ -4,6 +4,7 @@
 
 #include "resolve/setting.hpp"
 #include "support/handlers.hpp"
+#include "support/metered.hpp"
 #include "support/shortcuts.hpp"
 #include "swap/swaps.hpp"
 
@@ -207,6 +208,8 @@ TEST(ResolverReadings, AnOpenPlaceMayHaveCharactersBeyondAscii) {
   EXPECT_EQ(of(L"[\u00E0-\u00FF][0-9]", U"x90 790"), "unsure: ?7 40");
   EXPECT_EQ(of(L"(a\u00E9|b[\u00E8-\u00EA])[0-9]", U"a90 x90 790"), "sure: a{E9}7 130");
 
+  EXPECT_EQ(of(L"[\uF800-\uF803][0-9]", U"x90 790"), "sure: {F803}7 40") << "the others are no characters";
+
   Setting setting;
   setting.params->maxEdits = 1;
   Owned<qoc_ocrDictionaryPositionFielding> letter;
@@ -231,6 +234,37 @@ TEST(ResolverReadings, ACandidateFartherThanTheMarginDoesNotMatter) {
   EXPECT_EQ(both(setting, U"c90 a90 r90|\uF80186"), "unsure: car 270 +8") << "it may be the t of another word";
 }
 
+TEST(ResolverReadings, WithoutSwapsAClearWordIsOneThatNothingComesNear) {
+  Setting setting;
+  setting.usesSwaps = false;
+  setting.rules->maxTexts = 1;
+  setting.rules->maxMargin = 0;
+  setting.rules->alternativePenalty = 5;
+  setting.setWords({"car", "cat", "kot"});
+  EXPECT_EQ(both(setting, "c90 a90 r90|x86"), "sure: car 270 +10");
+  EXPECT_EQ(both(setting, "c90 a90 r90|t81"), "sure: car 270 +10");
+  EXPECT_EQ(both(setting, "c90 a90 r90|t86"), "unsure: car 270 +8");
+  EXPECT_EQ(both(setting, U"c90 a90 r90|\uF80186"), "unsure: car 270 +8") << "it may be the t of another word";
+  EXPECT_EQ(both(setting, "c90|k88 a90|o89 t90"), "unsure: cat 270 +6") << "two other candidates make another word";
+  EXPECT_EQ(both(setting, "c90|k88 a90|o87 t90"), "sure: cat 270 +10");
+  Setting shape;
+  shape.usesSwaps = false;
+  shape.addExpression("[A-Z].");
+  EXPECT_EQ(both(shape, U"B90 790|\uF80180"), "sure: B7 180 +11, B? 169");
+}
+
+TEST(ResolverReadings, WordsOfOtherLengthsDoNotMatterWhereNothingIsLeftOut) {
+  Setting setting;
+  setting.usesSwaps = false;
+  setting.params->maxEdits = 1;
+  setting.params->minStringLength = 2;
+  setting.params->matchOption1 = setting.params->matchOption2 = 0;
+  setting.setWords({"caar", "car"});
+  EXPECT_EQ(both(setting, "c90 a90 a20 r90"), "sure: caar 290 +40, car 250");
+  setting.params->matchOption4 = 0;
+  EXPECT_EQ(both(setting, "c90 a90 a20 r90"), "sure: caar 290");
+}
+
 TEST(ResolverReadings, OfSeveralSwapsTheCheapestCounts) {
   Setting setting;
   setting.addLine("A");
@@ -249,8 +283,7 @@ TEST(ResolverReadings, ASetOfSwapsOfTwoForTwoAloneCounts) {
   EXPECT_EQ(setting("v90 a90 c90 v90 v90 m90"), "sure: vacuum 510");
 }
 
-// Results that the resolver is given
-// ------------------------------------------------------------------------------------
+// Results that the resolver is given -------------------------------------------------------------------------------
 
 /// What a resolver without a dictionary says of made results.
 std::string ofResults(const std::vector<ResultFields> &list, std::string_view input = "c90 a90 t90",
@@ -319,6 +352,20 @@ TEST(ResolverResults, OneThatDoesNotFitTheReadingHasNoText) {
   EXPECT_EQ(ofResults({whole}, "c90 a90"), "none");
   EXPECT_EQ(ofResults({{.word = "cow"}}), "none") << "a word that the reading cannot be";
   EXPECT_EQ(ofResults({{.word = "cow"}, whole}), "sure: cat 270");
+}
+
+TEST(ResolverResults, AWordOfAnotherLengthThanAskedForIsNoText) {
+  Setting setting;
+  setting.knowsDictionary = false;
+  Owned<qoc_ocrDictionaryResolution> resolution;
+  for (const bool hasSequences : {false, true}) {
+    if (hasSequences) require(qoc_swapCharSet_assign(setting.swaps, setOfSwaps({{U"rn", U"m"}})));
+    for (const int32_t least : {3, 4}) {
+      setting.params->minStringLength = least;
+      require(setting.resolve(reading("c90 a90 t90"), resultSet({{.word = "cat"}}), resolution));
+      EXPECT_EQ(Setting::show(*resolution), least == 3 ? "sure: cat 270" : "none");
+    }
+  }
 }
 
 TEST(ResolverResults, AnEditedPositionIsOpenUnlessTheResultNamesItsCharacter) {
@@ -416,6 +463,16 @@ TEST(ResolverResults, ATextThatNoneOfThemShowsComesFromNone) {
                                             resultSet({passed}), resolution));
   EXPECT_EQ(Setting::show(*resolution), "sure: cat 270");
   EXPECT_EQ(elements(resolution->texts)[0].resultIndex, -1);
+
+  passed.isComputed = 1;
+  auto without = resultSet({passed});
+  qoc_ocrDictionaryResult *one = nullptr;
+  require(qstd_vector_qoc_ocrDictionaryResult_getElement(&without->results, 0, &one));
+  require(qoc_ocrDictionaryStringMulti_assign(&one->valid, reading(U"c90 \uF80090 t90")));
+  require(qoc_ocrDictionaryResolver_resolve(setting.resolver, reading("c90 a90 t90"), nullptr, nullptr, without,
+                                            resolution));
+  EXPECT_EQ(Setting::show(*resolution), "sure: cat 270");
+  EXPECT_EQ(elements(resolution->texts)[0].resultIndex, -1) << "the result has no character there";
 }
 
 TEST(ResolverResults, OneThatIsNotOfTheWholeReadingLeavesTheOthersToBeFound) {
@@ -451,6 +508,27 @@ TEST(ResolverResults, WithoutAnyTheTextsThatWereGoneThroughAreMatchedAgain) {
   require(qoc_ocrDictionaryResolver_resolve(setting.resolver, reading(input), setting.params, nullptr, notComputed,
                                             resolution));
   EXPECT_EQ(Setting::show(*resolution), "unsure: 888888888888 1080 +2");
+}
+
+TEST(ResolverResults, OfManyExtraPositionsThreeAreWeighedByWhatTheTextsHaveBesideThem) {
+  // Pairs of digits, and between those of each pair a 1 of its own: read twice beside another 1, else extra.
+  const auto of = [](int numPairs, const std::string &last) {
+    ResultFields pairs = {.mode = fieldingMode};
+    std::string read;
+    for (int32_t i = 0; i < numPairs; ++i) {
+      const std::string digit = i + 1 < numPairs ? "190|280" : last;
+      read += (i > 0 ? " " : "") + digit + " 190 " + digit;
+      pairs.valid += i > 0 ? " 1|2 1|2" : "1|2 1|2";
+      pairs.deleted.push_back(3 * i + 1);
+    }
+    pairs.statuses = Statuses(static_cast<std::size_t>(2 * numPairs), primary);
+    pairs.numEdits = numPairs;
+    return ofResults({pairs}, read).substr(0, static_cast<std::size_t>(2 * numPairs) + 12);
+  };
+  EXPECT_EQ(of(3, "190|280"), "sure: 111111 690 +");
+  EXPECT_EQ(of(3, "290|180"), "unsure: 111112 679") << "a 1 that loses 11 saves 70";
+  EXPECT_EQ(of(4, "190|280"), "sure: 11111111 920 +");
+  EXPECT_EQ(of(4, "290|180"), "sure: 11111122 850 +") << "told by the 2s, which come first";
 }
 
 TEST(ResolverResults, TheCheapestWayOfACharacterCounts) {
@@ -646,7 +724,7 @@ TEST(ResolverEntries, LongListsAreSearchedLikeShortOnes) {
   setting.setWords(list);
   for (const int32_t maxMargin : {1000, INT32_MAX}) {
     setting.rules->maxMargin = maxMargin;
-    for (const int32_t maxEdits : {1, 3}) {
+    for (const int32_t maxEdits : {1, 3, 4}) {
       SCOPED_TRACE("margin " + std::to_string(maxMargin) + ", edits " + std::to_string(maxEdits));
       setting.params->maxEdits = maxEdits;
       setting.rules->maxTexts = 1;
@@ -657,6 +735,28 @@ TEST(ResolverEntries, LongListsAreSearchedLikeShortOnes) {
       EXPECT_EQ(both(setting, "190 290 390 490 590|688 390|488").substr(0, 33), "unsure: 123453 540 +6, 123464 534");
     }
   }
+}
+
+TEST(ResolverEntries, AnEmptyReadingIsShortOfWords) {
+  std::vector<std::string> list;
+  for (int32_t i = 0; i < 500; ++i) list.push_back(std::to_string(i));
+  Setting setting;
+  setting.params->maxEdits = 1;
+  setting.setWords(list);
+  const std::string all = setting.withoutRun({});
+  EXPECT_EQ(all.substr(0, 20), "unsure: 0 -60 +0, 1 ");
+  const ShortcutsTaken taken(ShortcutsTaken::none);
+  EXPECT_EQ(setting.withoutRun({}), all);
+}
+
+TEST(ResolverEntries, WordsPutIntoTheListItselfAreWords) {
+  Setting setting;
+  setting.setWords({"cat"});
+  qoc_ocrDictionaryLexicon *list = nullptr;
+  require(qstd_vector_qoc_ocrDictionaryLexicon_getElement(&setting.dictionary->lexicons, 0, &list));
+  require(qstd_vector_qoc_ocrDictionaryString_pushBack(&list->strings, word("dog")));
+  EXPECT_EQ(both(setting, "d90 o90 g90"), "sure: dog 270");
+  EXPECT_EQ(both(setting, "c90 a90 t90"), "sure: cat 270");
 }
 
 TEST(ResolverEntries, ManyTextsAreWeighedAsByMatches) {
@@ -682,6 +782,9 @@ TEST(ResolverEntries, ManyTextsAreWeighedAsByMatches) {
     const ShortcutsTaken taken(ShortcutsTaken::none);
     EXPECT_EQ(totals(input), many) << "without shortcuts";
   }
+  setting.rules->maxLag = 100;
+  const std::string all = setting(input);
+  EXPECT_EQ(setting.withoutRun(reading(input)).substr(0, 200), all.substr(0, 200)) << "too many to be gone through";
   setting.rules->maxTexts = 1;
   setting.rules->maxMargin = 15;
   EXPECT_EQ(both(setting, input), "unsure: 888888888888 1080 +2");
@@ -693,6 +796,47 @@ TEST(ResolverEntries, ManyTextsAreWeighedAsByMatches) {
   longer.addExpression("[0-9]+");
   EXPECT_EQ(both(longer, longInput), "sure: " + std::string(260, 'a') + " 23400 +11, " + std::string(100, 'a') + "b" +
                                          std::string(159, 'a') + " 23389");
+}
+
+/// Interrupts at every poll, at first, and at some later ones; then the text has to be the one without.
+void interruptEverywhere(Setting &setting, const Owned<qoc_ocrDictionaryStringMulti> &input,
+                         std::string_view expected) {
+  Owned<qoc_ocrDictionaryResultSet> results;
+  require(qoc_ocrDictionary_runSwapCharSetMulti(setting.dictionary, input, setting.params, nullptr, results));
+  Owned<qoc_ocrDictionaryResolution> resolution;
+  require(setting.resolve(input, results, resolution));
+  int64_t numPolls = 0;
+  for (int64_t n = 0; n <= numPolls; n += 1 + n / 50) {
+    const PollingMeters meters(1);
+    const Polls polls(n);
+    const qsys_status status =
+        qoc_ocrDictionaryResolver_resolve(setting.resolver, input, setting.params, nullptr, results, resolution);
+    EXPECT_EQ(status, polls.count() > n ? QSYS_STATUS_INTERRUPTED : QSYS_STATUS_OK) << "poll " << n;
+    numPolls = std::max(numPolls, polls.count());
+  }
+  EXPECT_GT(numPolls, 2);
+  require(qoc_ocrDictionaryResolver_resolve(setting.resolver, input, setting.params, nullptr, results, resolution));
+  EXPECT_EQ(Setting::show(*resolution), expected);
+}
+
+TEST(ResolverEntries, AnInterruptEndsWalksWithOpenPlacesBehindAnExtraOne) {
+  Setting setting;
+  setting.params->maxEdits = 1;
+  setting.params->returnBestOnly = 1;
+  setting.addExpression("..[0-9]");
+  setting.addExpression("[a-z]{5}");
+  interruptEverywhere(setting, reading(U"\uF80290 \uF80190 x20 790"),
+                      "unsure: {F802}?7 250 +0, {F802}x7 250 +0, ?x7 250");
+}
+
+TEST(ResolverEntries, AnInterruptEndsSearchesOfLongLists) {
+  std::vector<std::string> list;
+  for (int32_t i = 0; i < 5000; ++i) list.push_back(std::to_string(100000 + 7 * i));
+  Setting setting;
+  setting.params->maxEdits = 2;
+  setting.setWords(list);
+  interruptEverywhere(setting, reading("190 090 090 090 x90 590"),
+                      "sure: 100035 400 +30, 100056 370 +0, 100105 370 +0, 100805 370 +0, 105005 370 +110");
 }
 
 TEST(ResolverEntries, CharactersThatNoEntryAdmitsThereDoNotMatter) {

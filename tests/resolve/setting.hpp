@@ -21,6 +21,7 @@ struct Setting {
   Owned<qoc_ocrDictionaryResolverRules> rules;
   Owned<qoc_ocrDictionaryResolver> resolver;
   bool knowsDictionary = true;
+  bool usesSwaps = true;
 
   /// Rules whose numbers are easy to follow.
   Setting() {
@@ -46,13 +47,18 @@ struct Setting {
   }
   qsys_status resolve(const Owned<qoc_ocrDictionaryStringMulti> &input, qoc_ocrDictionaryResolution *resolution) {
     Owned<qoc_ocrDictionaryResultSet> results;
-    require(qoc_ocrDictionary_runSwapCharSetMulti(dictionary, input, params, swaps, results));
+    require(qoc_ocrDictionary_runSwapCharSetMulti(dictionary, input, params, usesSwaps ? &*swaps : nullptr, results));
+    return resolve(input, results, resolution);
+  }
+  qsys_status resolve(const Owned<qoc_ocrDictionaryStringMulti> &input,
+                      const Owned<qoc_ocrDictionaryResultSet> &results, qoc_ocrDictionaryResolution *resolution) {
     const qsys_status status = qoc_ocrDictionaryResolver_setRules(resolver, rules);
     if (status < 0) return status;
     const qsys_status known =
         qoc_ocrDictionaryResolver_setDictionary(resolver, knowsDictionary ? &*dictionary : nullptr);
     if (known < 0) return known;
-    return qoc_ocrDictionaryResolver_resolve(resolver, input, params, swaps, results, resolution);
+    return qoc_ocrDictionaryResolver_resolve(resolver, input, params, usesSwaps ? &*swaps : nullptr, results,
+                                             resolution);
   }
   /// "sure: text total +margin, ..." in order.
   std::string operator()(std::string_view input) { return (*this)(reading(input)); }
@@ -60,6 +66,12 @@ struct Setting {
   std::string operator()(const Owned<qoc_ocrDictionaryStringMulti> &input) {
     Owned<qoc_ocrDictionaryResolution> resolution;
     require(resolve(input, resolution));
+    return show(*resolution);
+  }
+  /// The same where nothing but the reading is known, as no run has been computed.
+  std::string withoutRun(const Owned<qoc_ocrDictionaryStringMulti> &input) {
+    Owned<qoc_ocrDictionaryResolution> resolution;
+    require(resolve(input, {}, resolution));
     return show(*resolution);
   }
   static std::string show(const qoc_ocrDictionaryResolution &resolution) {
