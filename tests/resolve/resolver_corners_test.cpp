@@ -237,6 +237,7 @@ TEST(ResolverReadings, ACandidateFartherThanTheMarginDoesNotMatter) {
 TEST(ResolverReadings, WithoutSwapsAClearWordIsOneThatNothingComesNear) {
   Setting setting;
   setting.usesSwaps = false;
+  setting.params->returnBestOnly = 1;
   setting.rules->maxTexts = 1;
   setting.rules->maxMargin = 0;
   setting.rules->alternativePenalty = 5;
@@ -801,16 +802,16 @@ TEST(ResolverEntries, ManyTextsAreWeighedAsByMatches) {
                                          std::string(159, 'a') + " 23389");
 }
 
-/// Interrupts at every poll, at first, and at some later ones; then the text has to be the one without.
-void interruptEverywhere(Setting &setting, const Owned<qoc_ocrDictionaryStringMulti> &input,
+/// Interrupts at every poll, of which meters make one in so many units of work; then the text has to be the one without.
+void interruptEverywhere(Setting &setting, const Owned<qoc_ocrDictionaryStringMulti> &input, std::size_t units,
                          std::string_view expected) {
   Owned<qoc_ocrDictionaryResultSet> results;
   require(qoc_ocrDictionary_runSwapCharSetMulti(setting.dictionary, input, setting.params, nullptr, results));
   Owned<qoc_ocrDictionaryResolution> resolution;
   require(setting.resolve(input, results, resolution));
   int64_t numPolls = 0;
-  for (int64_t n = 0; n <= numPolls; n += 1 + n / 50) {
-    const PollingMeters meters(1);
+  for (int64_t n = 0; n <= numPolls; ++n) {
+    const PollingMeters meters(units);
     const Polls polls(n);
     const qsys_status status =
         qoc_ocrDictionaryResolver_resolve(setting.resolver, input, setting.params, nullptr, results, resolution);
@@ -828,7 +829,7 @@ TEST(ResolverEntries, AnInterruptEndsWalksWithOpenPlacesBehindAnExtraOne) {
   setting.params->returnBestOnly = 1;
   setting.addExpression("..[0-9]");
   setting.addExpression("[a-z]{5}");
-  interruptEverywhere(setting, reading(U"\uF80290 \uF80190 x20 790"),
+  interruptEverywhere(setting, reading(U"\uF80290 \uF80190 x20 790"), 1,
                       "unsure: {F802}?7 250 +0, {F802}x7 250 +0, ?x7 250");
 }
 
@@ -838,7 +839,7 @@ TEST(ResolverEntries, AnInterruptEndsSearchesOfLongLists) {
   Setting setting;
   setting.params->maxEdits = 4;
   setting.setWords(list);
-  interruptEverywhere(setting, reading("190 x90 x90 x90 x90 590"),
+  interruptEverywhere(setting, reading("190 x90 x90 x90 x90 590"), 10000,
                       "unsure: 100035 -20 +0, 100105 -20 +0, 100175 -20 +0, 100245 -20 +0, 100315 -20 +0");
 }
 
