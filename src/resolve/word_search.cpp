@@ -74,7 +74,7 @@ class OrderedSearch {
 
   qsys_status run() {
     for (std::size_t k = 0; k < words_.size();) {
-      std::size_t depth = words_.numShared(k);
+      std::size_t depth = table_.resumable(words_.numShared(k));
       bool isAlive = true;
       while (isAlive && depth < words_.word(k).size()) QOC_TRY(extend(words_.word(k), depth++, isAlive));
       if (isAlive && table_.canReach(depth)) {

@@ -15,6 +15,9 @@ namespace {
 /// From this many edits on they are not counted in the table, which would grow with them.
 constexpr std::int32_t maxCountedEdits = 12;
 
+/// So many rows are kept from the first one on, and from then on two of so many.
+constexpr std::size_t rowsPerBlock = 128;
+
 }  // namespace
 
 MultiSwaps multiSwapsOf(const qoc_swapCharSet *set) {
@@ -66,31 +69,46 @@ std::int32_t WordTable::last(std::size_t depth) const {
 }
 
 void WordTable::addRow(std::size_t depth) {
-  if (rows_.size() <= depth) rows_.emplace_back();
+  // Of an earlier word nothing is kept further down.
+  if (rows_.size() <= depth || depth >= rowsPerBlock) rows_.resize(depth + 1);
+  if (rows_[depth].costs.empty()) rows_[depth].costs.swap(spare_);
   const auto width = static_cast<std::size_t>(last(depth) - first(depth)) + 1;
   rows_[depth].costs.assign(width * (static_cast<std::size_t>(numEdits_) + 1), noWay);
   rows_[depth].firstLive = costs_.size() + 1;
   rows_[depth].lastLive = -1;
 }
 
-Cost &WordTable::at(std::size_t depth, std::int32_t input, std::int32_t edits) {
+/// Drops a row unless others are made from it again.
+void WordTable::dropRow(std::size_t depth) {
+  if (depth >= rowsPerBlock && (depth + 1) % rowsPerBlock > 1) {
+    spare_ = std::move(rows_[depth].costs);
+    rows_[depth].costs.clear();
+  }
+}
+
+std::size_t WordTable::resumable(std::size_t depth) const {
+  while (depth > 0 && !(isKept(depth) && isKept(depth - 1))) --depth;
+  return depth;
+}
+
+Cost &WordTable::cell(std::size_t depth, std::int32_t input, std::int32_t edits) {
   return rows_[depth].costs[static_cast<std::size_t>(input - first(depth)) * (static_cast<std::size_t>(numEdits_) + 1) +
                             static_cast<std::size_t>(edits)];
 }
 
 Cost WordTable::at(std::size_t depth, std::int32_t input, std::int32_t edits) const {
   const bool isInside = input >= first(depth) && input <= last(depth);
-  return isInside ? const_cast<WordTable *>(this)->at(depth, input, edits) : noWay;
+  return isInside ? const_cast<WordTable *>(this)->cell(depth, input, edits) : noWay;
 }
 
 void WordTable::fillFirstRow() {
   addRow(0);
-  at(0, 0, 0) = 0;
+  cell(0, 0, 0) = 0;
   if (reach_.isWindow) {
     Cost ignored = 0;
     for (std::int32_t i = 0; i < costs_.size(); ++i) {
       ignored += std::max<Cost>(costs_.firstScore(i), 0);
-      at(0, i + 1, 0) = ignored;
+      cell(0, i + 1, 0) = ignored;
     }
   }
   rows_[0].firstLive = 0;
@@ -144,7 +162,6 @@ void WordTable::forEachStep(std::span<const Char32> word, std::size_t depth, std
 
 Cost WordTable::relax(std::span<const Char32> word, std::size_t depth, Cost limit) {
   Cost least = noWay;
-  const WordTable &table = *this;
   Row &row = rows_[depth];
   // Only what the rows above reach can go on: at most two positions further, and from there by extra characters.
   std::int32_t begin = row.firstLive, end = row.lastLive;
@@ -162,14 +179,14 @@ Cost WordTable::relax(std::span<const Char32> word, std::size_t depth, Cost limi
         const std::size_t from = depth - static_cast<std::size_t>(step.characters);
         const std::int32_t counted = countsEdits_ ? step.edits : 0;
         for (std::int32_t e = counted; e <= numEdits_; ++e) {
-          const Cost before = table.at(from, i - step.inputs, e - counted);
-          Cost &here = at(depth, i, e);
+          const Cost before = at(from, i - step.inputs, e - counted);
+          Cost &here = cell(depth, i, e);
           if (before < noWay && before + step.cost < here && before + step.cost <= limit) here = before + step.cost;
         }
       });
     }
     for (std::int32_t e = 0; e <= numEdits_; ++e) {
-      const Cost here = at(depth, i, e);
+      const Cost here = cell(depth, i, e);
       if (here >= noWay) continue;
       least = std::min(least, here);
       row.firstLive = std::min(row.firstLive, i);
@@ -182,7 +199,7 @@ Cost WordTable::relax(std::span<const Char32> word, std::size_t depth, Cost limi
 /// The steps of forEachStep where every edit is counted and nothing is swapped together, for all numbers of edits.
 void WordTable::takePlainSteps(Char32 code, std::size_t depth, std::int32_t input, Cost limit) {
   const auto cells = [&](std::size_t row, std::int32_t i) -> Cost * {
-    return i >= first(row) && i <= last(row) ? &at(row, i, 0) : nullptr;
+    return i >= first(row) && i <= last(row) ? &cell(row, i, 0) : nullptr;
   };
   Cost *here = cells(depth, input);
   const auto take = [&](const Cost *from, Cost cost, std::int32_t edits) {
@@ -206,9 +223,16 @@ void WordTable::takePlainSteps(Char32 code, std::size_t depth, std::int32_t inpu
   if (allowsExtra && input > 0) take(cells(depth, input - 1), costs_.extra(input - 1, code, QOC_CHAR_EMPTY), 1);
 }
 
+Cost WordTable::addFilledRow(std::span<const Char32> word, std::size_t depth, Cost limit) {
+  addRow(depth);
+  return relax(word, depth, limit);
+}
+
 Cost WordTable::extend(std::span<const Char32> word, std::size_t depth, Cost limit) {
-  addRow(depth + 1);
-  return relax(word, depth + 1, limit);
+  const Cost least = addFilledRow(word, depth + 1, limit);
+  // The next row is made from this one and the one before it.
+  if (depth > 0) dropRow(depth - 1);
+  return least;
 }
 
 Cost WordTable::suffixCost(std::int32_t input) const {
@@ -220,6 +244,17 @@ void WordTable::fill(std::span<const Char32> word, Cost limit, WorkMeter &meter)
     meter.spend(8 + 8 * width());
     extend(word, depth, limit);
   }
+}
+
+/// Makes the two rows before a row again, and those between them and the rows that are kept.
+void WordTable::remake(std::span<const Char32> word, std::size_t depth, Cost limit, WorkMeter &meter) {
+  Row last = std::move(rows_[depth]);
+  rows_.resize(depth);
+  for (std::size_t next = resumable(depth - 1) + 1; next < depth; ++next) {
+    meter.spend(8 + 8 * width());
+    addFilledRow(word, next, limit);
+  }
+  rows_.push_back(std::move(last));
 }
 
 Cost WordTable::cost(std::span<const Char32> word, std::size_t depth) const {
@@ -235,7 +270,7 @@ Cost WordTable::cost(std::span<const Char32> word, std::size_t depth) const {
   return least;
 }
 
-WordTrace WordTable::trace(std::span<const Char32> word) const {
+WordTrace WordTable::trace(std::span<const Char32> word, Cost limit, WorkMeter &meter) {
   WordTrace trace;
   trace.choices.resize(word.size());
   trace.inputs.assign(word.size(), -1);
@@ -253,6 +288,7 @@ WordTrace WordTable::trace(std::span<const Char32> word) const {
   }
   std::size_t depth = word.size();
   while (depth > 0) {
+    if (resumable(depth - 1) != depth - 1) remake(word, depth, limit, meter);
     Step taken = {0, 0, 0, 0, false};
     forEachStep(word, depth, input, [&](const Step &step) {
       const std::int32_t counted = countsEdits_ ? step.edits : 0;

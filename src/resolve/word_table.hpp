@@ -47,8 +47,13 @@ struct Reach {
   bool countsEdits() const;
 };
 
-/// The table of an alignment of one word, grown character by character: for every prefix of the word, position of the
-/// reading and number of edits the least cost.
+/**
+ * The table of an alignment of one word, grown character by character: for every prefix of the word, position of the
+ * reading and number of edits the least cost.
+ *
+ * Of a long word it keeps its first rows, the last ones, and between them two at a time from which others can be made
+ * again.
+ */
 class WordTable {
  public:
   WordTable(const ReadingCosts &costs, const Reach &reach, const MultiSwaps &swaps);
@@ -60,6 +65,8 @@ class WordTable {
   }
   /// Whether a word of that length can be reached at all.
   bool canReach(std::size_t length) const;
+  /// The most characters of a prefix, no more than so many, behind which the table can be grown: its rows are kept.
+  std::size_t resumable(std::size_t depth) const;
   /// Fills the row of the word's character `depth` (from 0); the rows above hold its prefix.
   /// @param limit costs beyond it need not be known
   /// @return the least cost in the row; noWay where it is beyond the limit
@@ -68,8 +75,9 @@ class WordTable {
   void fill(std::span<const Char32> word, Cost limit, WorkMeter &meter);
   /// The cost of the word that ends at `depth` characters.
   Cost cost(std::span<const Char32> word, std::size_t depth) const;
-  /// How the word comes about at that cost.
-  WordTrace trace(std::span<const Char32> word) const;
+  /// How the word comes about at that cost, which the table was filled with as its limit. Rows that are not kept are
+  /// made again. Throws Interrupted.
+  WordTrace trace(std::span<const Char32> word, Cost limit, WorkMeter &meter);
 
  private:
   struct Step {
@@ -87,7 +95,12 @@ class WordTable {
     std::int32_t firstLive = 0, lastLive = -1;  // The positions that some alignment reaches.
   };
   void addRow(std::size_t depth);
-  Cost &at(std::size_t depth, std::int32_t input, std::int32_t edits);
+  bool isKept(std::size_t depth) const { return depth < rows_.size() && !rows_[depth].costs.empty(); }
+  void dropRow(std::size_t depth);
+  Cost addFilledRow(std::span<const Char32> word, std::size_t depth, Cost limit);
+  void remake(std::span<const Char32> word, std::size_t depth, Cost limit, WorkMeter &meter);
+  Cost &cell(std::size_t depth, std::int32_t input, std::int32_t edits);
+  /// The same; noWay where the row has no such position.
   Cost at(std::size_t depth, std::int32_t input, std::int32_t edits) const;
   void fillFirstRow();
   Cost relax(std::span<const Char32> word, std::size_t depth, Cost limit);
@@ -101,6 +114,7 @@ class WordTable {
   std::int32_t numEdits_;
   std::int32_t band_;  // How far the positions of the reading can be from those of the word.
   std::vector<Row> rows_;
+  std::vector<Cost> spare_;  // Of a row that was dropped.
   std::vector<Cost> suffix_;
 };
 

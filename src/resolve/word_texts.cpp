@@ -65,7 +65,7 @@ Text textOf(const Task &task, std::span<const Char32> word, Cost cost) {
   WordTable table(task.costs, reach, task.swaps);
   WorkMeter meter;
   table.fill(word, cost, meter);
-  WordTrace trace = table.trace(word);
+  WordTrace trace = table.trace(word, cost, meter);
   Text text;
   text.choices = std::move(trace.choices);
   text.inputs = std::move(trace.inputs);

@@ -763,6 +763,93 @@ TEST(ResolverEntries, WordsPutIntoTheListItselfAreWords) {
   EXPECT_EQ(both(setting, "c90 a90 t90"), "sure: cat 270");
 }
 
+/// Letters without order, so that no two stretches of some length are the same.
+std::string manyLetters(std::size_t n, uint64_t seed) {
+  std::string text;
+  for (uint64_t state = seed; text.size() < n; state = state * 6364136223846793005u + 1442695040888963407u) {
+    text += static_cast<char>('a' + state / (uint64_t{1} << 40) % 26);
+  }
+  return text;
+}
+
+TEST(ResolverEntries, LongWordsAreTracedThroughRowsThatAreMadeAgain) {
+  std::string letters = manyLetters(700, 3);
+  std::replace(letters.begin(), letters.end(), 'm', 'M');
+  letters[650] = 'm';
+  // One is missing, one is extra, one is another, and the m is read as two.
+  std::string read = letters.substr(0, 100) + letters.substr(101, 199) + "7" + letters.substr(300, 100) + "7" +
+                     letters.substr(401, 249) + "rn" + letters.substr(651);
+  std::vector<int32_t> expected;
+  for (int32_t i = 0; i < 700; ++i) expected.push_back(i < 100 ? i : i == 100 ? -1 : i < 300 ? i - 1 : i);
+  for (std::size_t i = 650; i < 700; ++i) ++expected[i];
+  for (const int32_t around : {0, 40}) {
+    SCOPED_TRACE(std::to_string(around) + " positions around it");
+    const std::string other(static_cast<std::size_t>(around), '0');
+    Setting setting;
+    setting.params->maxEdits = 3;
+    setting.params->matchOption9 = around > 0 ? 1 : 0;
+    setting.rules->maxTexts = 1;
+    require(qoc_swapCharSet_assign(setting.swaps, setOfSwaps({{U"rn", U"m"}})));
+    setting.setWords({letters});
+    Owned<qoc_ocrDictionaryResolution> resolution;
+    require(setting.resolve(reading(shown(other + read + other)), resolution));
+    ASSERT_EQ(resolution->texts.core.size, 1);
+    const qoc_ocrDictionaryResolvedText &text = elements(resolution->texts)[0];
+    EXPECT_EQ(show(text.text), letters);
+    EXPECT_EQ(text.total, 90 * 701 - 30 - 60 - 110 - 140);
+    std::vector<int32_t> shifted = expected;
+    for (int32_t &input : shifted) input += input >= 0 ? around : 0;
+    EXPECT_EQ(values(text.inputIndices), shifted);
+  }
+}
+
+TEST(ResolverEntries, LongWordsOfOneBeginningAreWeighedAsEachAlone) {
+  const std::string letters = manyLetters(600, 5);
+  std::vector<std::string> list = {letters};
+  for (const std::size_t shared : {1, 126, 127, 128, 129, 130, 254, 255, 256, 257, 300, 450, 599}) {
+    for (const std::size_t more : {1, 3, 140}) list.push_back(letters.substr(0, shared) + manyLetters(more, shared));
+  }
+  std::sort(list.begin(), list.end());
+  for (const bool isWindow : {false, true}) {
+    Setting setting, alone;
+    for (Setting *each : {&setting, &alone}) {
+      each->params->maxEdits = 3;
+      each->params->matchOption9 = isWindow ? 1 : 0;
+      each->rules->maxTexts = 50;
+      each->rules->maxLag = INT32_MAX;
+    }
+    setting.setWords(list);
+    for (const std::size_t size : {256, 301, 452, 600}) {
+      SCOPED_TRACE(std::to_string(size) + (isWindow ? " positions in windows" : " positions"));
+      std::string read = letters.substr(0, size);
+      read[size / 2] = '7';
+      const auto input = reading(shown(read));
+      const auto told = [&](Setting &one) {
+        Owned<qoc_ocrDictionaryResolution> resolution;
+        require(one.resolve(input, {}, resolution));
+        std::vector<std::pair<std::string, int32_t>> texts;
+        for (const auto &text : elements(resolution->texts)) texts.emplace_back(show(text.text), text.total);
+        return texts;
+      };
+      std::vector<std::pair<std::string, int32_t>> all, each;
+      {
+        const ShortcutsTaken taken(ShortcutsTaken::none);
+        all = told(setting);
+      }
+      for (const std::string &one : list) {
+        alone.setWords({one});
+        for (const auto &text : told(alone)) each.push_back(text);
+      }
+      std::sort(all.begin(), all.end());
+      std::sort(each.begin(), each.end());
+      EXPECT_GE(each.size(), 1u);
+      std::vector<std::pair<std::string, int32_t>> different;
+      std::set_symmetric_difference(all.begin(), all.end(), each.begin(), each.end(), std::back_inserter(different));
+      EXPECT_EQ(different, (std::vector<std::pair<std::string, int32_t>>()));
+    }
+  }
+}
+
 TEST(ResolverEntries, ManyTextsAreWeighedAsByMatches) {
   Setting setting;
   setting.params->returnBestOnly = 1;
