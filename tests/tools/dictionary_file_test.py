@@ -72,6 +72,10 @@ class DictionaryFileTest(ProgramTest):
         self.assert_refused({"lexicons": [{"word": []}]}, " /lexicons/0/word: unknown key", '"words", "file"')
         self.assert_refused({"parameters": {"max/edits": 1}}, " /parameters/max~1edits: unknown key", '"maxEdits"')
 
+    def test_keys_with_characters_that_command_a_terminal(self):
+        self.assert_refused({"parameters": {"a\x00\x1b[1m": 1}}, " /parameters/a\u2400\u241b[1m: unknown key",
+                            '"maxEdits"')
+
     def test_keys_that_stand_twice(self):
         self.assert_refused('{"lexicons": [],\n "lexicons": []}', ':2:11: the key "lexicons" stands twice')
         self.assert_refused('{"lexicons": [{"words": [], "words": []}]}', 'the key "words" stands twice')
@@ -79,6 +83,11 @@ class DictionaryFileTest(ProgramTest):
     def test_words_and_file(self):
         self.assert_refused({"lexicons": [{}]}, ' /lexicons/0: expected either "words" or "file"')
         self.assert_refused({"lexicons": [{"words": [], "file": "x"}]}, ' /lexicons/0: expected either')
+
+    def test_no_path_has_a_zero_character(self):
+        self.write("words.txt", "a\n")
+        self.assert_refused({"lexicons": [{"file": "words.txt\x00x"}]}, ' /lexicons/0/file: found "words.txt\\u0000x"; '
+                            "expected the path of a text file with one word a line")
 
     def test_parameters_are_validated(self):
         self.assert_refused({"lexicons": [{"words": ["a"]}], "parameters": {"minLength": 0}},

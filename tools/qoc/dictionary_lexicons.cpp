@@ -122,7 +122,7 @@ private:
 
 void readWordFile(const JsonNode &node, const std::filesystem::path &directory, WordList &words) {
   const std::string &name = node.string("the path of a text file with one word a line");
-  if (name.empty()) node.failExpected("the path of a text file with one word a line");
+  if (name.empty() || name.find('\0') != name.npos) node.failExpected("the path of a text file with one word a line");
   const auto inFile = [&](const auto &part) {
     try {
       part();

@@ -201,6 +201,8 @@ JsonDocument parseJson(std::string_view text, const std::string &name, std::uint
   }
 }
 
+std::string JsonNode::where() const { return place_ + ": " + (path_.empty() ? "/" : visible(path_)); }
+
 void JsonNode::fail(const std::string &message) const { throw Trouble(where() + ": " + message); }
 
 void JsonNode::failExpected(const std::string &expected) const {

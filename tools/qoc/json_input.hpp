@@ -75,7 +75,7 @@ public:
   /// The value's text, without space and with the keys of objects in ascending order.
   std::string dump() const { return document_.dump(value_); }
   /// What messages about this value start with: "FILE: /path".
-  std::string where() const { return place_ + ": " + (path_.empty() ? "/" : path_); }
+  std::string where() const;
 
   /// Throws Trouble "FILE: /path: MESSAGE".
   [[noreturn]] void fail(const std::string &message) const;

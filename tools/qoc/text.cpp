@@ -65,11 +65,13 @@ Char32 visible(Char32 code) {
   return code >= 0x80 && code < 0xA0 ? 0xFFFD : code;
 }
 
-std::string quoted(const std::string &text) {
+std::string visible(const std::string &text) {
   std::string shown;
   for (const Char32 code : decodeUtf8(text)) appendUtf8(shown, visible(code));
-  return "\"" + shown + "\"";
+  return shown;
 }
+
+std::string quoted(const std::string &text) { return "\"" + visible(text) + "\""; }
 
 void dropCarriageReturn(std::string &line) {
   if (!line.empty() && line.back() == '\r') line.pop_back();

@@ -39,8 +39,9 @@ bool isEncodable(Char32 code);
 
 /// The code in a form that does not command a terminal: control characters become their pictures.
 Char32 visible(Char32 code);
+std::string visible(const std::string &text);
 
-/// A text in quotes, for messages, in a form that does not command a terminal.
+/// The same in quotes, for messages.
 std::string quoted(const std::string &text);
 
 /// Removes one carriage return from the end, so that lines may end with CR LF.
