@@ -65,7 +65,8 @@ class WordTable {
   }
   /// Whether a word of that length can be reached at all.
   bool canReach(std::size_t length) const;
-  /// The most characters of a prefix, no more than so many, behind which the table can be grown: its rows are kept.
+  /// The most characters of a prefix, no more than so many, behind which the table can be grown: its rows are kept. The
+  /// table has been grown that far.
   std::size_t resumable(std::size_t depth) const;
   /// Fills the row of the word's character `depth` (from 0); the rows above hold its prefix.
   /// @param limit costs beyond it need not be known
@@ -95,7 +96,7 @@ class WordTable {
     std::int32_t firstLive = 0, lastLive = -1;  // The positions that some alignment reaches.
   };
   void addRow(std::size_t depth);
-  bool isKept(std::size_t depth) const { return depth < rows_.size() && !rows_[depth].costs.empty(); }
+  bool isKept(std::size_t depth) const { return !rows_[depth].costs.empty(); }
   void dropRow(std::size_t depth);
   Cost addFilledRow(std::span<const Char32> word, std::size_t depth, Cost limit);
   void remake(std::span<const Char32> word, std::size_t depth, Cost limit, WorkMeter &meter);

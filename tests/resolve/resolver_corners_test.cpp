@@ -889,7 +889,8 @@ TEST(ResolverEntries, ManyTextsAreWeighedAsByMatches) {
                                          std::string(159, 'a') + " 23389");
 }
 
-/// Interrupts at every poll, of which meters make one in so many units of work; then the text has to be the one without.
+/// Interrupts at every poll, of which meters make one in so many units of work; then the text has to be the one
+/// without.
 void interruptEverywhere(Setting &setting, const Owned<qoc_ocrDictionaryStringMulti> &input, std::size_t units,
                          std::string_view expected) {
   Owned<qoc_ocrDictionaryResultSet> results;
