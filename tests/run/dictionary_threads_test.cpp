@@ -1,7 +1,10 @@
 // Runs on several threads at once: one dictionary that nobody changes serves them all.
 
 #include <atomic>
+#include <optional>
 #include <thread>
+
+#include <qoc/resolver.h>
 
 #include "run/run_builders.hpp"
 #include "swap/swaps.hpp"
@@ -150,6 +153,31 @@ TEST(DictionaryThreads, OfAResolverGetTheTextsOfOneAlone) {
     }
   });
   EXPECT_EQ(numWrong, 0);
+}
+
+TEST(DictionaryThreads, MayEachMakeAResolverOfADictionaryThatGoesAway) {
+  std::vector<std::string> list;
+  for (int i = 0; i < 5000; ++i) list.push_back("w" + std::to_string(100000 + 17 * i));
+  const auto params = runParams({.maxEdits = 1, .returnBestOnly = 0});
+  const Owned<qoc_ocrDictionaryResultSet> nothingRun;
+  for (int round = 0; round < 5; ++round) {
+    // Nothing has been asked of it before: one of the threads makes what words are found by, for all.
+    std::optional<Owned<qoc_ocrDictionary>> shared(dictionaryOf({list}));
+    std::atomic<int> numReady = 0, numWrong = 0;
+    onThreads([&](int t) {
+      Owned<qoc_ocrDictionaryResolver> resolver;
+      require(qoc_ocrDictionaryResolver_setDictionary(resolver, *shared));
+      ++numReady;
+      while (numReady < numThreads) {}
+      if (t == 0) shared.reset();
+      Owned<qoc_ocrDictionaryResolution> resolution;
+      require(qoc_ocrDictionaryResolver_resolve(resolver, reading("w 1 0 0 0 1 x"), params, nullptr, nothingRun,
+                                                resolution));
+      const auto texts = elements(resolution->texts);
+      numWrong += !texts.empty() && show(texts[0].text) == "w100017" ? 0 : 1;
+    });
+    EXPECT_EQ(numWrong, 0);
+  }
 }
 
 TEST(DictionaryThreads, AnInterruptOfOneThreadLeavesTheOthersAlone) {
