@@ -1,6 +1,7 @@
 #pragma once
 
-/// @file Ctrl-C, and what asks a program to end: they end the library's work through the attention check, and waiting for input through a pipe.
+/// @file Ctrl-C, and what asks a program to end: they end the library's work through the attention check, and waiting
+/// for input through a pipe.
 
 namespace qoc::program {
 
