@@ -1,6 +1,7 @@
 #include "reference/ranking.hpp"
 
 #include <algorithm>
+#include <utility>
 
 namespace reference {
 
@@ -182,7 +183,7 @@ void merge(ResultSet &target, ResultSet &partial, const RunParams *params) {
     target.results.clear();
     target.isComputed = true;
   }
-  Results walked = target.results;
+  Results walked = std::move(target.results);
   const size_t before = walked.size();
   size_t i = 0;
   size_t j = 0;
@@ -206,8 +207,9 @@ void merge(ResultSet &target, ResultSet &partial, const RunParams *params) {
   }
   sortResults(walked, params, true);
   target.results.clear();
-  for (const Result &result : walked)
-    if (target.results.empty() || !isSameResult(target.results.back(), result)) target.results.push_back(result);
+  for (Result &result : walked)
+    if (target.results.empty() || !isSameResult(target.results.back(), result))
+      target.results.push_back(std::move(result));
 }
 
 void mergeBuckets(ResultSet &target, const Buckets &buckets, const RunParams *params) {
