@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <new>
 #include <utility>
 
 #include "frame/frame.hpp"
@@ -69,6 +70,10 @@ void LexiconResults::reserve(std::size_t numWords, std::size_t numStatuses) {
 }
 
 std::int32_t LexiconResults::addEntry(std::int32_t word, const Outline &outline) {
+  // So many take 160 GiB here, and several times as much as results.
+  if (QOC_NEVER(entries_.size() == INT32_MAX)) {
+    throw std::bad_alloc();
+  }
   Entry entry = {};
   entry.word = word;
   entry.next = none;

@@ -2,6 +2,7 @@
 
 #include "resolve/text_search.hpp"
 
+#include <new>
 #include <queue>
 #include <unordered_map>
 
@@ -81,6 +82,10 @@ class Search {
   void push(const Node &node) {
     if (node.cost > maxCost_) {
       return;
+    }
+    // So many take 64 GiB, after days.
+    if (QOC_NEVER(nodes_.size() == INT32_MAX)) {
+      throw std::bad_alloc();
     }
     nodes_.push_back(node);
     queue_.push(static_cast<std::int32_t>(nodes_.size()) - 1);
