@@ -80,8 +80,8 @@ class EditAutomaton {
     return any != 0;
   }
 
-  /// Whether some alignment may take another edit. Where none may, the last state is all there is, and stepExactly
-  /// follows it.
+  /// Whether some alignment may take another edit. Where none may, the last number of the state is all there is, and
+  /// withoutEdits() follows it.
   bool hasEditsLeft(const State &state) const noexcept {
     std::uint64_t any = 0;
     for (std::size_t j = 0; j < Edits; ++j) {
@@ -89,10 +89,7 @@ class EditAutomaton {
     }
     return any != 0;
   }
-  std::uint64_t stepExactly(std::uint64_t last, std::uint64_t matches) const noexcept {
-    return ((last & matches) << 1) & kept_[Edits];
-  }
-  bool acceptsExactly(std::uint64_t last) const noexcept { return (last & end_) != 0; }
+  EditAutomaton<0> withoutEdits() const noexcept { return {end_, kept_.back()}; }
 
   /// Whether the whole reading has been made. Under a ceiling state j need not hold what state j - 1 holds, so all are
   /// asked.
@@ -105,6 +102,11 @@ class EditAutomaton {
   }
 
  private:
+  template <int, class>
+  friend class EditAutomaton;
+
+  EditAutomaton(std::uint64_t end, std::uint64_t kept) noexcept : end_(end), kept_{kept} {}
+
   std::uint64_t end_;
   [[no_unique_address]] Allowed allowed_;
   std::array<std::uint64_t, Edits + 1> kept_;

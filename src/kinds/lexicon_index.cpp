@@ -57,10 +57,14 @@ LexiconIndex::LexiconIndex(LetterTable &&table, const WordLetters &letters, Work
   }
 }
 
-void LexiconIndex::prepare(const ReadingMatches &matches, Window window, IndexQuery &query) const {
-  query.numPositions = window.size();
-  query.hasRows = query.numPositions <= IndexQuery::maxPositions;
+void LexiconIndex::begin(std::int32_t numPositions, IndexQuery &query) const {
+  query.numPositions = numPositions;
+  query.hasRows = numPositions <= IndexQuery::maxPositions;
   query.maxLetter = table_.maxLetter();
+}
+
+void LexiconIndex::prepare(const ReadingMatches &matches, Window window, IndexQuery &query) const {
+  begin(window.size(), query);
   if (query.hasRows) {
     table_.fill(matches, window, query.rows);
     finishRows(true, query);

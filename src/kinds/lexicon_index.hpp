@@ -45,9 +45,7 @@ class LexiconIndex {
   /// with edits, or for those without.
   template <class ForEachMatch>
   void prepare(std::int32_t numPositions, bool hasEdits, ForEachMatch forEachMatch, IndexQuery &query) const {
-    query.numPositions = numPositions;
-    query.hasRows = numPositions <= IndexQuery::maxPositions;
-    query.maxLetter = table_.maxLetter();
+    begin(numPositions, query);
     std::fill_n(query.rows.begin(), query.maxLetter + 1, 0);
     std::uint64_t anything = 0;  // The positions that match everything.
     forEachMatch([&](std::int32_t position, Char32 code) {
@@ -95,6 +93,7 @@ class LexiconIndex {
   template <int Edits, class Allowed>
   bool walk(const IndexQuery &query, const Allowed &allowed, const Allowed &reversedAllowed,
             std::vector<std::int32_t> &found) const;
+  void begin(std::int32_t numPositions, IndexQuery &query) const;
   void finishRows(bool hasEdits, IndexQuery &query) const;
 
   LexiconIndex(LetterTable &&table, std::span<const qoc_ocrDictionaryString> words, WorkMeter &meter);

@@ -40,8 +40,8 @@ class WordTrie {
   template <class Automaton, class Found>
   void walk(const Automaton &automaton, const LetterMatches &rows, WorkMeter &meter, std::int64_t &numVisits,
             Found found) const {
-    Walk<Automaton, Found> walk = {nodes_.data(), automaton, rows, meter, found, numVisits};
-    walk.visit(0, automaton.start());
+    Walk<Found> walk = {nodes_.data(), automaton.withoutEdits(), rows, meter, found, numVisits};
+    walk.visit(automaton, 0, automaton.start());
     numVisits = walk.numVisits;
   }
 
@@ -57,29 +57,32 @@ class WordTrie {
     return value;
   }
 
-  template <class Automaton, class Found>
+  template <class Found>
   struct Walk {
-    using State = typename Automaton::State;
-
-    // Words are short, so the depth is small.
-    void visit(std::size_t node, State state) {
-      if (--numVisits < 0) {
-        return;
+    /// Visits a node and those below it, with the automaton or, from where no edit is left, as in most nodes, with the
+    /// one without edits. Words are short, so the depth is small.
+    template <class Steps>
+    void visit(const Steps &steps, std::size_t node, typename Steps::State state) {
+      using State = typename Steps::State;
+      if constexpr (Steps::maxEdits > 0) {
+        if (!steps.hasEditsLeft(state)) {
+          visit(withoutEdits, node, {state[Steps::maxEdits]});
+          return;
+        }
       }
-      if (!automaton.hasEditsLeft(state)) {
-        visitExactly(node, state[Automaton::maxEdits]);
+      if (--numVisits < 0) {
         return;
       }
       const std::uint8_t *place = nodes + node;
       const std::uint8_t head = *place++;
       for (std::uint8_t left = head & ~leafFlag; left > 0; --left) {
         const State from = state;
-        if (!automaton.step(from, rows[*place++], state)) {
+        if (!steps.step(from, rows[*place++], state)) {
           return;
         }
       }
       if ((head & leafFlag) != 0) {
-        accept(automaton.accepts(state), place);
+        accept(steps.accepts(state), place);
         return;
       }
       const std::size_t numBranches = std::size_t{*place++} + 1;
@@ -87,45 +90,13 @@ class WordTrie {
       const std::uint8_t *targets = place + numBranches;
       std::size_t branch = 0;
       if (*place == 0) {
-        accept(automaton.accepts(state), targets);
+        accept(steps.accepts(state), targets);
         branch = 1;
       }
       for (; branch < numBranches; ++branch) {
         State next;
-        if (automaton.step(state, rows[place[branch]], next)) {
-          visit(read(targets + 4 * branch), next);
-        }
-      }
-    }
-
-    /// The same where no edit is left, as in most nodes.
-    void visitExactly(std::size_t node, std::uint64_t last) {
-      if (--numVisits < 0) {
-        return;
-      }
-      const std::uint8_t *place = nodes + node;
-      const std::uint8_t head = *place++;
-      for (std::uint8_t left = head & ~leafFlag; left > 0; --left) {
-        last = automaton.stepExactly(last, rows[*place++]);
-        if (last == 0) {
-          return;
-        }
-      }
-      if ((head & leafFlag) != 0) {
-        accept(automaton.acceptsExactly(last), place);
-        return;
-      }
-      const std::size_t numBranches = std::size_t{*place++} + 1;
-      meter.spend(8 + 4 * numBranches);
-      const std::uint8_t *targets = place + numBranches;
-      std::size_t branch = 0;
-      if (*place == 0) {
-        accept(automaton.acceptsExactly(last), targets);
-        branch = 1;
-      }
-      for (; branch < numBranches; ++branch) {
-        if (const std::uint64_t next = automaton.stepExactly(last, rows[place[branch]]); next != 0) {
-          visitExactly(read(targets + 4 * branch), next);
+        if (steps.step(state, rows[place[branch]], next)) {
+          visit(steps, read(targets + 4 * branch), next);
         }
       }
     }
@@ -137,7 +108,7 @@ class WordTrie {
     }
 
     const std::uint8_t *nodes;
-    const Automaton &automaton;
+    EditAutomaton<0> withoutEdits;
     const LetterMatches &rows;
     WorkMeter &meter;
     Found &found;
