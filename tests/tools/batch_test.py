@@ -79,37 +79,44 @@ class BatchTest(ProgramTest):
             process.wait()
             process.stdout.close()
 
-    def interrupt(self, *arguments, seconds=2.0, by=(signal.SIGINT,), ignored=()):
-        """Runs on readings each of which takes long, and interrupts by one signal after the other.
+    def interrupt(self, *arguments, num_answers=0, by=(signal.SIGINT,), ignored=()):
+        """Runs on 40 readings, one that takes long and some more, and interrupts by one signal after the other.
 
-        Gives (exit code, output, messages).
+        The long reading follows when the answers to the first, of which there must be so many, have come. Gives
+        (exit code, output, messages).
         """
         words = ["".join("abcdefgh"[(i >> 3 * k) % 8] for k in range(6)) for i in range(4000)]
         dictionary = self.dictionary(*words, maxEdits=2, window=True)
-        self.write("readings.txt", "abcdef\n" * 40 + "abcdefgh" * 20000 + "\n" + "abcdef\n" * 100)
-        process = subprocess.Popen([PROGRAM, *arguments, "-d", dictionary, "readings.txt"], cwd=self.directory,
-                                   stdout=subprocess.PIPE, stderr=subprocess.PIPE,
+        process = subprocess.Popen([PROGRAM, *arguments, "-d", dictionary], cwd=self.directory,
+                                   stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=subprocess.PIPE,
                                    preexec_fn=lambda: [signal.signal(each, signal.SIG_IGN) for each in ignored])
         try:
+            process.stdin.write(b"abcdef\n" * 40)
+            process.stdin.flush()
+            answers = b"".join(process.stdout.readline() for _ in range(num_answers))
+            # A pipe holds less than the long reading: behind it, the program has begun to read it.
+            process.stdin.write(b"abcdefgh" * 20000 + b"\n" + b"abcdef\n" * 100)
+            process.stdin.close()
+            process.stdin = None
             for each in by:
-                time.sleep(seconds)
+                time.sleep(0.5)
                 self.assertIsNone(process.poll())
                 process.send_signal(each)
             out, err = process.communicate(timeout=60)
         finally:
             process.kill()
             process.communicate()
-        return process.returncode, out.decode(), err.decode()
+        return process.returncode, (answers + out).decode(), err.decode()
 
     def test_interruption_with_threads(self):
-        code, out, err = self.interrupt("run", "--json", "-j", "3")
+        code, out, err = self.interrupt("run", "--json", "-j", "3", num_answers=40)
         self.assertEqual(code, 2)
         lines = [json.loads(line)["line"] for line in out.splitlines()]
         self.assertEqual(lines, list(range(1, 41)))
         self.assertIn("interrupted after 40 finished readings; go on with --skip 40", err)
 
     def test_going_on_counts_what_was_skipped(self):
-        code, out, err = self.interrupt("run", "--json", "--skip", "30")
+        code, out, err = self.interrupt("run", "--json", "--skip", "30", num_answers=10)
         self.assertEqual((code, len(out.splitlines())), (2, 10))
         self.assertIn("interrupted after 10 finished readings; go on with --skip 40", err)
 
@@ -118,7 +125,7 @@ class BatchTest(ProgramTest):
             code, out, err = self.interrupt("report", "-o", "report.html", by=(by,))
             self.assertEqual((code, out), (2, ""))
             self.assertIn("the report is not written", err)
-            self.assertEqual({path.name for path in self.directory.iterdir()}, {"dictionary.json", "readings.txt"})
+            self.assertEqual({path.name for path in self.directory.iterdir()}, {"dictionary.json"})
 
     def test_an_ignored_hangup_stays_ignored(self):
         code, _, err = self.interrupt("run", by=(signal.SIGHUP, signal.SIGINT), ignored=(signal.SIGHUP,))
