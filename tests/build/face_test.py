@@ -64,7 +64,8 @@ def writable_variables():
     for line in run(os.environ["QOC_READELF"], "-sW", "-C", LIBRARY).splitlines():
         match = re.match(r"\s*\d+:\s+\S+\s+\S+\s+(OBJECT|TLS)\s+\S+\s+\S+\s+(\d+)\s+(.*)$", line)
         if match and names.get(match[2]) in (".data", ".bss", ".tdata", ".tbss"):
-            found.add((names[match[2]], re.sub(r"@.*|\s*\[.*\]$", "", match[3]).strip()))
+            # A compiler may split a variable into its members: "name (.0)", "name (.1)".
+            found.add((names[match[2]], re.sub(r"@.*|\s*\[.*\]$|\s*\(\.\d+\)$", "", match[3]).strip()))
     return found
 
 
